@@ -1,0 +1,71 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace buttondriver {
+
+/// Bytes that somebody else owns, read with bounds: every byte past the end reads as zero, whatever the offset.
+/// For data that came from outside and may be shorter than it claims.
+class ByteView {
+public:
+  constexpr ByteView() = default;
+  /// Borrows `size` bytes at `data`; `data` may be null, then there are no bytes.
+  constexpr ByteView(const std::uint8_t *data, std::size_t size) : _data(data), _size(data ? size : 0) {}
+  ByteView(const char *data, std::size_t size) : ByteView(reinterpret_cast<const std::uint8_t *>(data), size) {}
+
+  constexpr const std::uint8_t *data() const { return _data; }
+  constexpr std::size_t size() const { return _size; }
+  constexpr bool empty() const { return _size == 0; }
+
+  constexpr std::uint8_t u8(std::uint64_t offset) const { return offset < _size ? _data[offset] : std::uint8_t{0}; }
+
+  /// 32 bits, most significant byte first.
+  constexpr std::uint32_t big_endian_32(std::uint64_t offset) const {
+    return std::uint32_t{u8(offset)} << 24 | std::uint32_t{u8(offset + 1)} << 16 | std::uint32_t{u8(offset + 2)} << 8 |
+           std::uint32_t{u8(offset + 3)};
+  }
+
+  /// 16 bits, least significant byte first.
+  constexpr std::uint16_t little_endian_16(std::uint64_t offset) const {
+    return static_cast<std::uint16_t>(u8(offset) | u8(offset + 1) << 8);
+  }
+
+  /// 32 bits, least significant byte first.
+  constexpr std::uint32_t little_endian_32(std::uint64_t offset) const {
+    return std::uint32_t{u8(offset)} | std::uint32_t{u8(offset + 1)} << 8 | std::uint32_t{u8(offset + 2)} << 16 |
+           std::uint32_t{u8(offset + 3)} << 24;
+  }
+
+  /// What lies from `offset` on; nothing when that is past the end.
+  constexpr ByteView from(std::size_t offset) const {
+    return offset < _size ? ByteView(_data + offset, _size - offset) : ByteView();
+  }
+
+  /// Copies the first `count` bytes to `destination`, zeros standing for those past the end.
+  void copy_to(void *destination, std::size_t count) const {
+    const std::size_t available = std::min(count, _size);
+    if (available > 0)
+      std::memcpy(destination, _data, available);
+    if (count > available)
+      std::memset(static_cast<char *>(destination) + available, 0, count - available);
+  }
+
+  /// The characters from `offset` on: up to the first NUL, at most `count`, never past the end.
+  std::string_view text(std::size_t offset, std::uint32_t count) const {
+    const ByteView rest = from(offset);
+    const std::size_t limit = std::min<std::size_t>(rest._size, count);
+    const char *begin = reinterpret_cast<const char *>(rest._data);
+    const void *end = limit > 0 ? std::memchr(begin, 0, limit) : nullptr;
+    return {begin, end ? static_cast<std::size_t>(static_cast<const char *>(end) - begin) : limit};
+  }
+
+private:
+  const std::uint8_t *_data = nullptr;
+  std::size_t _size = 0;
+};
+
+} // namespace buttondriver

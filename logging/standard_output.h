@@ -1,0 +1,13 @@
+#pragma once
+
+namespace buttondriver {
+
+/// Writes a formatted text, as std::printf does, and passes it on to whoever reads standard output at once, also
+/// without a line feed and when standard output is a pipe or a file. A failing standard output is ignored.
+/// Safe to call from any thread; one call's text stays together.
+void print(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/// Writes `text` and a line feed, as std::puts does; otherwise as `print`.
+void print_line(const char *text);
+
+} // namespace buttondriver

@@ -1,0 +1,259 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
+/// Every message of the command protocol, once, as data. Sizes, converters, names and documentation come from here.
+///
+/// A message starts with its opcode; all integers are big-endian; offsets count from the first byte of the message,
+/// behind the 4-byte length that frames it on the stream (framing.h).
+namespace buttondriver {
+
+enum class FieldKind : std::uint8_t {
+  unsigned_integer, ///< one byte, or four in network order
+  signed_integer,   ///< four bytes in network order, two's complement
+  bytes,            ///< copied as they are
+};
+
+struct Field {
+  std::uint16_t offset; ///< bytes from the start of the message
+  std::uint16_t width;  ///< bytes; 0 marks an unused place of the table
+  FieldKind kind;
+  const char *name;
+  const char *meaning;
+};
+
+/// What the last field of a head counts.
+enum class Counted : std::uint8_t {
+  nothing,     ///< a message of fixed size
+  text_bytes,  ///< characters, the terminating NUL included
+  image_bytes, ///< bytes of a picture file
+  image_ids,   ///< 32-bit integers
+};
+
+enum class Handling : std::uint8_t {
+  server_handles, ///< clients send it, the daemon acts on it
+  server_ignores, ///< clients can build it, the daemon reports it as unhandled
+  server_sends,   ///< the daemon's answer
+};
+
+/// Room for the fields of the longest row.
+inline constexpr std::size_t most_fields = 12;
+
+struct MessageType {
+  std::uint32_t opcode;
+  const char *name;
+  std::uint32_t head_size; ///< bytes up to and including the last fixed field
+  Counted counted;
+  Handling handling;
+  const char *meaning;
+  Field fields[most_fields];
+
+  constexpr std::size_t field_count() const {
+    std::size_t count = 0;
+    while (count < most_fields && fields[count].width > 0)
+      ++count;
+    return count;
+  }
+
+  /// Bytes that one counted thing takes.
+  constexpr std::uint32_t counted_width() const {
+    return counted == Counted::nothing ? 0U : counted == Counted::image_ids ? 4U : 1U;
+  }
+
+  /// Bytes of a whole message with `count` counted things.
+  constexpr std::uint64_t size(std::uint32_t count = 0) const {
+    return head_size + std::uint64_t{counted_width()} * count;
+  }
+
+  /// The field that holds the count; only for a type that counts something.
+  constexpr const Field &count_field() const { return fields[field_count() - 1]; }
+};
+
+namespace catalogue_detail {
+
+constexpr Field u8(std::uint16_t offset, const char *name, const char *meaning) {
+  return {offset, 1, FieldKind::unsigned_integer, name, meaning};
+}
+constexpr Field u32(std::uint16_t offset, const char *name, const char *meaning) {
+  return {offset, 4, FieldKind::unsigned_integer, name, meaning};
+}
+constexpr Field i32(std::uint16_t offset, const char *name, const char *meaning) {
+  return {offset, 4, FieldKind::signed_integer, name, meaning};
+}
+constexpr Field bytes(std::uint16_t offset, std::uint16_t width, const char *name, const char *meaning) {
+  return {offset, width, FieldKind::bytes, name, meaning};
+}
+constexpr Field opcode() { return u32(0, "opcode", "which message this is"); }
+
+inline constexpr const char *button = "0 to 299 for one button, 0xFFFFFFFF for all buttons";
+inline constexpr const char *screen = "0, 1 or 2; -1 for all three";
+inline constexpr const char *colour = "0xRRGGBB";
+inline constexpr const char *text_count = "text length in bytes, the terminating NUL included";
+inline constexpr const char *always_zero = "always 0";
+
+inline constexpr MessageType rows[] = {
+    {0, "TYPE_NULL_MESSAGE", 4, Counted::nothing, Handling::server_handles,
+     "nothing; the daemon logs the message byte by byte", {
+         opcode(),
+     }},
+    {1, "BMS_PingReply", 4, Counted::nothing, Handling::server_sends, "the answer to a ping", {
+         opcode(),
+     }},
+    {4, "BMS_SetButtonColour", 12, Counted::nothing, Handling::server_ignores, "a button's colour", {
+         opcode(),
+         u32(4, "button_id", button),
+         u8(8, "value_1", "first channel value"),
+         u8(9, "value_2", "second channel value"),
+         u8(10, "value_3", "third channel value"),
+         u8(11, "reserved", always_zero),
+     }},
+    {5, "BMS_SetButtonText", 16, Counted::text_bytes, Handling::server_ignores, "a button's text", {
+         opcode(),
+         u32(4, "button_id", button),
+         u32(8, "text_value", "a value that goes with the text"),
+         u32(12, "n", text_count),
+     }},
+    {6, "BMS_UploadImage", 132, Counted::nothing, Handling::server_handles, "keeps a button image", {
+         opcode(),
+         i32(4, "image_id", "0 to 22 shared by all connections, above that private to the connection"),
+         i32(8, "size", "must be 120"),
+         bytes(12, 120, "image",
+                                 "24 rows of 40 one-bit pixels, 5 bytes a row, most significant bit leftmost"),
+     }},
+    {7, "BMS_SetButtonImage", 12, Counted::nothing, Handling::server_ignores, "shows an image on a button", {
+         opcode(),
+         u32(4, "button_id", button),
+         u32(8, "image_id", "image to show"),
+     }},
+    {8, "BMS_SetParameter", 12, Counted::nothing, Handling::server_ignores, "a parameter", {
+         opcode(),
+         u32(4, "parameter", "8 or 9"),
+         u32(8, "value", "0 with parameter 8, 1 with parameter 9"),
+     }},
+    {10, "BMS_Reconfig", 8, Counted::nothing, Handling::server_handles, "reads the button level file again", {
+         opcode(),
+         u32(4, "reserved", always_zero),
+     }},
+    {11, "BMS_SetButtonColourPair", 24, Counted::nothing, Handling::server_ignores, "two colours that alternate", {
+         opcode(),
+         u32(4, "button_id", button),
+         u8(8, "first_value_1", "first channel of the first colour"),
+         u8(9, "first_value_2", "second channel of the first colour"),
+         u8(10, "first_value_3", "third channel of the first colour"),
+         u8(11, "first_reserved", always_zero),
+         u32(12, "first_time", "time of the first colour"),
+         u8(16, "second_value_1", "first channel of the second colour"),
+         u8(17, "second_value_2", "second channel of the second colour"),
+         u8(18, "second_value_3", "third channel of the second colour"),
+         u8(19, "second_reserved", always_zero),
+         u32(20, "second_time", "time of the second colour"),
+     }},
+    {12, "BMS_Ping", 4, Counted::nothing, Handling::server_handles, "asks for a BMS_PingReply", {
+         opcode(),
+     }},
+    {13, "BMS_SetButtonImageList", 24, Counted::image_ids, Handling::server_ignores, "an animation on a button", {
+         opcode(),
+         u32(4, "button_id", button),
+         u32(8, "reserved", always_zero),
+         u32(12, "parameter_b", "carried as it is"),
+         u32(16, "parameter_a", "carried as it is"),
+         u32(20, "n", "number of image ids that follow, 4 bytes each"),
+     }},
+    {14, "BMS_SetValue", 12, Counted::nothing, Handling::server_ignores, "two values", {
+         opcode(),
+         u32(4, "value_1", "carried as it is"),
+         u32(8, "value_2", "carried as it is"),
+     }},
+    {15, "BMS_TFTTextLine", 20, Counted::text_bytes, Handling::server_handles, "writes a whole text line on a screen", {
+         opcode(),
+         i32(4, "screen_id", screen),
+         i32(8, "line_id", "text line, 0 is the topmost"),
+         u32(12, "flag", "0: black on white; else white on black"),
+         u32(16, "n", text_count),
+     }},
+    {16, "BMS_BlackoutScreen", 8, Counted::nothing, Handling::server_handles, "clears a screen to black", {
+         opcode(),
+         i32(4, "screen_id", screen),
+     }},
+    {17, "BMS_SetLEDState", 16, Counted::nothing, Handling::server_handles, "sets a button LED steady or blinking", {
+         opcode(),
+         i32(4, "button_id", "0 to 23; -1 for all buttons"),
+         i32(8, "state", "1: on; -1: blinking; else off"),
+         i32(12, "time", "length of each blink phase in milliseconds; not 0 when blinking"),
+     }},
+    {18, "BMS_TFTSubTextLine", 32, Counted::text_bytes, Handling::server_handles, "writes part of a text line", {
+         opcode(),
+         i32(4, "_screen_id", screen),
+         i32(8, "_line_id", "text line, 0 is the topmost"),
+         i32(12, "_offset", "first character of the line to write"),
+         i32(16, "_num_chars", "number of characters to write"),
+         u32(20, "_text_colour", colour),
+         u32(24, "_back_colour", colour),
+         u32(28, "n", text_count),
+     }},
+    {19, "BMS_DrawTFTImage", 20, Counted::image_bytes, Handling::server_handles, "draws a picture on a screen", {
+         opcode(),
+         i32(4, "_screen_id", screen),
+         i32(8, "_xoffset", "column of the left edge in pixels"),
+         i32(12, "_yoffset", "row of the top edge in pixels"),
+         u32(16, "_size", "bytes of the picture, an uncompressed 24-bit BMP file"),
+     }},
+    {21, "BMS_SetLEDStatusIndicator", 12, Counted::nothing, Handling::server_handles, "sets a status LED", {
+         opcode(),
+         i32(4, "button_id", "0 to 31"),
+         i32(8, "state", "1: on; else off"),
+     }},
+    {22, "BMS_SetLEDToggleIndicator", 12, Counted::nothing, Handling::server_handles, "sets a toggle indicator", {
+         opcode(),
+         i32(4, "button_id", "0 or 1"),
+         i32(8, "state", "0: off, 1: on"),
+     }},
+};
+
+} // namespace catalogue_detail
+
+/// The messages in opcode order. Opcodes 2, 3, 9 and 20 do not exist.
+inline constexpr const auto &catalogue = catalogue_detail::rows;
+
+/// The largest opcode that means anything.
+inline constexpr std::uint32_t highest_opcode = 22;
+
+/// The row of `opcode`, null when there is none.
+constexpr const MessageType *find_message_type(std::uint32_t opcode) {
+  for (const MessageType &type : catalogue)
+    if (type.opcode == opcode)
+      return &type;
+  return nullptr;
+}
+
+namespace catalogue_detail {
+
+constexpr bool is_consistent() {
+  for (std::size_t row = 0; row < std::size(catalogue); ++row) {
+    const MessageType &type = catalogue[row];
+    if (row > 0 && type.opcode <= catalogue[row - 1].opcode)
+      return false;
+    std::uint32_t end = 0;
+    for (std::size_t i = 0; i < type.field_count(); ++i) {
+      const Field &field = type.fields[i];
+      if (field.offset != end)
+        return false;
+      if (field.kind != FieldKind::bytes && field.width != 4 && field.width != 1)
+        return false;
+      end += field.width;
+    }
+    if (end != type.head_size)
+      return false;
+    if (type.counted != Counted::nothing && type.count_field().width != 4)
+      return false;
+  }
+  return true;
+}
+
+static_assert(is_consistent(), "offsets contiguous, sizes as published, opcodes unique and in order");
+
+} // namespace catalogue_detail
+
+} // namespace buttondriver

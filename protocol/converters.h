@@ -1,0 +1,71 @@
+#pragma once
+
+#include "records.h"
+
+#include <cstdint>
+
+/// Host order to network order and back.
+///
+/// `destination` and `source` each hold a whole message: the head and, for a type that counts something, as many bytes
+/// behind it as the count in `source` says. They are the same place, or do not overlap. The head is always written, the
+/// variable part only when the places differ (image ids are numbers: they are swapped in either case).
+/// For bytes that came from outside, and may be shorter than they claim, use decode.h.
+namespace buttondriver {
+
+void host_to_network(const MessageType &type, void *destination, const void *source);
+void network_to_host(const MessageType &type, void *destination, const void *source);
+
+/// Swaps the integers of the head alone.
+void swap_head(const MessageType &type, void *destination, const void *source);
+
+template <class Record> void host_to_network(void *destination, const void *source) {
+  host_to_network(type_of<Record>, destination, source);
+}
+template <class Record> void network_to_host(void *destination, const void *source) {
+  network_to_host(type_of<Record>, destination, source);
+}
+
+// clang-format off
+inline void hton_BMS_PingReply(void *destination, const void *source) { host_to_network<BMS_PingReply>(destination, source); }
+inline void hton_BMS_SetButtonColour(void *destination, const void *source) { host_to_network<BMS_SetButtonColour>(destination, source); }
+inline void hton_BMS_SetButtonText(void *destination, const void *source) { host_to_network<BMS_SetButtonText>(destination, source); }
+inline void hton_BMS_UploadImage(void *destination, const void *source) { host_to_network<BMS_UploadImage>(destination, source); }
+inline void hton_BMS_SetButtonImage(void *destination, const void *source) { host_to_network<BMS_SetButtonImage>(destination, source); }
+inline void hton_BMS_SetParameter(void *destination, const void *source) { host_to_network<BMS_SetParameter>(destination, source); }
+inline void hton_BMS_Reconfig(void *destination, const void *source) { host_to_network<BMS_Reconfig>(destination, source); }
+inline void hton_BMS_SetButtonColourPair(void *destination, const void *source) { host_to_network<BMS_SetButtonColourPair>(destination, source); }
+inline void hton_BMS_Ping(void *destination, const void *source) { host_to_network<BMS_Ping>(destination, source); }
+inline void hton_BMS_SetButtonImageList(void *destination, const void *source) { host_to_network<BMS_SetButtonImageList>(destination, source); }
+inline void hton_BMS_SetValue(void *destination, const void *source) { host_to_network<BMS_SetValue>(destination, source); }
+inline void hton_BMS_TFTTextLine(void *destination, const void *source) { host_to_network<BMS_TFTTextLine>(destination, source); }
+inline void hton_BMS_BlackoutScreen(void *destination, const void *source) { host_to_network<BMS_BlackoutScreen>(destination, source); }
+inline void hton_BMS_SetLEDState(void *destination, const void *source) { host_to_network<BMS_SetLEDState>(destination, source); }
+inline void hton_BMS_TFTSubTextLine(void *destination, const void *source) { host_to_network<BMS_TFTSubTextLine>(destination, source); }
+inline void hton_BMS_DrawTFTImage(void *destination, const void *source) { host_to_network<BMS_DrawTFTImage>(destination, source); }
+inline void hton_BMS_SetLEDStatusIndicator(void *destination, const void *source) { host_to_network<BMS_SetLEDStatusIndicator>(destination, source); }
+inline void hton_BMS_SetLEDToggleIndicator(void *destination, const void *source) { host_to_network<BMS_SetLEDToggleIndicator>(destination, source); }
+
+inline void ntoh_BMS_PingReply(void *destination, const void *source) { network_to_host<BMS_PingReply>(destination, source); }
+inline void ntoh_BMS_SetButtonColour(void *destination, const void *source) { network_to_host<BMS_SetButtonColour>(destination, source); }
+inline void ntoh_BMS_SetButtonText(void *destination, const void *source) { network_to_host<BMS_SetButtonText>(destination, source); }
+inline void ntoh_BMS_UploadImage(void *destination, const void *source) { network_to_host<BMS_UploadImage>(destination, source); }
+inline void ntoh_BMS_SetButtonImage(void *destination, const void *source) { network_to_host<BMS_SetButtonImage>(destination, source); }
+inline void ntoh_BMS_SetParameter(void *destination, const void *source) { network_to_host<BMS_SetParameter>(destination, source); }
+inline void ntoh_BMS_Reconfig(void *destination, const void *source) { network_to_host<BMS_Reconfig>(destination, source); }
+inline void ntoh_BMS_SetButtonColourPair(void *destination, const void *source) { network_to_host<BMS_SetButtonColourPair>(destination, source); }
+inline void ntoh_BMS_Ping(void *destination, const void *source) { network_to_host<BMS_Ping>(destination, source); }
+inline void ntoh_BMS_SetButtonImageList(void *destination, const void *source) { network_to_host<BMS_SetButtonImageList>(destination, source); }
+inline void ntoh_BMS_SetValue(void *destination, const void *source) { network_to_host<BMS_SetValue>(destination, source); }
+inline void ntoh_BMS_TFTTextLine(void *destination, const void *source) { network_to_host<BMS_TFTTextLine>(destination, source); }
+inline void ntoh_BMS_BlackoutScreen(void *destination, const void *source) { network_to_host<BMS_BlackoutScreen>(destination, source); }
+inline void ntoh_BMS_SetLEDState(void *destination, const void *source) { network_to_host<BMS_SetLEDState>(destination, source); }
+inline void ntoh_BMS_TFTSubTextLine(void *destination, const void *source) { network_to_host<BMS_TFTSubTextLine>(destination, source); }
+inline void ntoh_BMS_DrawTFTImage(void *destination, const void *source) { network_to_host<BMS_DrawTFTImage>(destination, source); }
+inline void ntoh_BMS_SetLEDStatusIndicator(void *destination, const void *source) { network_to_host<BMS_SetLEDStatusIndicator>(destination, source); }
+inline void ntoh_BMS_SetLEDToggleIndicator(void *destination, const void *source) { network_to_host<BMS_SetLEDToggleIndicator>(destination, source); }
+// clang-format on
+
+/// Bytes of a whole message: a constant for the fixed types, head and `n` counted things for the others.
+template <class Record> constexpr std::uint64_t message_size(std::uint32_t n = 0) { return type_of<Record>.size(n); }
+
+} // namespace buttondriver
