@@ -1,0 +1,35 @@
+#include "app/daemon.h"
+
+#include "buttons/button_factory.h"
+#include "logging/log_line.h"
+#include "logging/standard_output.h"
+
+namespace buttondriver {
+
+Daemon::Daemon(const SystemPaths &paths) : _paths(paths), _fpga(paths) {}
+
+Daemon::~Daemon() {
+  // Nothing reads the map between here and its end.
+  for (const auto &[id, button] : _buttons)
+    delete button;
+}
+
+bool Daemon::start(const QStringList &arguments) {
+  if (arguments.size() < 2) {
+    critical_line() << "buttondriver:map file must be specified as first argument!!!";
+    return false;
+  }
+  const QString address = arguments.value(2);
+  const quint16 port = arguments.size() > 3 ? arguments[3].toUShort(nullptr, 10) : Connector::default_port;
+
+  ButtonFactory().createButtons(_buttons, &_fpga);
+  _dispatcher.emplace(_paths);
+  _dispatcher->setButtons(_buttons);
+  _dispatcher->setFPGA(&_fpga);
+  _server.emplace(address, port, &*_dispatcher);
+  if (!_server->listen())
+    print_line("buttondriver:failed to start server");
+  return true;
+}
+
+} // namespace buttondriver

@@ -1,0 +1,74 @@
+#include "buttons/button_levels.h"
+
+#include "logging/standard_output.h"
+#include "logging/visible_text.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace buttondriver {
+
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE *file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Only a regular file is opened: anything else could keep the reader waiting, or never end.
+File open_regular_file(const std::string &name) {
+  const int descriptor = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0)
+    return nullptr;
+  struct stat status {};
+  std::FILE *file = nullptr;
+  if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
+    file = ::fdopen(descriptor, "r");
+  if (!file)
+    ::close(descriptor);
+  return File(file);
+}
+
+constexpr std::size_t buffer_size = 256;
+using Buffer = std::array<char, buffer_size>;
+
+void read_level(const Buffer &line, std::int32_t &level) {
+  Buffer word{};
+  int number = 0;
+  if (std::sscanf(line.data(), "%255s %d", word.data(), &number) == 2)
+    level = number;
+}
+
+} // namespace
+
+void ButtonLevels::read(const std::string &file_name, const std::function<void(std::int32_t scr)> &on_screen_level) {
+  const File file = open_regular_file(file_name);
+  if (!file)
+    return;
+  Buffer line{};
+  Buffer key{};
+  while (!std::feof(file.get()) && !std::ferror(file.get())) {
+    if (!std::fgets(line.data(), static_cast<int>(line.size()), file.get()))
+      continue;
+    // An empty line leaves the key of the line before in place, on purpose.
+    const int items = std::sscanf(line.data(), "%255s", key.data());
+    static_cast<void>(items);
+    if (std::strcmp(key.data(), "led") == 0) {
+      read_level(line, led);
+    } else if (std::strcmp(key.data(), "lcd") == 0) {
+      read_level(line, lcd);
+    } else if (std::strcmp(key.data(), "scr") == 0) {
+      read_level(line, scr);
+      on_screen_level(scr);
+    } else {
+      print("buttondriver:unknown type %s\n", visible_text(key.data()).c_str());
+    }
+  }
+}
+
+} // namespace buttondriver

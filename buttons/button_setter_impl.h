@@ -1,0 +1,75 @@
+#pragma once
+
+#include "buttons/blink_state.h"
+#include "buttons/button.h"
+#include "buttons/button_image.h"
+#include "buttons/button_levels.h"
+#include "buttons/button_setter.h"
+#include "bytes/byte_view.h"
+#include "paths/system_paths.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <map>
+
+namespace buttondriver {
+
+class FPGA;
+
+/// Turns messages into work for the panel: keeps the button images, the levels, and which buttons blink.
+/// Everything happens on the thread that made it, which runs an event loop.
+class ButtonSetterImpl : public QObject, public ButtonSetter {
+  Q_OBJECT
+
+public:
+  /// Reads the level file; nothing is sent yet, because there is no facade yet.
+  explicit ButtonSetterImpl(const SystemPaths &paths = {});
+
+  /// The buttons that messages can name; they stay the caller's and outlive this object's use of them.
+  void setButtons(const ButtonMap &buttons);
+  /// `fpga` outlives this object's use of it.
+  void setFPGA(FPGA *fpga);
+
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+
+  /// `state` -1: blink with phases of `time` milliseconds, which must not be 0; all else is a steady LED value.
+  /// `button_id` -1: every button.
+  void setLEDState(qint32 button_id, qint32 state, qint32 time);
+  /// Hands `image` to a button. No message leads here.
+  void setButtonImage(qint32 button_id, const ButtonImage &image);
+  /// Reads the level file again and sends the screen level to the panel.
+  void reconfig();
+
+  const ButtonLevels &levels() const { return _levels; }
+  /// The image kept under `id`, null when there is none.
+  const ButtonImage *image(qint32 id) const;
+  bool isBlinking() const { return _update_timer.isActive(); }
+
+public slots:
+  /// One blink tick.
+  void update_timer();
+
+private:
+  void processMessage(const QByteArray &message, QIODevice *reply, qint32 image_id_offset);
+  void logNullMessage(ByteView message);
+  void uploadImage(ByteView message, qint32 image_id_offset);
+  void answerPing(QIODevice *reply);
+  void writeTextLine(ByteView message);
+  void blackoutScreen(ByteView message);
+  void setLEDState(ByteView message);
+  void writeSubTextLine(ByteView message);
+  void drawImage(const QByteArray &message);
+  void setStatusIndicator(ByteView message);
+  void setToggleIndicator(ByteView message);
+
+  SystemPaths _paths;
+  std::map<qint32, ButtonImage> _images;
+  ButtonMap _buttons;
+  std::map<IButton *, BlinkState> _blinking;
+  ButtonLevels _levels;
+  QTimer _update_timer;
+  FPGA *_fpga = nullptr;
+};
+
+} // namespace buttondriver

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "bytes/byte_view.h"
+
+#include <QByteArray>
+
+namespace buttondriver {
+
+/// The bytes of a message from some offset on, without a copy: the message's storage lives as long as this does, on
+/// whatever thread.
+class SharedBytes {
+public:
+  SharedBytes(QByteArray message, std::size_t offset) : _message(std::move(message)), _offset(offset) {}
+
+  /// No bytes when the message ends at the offset or before.
+  ByteView view() const {
+    return ByteView(_message.constData(), static_cast<std::size_t>(_message.size())).from(_offset);
+  }
+
+private:
+  QByteArray _message;
+  std::size_t _offset;
+};
+
+} // namespace buttondriver

@@ -1,0 +1,26 @@
+#include "fpga/worker_thread.h"
+
+#include <QMutexLocker>
+
+namespace buttondriver {
+
+WorkerThread::WorkerThread(QMutex *mutex, TaskSemaphore *semaphore, TaskQueue *queue, std::atomic<bool> *running)
+    : _mutex(mutex), _semaphore(semaphore), _queue(queue), _running(running) {
+  // Takes effect on the calling thread, not on this one.
+  setTerminationEnabled(true);
+}
+
+void WorkerThread::run() {
+  for (;;) {
+    _semaphore->acquire();
+    if (!*_running)
+      return;
+    if (FPGATask *task = _queue->front()) {
+      const QMutexLocker lock(_mutex);
+      task->execute();
+    }
+    _queue->remove_front();
+  }
+}
+
+} // namespace buttondriver

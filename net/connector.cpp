@@ -1,0 +1,39 @@
+#include "net/connector.h"
+
+#include "logging/log_line.h"
+#include "net/client_buttondriver.h"
+
+#include <QHostAddress>
+#include <QTcpSocket>
+
+#include <algorithm>
+
+namespace buttondriver {
+
+Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
+    : _address(address), _port(port), _setter(setter) {
+  connect(&_server, SIGNAL(newConnection()), this, SLOT(newClient()));
+}
+
+bool Connector::listen() {
+  QHostAddress address;
+  if (_address.isEmpty())
+    address = QHostAddress(QHostAddress::Any);
+  return _server.listen(address, _port);
+}
+
+void Connector::newClient() {
+  while (_server.hasPendingConnections()) {
+    auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter); // this object owns it
+    connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
+    _clients.push_back(client);
+    debug_line() << "buttondriver: new client";
+  }
+}
+
+void Connector::forget(ClientButtondriver *client) {
+  _clients.erase(std::remove(_clients.begin(), _clients.end(), client), _clients.end());
+  client->deleteLater();
+}
+
+} // namespace buttondriver

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_GLYPH_H
+
+#include <memory>
+
+/// The one font that text is drawn with. State is process-wide and has no lock, as for all of this room.
+namespace buttondriver::panel {
+
+/// Starts FreeType; what it returned is remembered in freetype_ready.
+void freetype_start();
+/// Gives up the font and ends FreeType, if it was started.
+void freetype_end();
+bool freetype_ready();
+
+/// Loads the bitmap font in `file` and selects its first size. Returns 0, or -1 after saying why where there is
+/// something to say. A missing file keeps the font in use; a file that exists but is no font leaves none at all.
+int font_load(const char *file);
+
+struct DoneGlyph {
+  void operator()(FT_GlyphRec *glyph) const { FT_Done_Glyph(glyph); }
+};
+using Glyph = std::unique_ptr<FT_GlyphRec, DoneGlyph>;
+
+/// A rendered character of the font in use, and how far it moves the pen, in pixels.
+struct RenderedGlyph {
+  Glyph glyph;
+  int advance_x = 0;
+  int advance_y = 0;
+
+  explicit operator bool() const { return glyph != nullptr; }
+  const FT_Bitmap &bitmap() const { return reinterpret_cast<const FT_BitmapGlyphRec *>(glyph.get())->bitmap; }
+};
+
+/// The bitmap of a character; empty when there is no font, or the font has no bitmap for it.
+RenderedGlyph render_glyph(unsigned char character);
+
+/// The size of the character cells in pixels: that of the bitmap of "A". Returns 0, or -1 when a place is missing or
+/// the glyph cannot be had.
+int glyph_cell_size(int *width, int *height);
+
+} // namespace buttondriver::panel

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+
+/// The register map of the panel, as its datasheet would have it.
+namespace buttondriver::panel {
+
+/// 16-bit registers of the FPGA. "High byte" says that an 8-bit value travels in bits 8 to 15.
+namespace fpga_register {
+inline constexpr unsigned tft_intensity = 0x800;     ///< high byte: intensity_enable | level
+inline constexpr unsigned led_command = 0x900;       ///< high byte: LED command, see led_command_bits
+inline constexpr unsigned tft_index_base = 0xA00;    ///< + 2 x controller mask; high byte: half of an index
+inline constexpr unsigned tft_data_base = 0xA01;     ///< + 2 x controller mask; register values and pixels
+inline constexpr unsigned toggle_indicators = 0x1003; ///< bit 0 and bit 1, one for each indicator
+} // namespace fpga_register
+
+/// The LED command byte: bits 0-4 LED id, bit 5 on, bits 6-7 kind.
+namespace led_command_bits {
+inline constexpr unsigned on = 0x20;
+inline constexpr unsigned button_led = 0x40;
+inline constexpr unsigned status_indicator = 0x80;
+} // namespace led_command_bits
+
+/// Button LED commands are kept this far apart.
+inline constexpr unsigned led_pause_microseconds = 50;
+
+/// The intensity byte: two enable bits, then a level of 0 to 63.
+inline constexpr unsigned intensity_enable = 0xC0;
+inline constexpr unsigned highest_intensity_level = 63;
+
+/// One bit a TFT controller; a write with several bits set reaches them all in one transfer.
+inline constexpr unsigned all_controllers = 7;
+
+/// 16-bit registers of a TFT controller. An index goes out as two bytes on the index port, high byte first.
+namespace tft_register {
+inline constexpr unsigned ram_address = 0x21;       ///< 0: the corner of the window
+inline constexpr unsigned write_ram = 0x22;         ///< the pixels follow on the data port
+inline constexpr unsigned horizontal_window = 0x44; ///< end column in the high byte, start column in the low byte
+inline constexpr unsigned vertical_window = 0x45;   ///< end row in the high byte, start row in the low byte
+} // namespace tft_register
+
+/// The glass: 128 x 128 pixels at these columns and rows of the controller, both ends included.
+inline constexpr int screen_width = 128;
+inline constexpr int screen_height = 128;
+inline constexpr int first_column = 4;
+inline constexpr int last_column = 131;
+inline constexpr int first_row = 1;
+inline constexpr int last_row = 128;
+inline constexpr unsigned screen_pixels = screen_width * screen_height;
+
+/// Device node of the FPGA's registers.
+inline constexpr const char *register_device_path = "/dev/fpga-reg";
+
+} // namespace buttondriver::panel
