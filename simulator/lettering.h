@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QPointF>
+
+#include <string_view>
+
+namespace buttondriver::simulator {
+
+/// How a legend on the panel is printed.
+struct Lettering {
+  /// Height of the capitals in pixels.
+  double height;
+  /// Width of the strokes in pixels.
+  double stroke;
+  /// Gap between two characters, as a part of the height.
+  double spacing;
+  QRgb colour;
+};
+
+/// Width of `text` in pixels, from the left edge of the first character to the right edge of the last.
+double lettering_width(std::string_view text, const Lettering &lettering);
+
+/// Prints `text` with strokes of our own, so that a picture needs no font: digits, the capitals that the panel uses,
+/// and blanks; anything else comes out as a blank. `middle_left` is half way up the first character.
+void draw_lettering(QPainter &painter, const QPointF &middle_left, std::string_view text, const Lettering &lettering);
+
+/// The same with the middle of the text at `centre`.
+void draw_centred_lettering(QPainter &painter, const QPointF &centre, std::string_view text,
+                            const Lettering &lettering);
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QImage>
+
+namespace buttondriver::simulator {
+
+/// The panel without power: plate, glass, keys, legends, every lamp and every segment dark, the screens black.
+QImage draw_housing();
+
+} // namespace buttondriver::simulator
