@@ -1,0 +1,51 @@
+#include "logging/message_handler.h"
+#include "simulator/simulation.h"
+#include "unixsignalhandler/unix_signal_handler.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+using buttondriver::simulator::Answer;
+using buttondriver::simulator::Options;
+using buttondriver::simulator::Simulation;
+using unixsignalhandler::UnixSignalHandler;
+
+// Signal callbacks take no arguments.
+Simulation *running_simulation = nullptr;
+
+void install_signal_callbacks() {
+  const auto end = [] { running_simulation->end(); };
+  UnixSignalHandler::installSignalHandler(SIGTERM, end);
+  UnixSignalHandler::installSignalHandler(SIGINT, end);
+  UnixSignalHandler::installSignalHandler(SIGUSR1, [] { running_simulation->takeSnapshot(); });
+}
+
+int say(const Answer &answer) {
+  if (answer.exit_status == 0)
+    std::fputs(answer.text.toLocal8Bit().constData(), stdout);
+  else
+    std::fprintf(stderr, "buttondriver-sim: %s; see --help\n", answer.text.toLocal8Bit().constData());
+  return answer.exit_status;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  buttondriver::install_message_handler();
+  QCoreApplication application(argc, argv);
+  const auto command_line = buttondriver::simulator::read_options(QCoreApplication::arguments());
+  if (const auto *answer = std::get_if<Answer>(&command_line))
+    return say(*answer);
+
+  UnixSignalHandler signal_bridge;
+  Simulation simulation(std::get<Options>(command_line));
+  running_simulation = &simulation;
+  install_signal_callbacks();
+  if (!simulation.start())
+    return 1;
+  return QCoreApplication::exec();
+}

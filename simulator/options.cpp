@@ -1,0 +1,64 @@
+#include "simulator/options.h"
+
+#include <QCommandLineParser>
+
+namespace buttondriver::simulator {
+
+namespace {
+
+constexpr int most_positional_arguments = 3;
+
+const QCommandLineOption root_option(
+    QStringLiteral("root"),
+    QStringLiteral("Put the fixed paths /etc/rv1000e and /opt/rv1000e under DIR. Default: a ready-made root."),
+    QStringLiteral("DIR"));
+const QCommandLineOption snapshot_option(
+    QStringLiteral("snapshot"),
+    QStringLiteral("Write a picture of the panel when the program is asked to end, and on SIGUSR1."),
+    QStringLiteral("FILE.png"));
+const QCommandLineOption record_option(
+    QStringLiteral("record"),
+    QStringLiteral("Write a line for each register transfer: microseconds, w or r, address, count, words."),
+    QStringLiteral("FILE"));
+
+} // namespace
+
+std::variant<Options, Answer> read_options(const QStringList &arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel."));
+  const QCommandLineOption help = parser.addHelpOption();
+  const QCommandLineOption version = parser.addVersionOption();
+  parser.addOptions({root_option, snapshot_option, record_option});
+  parser.addPositionalArgument(QStringLiteral("MAP"), QStringLiteral("Map file; not read."), QStringLiteral("[MAP"));
+  parser.addPositionalArgument(QStringLiteral("ADDRESS"),
+                               QStringLiteral("Empty: listen on IPv4 and IPv6; any other text: on IPv4."),
+                               QStringLiteral("[ADDRESS"));
+  parser.addPositionalArgument(QStringLiteral("PORT"), QStringLiteral("TCP port, 0 for a free one. Default: 3003."),
+                               QStringLiteral("[PORT]]]"));
+
+  if (!parser.parse(arguments))
+    return Answer{parser.errorText(), 2};
+  if (parser.isSet(help))
+    return Answer{parser.helpText(), 0};
+  if (parser.isSet(version))
+    return Answer{QStringLiteral("buttondriver-sim " BUTTONDRIVER_VERSION "\n"), 0};
+  const QStringList positional = parser.positionalArguments();
+  if (positional.size() > most_positional_arguments)
+    return Answer{QStringLiteral("too many arguments: at most MAP, ADDRESS and PORT"), 2};
+
+  Options options;
+  options.root = parser.value(root_option);
+  options.snapshot_file = parser.value(snapshot_option);
+  options.record_file = parser.value(record_option);
+  // The daemon insists on a map file, and does not read it.
+  options.daemon_arguments = QStringList{arguments.value(0), QStringLiteral("no-map-file")};
+  for (int i = 0; i < positional.size(); ++i) {
+    if (i == 0)
+      options.daemon_arguments[1] = positional[i];
+    else
+      options.daemon_arguments += positional[i];
+  }
+  return options;
+}
+
+} // namespace buttondriver::simulator

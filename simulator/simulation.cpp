@@ -1,0 +1,94 @@
+#include "simulator/simulation.h"
+
+#include "fpga/fpga_task.h"
+#include "logging/standard_output.h"
+#include "simulator/panel_picture.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <memory>
+#include <utility>
+
+namespace buttondriver::simulator {
+
+namespace {
+
+/// Shipped beside the program, in the build folder as in an installation.
+QString ready_made_root() {
+  return QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                         QStringLiteral("/../share/buttondriver/panel-root"));
+}
+
+/// Runs on the worker, behind all tasks queued before it: then the panel shows their work.
+class ReportStateTask : public FPGATask {
+public:
+  ReportStateTask(const VirtualPanel &panel, std::function<void(PanelState)> report)
+      : _panel(panel), _report(std::move(report)) {}
+  void execute() override { _report(_panel.state()); }
+
+private:
+  const VirtualPanel &_panel;
+  std::function<void(PanelState)> _report;
+};
+
+} // namespace
+
+Simulation::Simulation(const Options &options) : _options(options) { panel::use_register_device(&_panel); }
+
+Simulation::~Simulation() {
+  _daemon.reset();
+  panel::use_register_device(nullptr);
+}
+
+bool Simulation::start() {
+  if (!_options.record_file.isEmpty()) {
+    _recorder.emplace(QFile::encodeName(_options.record_file).toStdString());
+    if (!_recorder->isOpen()) {
+      std::fprintf(stderr, "buttondriver-sim: cannot write the recording %s\n",
+                   QFile::encodeName(_options.record_file).constData());
+      return false;
+    }
+    _panel.setRecorder(&*_recorder);
+  }
+  const QString root = _options.root.isEmpty() ? ready_made_root() : QDir(_options.root).absolutePath();
+  _daemon.emplace(SystemPaths::under(QFile::encodeName(root).toStdString()));
+  if (!_daemon->start(_options.daemon_arguments))
+    return false;
+  if (const quint16 port = _daemon->server().port(); port != 0)
+    print("buttondriver-sim: listening on port %u\n", unsigned{port});
+  return true;
+}
+
+void Simulation::whenWorkIsDone(std::function<void(const PanelState &)> then) {
+  _daemon->fpga().queue(
+      std::make_unique<ReportStateTask>(_panel, [this, then = std::move(then)](const PanelState &state) {
+        QMetaObject::invokeMethod(
+            this, [then, state] { then(state); }, Qt::QueuedConnection);
+      }));
+}
+
+void Simulation::takeSnapshot() {
+  whenWorkIsDone([this](const PanelState &state) { writeSnapshot(state); });
+}
+
+void Simulation::end() {
+  whenWorkIsDone([this](const PanelState &state) {
+    writeSnapshot(state);
+    QCoreApplication::quit();
+  });
+}
+
+void Simulation::writeSnapshot(const PanelState &state) const {
+  if (_options.snapshot_file.isEmpty())
+    return;
+  QString error;
+  if (write_png(draw_panel(state), _options.snapshot_file, &error))
+    print("buttondriver-sim: wrote %s\n", QFile::encodeName(_options.snapshot_file).constData());
+  else
+    std::fprintf(stderr, "buttondriver-sim: cannot write %s: %s\n",
+                 QFile::encodeName(_options.snapshot_file).constData(), error.toLocal8Bit().constData());
+}
+
+} // namespace buttondriver::simulator
