@@ -1,0 +1,93 @@
+#include "fpga/configuration_watcher.h"
+
+#include "support/event_loop.h"
+#include "support/test_root.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <optional>
+
+namespace buttondriver {
+namespace {
+
+using test::process_events_until;
+using test::write_file;
+
+class ConfigurationWatcherTest : public testing::Test {
+protected:
+  ConfigurationWatcherTest() : file(folder.path() + QStringLiteral("/deep/er/launcher.cfg")) {}
+
+  void watch() {
+    watcher.emplace(file);
+    QObject::connect(&*watcher, &ConfigurationWatcher::fileChanged, [this](const QString &path) {
+      EXPECT_EQ(path, file);
+      ++changes;
+    });
+  }
+
+  /// Whether the watcher tells of a change after `act`.
+  template <class Act> bool tells(Act act) {
+    const int before = changes;
+    act();
+    return process_events_until([&] { return changes > before; });
+  }
+
+  void replace() {
+    write_file(file + QStringLiteral(".new"), "replaced");
+    ASSERT_EQ(std::rename(qPrintable(file + QStringLiteral(".new")), qPrintable(file)), 0);
+  }
+
+  QTemporaryDir folder;
+  QString file;
+  std::optional<ConfigurationWatcher> watcher;
+  int changes = 0;
+};
+
+TEST_F(ConfigurationWatcherTest, tells_of_a_rewrite_in_place) {
+  write_file(file, "one");
+  watch();
+  EXPECT_EQ(watcher->files(), QStringList(file));
+  EXPECT_TRUE(tells([&] { write_file(file, "two"); }));
+  EXPECT_TRUE(tells([&] { write_file(file, "three"); }));
+}
+
+TEST_F(ConfigurationWatcherTest, follows_a_file_that_is_replaced_again_and_again) {
+  write_file(file, "one");
+  watch();
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_TRUE(tells([&] { replace(); })) << i;
+    EXPECT_EQ(watcher->files(), QStringList(file)) << i;
+  }
+}
+
+TEST_F(ConfigurationWatcherTest, finds_a_file_that_is_deleted_and_written_anew) {
+  write_file(file, "one");
+  watch();
+  EXPECT_TRUE(tells([&] { QFile::remove(file); }));
+  EXPECT_TRUE(watcher->files().isEmpty());
+  EXPECT_TRUE(tells([&] { write_file(file, "two"); }));
+  EXPECT_TRUE(tells([&] { write_file(file, "three"); }));
+}
+
+TEST_F(ConfigurationWatcherTest, finds_a_file_that_appears_with_its_folders) {
+  watch();
+  EXPECT_TRUE(watcher->files().isEmpty());
+  EXPECT_TRUE(tells([&] { write_file(file, "one"); }));
+  EXPECT_EQ(watcher->files(), QStringList(file));
+  EXPECT_TRUE(tells([&] { write_file(file, "two"); }));
+}
+
+TEST_F(ConfigurationWatcherTest, finds_a_file_whose_folder_was_deleted_in_between) {
+  write_file(file, "one");
+  watch();
+  EXPECT_TRUE(tells([&] { QDir(folder.path() + QStringLiteral("/deep")).removeRecursively(); }));
+  EXPECT_TRUE(tells([&] { write_file(file, "two"); }));
+}
+
+} // namespace
+} // namespace buttondriver
