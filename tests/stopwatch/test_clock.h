@@ -1,0 +1,33 @@
+#pragma once
+
+#include "stopwatch/stopwatch.h"
+
+namespace stopwatch::test {
+
+/// A clock that stands still until it is told otherwise, and that can fail. Outlives the events that read it.
+class TestClock {
+public:
+  TestClock(time_t seconds, suseconds_t microseconds) { set(seconds, microseconds); }
+
+  void set(time_t seconds, suseconds_t microseconds) { _now = timeval{seconds, microseconds}; }
+  /// Whether readings fail from now on.
+  void fail(bool failing) { _failing = failing; }
+  int readings() const { return _readings; }
+
+  Clock clock() {
+    return [this](timeval &time) {
+      ++_readings;
+      if (_failing)
+        return -1;
+      time = _now;
+      return 0;
+    };
+  }
+
+private:
+  timeval _now{};
+  bool _failing = false;
+  int _readings = 0;
+};
+
+} // namespace stopwatch::test
