@@ -54,9 +54,9 @@ void draw_lit_lamp(QPainter &painter, const QRect &lamp, const LampColours &colo
 void draw_glow(QPainter &painter, const QRect &lamp, const QPainterPath &area, double reach, int strength,
                const LampColours &colours) {
   QRadialGradient light(QRectF(lamp).center(), reach);
-  // Light falls off with the square of the distance; these stops follow it down to nothing at the edge.
-  for (const auto &[distance, part] :
-       {std::pair(0.0, 1.0), std::pair(0.25, 0.56), std::pair(0.5, 0.25), std::pair(0.75, 0.0625), std::pair(1.0, 0.0)})
+  // The square of what is left of the reach: a light that ends without a visible edge.
+  for (const auto &[distance, part] : {std::pair(0.0, 1.0), std::pair(0.25, 0.5625), std::pair(0.5, 0.25),
+                                       std::pair(0.75, 0.0625), std::pair(1.0, 0.0)})
     light.setColorAt(distance, with_opacity(colours.glow, static_cast<int>(strength * part)));
   painter.fillPath(area, light);
 }

@@ -7,6 +7,7 @@
 #include "simulator/panel_layout.h"
 #include "simulator/screen_image.h"
 
+#include <QBuffer>
 #include <QImageWriter>
 #include <QPainter>
 #include <QSaveFile>
@@ -98,13 +99,15 @@ bool write_png(const QImage &image, const QString &file_name, QString *error) {
       *error = reason;
     return false;
   };
-  QSaveFile file(file_name);
-  if (!file.open(QIODevice::WriteOnly))
-    return failed(file.errorString());
-  QImageWriter writer(&file, "png");
+  // Encoded in memory first, because Qt's PNG encoder leaks when its device stops taking bytes, as a full disk does.
+  QBuffer encoded;
+  QImageWriter writer(&encoded, "png");
   if (!writer.write(image))
     return failed(writer.errorString());
-  return file.commit() || failed(file.errorString());
+  QSaveFile file(file_name);
+  if (!file.open(QIODevice::WriteOnly) || file.write(encoded.data()) != encoded.size() || !file.commit())
+    return failed(file.errorString());
+  return true;
 }
 
 } // namespace buttondriver::simulator

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QRect>
 
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <string>
@@ -139,9 +140,20 @@ TEST(PanelPicture, shows_a_lamp_the_same_whatever_the_others_do) {
 
 TEST(PanelPicture, numbers_every_key_differently) {
   const QImage picture = draw_panel(PanelState());
+  // The same shade may come out one step apart at two places; ink and no ink are far apart.
+  const auto clearly_different = [&](std::size_t one, std::size_t other) {
+    int count = 0;
+    for (int y = 8; y < layout::key(one).height() - 8; ++y)
+      for (int x = 8; x < layout::key(one).width() - 8; ++x) {
+        const int first = brightness(picture.pixel(layout::key(one).topLeft() + QPoint(x, y)));
+        const int second = brightness(picture.pixel(layout::key(other).topLeft() + QPoint(x, y)));
+        count += std::abs(first - second) > 100 ? 1 : 0;
+      }
+    return count;
+  };
   for (std::size_t one = 0; one < 24; ++one)
     for (std::size_t other = one + 1; other < 24; ++other)
-      EXPECT_NE(picture.copy(layout::key(one)), picture.copy(layout::key(other))) << one << " and " << other;
+      EXPECT_GT(clearly_different(one, other), 10) << one << " and " << other;
 }
 
 TEST(PanelPicture, lights_as_many_segments_as_the_intensity) {
