@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTcpSocket>
+
+#include <memory>
+
+namespace buttondriver::test {
+
+/// A built program that runs beside the test. It is ended, at the latest, when this object goes.
+class Program {
+public:
+  Program(const QString &file, const QStringList &arguments);
+  ~Program();
+
+  /// Waits until standard output holds `text`, as often as `times` says; false after twenty seconds, or when the
+  /// program has ended without it.
+  bool waitForOutput(const QByteArray &text, int times = 1);
+  bool waitForError(const QByteArray &text);
+  /// Waits for the program's own end; its exit status, -1 when it was killed or still runs after twenty seconds.
+  int waitForEnd();
+  void sendSignal(int signal);
+  bool isRunning() const { return _process.state() == QProcess::Running; }
+
+  /// The TCP port that the program listens on, as the system tells; 0 when there is none within twenty seconds.
+  quint16 listeningPort();
+  /// A connection to that port.
+  std::unique_ptr<QTcpSocket> connectTo();
+
+  /// All of it so far.
+  QByteArray standardOutput();
+  QByteArray standardError();
+
+private:
+  void collect();
+
+  QProcess _process;
+  QByteArray _output;
+  QByteArray _error;
+};
+
+/// Writes frames given in hexadecimal and waits until they have left.
+void send_frames(QTcpSocket &socket, const QByteArray &hex);
+/// Sends a ping and waits for its answer: then all that was sent before has been accepted.
+bool answered_ping(QTcpSocket &socket);
+
+} // namespace buttondriver::test
