@@ -1,0 +1,236 @@
+#include "event_client_fixture.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <netinet/in.h>
+
+namespace buttondriver::test {
+namespace {
+
+using Door = ScriptedPeer::Door;
+
+class EventClientConnection : public EventClientTest {
+protected:
+  static std::string server(const ScriptedPeer &peer) { return "127.0.0.1:" + std::to_string(peer.port()); }
+};
+
+TEST_F(EventClientConnection, default_server_is_port_3003_of_this_machine) {
+  static sockaddr_in asked;
+  EventClientCalls calls = observed_calls();
+  calls.connect = [](int, const sockaddr *address, socklen_t) {
+    asked = *reinterpret_cast<const sockaddr_in *>(address);
+    errno = ECONNREFUSED;
+    return -1;
+  };
+  replace_event_client_calls(calls);
+  EXPECT_EQ(btc_connect(), 0);
+  EXPECT_EQ(asked.sin_family, AF_INET);
+  EXPECT_EQ(ntohl(asked.sin_addr.s_addr), 0x7F000001U);
+  EXPECT_EQ(ntohs(asked.sin_port), 3003);
+}
+
+TEST_F(EventClientConnection, attempt_after_999_ms_waits_and_after_1000_ms_is_made) {
+  ScriptedPeer peer(Door::closed);
+  EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
+  EXPECT_EQ(connects(), 1);
+  peer.open_door();
+  advance_ms(999);
+  EXPECT_EQ(btc_connect(), 0);
+  EXPECT_EQ(connects(), 1);
+  advance_ms(1);
+  EXPECT_EQ(btc_connect(), 1);
+  EXPECT_EQ(connects(), 2);
+}
+
+TEST_F(EventClientConnection, attempt_that_was_put_off_does_not_put_off_the_next) {
+  ScriptedPeer peer(Door::closed);
+  EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
+  for (int i = 0; i < 9; ++i) {
+    advance_ms(100);
+    EXPECT_EQ(btc_reconfig(), 0);
+  }
+  EXPECT_EQ(connects(), 1);
+  advance_ms(100);
+  EXPECT_EQ(btc_reconfig(), 0);
+  EXPECT_EQ(connects(), 2);
+}
+
+TEST_F(EventClientConnection, clock_that_is_set_back_puts_off_the_next_attempt) {
+  ScriptedPeer peer(Door::closed);
+  EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
+  peer.open_door();
+  advance_ms(-2000);
+  EXPECT_EQ(btc_connect(), 0);
+  advance_ms(3000);
+  EXPECT_EQ(btc_connect(), 1);
+}
+
+TEST_F(EventClientConnection, says_nothing_unless_verbose) {
+  ScriptedPeer peer(Door::closed);
+  EXPECT_EQ(printed_by([&] {
+              EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
+              EXPECT_EQ(btc_reconfig(), 0);
+              peer.open_door();
+              advance_ms(1000);
+              EXPECT_EQ(btc_reconfig(), 1);
+            }),
+            "");
+}
+
+TEST_F(EventClientConnection, says_every_step_when_verbose) {
+  ScriptedPeer peer(Door::closed);
+  ASSERT_EQ(btc_set_server(local_host, peer.port()), 0);
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_verbose_on(), 0); }),
+            "connect later, since last attempt elapsed only 0.00 ms\n could not connect\n");
+  advance_ms(999);
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_connect(), 0); }),
+            "connect later, since last attempt elapsed only 999.00 ms\n");
+  advance_ms(1);
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_reconfig(), 0); }), "try to connect to " + server(peer) +
+                                                                  "\nbtc failed to connect to server " + server(peer) +
+                                                                  "\n could not connect\n");
+  peer.open_door();
+  advance_ms(1000);
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_reconfig(), 1); }),
+            "try to connect to " + server(peer) + "\nbtc connected to server " + server(peer) + "\n");
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_parameter_off(), 1); }), "");
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_connect(), 1); }), "");
+}
+
+TEST_F(EventClientConnection, server_named_while_connected_is_used_after_the_connection_is_lost) {
+  ScriptedPeer first;
+  ScriptedPeer second;
+  meet(first);
+  EXPECT_EQ(btc_set_server(local_host, second.port()), 1);
+  EXPECT_EQ(btc_reconfig(), 1);
+  EXPECT_EQ(to_hex(first.read(12)), golden("00000008 0000000a 00000000"));
+  EXPECT_FALSE(second.has_caller());
+}
+
+TEST_F(EventClientConnection, at_most_256_characters_of_the_host_are_kept) {
+  const auto attempt_with = [](const std::string &host) {
+    advance_ms(1000);
+    return printed_by([&host] { EXPECT_EQ(btc_set_server(host.c_str(), 1), 0); });
+  };
+  ScriptedPeer closed(Door::closed);
+  btc_set_server(local_host, closed.port());
+  printed_by(btc_verbose_on);
+  for (const std::size_t length : {255U, 256U, 257U, 300U}) {
+    const std::string kept(std::min<std::size_t>(length, 256), 'x');
+    EXPECT_EQ(attempt_with(std::string(length, 'x')),
+              "try to connect to " + kept + ":1\nbtc failed to connect to server " + kept + ":1\n");
+  }
+  EXPECT_EQ(attempt_with("short"), "try to connect to short:1\nbtc failed to connect to server short:1\n");
+}
+
+TEST_F(EventClientConnection, server_that_is_no_address_is_not_asked) {
+  ScriptedPeer peer;
+  struct Row {
+    const char *host;
+    std::int32_t port;
+    const char *named;
+  };
+  const Row rows[] = {
+      {"localhost", 3003, "localhost:3003"},
+      {"", 3003, ":3003"},
+      {nullptr, 3003, ":3003"},
+      {"127.0.0.256", 3003, "127.0.0.256:3003"},
+      {local_host, -1, "127.0.0.1:-1"},
+      {local_host, 65536, "127.0.0.1:65536"},
+  };
+  ScriptedPeer closed(Door::closed);
+  btc_set_server(local_host, closed.port());
+  printed_by(btc_verbose_on);
+  const int before = connects();
+  for (const Row &row : rows) {
+    advance_ms(1000);
+    EXPECT_EQ(printed_by([&row] { EXPECT_EQ(btc_set_server(row.host, row.port), 0); }),
+              std::string("try to connect to ") + row.named + "\nbtc failed to connect to server " + row.named + "\n");
+  }
+  EXPECT_EQ(connects(), before);
+  advance_ms(1000);
+  EXPECT_EQ(btc_set_server(local_host, peer.port() + 65536), 0);
+  EXPECT_FALSE(peer.has_caller());
+}
+
+TEST_F(EventClientConnection, port_65535_is_asked) {
+  static int asked;
+  EventClientCalls calls = observed_calls();
+  calls.connect = [](int, const sockaddr *address, socklen_t) {
+    asked = ntohs(reinterpret_cast<const sockaddr_in *>(address)->sin_port);
+    errno = ECONNREFUSED;
+    return -1;
+  };
+  replace_event_client_calls(calls);
+  EXPECT_EQ(btc_set_server(local_host, 65535), 0);
+  EXPECT_EQ(asked, 65535);
+}
+
+TEST_F(EventClientConnection, attempt_without_a_socket_fails_and_the_next_one_opens_it) {
+  ScriptedPeer peer;
+  EventClientCalls calls = observed_calls();
+  calls.socket = [](int, int, int) {
+    errno = EMFILE;
+    return -1;
+  };
+  replace_event_client_calls(calls);
+  EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
+  replace_event_client_calls(observed_calls());
+  advance_ms(1000);
+  EXPECT_EQ(btc_connect(), 1);
+  EXPECT_TRUE(peer.has_caller());
+}
+
+TEST_F(EventClientConnection, refused_attempt_keeps_its_socket_for_the_next) {
+  static int sockets;
+  sockets = 0;
+  EventClientCalls calls = observed_calls();
+  calls.socket = [](int domain, int type, int protocol) {
+    ++sockets;
+    return ::socket(domain, type, protocol);
+  };
+  replace_event_client_calls(calls);
+  ScriptedPeer peer(Door::closed);
+  EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
+  advance_ms(1000);
+  EXPECT_EQ(btc_connect(), 0);
+  peer.open_door();
+  advance_ms(1000);
+  EXPECT_EQ(btc_connect(), 1);
+  EXPECT_EQ(sockets, 1);
+}
+
+TEST_F(EventClientConnection, interrupted_connect_is_repeated) {
+  static int interruptions;
+  interruptions = 2;
+  EventClientCalls calls = observed_calls();
+  calls.connect = [](int descriptor, const sockaddr *address, socklen_t size) {
+    if (interruptions-- > 0) {
+      errno = EINTR;
+      return -1;
+    }
+    return ::connect(descriptor, address, size);
+  };
+  replace_event_client_calls(calls);
+  ScriptedPeer peer;
+  EXPECT_EQ(btc_set_server(local_host, peer.port()), 1);
+  EXPECT_TRUE(peer.has_caller());
+}
+
+TEST_F(EventClientConnection, server_that_does_not_answer_fails_in_bounded_time_and_is_given_up) {
+  ScriptedPeer silent(Door::jammed);
+  ScriptedPeer other;
+  EventClientCalls calls = observed_calls();
+  calls.longest_wait_ms = 20;
+  replace_event_client_calls(calls);
+  EXPECT_EQ(btc_set_server(local_host, silent.port()), 0);
+  EXPECT_EQ(connects(), 1);
+  advance_ms(1000);
+  EXPECT_EQ(btc_set_server(local_host, other.port()), 1);
+  EXPECT_EQ(btc_reconfig(), 1);
+  other.accept();
+  EXPECT_EQ(to_hex(other.read(12)), golden("00000008 0000000a 00000000"));
+}
+
+} // namespace
+} // namespace buttondriver::test

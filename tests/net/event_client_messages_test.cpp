@@ -1,0 +1,100 @@
+#include "event_client_fixture.h"
+
+#include <future>
+
+namespace buttondriver::test {
+namespace {
+
+class EventClientMessages : public EventClientTest {};
+
+std::string counting_image() {
+  std::string image;
+  for (int i = 0; i < 120; ++i)
+    image += static_cast<char>(0x80 + i);
+  return image;
+}
+
+TEST_F(EventClientMessages, every_operation_sends_its_golden_frame) {
+  const std::string image = counting_image();
+  struct Row {
+    const char *name;
+    std::function<int()> operation;
+    std::string frame;
+  };
+  const Row rows[] = {
+      {"colour", [] { return btc_set_colour(5, 0x11, 0x22, 0xF3); }, "0000000c 00000004 00000005 1122f300"},
+      {"colour of all", [] { return btc_set_colour(BTC_ALL_BUTTONS, 1, 2, 3); }, "0000000c 00000004 ffffffff 01020300"},
+      {"colour pair", [] { return btc_set_colour_pair(6, 1, 2, 3, 500, 0xF4, 5, 6, 0x01020304); },
+       "00000018 0000000b 00000006 01020300 000001f4 f4050600 01020304"},
+      {"text", [] { return btc_set_text(7, "Hi", 0xA0B0C0D0); }, "00000013 00000005 00000007 a0b0c0d0 00000003 486900"},
+      {"empty text", [] { return btc_set_text(300, "", 0); }, "00000011 00000005 0000012c 00000000 00000001 00"},
+      {"null text", [] { return btc_set_text(301, nullptr, 1); }, "00000011 00000005 0000012d 00000001 00000001 00"},
+      {"image upload", [&image] { return btc_upload_image(23, image.data(), 120); },
+       "00000084 00000006 00000017 00000078" + to_hex(image)},
+      {"image", [] { return btc_set_image(3, 0x01020304); }, "0000000c 00000007 00000003 01020304"},
+      {"image -1 on all", [] { return btc_set_image(BTC_ALL_BUTTONS, -1); }, "0000000c 00000007 ffffffff ffffffff"},
+      {"values", [] { return btc_set_value(0x01020304, 0xFFFEFDFC); }, "0000000c 0000000e 01020304 fffefdfc"},
+      {"parameter off", [] { return btc_parameter_off(); }, "0000000c 00000008 00000008 00000000"},
+      {"verbose on", [] { return btc_verbose_on(); }, "0000000c 00000008 00000009 00000001"},
+      {"reconfig", [] { return btc_reconfig(); }, "00000008 0000000a 00000000"},
+      {"raw bytes", [] { return btc_send("\x00\x00\x00\x0c", 4); }, "00000004 0000000c"},
+      {"no bytes", [] { return btc_send("", 0); }, "00000000"},
+  };
+  ScriptedPeer peer;
+  meet(peer);
+  std::string expected;
+  for (const Row &row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(row.operation(), 1);
+    const std::string frame = golden(row.frame);
+    EXPECT_EQ(to_hex(peer.read(frame.size() / 2)), frame);
+  }
+  reset_event_client();
+  EXPECT_EQ(peer.read_to_end(), "");
+}
+
+TEST_F(EventClientMessages, image_of_another_size_is_reported_without_verbose_and_not_sent) {
+  const std::string image(200, 'x');
+  ScriptedPeer peer;
+  meet(peer);
+  for (const int size : {119, 121, 0, -1}) {
+    const std::string text = "wrong image data size " + std::to_string(size) + ", must be 120\n";
+    EXPECT_EQ(printed_by([&] { EXPECT_EQ(btc_upload_image(7, image.data(), size), 0); }), text);
+  }
+  reset_event_client();
+  EXPECT_EQ(peer.read_to_end(), "");
+}
+
+TEST_F(EventClientMessages, null_image_is_not_sent) {
+  ScriptedPeer peer;
+  meet(peer);
+  EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_upload_image(7, nullptr, 120), 0); }), "");
+  reset_event_client();
+  EXPECT_EQ(peer.read_to_end(), "");
+}
+
+TEST_F(EventClientMessages, long_text_arrives_whole_at_a_peer_that_takes_one_byte_at_a_time) {
+  const std::string text(100000, 'w');
+  // 16 + 100001 bytes, framed.
+  const std::string head = from_hex("000186b1 00000005 00000001 00000002 000186a1");
+  ScriptedPeer peer(ScriptedPeer::Door::open, 2048);
+  EventClientCalls calls = observed_calls();
+  calls.longest_wait_ms = 10000;
+  replace_event_client_calls(calls);
+  meet(peer);
+  auto received = std::async(std::launch::async, [&] { return peer.read(head.size() + text.size() + 1, 1); });
+  EXPECT_EQ(btc_set_text(1, text.c_str(), 2), 1);
+  EXPECT_TRUE(received.get() == head + text + '\0');
+}
+
+TEST_F(EventClientMessages, messages_sent_before_a_late_accept_arrive) {
+  ScriptedPeer peer;
+  ASSERT_EQ(btc_set_server(local_host, peer.port()), 1);
+  EXPECT_EQ(btc_set_value(1, 2), 1);
+  EXPECT_EQ(btc_reconfig(), 1);
+  peer.accept();
+  EXPECT_EQ(to_hex(peer.read(28)), golden("0000000c 0000000e 00000001 00000002 00000008 0000000a 00000000"));
+}
+
+} // namespace
+} // namespace buttondriver::test
