@@ -46,4 +46,9 @@ LogLine &LogLine::operator<<(const QStringList &list) {
   return *this;
 }
 
+LogLine &LogLine::operator<<(LineFeed) {
+  _text += QLatin1Char('\n');
+  return *this;
+}
+
 } // namespace buttondriver

@@ -6,12 +6,16 @@
 
 namespace buttondriver {
 
+/// Stands for the line feed that some texts carry in themselves, in front of the one that ends every line of the log.
+struct LineFeed {};
+inline constexpr LineFeed line_feed{};
+
 /// One line for the Qt message channel, sent when the object goes out of scope:
 ///
 ///     debug_line() << "Button " << id << " set to state " << state;
 ///
 /// Every item is followed by one blank, the last one too, whatever the Qt in use; readers of the log rely on it.
-/// Texts come as they are, QString in double quotes, lists as ("a", "b").
+/// The one exception is a line_feed. Texts come as they are, QString in double quotes, lists as ("a", "b").
 class LogLine {
 public:
   explicit LogLine(QtMsgType level) : _level(level) {}
@@ -25,6 +29,7 @@ public:
   LogLine &operator<<(qint64 number);
   LogLine &operator<<(const QString &text);
   LogLine &operator<<(const QStringList &list);
+  LogLine &operator<<(LineFeed);
 
 private:
   QtMsgType _level;

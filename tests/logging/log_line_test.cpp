@@ -27,6 +27,13 @@ TEST(LogLine, quotes_strings_and_lists) {
   EXPECT_THAT(log.take(), ElementsAre("debug: \"/a b\" (\"/x\", \"/y\") () "));
 }
 
+TEST(LogLine, puts_no_blank_after_a_line_feed) {
+  test::CapturedLog log;
+  debug_line() << "line = " << QStringLiteral("lcd 100") << line_feed;
+  debug_line() << line_feed << 5;
+  EXPECT_THAT(log.take(), ElementsAre("debug: line =  \"lcd 100\" \n", "debug: \n5 "));
+}
+
 TEST(MessageHandler, keeps_the_text_with_its_last_blank) {
   testing::internal::CaptureStderr();
   install_message_handler();

@@ -15,26 +15,35 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
 bool refuse_sigaction = false;
+bool refuse_socketpair = false;
+
+int refusal(int error) {
+  errno = error;
+  return -1;
+}
 
 } // namespace
 
-// The linker sends every call of sigaction from this program, though not from its shared libraries, this way.
-extern "C" int __real_sigaction(int sig, const struct sigaction *action, struct sigaction *old_action);
-extern "C" int __wrap_sigaction(int sig, const struct sigaction *action, struct sigaction *old_action);
+// The linker sends each call of the two from this program, though not from its shared libraries, this way.
+extern "C" {
+int __real_sigaction(int sig, const struct sigaction *action, struct sigaction *old_action);
+int __wrap_sigaction(int sig, const struct sigaction *action, struct sigaction *old_action);
+int __real_socketpair(int domain, int type, int protocol, int *ends);
+int __wrap_socketpair(int domain, int type, int protocol, int *ends);
 
-extern "C" int __wrap_sigaction(int sig, const struct sigaction *action, struct sigaction *old_action) {
-  if (refuse_sigaction) {
-    errno = EINVAL;
-    return -1;
-  }
-  return __real_sigaction(sig, action, old_action);
+int __wrap_sigaction(int sig, const struct sigaction *action, struct sigaction *old_action) {
+  return refuse_sigaction ? refusal(EINVAL) : __real_sigaction(sig, action, old_action);
+}
+
+int __wrap_socketpair(int domain, int type, int protocol, int *ends) {
+  return refuse_socketpair ? refusal(EMFILE) : __real_socketpair(domain, type, protocol, ends);
+}
 }
 
 namespace unixsignalhandler {
@@ -349,8 +358,7 @@ TEST_F(UnixSignalHandlerTest, its_descriptors_never_block_and_close_on_exec) {
 /// Neither comes back.
 void make_a_bridge_without_descriptors() {
   buttondriver::install_message_handler();
-  const rlimit limit{3, 3};
-  ::setrlimit(RLIMIT_NOFILE, &limit);
+  refuse_socketpair = true;
   const UnixSignalHandler no_bridge;
   ::_exit(0);
 }

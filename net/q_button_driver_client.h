@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QTcpSocket>
+
+#include <vector>
+
+namespace buttondriver {
+
+/// Sends messages to a command server from a program with a Qt event loop: frames each one and keeps the connection.
+/// A message goes without its length prefix, as the encoders make it. There are no errors: what cannot be sent because
+/// the server is not there within a second is dropped, and so is what has not left yet when the connection breaks.
+/// Answers of the server are thrown away.
+///
+/// Belongs to one thread. Others reach its slots through queued connections; the list's type is registered for that,
+/// under the very name that stands in SLOT(msg(vector<QByteArray>)).
+class QButtonDriverClient : public QObject {
+  Q_OBJECT
+
+public:
+  template <typename T> using vector = std::vector<T>;
+
+  /// Starts to connect to port 3003 of this machine, without waiting.
+  QButtonDriverClient();
+  /// Starts to connect to `port` of `host`, a name or an address, without waiting.
+  QButtonDriverClient(const QString &host, quint16 port);
+
+  /// Waits until the connection is up, trying again every 200 ms while the server refuses. False after `msecs`
+  /// milliseconds, or up to one pause later; at once when that is less than 1.
+  bool waitForConnected(int msecs);
+  /// Waits until some of the messages that are not yet sent have left. False after `msecs` milliseconds (-1: never
+  /// gives up), when nothing waits to leave, and when the connection breaks.
+  bool waitForBytesWritten(int msecs);
+
+public slots:
+  /// Sends one message. Blocks for up to about a second while the connection is not up.
+  void msg(QByteArray message);
+  /// Sends several messages in their order; blocks as for one. An empty list sends nothing.
+  void msg(vector<QByteArray> messages);
+  void connected();
+
+private:
+  void connect_to_server();
+  void write_frame(const QByteArray &message);
+
+  QString _host;
+  quint16 _port;
+  QTcpSocket _socket;
+};
+
+} // namespace buttondriver

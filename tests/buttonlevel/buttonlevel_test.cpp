@@ -1,0 +1,192 @@
+#include "buttonlevel/buttonlevel.h"
+
+#include "support/captured_log.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <ostream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace buttondriver {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class ButtonlevelFile : public testing::Test {
+protected:
+  std::string in_folder(const char *name) const { return _folder.filePath(QLatin1String(name)).toStdString(); }
+
+  void write(const QByteArray &content) const {
+    QFile file(QString::fromStdString(_path));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write(content), content.size());
+  }
+
+  std::string content() const {
+    QFile file(QString::fromStdString(_path));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "no file";
+  }
+
+  QTemporaryDir _folder;
+  std::string _path = in_folder("buttonlevel");
+  test::CapturedLog _log;
+};
+
+TEST_F(ButtonlevelFile, lies_under_etc) { EXPECT_EQ(buttonlevel_path(), "/etc/rv1000e/buttonlevel"); }
+
+struct WriteRow {
+  QStringList levels;
+  const char *content;
+};
+
+TEST_F(ButtonlevelFile, holds_what_was_written_and_nothing_older) {
+  const WriteRow rows[] = {
+      {{"80", "40"}, "lcd 80\nscr 40\n"},
+      {{"80", "40", "7"}, "lcd 80\nscr 40\n"},
+      {{"-1", "no number"}, "lcd -1\nscr no number\n"},
+      {{"", ""}, "lcd \nscr \n"},
+      {{"%2", "40"}, "lcd 40\nscr 40\n"},
+      {{"80"}, "lcd 80\nscr 100\n"},
+      {{}, "lcd 100\nscr 100\n"},
+  };
+  for (const WriteRow &row : rows) {
+    write("an older and much longer content\nof two lines\n");
+    writeButtonlevelFile(row.levels, _path);
+    EXPECT_EQ(content(), row.content);
+  }
+  EXPECT_THAT(_log.take(), IsEmpty());
+}
+
+TEST_F(ButtonlevelFile, is_made_with_the_defaults_of_100) {
+  writeDefaultButtonlevelFile(_path);
+  EXPECT_EQ(content(), "lcd 100\nscr 100\n");
+}
+
+TEST_F(ButtonlevelFile, reading_a_missing_file_makes_it) {
+  QStringList levels;
+  EXPECT_TRUE(readButtonlevelFile(levels, _path));
+  EXPECT_EQ(content(), "lcd 100\nscr 100\n");
+  EXPECT_EQ(levels, QStringList({"100", "100"}));
+  EXPECT_THAT(_log.take(), ElementsAre("debug: line =  \"lcd 100\" \n", "debug: line =  \"scr 100\" \n"));
+}
+
+struct ReadRow {
+  const char *what;
+  QByteArray content;
+  QStringList before;
+  QStringList after;
+  bool result;
+};
+
+std::ostream &operator<<(std::ostream &stream, const ReadRow &row) { return stream << row.what; }
+
+class ButtonlevelRead : public ButtonlevelFile, public testing::WithParamInterface<ReadRow> {};
+
+TEST_P(ButtonlevelRead, gives_the_levels_of_the_row) {
+  const ReadRow &row = GetParam();
+  write(row.content);
+  QStringList levels = row.before;
+  EXPECT_EQ(readButtonlevelFile(levels, _path), row.result);
+  EXPECT_EQ(levels, row.after);
+  EXPECT_EQ(content(), row.content.toStdString());
+}
+
+const ReadRow read_rows[] = {
+    {"both", "lcd 80\nscr 40\n", {"1", "2"}, {"80", "40"}, true},
+    {"other_order", "scr 40\nlcd 80\n", {"1", "2"}, {"80", "40"}, true},
+    {"further_elements_stay", "lcd 80\nscr 40\n", {"1", "2", "3"}, {"80", "40", "3"}, true},
+    {"extra_blanks", "  lcd  80  \nscr   40 \n", {"1", "2"}, {"80", "40"}, true},
+    {"tabs_around_the_parts", "\tlcd \t80\t\n", {"1", "2"}, {"80", "2"}, true},
+    {"a_tab_does_not_separate", "lcd\t80\n", {"1", "2"}, {"1", "2"}, true},
+    {"more_than_a_value", "lcd 80 90\n", {"1", "2"}, {"80", "2"}, true},
+    {"led_is_ignored", "led 5\nlcd 80\nscr 40\n", {"1", "2"}, {"80", "40"}, true},
+    {"only_scr", "scr 30\n", {"1", "2"}, {"1", "30"}, true},
+    {"only_scr_into_nothing", "scr 30\n", {}, {"", "30"}, true},
+    {"only_lcd_into_nothing", "lcd 30\n", {}, {"30", ""}, true},
+    {"scr_into_one_element", "scr 30\n", {"1"}, {"1", "30"}, true},
+    {"the_last_line_counts", "lcd 1\nlcd 2\nlcd 3\n", {"1", "2"}, {"3", "2"}, true},
+    {"no_last_line_feed", "lcd 80\nscr 40", {"1", "2"}, {"80", "40"}, true},
+    {"carriage_returns", "lcd 80\r\nscr 40\r\n", {"1", "2"}, {"80", "40"}, true},
+    {"no_number", "lcd bright\n", {"1", "2"}, {"bright", "2"}, true},
+    {"capital_key", "LCD 80\nScr 40\n", {"1", "2"}, {"1", "2"}, true},
+    {"key_without_value", "lcd\nscr \nlcd", {"1", "2"}, {"1", "2"}, true},
+    {"empty_lines", "\n\n   \nlcd 80\n\n", {"1", "2"}, {"80", "2"}, true},
+    {"empty_file", "", {"1"}, {"1"}, true},
+    {"empty_file_into_nothing", "", {}, {}, false},
+    {"no_key_into_nothing", "led 5\nlcd\n", {}, {}, false},
+    {"nul_in_the_key", QByteArray("lcd\0 5\nscr 40\n", 14), {"1", "2"}, {"1", "40"}, true},
+    {"nul_in_front", QByteArray("\0\0\0\nscr 40\n", 11), {"1", "2"}, {"1", "40"}, true},
+    {"broken_utf8", "\xff\xfe 5\nlcd \xc3\nscr 40\n", {"1", "2"}, {QString(QChar(0xFFFD)), "40"}, true},
+    {"past_64_kib", QByteArray("lcd 80\n") + QByteArray(65536, '\n') + "scr 40\n", {"1", "2"}, {"80", "2"}, true},
+    {"cut_at_64_kib", QByteArray(65536 - 6, '\n') + "lcd 100\n", {"1", "2"}, {"1", "2"}, true},
+    {"up_to_64_kib", QByteArray(65536 - 8, '\n') + "lcd 100\n", {"1", "2"}, {"100", "2"}, true},
+    {"one_huge_line", "lcd 80\nlcd " + QByteArray(1000000, '9') + "\nscr 40\n", {"1", "2"}, {"80", "2"}, true},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, ButtonlevelRead, testing::ValuesIn(read_rows),
+                         [](const testing::TestParamInfo<ReadRow> &row) { return std::string(row.param.what); });
+
+TEST_F(ButtonlevelFile, logs_each_line_in_quotes) {
+  write(QByteArray("led  5\n\n\x1b[2J\"\0", 14));
+  QStringList levels;
+  readButtonlevelFile(levels, _path);
+  EXPECT_THAT(_log.take(), ElementsAre("debug: line =  \"led  5\" \n", "debug: line =  \"\" \n",
+                                       "debug: line =  \"\\u001B[2J\\\"\\u0000\" \n"));
+}
+
+TEST_F(ButtonlevelFile, that_cannot_be_made_gives_one_line_for_each_attempt) {
+  const std::string path = in_folder("no folder/buttonlevel");
+  QStringList levels{"1"};
+  EXPECT_FALSE(readButtonlevelFile(levels, path));
+  EXPECT_EQ(levels, QStringList{"1"});
+  EXPECT_THAT(_log.take(), ElementsAre("debug: writeButtonlevelFile : Unable to open  " + path + " ",
+                                       "debug: readButtonlevelFile: Unable to open file  " + path + " \n"));
+}
+
+TEST_F(ButtonlevelFile, that_is_a_folder_cannot_be_opened) {
+  ASSERT_EQ(::mkdir(_path.c_str(), 0700), 0);
+  QStringList levels{"1", "2"};
+  EXPECT_FALSE(readButtonlevelFile(levels, _path));
+  writeButtonlevelFile(levels, _path);
+  EXPECT_EQ(levels, QStringList({"1", "2"}));
+  EXPECT_THAT(_log.take(), ElementsAre("debug: readButtonlevelFile: Unable to open file  " + _path + " \n",
+                                       "debug: writeButtonlevelFile : Unable to open  " + _path + " "));
+}
+
+TEST_F(ButtonlevelFile, that_is_a_pipe_is_not_waited_for) {
+  ASSERT_EQ(::mkfifo(_path.c_str(), 0600), 0);
+  QStringList levels{"1", "2"};
+  EXPECT_FALSE(readButtonlevelFile(levels, _path));
+  writeButtonlevelFile(levels, _path);
+  // The same with somebody at the other end.
+  const int other_end = ::open(_path.c_str(), O_RDWR | O_CLOEXEC);
+  EXPECT_FALSE(readButtonlevelFile(levels, _path));
+  writeButtonlevelFile(levels, _path);
+  EXPECT_EQ(::fcntl(other_end, F_SETFL, O_NONBLOCK), 0);
+  char byte = 0;
+  EXPECT_EQ(::read(other_end, &byte, 1), -1) << "nothing was written";
+  ::close(other_end);
+  EXPECT_THAT(_log.take(), SizeIs(4));
+}
+
+TEST_F(ButtonlevelFile, leaves_no_descriptor_open) {
+  const int before = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ::close(before);
+  QStringList levels;
+  readButtonlevelFile(levels, _path);
+  readButtonlevelFile(levels, in_folder("."));
+  writeButtonlevelFile(levels, _path);
+  const int after = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ::close(after);
+  EXPECT_EQ(after, before);
+}
+
+} // namespace
+} // namespace buttondriver
