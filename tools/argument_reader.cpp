@@ -9,12 +9,18 @@ namespace buttondriver::buttonctl {
 namespace {
 
 constexpr std::uint32_t highest_latin1_character = 0xFF;
+constexpr int most_shown_characters = 40;
 
 bool is_digit(QChar character) { return character >= QLatin1Char('0') && character <= QLatin1Char('9'); }
 
 bool is_hexadecimal_digit(QChar character) {
   const QChar lower = character.toLower();
   return is_digit(character) || (lower >= QLatin1Char('a') && lower <= QLatin1Char('f'));
+}
+
+/// For messages: enough of a long text to recognise it.
+QString shortened(const QString &text) {
+  return text.size() > most_shown_characters ? text.left(most_shown_characters) + QLatin1String("...") : text;
 }
 
 /// QString's own conversion lets blanks and a plus sign pass.
@@ -110,9 +116,9 @@ QByteArray ArgumentReader::hexadecimal() {
     for (const QString &group : word("HEX").split(QLatin1Char(' '))) {
       for (const QChar character : group)
         if (!is_hexadecimal_digit(character))
-          fail(QStringLiteral("HEX must be hexadecimal digits, two for each byte; '%1' is not").arg(group));
+          fail(QStringLiteral("HEX must be hexadecimal digits, two for each byte; '%1' is not").arg(shortened(group)));
       if (group.size() % 2 != 0)
-        fail(QStringLiteral("HEX must be two digits for each byte; '%1' has an odd number").arg(group));
+        fail(QStringLiteral("HEX must be two digits for each byte; '%1' has an odd number").arg(shortened(group)));
       bytes += QByteArray::fromHex(group.toLatin1());
     }
   }

@@ -6,7 +6,9 @@
 
 namespace buttondriver::buttonctl {
 
-QString batch_place(const QString &file, int line) { return QStringLiteral("%1:%2: ").arg(file).arg(line); }
+QString batch_place(const QString &file, int line) {
+  return QStringLiteral("%1:%2: ").arg(file, QString::number(line));
+}
 
 Outcome<std::vector<BatchLine>> read_batch(const QString &file) {
   QFile source(file);

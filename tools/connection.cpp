@@ -76,8 +76,7 @@ Outcome<Done> Connection::send(const QByteArray &bytes) {
     if (_socket.state() != QAbstractSocket::ConnectedState)
       return lost();
     return Failure{QStringLiteral("%1 takes no data for %2 ms; allow more time with --timeout")
-                       .arg(peer())
-                       .arg(_endpoint.timeout_ms)};
+                       .arg(peer(), QString::number(_endpoint.timeout_ms))};
   }
   return Done{};
 }
@@ -98,8 +97,7 @@ Outcome<double> Connection::ping(const QByteArray &bytes) {
       return Failure{QStringLiteral("%1 closed the connection instead of answering; is that the daemon?").arg(peer())};
     return Failure{
         QStringLiteral("no answer from %1 within %2 ms; allow more time with --timeout, or restart the daemon")
-            .arg(peer())
-            .arg(_endpoint.timeout_ms)};
+            .arg(peer(), QString::number(_endpoint.timeout_ms))};
   }
   const auto nanoseconds = static_cast<double>(elapsed.nsecsElapsed());
   const QByteArray answer = _socket.read(ping_answer_size);
@@ -134,8 +132,7 @@ Failure Connection::connection_failure() const {
     return Failure{QStringLiteral("the host '%1' is not known; check --host").arg(_endpoint.host)};
   case QAbstractSocket::SocketTimeoutError:
     return Failure{QStringLiteral("no connection to %1 within %2 ms; check --host and --port")
-                       .arg(peer())
-                       .arg(_endpoint.timeout_ms)};
+                       .arg(peer(), QString::number(_endpoint.timeout_ms))};
   default:
     return Failure{
         QStringLiteral("cannot connect to %1 (%2); check --host and --port").arg(peer(), _socket.errorString())};

@@ -278,11 +278,11 @@ TEST(Buttonctl, a_batch_file_goes_over_one_connection) {
 
 TEST(Buttonctl, a_bad_line_of_a_batch_file_is_named_and_nothing_is_sent) {
   const WorkingFolder folder;
-  folder.write("start.txt", "led 5 on\n\nled 5 up\n");
+  folder.write("start%2.txt", "led 5 on\n\nled 5 up\n");
   FakeDaemon daemon;
-  const ToolResult result = run_tool({"-p", number(daemon.port()), "batch", "start.txt"});
+  const ToolResult result = run_tool({"-p", number(daemon.port()), "batch", "start%2.txt"});
   EXPECT_EQ(result.exit_status, 2);
-  EXPECT_EQ(result.errors, "buttonctl: start.txt:3: led: STATE must be 'on', 'off' or 'blink', not 'up'\n");
+  EXPECT_EQ(result.errors, "buttonctl: start%2.txt:3: led: STATE must be 'on', 'off' or 'blink', not 'up'\n");
   EXPECT_EQ(daemon.connections(), 0);
 }
 

@@ -186,6 +186,7 @@ TEST_F(CommandLine, bad_lines_are_refused_with_the_reason) {
        "subtext: --background must be six hexadecimal digits RRGGBB, not '0x1234'"},
       {{"image", "0"}, "image: FILE is missing; see 'buttonctl image --help'"},
       {{"image", "0", "no.png"}, "image: cannot read 'no.png': No such file or directory"},
+      {{"image", "0", "%1%2.png"}, "image: cannot read '%1%2.png': No such file or directory"},
       {{"image", "0", "note.txt"}, "image: 'note.txt': not a picture that can be read (Unsupported image format)"},
       {{"image", "0", "wide.png"},
        "image: 'wide.png': a picture of 129x1 at 0,0 sticks out of the 128x128 screen; use --fit or --crop"},
@@ -214,6 +215,8 @@ TEST_F(CommandLine, bad_lines_are_refused_with_the_reason) {
       {{"raw"}, "raw: HEX is missing; see 'buttonctl raw --help'"},
       {{"raw", "0g"}, "raw: HEX must be hexadecimal digits, two for each byte; '0g' is not"},
       {{"raw", "0 01"}, "raw: HEX must be two digits for each byte; '0' has an odd number"},
+      {{"raw", QString(41, QLatin1Char('0'))},
+       "raw: HEX must be two digits for each byte; '0000000000000000000000000000000000000000...' has an odd number"},
       {{"raw", "--unframed", ""}, "raw: HEX is empty, so there is nothing to send"},
       {{"batch", "a", "b"}, "batch: 'b' is one argument too many; see 'buttonctl batch --help'"},
   };
