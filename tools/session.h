@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tools/command_line.h"
+#include "tools/connection.h"
+#include "tools/outcome.h"
+#include "tools/step.h"
+
+namespace buttondriver::buttonctl {
+
+/// Performs steps over one connection, or prints what would be sent. Round trips and dry runs go to standard output.
+class Session {
+public:
+  Session(const Endpoint &endpoint, bool dry_run) : _connection(endpoint), _dry_run(dry_run) {}
+
+  Outcome<Done> start();
+  /// The steps of one command, in order, up to the first that fails.
+  Outcome<Done> perform(const Steps &steps);
+  /// To be called after the last step; without it the last bytes may get lost.
+  Outcome<Done> finish();
+
+private:
+  Connection _connection;
+  const bool _dry_run;
+};
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace buttondriver::buttonctl {
+
+/// One thing to do over a connection.
+struct Step {
+  enum class Kind {
+    send, ///< the bytes go out as they are
+    ping, ///< the bytes go out, and the answer is waited for
+  };
+
+  Kind kind;
+  QByteArray bytes; ///< as they lie on the stream, the length that frames a message included
+};
+
+using Steps = std::vector<Step>;
+
+} // namespace buttondriver::buttonctl
