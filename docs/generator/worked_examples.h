@@ -28,7 +28,7 @@ inline constexpr WorkedExample worked_examples[] = {
     {10, "the level file has changed", "00 00 00 08 00 00 00 0a 00 00 00 00",
      "The level file is read again; each of its `scr` lines sets the brightness of the screens. `reserved` is not "
      "looked at."},
-    {12, "is anybody there?", "00 00 00 04 00 00 00 0c",
+    {12, "the daemon is asked whether it is there", "00 00 00 04 00 00 00 0c",
      "The answer is `00 00 00 04 00 00 00 01`. It is sent when the message is read, not when the work asked for before "
      "it is done."},
     {15, "\"Ready\" in white on black, in the third line of screen 0",

@@ -228,13 +228,13 @@ local function frame_size(tvb, _, offset)
 end
 
 local function add_text(tree, field, range)
-  -- Up to the NUL: the field would show it as a character of the text.
+  -- The value ends at the NUL, which the field would show as a character of the text; the bytes belong to the item.
   local bytes = range:bytes()
   local size = 0
   while size < bytes:len() and bytes:get_index(size) ~= 0 do
     size = size + 1
   end
-  tree:add(field, range, range(0, size):string(ENC_ISO_8859_1))
+  tree:add_packet_field(field, range(0, size), ENC_ISO_8859_1):set_len(range:len())
 end
 
 -- Adds what the message counts, as far as it is there, and returns the offset behind it.
