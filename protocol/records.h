@@ -164,11 +164,19 @@ struct BMS_SetLEDToggleIndicator {
 
 namespace records_detail {
 
+/// Where the row of `opcode` stands in the catalogue; behind its end when there is none.
+constexpr std::size_t place_of(std::uint32_t opcode) {
+  std::size_t place = 0;
+  while (place < std::size(catalogue) && catalogue[place].opcode != opcode)
+    ++place;
+  return place;
+}
+
 template <class Record> constexpr const MessageType &row() {
-  constexpr const MessageType *type = find_message_type(Record::code);
-  static_assert(type != nullptr, "every record has a row");
-  static_assert(sizeof(Record) >= type->head_size, "a record holds the whole head");
-  return *type;
+  constexpr std::size_t place = place_of(Record::code);
+  static_assert(place < std::size(catalogue), "every record has a row");
+  static_assert(sizeof(Record) >= catalogue[place].head_size, "a record holds the whole head");
+  return catalogue[place];
 }
 
 } // namespace records_detail
