@@ -75,6 +75,13 @@ TEST_F(SubTextLine, draws_nothing_past_the_width_of_the_glass) {
   EXPECT_EQ(picture_of(sentPixels(), 160), beside({cut, bare(32)}));
 }
 
+TEST_F(SubTextLine, does_not_look_at_characters_past_the_width_of_the_glass) {
+  int result = -1;
+  EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 0, 0, "AAAAAAAAAAAAAAAA_", 17, red, green); }), "");
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(picture_of(sentPixels(), 136), beside({times(16, letter_a), bare(8)}));
+}
+
 TEST_F(SubTextLine, sends_a_count_cut_to_16_bits) {
   // 600 cells are 4800 columns, 76800 pixels, 11264 above 65536: two rows and 1664 pixels.
   EXPECT_EQ(tft_sub_text_line(1, 0, 0, std::string(600, 'B'), 600, red, green), 0);
