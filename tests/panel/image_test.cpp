@@ -120,13 +120,13 @@ TEST_F(Image, stored_top_down_is_drawn_upright) {
 TEST_F(Image, that_cannot_be_read_says_so_and_writes_nothing) {
   BmpFile shallow = grey(4, 4);
   shallow.bits_per_pixel = 16;
-  BmpFile unsigned_file = grey(4, 4);
-  unsigned_file.signature = "AA";
+  BmpFile other_file = grey(4, 4);
+  other_file.signature = "AA";
   BmpFile huge = grey(4, 4);
   huge.width = 8193;
   huge.height = 8192;
   const std::pair<BmpFile, const char *> rows[] = {{shallow, "Only 24-bit depth BMP's are supported at this time."},
-                                                   {unsigned_file, "Invalid BMP Signature ('A', 'A')!  Exiting.\n"},
+                                                   {other_file, "Invalid BMP Signature ('A', 'A')!  Exiting.\n"},
                                                    {huge, "Could not allocate array for pixel data."}};
   for (const auto &row : rows) {
     int result = 0;
