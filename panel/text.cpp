@@ -119,7 +119,9 @@ int tft_text_line(int screen_id, int line_id, std::string_view text, std::uint32
 
 int tft_text_line_default(int screen_id, int line_id, std::string_view text) {
   const int result = tft_text_line(screen_id, line_id, text, black, white);
-  tft_reset_window();
+  // A line for no screen at all writes nothing.
+  if (tft_select_mask(screen_id))
+    tft_reset_window();
   return result;
 }
 
@@ -146,8 +148,9 @@ int tft_render_text(unsigned mask, std::string_view text, int count, std::uint16
 
   std::int64_t pen_x = 0;
   std::int64_t pen_y = 0;
-  for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-    const RenderedGlyph glyph = render_glyph(i < text.size() ? static_cast<unsigned char>(text[i]) : ' ');
+  for (int i = 0; i < count; ++i) {
+    const auto place = static_cast<std::size_t>(i);
+    const RenderedGlyph glyph = render_glyph(place < text.size() ? static_cast<unsigned char>(text[place]) : ' ');
     if (!glyph)
       return -1;
     const FT_Bitmap &bitmap = glyph.bitmap();

@@ -7,30 +7,26 @@ namespace {
 namespace short_form = panel::short_form;
 namespace long_form = panel::long_form;
 
-/// The single word of a record is the low half of its value.
-std::uint16_t *word_inside(panel::TransferRecord &record) { return reinterpret_cast<std::uint16_t *>(&record.value); }
-
 } // namespace
 
-std::variant<Transfer, RefusedTransfer> read_record(unsigned long request, panel::TransferRecord &record,
+std::variant<Transfer, RefusedTransfer> read_record(unsigned long request, const panel::TransferRecord &record,
                                                     std::uint16_t *words) {
   if (record.reserved != 0)
     return RefusedTransfer{"the reserved word is not 0"};
-  if (record.count > 1 && !words)
+  if (record.count > 0 && !words)
     return RefusedTransfer{"there is no buffer for the words"};
-  std::uint16_t *place = record.count == 1 ? word_inside(record) : words;
 
   if (request == panel::short_form_request) {
     const unsigned word = record.address_low;
     if ((word & short_form::always_one) == 0 || (word & short_form::always_zero) != 0)
       return RefusedTransfer{"a fixed bit of the short address word is wrong"};
-    return Transfer{word & short_form::address_mask, (word & short_form::read) != 0, place, record.count};
+    return Transfer{word & short_form::address_mask, (word & short_form::read) != 0, words, record.count};
   }
   if (request == panel::long_form_request) {
     const std::uint32_t word = std::uint32_t{record.address_high} << 16 | record.address_low;
     if ((word & long_form::always_one) == 0 || (word & long_form::always_zero) != 0)
       return RefusedTransfer{"a fixed bit of the long address word is wrong"};
-    return Transfer{word & long_form::address_mask, (word & long_form::read) != 0, place, record.count};
+    return Transfer{word & long_form::address_mask, (word & long_form::read) != 0, words, record.count};
   }
   return RefusedTransfer{"the request is unknown"};
 }

@@ -11,7 +11,7 @@ namespace buttondriver::simulator {
 struct Transfer {
   std::uint32_t address;
   bool is_read;
-  std::uint16_t *words; ///< `count` words of the caller: read from for a write, filled in for a read
+  std::uint16_t *words; ///< `count` words: read from for a write, filled in for a read
   std::uint32_t count;
 };
 
@@ -20,9 +20,10 @@ struct RefusedTransfer {
   const char *reason;
 };
 
-/// Reads the very record that a device would get. A single word lies in the record itself; `words` are the caller's
-/// when there are more, null when it has none. The result borrows from `record` and `words`.
-std::variant<Transfer, RefusedTransfer> read_record(unsigned long request, panel::TransferRecord &record,
+/// Reads the very record that a device would get. `words` are the `record.count` words that go with it, null when there
+/// are none; a single one lies in the record itself and is taken out, and put back, by the caller. The result borrows
+/// `words`.
+std::variant<Transfer, RefusedTransfer> read_record(unsigned long request, const panel::TransferRecord &record,
                                                     std::uint16_t *words);
 
 } // namespace buttondriver::simulator

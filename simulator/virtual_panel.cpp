@@ -45,7 +45,10 @@ int VirtualPanel::open(const char *) { return 0; }
 int VirtualPanel::transfer(int, unsigned long request, panel::TransferRecord &record, std::uint16_t *words) {
   const std::lock_guard lock(_mutex);
   ++_counters.transfers;
-  const auto content = read_record(request, record, words);
+  // A single word lies in the low half of the record's value.
+  std::uint16_t word = 0;
+  std::memcpy(&word, &record.value, sizeof word);
+  const auto content = read_record(request, record, record.count == 1 ? &word : words);
   if (const auto *refused = std::get_if<RefusedTransfer>(&content)) {
     if (_counters.refused++ == 0)
       say_refused(refused->reason, request, record);
@@ -54,6 +57,8 @@ int VirtualPanel::transfer(int, unsigned long request, panel::TransferRecord &re
   }
   const auto &transfer = std::get<Transfer>(content);
   carryOut(transfer);
+  if (transfer.count == 1)
+    std::memcpy(&record.value, &word, sizeof word);
   if (_recorder)
     _recorder->record(transfer);
   return 0;
