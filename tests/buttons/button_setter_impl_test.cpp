@@ -172,11 +172,13 @@ TEST_F(ButtonSetterImplTest, a_picture_is_logged_with_its_size_and_drawn_as_its_
 
 TEST_F(ButtonSetterImplTest, a_picture_message_without_a_picture_is_the_null_message) {
   test::CapturedOutput output;
-  deliver({"00000013 00000001 00000000 00000000 00000000", "00000013"});
-  EXPECT_THAT(finishedTransfers(), ElementsAre());
-  EXPECT_EQ(output.take(), "buttondriver(DRAW_TFT_IMAGE): _screen_id = 1, _xoffset =0, _yoffset = 0, _size = 0.\n"
-                           "buttondriver(DRAW_TFT_IMAGE): _screen_id = 0, _xoffset =0, _yoffset = 0, _size = 0.\n"
-                           "Input parameter 'data' pointer is NULL.Input parameter 'data' pointer is NULL.");
+  for (const auto &[message, screen] : {std::pair{"00000013 00000001 00000000 00000000 00000000", "1"}, {"00000013", "0"}}) {
+    deliver({message});
+    EXPECT_THAT(finishedTransfers(), ElementsAre());
+    EXPECT_EQ(output.take(), std::string("buttondriver(DRAW_TFT_IMAGE): _screen_id = ") + screen +
+                                 ", _xoffset =0, _yoffset = 0, _size = 0.\n"
+                                 "Input parameter 'data' pointer is NULL.");
+  }
 }
 
 TEST_F(ButtonSetterImplTest, uploads_are_kept_shared_up_to_22_and_private_above) {

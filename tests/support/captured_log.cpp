@@ -50,8 +50,11 @@ CapturedOutput::CapturedOutput() {
 }
 
 CapturedOutput::~CapturedOutput() {
-  std::fflush(stdout);
+  // What nobody took may be the report of a failed expectation.
+  const std::string rest = take();
   ::dup2(_saved, STDOUT_FILENO);
+  std::fputs(rest.c_str(), stdout);
+  std::fflush(stdout);
   ::close(_saved);
   ::close(_file);
 }
