@@ -26,6 +26,7 @@ ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, Butt
     debug_line() << "collector: ClientButtondriver::ClientButtondriver, null socket";
     return;
   }
+  _socket->setParent(this);
   _descriptor = _socket->socketDescriptor();
   _connected = true;
   connect(_socket, SIGNAL(disconnected()), this, SLOT(clientDisconnected()));

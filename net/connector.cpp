@@ -15,6 +15,14 @@ Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
   connect(&_server, SIGNAL(newConnection()), this, SLOT(newClient()));
 }
 
+Connector::~Connector() {
+  // Before the server and the list go: a connection that ends now has nobody to tell.
+  for (ClientButtondriver *client : _clients) {
+    client->disconnect(this);
+    delete client;
+  }
+}
+
 bool Connector::listen() {
   QHostAddress address;
   if (_address.isEmpty())

@@ -21,7 +21,7 @@ QString TestRoot::launcherConfiguration() const { return QString::fromStdString(
 void TestRoot::writeFontSize(int width, int height) {
   // QSettings reads a file anew only when its size or its time has changed, and file times are a few milliseconds
   // coarse: files written in quick succession differ in length.
-  const QByteArray padding(++_configurations_written, '\n');
+  const QByteArray padding(8 * ++_configurations_written, '\n');
   writeLauncherConfiguration(
       QStringLiteral("[font]\nwidth=%1\nheight=%2\n").arg(width).arg(height).toLatin1() + padding);
 }
