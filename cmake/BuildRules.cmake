@@ -1,5 +1,6 @@
 # How every target of this project is built: language level, warnings, sanitizers, places.
 option(BUTTONDRIVER_TESTS "Build the tests" ON)
+option(BUTTONDRIVER_BENCH "Build the benchmarks" OFF)
 option(BUTTONDRIVER_WERROR "Treat compiler warnings as errors" OFF)
 set(BUTTONDRIVER_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=, for example address,undefined")
 

@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 #include <cerrno>
+#include <csignal>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -29,6 +30,9 @@ void write_to_standard_error(QtMsgType, const QMessageLogContext &, const QStrin
 
 } // namespace
 
-void install_message_handler() { qInstallMessageHandler(write_to_standard_error); }
+void install_message_handler() {
+  std::signal(SIGPIPE, SIG_IGN);
+  qInstallMessageHandler(write_to_standard_error);
+}
 
 } // namespace buttondriver

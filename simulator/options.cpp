@@ -20,15 +20,16 @@ const QCommandLineOption record_option(
     QStringLiteral("record"),
     QStringLiteral("Write a line for each register transfer: microseconds, w or r, address, count, words."),
     QStringLiteral("FILE"));
+const QCommandLineOption help_option({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."));
+const QCommandLineOption version_option({QStringLiteral("v"), QStringLiteral("version")},
+                                        QStringLiteral("Print the version."));
 
 } // namespace
 
 std::variant<Options, Answer> read_options(const QStringList &arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel."));
-  const QCommandLineOption help = parser.addHelpOption();
-  const QCommandLineOption version = parser.addVersionOption();
-  parser.addOptions({root_option, snapshot_option, record_option});
+  parser.addOptions({root_option, snapshot_option, record_option, help_option, version_option});
   parser.addPositionalArgument(QStringLiteral("MAP"), QStringLiteral("Map file; not read."), QStringLiteral("[MAP"));
   parser.addPositionalArgument(QStringLiteral("ADDRESS"),
                                QStringLiteral("Empty: listen on IPv4 and IPv6; any other text: on IPv4."),
@@ -38,9 +39,9 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
 
   if (!parser.parse(arguments))
     return Answer{parser.errorText(), 2};
-  if (parser.isSet(help))
+  if (parser.isSet(help_option))
     return Answer{parser.helpText(), 0};
-  if (parser.isSet(version))
+  if (parser.isSet(version_option))
     return Answer{QStringLiteral("buttondriver-sim " BUTTONDRIVER_VERSION "\n"), 0};
   const QStringList positional = parser.positionalArguments();
   if (positional.size() > most_positional_arguments)

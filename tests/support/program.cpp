@@ -97,6 +97,11 @@ int Program::waitForEnd() {
 
 void Program::sendSignal(int signal) { ::kill(static_cast<pid_t>(_process.processId()), signal); }
 
+void Program::stopReading() {
+  _process.closeReadChannel(QProcess::StandardOutput);
+  _process.closeReadChannel(QProcess::StandardError);
+}
+
 quint16 Program::listeningPort() {
   quint16 port = 0;
   process_events_until(

@@ -23,6 +23,8 @@ public:
   /// Waits for the program's own end; its exit status, -1 when it was killed or still runs after twenty seconds.
   int waitForEnd();
   void sendSignal(int signal);
+  /// Closes the reading ends of both logs, as a reader does that goes away.
+  void stopReading();
   bool isRunning() const { return _process.state() == QProcess::Running; }
 
   /// The TCP port that the program listens on, as the system tells; 0 when there is none within twenty seconds.
