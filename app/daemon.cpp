@@ -27,6 +27,9 @@ bool Daemon::start(const QStringList &arguments) {
   _dispatcher->setButtons(_buttons);
   _dispatcher->setFPGA(&_fpga);
   _server.emplace(address, port, &*_dispatcher);
+  QObject::connect(&_fpga, &FPGA::backlogHigh, &*_server, &Connector::pauseReading);
+  QObject::connect(&_fpga, &FPGA::backlogLow, &*_server, &Connector::resumeReading);
+  QObject::connect(&*_server, &Connector::clientGone, &*_dispatcher, &ButtonSetterImpl::forgetImages);
   if (!_server->listen())
     print_line("buttondriver:failed to start server");
   return true;

@@ -34,6 +34,9 @@ File open_regular_file(const std::string &name) {
   return File(file);
 }
 
+/// Lines that begin beyond this are not read; a file of two or three levels has some thirty bytes.
+constexpr long most_bytes_read = 4096;
+
 constexpr std::size_t buffer_size = 256;
 using Buffer = std::array<char, buffer_size>;
 
@@ -52,7 +55,7 @@ void ButtonLevels::read(const std::string &file_name, const std::function<void(s
     return;
   Buffer line{};
   Buffer key{};
-  while (!std::feof(file.get()) && !std::ferror(file.get())) {
+  while (!std::feof(file.get()) && !std::ferror(file.get()) && std::ftell(file.get()) < most_bytes_read) {
     if (!std::fgets(line.data(), static_cast<int>(line.size()), file.get()))
       continue;
     // An empty line leaves the key of the line before in place, on purpose.

@@ -10,14 +10,13 @@
 #include <QIODevice>
 
 #include <algorithm>
+#include <cstdio>
 #include <string>
 
 namespace buttondriver {
 
 ButtonSetterImpl::ButtonSetterImpl(const SystemPaths &paths) : _paths(paths) {
   reconfig();
-  for (qint32 id = 0; id < built_in_image_count; ++id)
-    _images[id] = built_in_images[static_cast<std::size_t>(id)];
   _update_timer.setTimerType(Qt::PreciseTimer);
   _update_timer.setInterval(blink_tick_ms);
   connect(&_update_timer, SIGNAL(timeout()), this, SLOT(update_timer()));
@@ -27,10 +26,7 @@ void ButtonSetterImpl::setButtons(const ButtonMap &buttons) { _buttons = buttons
 
 void ButtonSetterImpl::setFPGA(FPGA *fpga) { _fpga = fpga; }
 
-const ButtonImage *ButtonSetterImpl::image(qint32 id) const {
-  const auto place = _images.find(id);
-  return place == _images.end() ? nullptr : &place->second;
-}
+void ButtonSetterImpl::forgetImages(qint32 image_id_offset) { _images.forget(image_id_offset); }
 
 void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply,
                                         qint32 image_id_offset) {
@@ -73,8 +69,18 @@ void ButtonSetterImpl::processMessage(const QByteArray &message, QIODevice *repl
 void ButtonSetterImpl::logNullMessage(ByteView message) {
   critical_line() << "ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE";
   critical_line() << "size  = " << static_cast<qint64>(message.size());
-  for (std::size_t i = 0; i < message.size(); ++i)
-    print("data[%d] = 0x%x\n", static_cast<int>(i), unsigned{message.u8(i)});
+  // A message may have millions of bytes: many lines go out at once.
+  constexpr std::size_t chunk = 16 * 1024;
+  std::string text;
+  for (std::size_t i = 0; i < message.size(); ++i) {
+    char line[40];
+    text.append(line, static_cast<std::size_t>(std::snprintf(line, sizeof line, "data[%d] = 0x%x\n",
+                                                             static_cast<int>(i), unsigned{message.u8(i)})));
+    if (text.size() < chunk && i + 1 < message.size())
+      continue;
+    print("%s", text.c_str());
+    text.clear();
+  }
 }
 
 void ButtonSetterImpl::uploadImage(ByteView message, qint32 image_id_offset) {
@@ -87,8 +93,9 @@ void ButtonSetterImpl::uploadImage(ByteView message, qint32 image_id_offset) {
   qint32 id = upload.image_id;
   if (id >= built_in_image_count)
     id = static_cast<qint32>(static_cast<quint32>(id) + static_cast<quint32>(image_id_offset)); // wraps
-  ButtonImage &image = _images[id];
+  ButtonImage image;
   std::copy(std::begin(upload.image), std::end(upload.image), image.bytes.begin());
+  _images.store(id, image, image_id_offset);
   print("buttondriver:image uploaded %d\n", id);
 }
 
@@ -196,7 +203,9 @@ void ButtonSetterImpl::reconfig() {
 
 void ButtonSetterImpl::update_timer() {
   for (auto &[button, blink] : _blinking) {
-    if (const std::optional<std::uint8_t> value = blink.tick())
+    const std::optional<std::uint8_t> value = blink.tick();
+    // A device that cannot follow misses a phase; the next one sets it right.
+    if (value && !_fpga->isSaturated())
       button->setState(*value);
   }
   if (!_blinking.empty())

@@ -5,6 +5,7 @@
 #include "buttons/button_image.h"
 #include "buttons/button_levels.h"
 #include "buttons/button_setter.h"
+#include "buttons/image_store.h"
 #include "bytes/byte_view.h"
 #include "paths/system_paths.h"
 
@@ -43,10 +44,12 @@ public:
 
   const ButtonLevels &levels() const { return _levels; }
   /// The image kept under `id`, null when there is none.
-  const ButtonImage *image(qint32 id) const;
+  const ButtonImage *image(qint32 id) const { return _images.find(id); }
   bool isBlinking() const { return _update_timer.isActive(); }
 
 public slots:
+  /// Gives up the private images of the connection whose messages came with `image_id_offset`.
+  void forgetImages(qint32 image_id_offset);
   /// One blink tick.
   void update_timer();
 
@@ -64,7 +67,7 @@ private:
   void setToggleIndicator(ByteView message);
 
   SystemPaths _paths;
-  std::map<qint32, ButtonImage> _images;
+  ImageStore _images;
   ButtonMap _buttons;
   std::map<IButton *, BlinkState> _blinking;
   ButtonLevels _levels;

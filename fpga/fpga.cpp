@@ -22,7 +22,19 @@ QString to_qstring(const std::string &path) { return QFile::decodeName(path.c_st
 
 } // namespace
 
-FPGA::FPGA(const SystemPaths &paths) : _paths(paths), _watcher(to_qstring(paths.launcher_configuration)) {
+FPGA::FPGA(const SystemPaths &paths, const QueueMarks &marks)
+    : _paths(paths), _queue(marks,
+                            [this] {
+                              // From the worker to the main thread; by then the queue may be high again.
+                              QMetaObject::invokeMethod(
+                                  this,
+                                  [this] {
+                                    if (!_queue.isHigh())
+                                      emit backlogLow();
+                                  },
+                                  Qt::QueuedConnection);
+                            }),
+      _watcher(to_qstring(paths.launcher_configuration)) {
   panel::panel_lib_init();
   check_font_settings(to_qstring(_paths.launcher_configuration));
   debug_line() << "Files being watched: " << _watcher.files();
@@ -46,8 +58,10 @@ template <class Task, class... Arguments> void FPGA::queueTask(Arguments &&...ar
 }
 
 void FPGA::queue(std::unique_ptr<FPGATask> task) {
-  _queue.append(std::move(task));
+  const bool is_high_now = _queue.append(std::move(task));
   _semaphore.release();
+  if (is_high_now)
+    emit backlogHigh();
 }
 
 void FPGA::textLine(int screen_id, int line_id, std::string text, bool flag) {

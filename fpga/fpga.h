@@ -30,7 +30,7 @@ class FPGA : public QObject {
 public:
   /// Opens the device, loads the configured font, starts the worker and queues a blackout of all screens. Works
   /// without a device and without a font too.
-  explicit FPGA(const SystemPaths &paths = {});
+  explicit FPGA(const SystemPaths &paths = {}, const QueueMarks &marks = {});
   /// Waits for the task that is being carried out; those still queued are deleted.
   ~FPGA() override;
 
@@ -48,6 +48,17 @@ public:
 
   /// Queues a task of the caller's own, behind all that were queued before.
   void queue(std::unique_ptr<FPGATask> task);
+
+  /// Tasks that wait for the worker, the one it is carrying out included.
+  std::size_t backlog() const { return _queue.size(); }
+  /// The device cannot even follow what the daemon does by itself: work that repeats should wait.
+  bool isSaturated() const { return _queue.isSaturated(); }
+
+signals:
+  /// More waits for the worker than should: whoever brings work should pause. Nothing that is queued is refused.
+  void backlogHigh();
+  /// The backlog that was high has been worked off far enough to go on.
+  void backlogLow();
 
 public slots:
   /// Reads the font's size from the configuration at `path` and loads that font when the size has changed.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 namespace buttondriver {
 
 /// One piece of hardware work. Made on the main thread, carried out and deleted on the worker thread; deleted without
@@ -13,6 +15,9 @@ public:
 
   /// Called once, on the worker thread, with the facade's mutex held.
   virtual void execute() = 0;
+
+  /// Bytes that the task keeps alive beside itself: a text, a picture.
+  virtual std::size_t keptBytes() const { return 0; }
 };
 
 } // namespace buttondriver

@@ -17,6 +17,9 @@ public:
     return ByteView(_message.constData(), static_cast<std::size_t>(_message.size())).from(_offset);
   }
 
+  /// Bytes of the whole message, which all stay alive.
+  std::size_t keptBytes() const { return static_cast<std::size_t>(_message.size()); }
+
 private:
   QByteArray _message;
   std::size_t _offset;

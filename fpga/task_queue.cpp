@@ -1,29 +1,59 @@
 #include "fpga/task_queue.h"
 
+#include <utility>
+
 namespace buttondriver {
 
-void TaskQueue::append(std::unique_ptr<FPGATask> task) {
+TaskQueue::TaskQueue(const QueueMarks &marks, std::function<void()> when_drained)
+    : _marks(marks), _when_drained(std::move(when_drained)) {}
+
+bool TaskQueue::append(std::unique_ptr<FPGATask> task) {
+  const std::size_t bytes = task ? task->keptBytes() : 0;
   const std::lock_guard lock(_mutex);
-  _tasks.push_back(std::move(task));
+  _tasks.push_back({std::move(task), bytes});
+  _bytes += bytes;
+  if (_is_high || (_tasks.size() <= _marks.high_tasks && _bytes <= _marks.high_bytes))
+    return false;
+  _is_high = true;
+  return true;
 }
 
 FPGATask *TaskQueue::front() const {
   const std::lock_guard lock(_mutex);
-  return _tasks.empty() ? nullptr : _tasks.front().get();
+  return _tasks.empty() ? nullptr : _tasks.front().task.get();
 }
 
 void TaskQueue::remove_front() {
-  std::unique_ptr<FPGATask> removed; // deleted after the lock is released
-  const std::lock_guard lock(_mutex);
-  if (_tasks.empty())
-    return;
-  removed = std::move(_tasks.front());
-  _tasks.pop_front();
+  Entry removed{}; // deleted after the lock is released
+  bool is_drained = false;
+  {
+    const std::lock_guard lock(_mutex);
+    if (_tasks.empty())
+      return;
+    removed = std::move(_tasks.front());
+    _tasks.pop_front();
+    _bytes -= removed.bytes;
+    is_drained = _is_high && _tasks.size() <= _marks.low_tasks && _bytes <= _marks.low_bytes;
+    if (is_drained)
+      _is_high = false;
+  }
+  if (is_drained && _when_drained)
+    _when_drained();
 }
 
 std::size_t TaskQueue::size() const {
   const std::lock_guard lock(_mutex);
   return _tasks.size();
+}
+
+bool TaskQueue::isHigh() const {
+  const std::lock_guard lock(_mutex);
+  return _is_high;
+}
+
+bool TaskQueue::isSaturated() const {
+  const std::lock_guard lock(_mutex);
+  return _tasks.size() > 2 * _marks.high_tasks;
 }
 
 } // namespace buttondriver

@@ -4,25 +4,53 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 
 namespace buttondriver {
 
+/// How much may wait for the worker before those who queue should pause, and when they may go on.
+struct QueueMarks {
+  std::size_t high_tasks = 512;
+  std::size_t low_tasks = 256;
+  std::size_t high_bytes = 16 * 1024 * 1024;
+  std::size_t low_bytes = 8 * 1024 * 1024;
+};
+
 /// The pending tasks, first in, first out. It owns them. Tasks are appended by the main thread and removed by the
-/// worker; how many there are to take, the worker learns from the facade's semaphore.
+/// worker; how many there are to take, the worker learns from the facade's semaphore. Nothing is ever refused: the
+/// marks only tell when it is time to pause.
 class TaskQueue {
 public:
-  void append(std::unique_ptr<FPGATask> task);
+  /// `when_drained` is called on the removing thread when the queue was high and has come down to both low marks.
+  explicit TaskQueue(const QueueMarks &marks = {}, std::function<void()> when_drained = {});
+
+  /// True when this task took the queue past one of its high marks.
+  bool append(std::unique_ptr<FPGATask> task);
   /// The task at the front, which stays there; null when there is none. For the one thread that removes.
   FPGATask *front() const;
   /// Removes the task at the front, if there is one, and deletes it.
   void remove_front();
+
   std::size_t size() const;
+  /// Past a high mark, and not yet down to both low ones.
+  bool isHigh() const;
+  /// So far past the high mark that even what comes by itself should wait: twice as many tasks as that.
+  bool isSaturated() const;
 
 private:
+  struct Entry {
+    std::unique_ptr<FPGATask> task;
+    std::size_t bytes;
+  };
+
+  const QueueMarks _marks;
+  const std::function<void()> _when_drained;
   mutable std::mutex _mutex;
-  std::deque<std::unique_ptr<FPGATask>> _tasks;
+  std::deque<Entry> _tasks;
+  std::size_t _bytes = 0;
+  bool _is_high = false;
 };
 
 } // namespace buttondriver

@@ -15,6 +15,7 @@ class TextLineTask : public FPGATask {
 public:
   TextLineTask(int screen_id, int line_id, std::string text, bool flag);
   void execute() override;
+  std::size_t keptBytes() const override { return _text.size(); }
 
 private:
   int _screen_id;
@@ -28,6 +29,7 @@ public:
   SubTextLineTask(int screen_id, int line_id, int offset, int num_chars, std::string text, std::uint32_t text_colour,
                   std::uint32_t back_colour);
   void execute() override;
+  std::size_t keptBytes() const override { return _text.size(); }
 
 private:
   int _screen_id;
@@ -83,6 +85,7 @@ class DrawTFTImageTask : public FPGATask {
 public:
   DrawTFTImageTask(int screen_id, int x_offset, int y_offset, SharedBytes bmp);
   void execute() override;
+  std::size_t keptBytes() const override { return _bmp.keptBytes(); }
 
 private:
   int _screen_id;

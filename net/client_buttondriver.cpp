@@ -2,9 +2,13 @@
 
 #include "buttons/button_setter.h"
 #include "logging/log_line.h"
-#include "net/frame_reader.h"
+#include "net/large_frame_budget.h"
+#include "net/limits.h"
+#include "protocol/framing.h"
 
 #include <QTcpSocket>
+
+#include <limits>
 
 namespace buttondriver {
 
@@ -20,17 +24,20 @@ qint32 take_client_id() {
 
 } // namespace
 
-ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter)
-    : QObject(parent), _socket(socket), _setter(setter) {
+ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter,
+                                       LargeFrameBudget *budget)
+    : QObject(parent), _socket(socket), _setter(setter), _budget(budget) {
   if (!_socket) {
     debug_line() << "collector: ClientButtondriver::ClientButtondriver, null socket";
     return;
   }
   _socket->setParent(this);
+  _socket->setReadBufferSize(limits::read_ahead);
   _descriptor = _socket->socketDescriptor();
   _connected = true;
   connect(_socket, SIGNAL(disconnected()), this, SLOT(clientDisconnected()));
   connect(_socket, SIGNAL(readyRead()), this, SLOT(clientData()));
+  connect(_socket, SIGNAL(bytesWritten(qint64)), this, SLOT(answersRead()));
   _client_id = take_client_id();
 }
 
@@ -44,13 +51,82 @@ void ClientButtondriver::clientData() {
     critical_line() << "buttondriver::ClientButtondriver::clientData NULL socket";
     return;
   }
-  _setter->process_messages(take_frames(*_socket), _socket, _client_id);
+  if (_is_blocked) {
+    // Read and thrown away, so that the connection's end is noticed.
+    _socket->skip(_socket->bytesAvailable());
+    return;
+  }
+  if (_socket->bytesToWrite() > limits::unread_answers)
+    return;
+  const std::size_t delivered = deliver(limits::messages_per_turn, _choice);
+  prepareNextFrame();
+  keepReading();
+  if (delivered == limits::messages_per_turn)
+    emit wantsTurn();
+}
+
+std::size_t ClientButtondriver::deliver(std::size_t limit, FrameChoice choice) {
+  const std::vector<QByteArray> messages = take_frames(*_socket, limit, choice);
+  _setter->process_messages(messages, _socket, _client_id);
+  return messages.size();
+}
+
+/// Sees to it that the frame that now comes first can be put together.
+void ClientButtondriver::prepareNextFrame() {
+  const FrameHead head = peek_frame(*_socket);
+  if (!head.is_known)
+    return endLargeFrame();
+  if (head.is_complete)
+    return;
+  // A length that wraps asks for what is there, and never gets here.
+  if (head.length > limits::largest_frame)
+    return blockForGood(head.length);
+  const qint64 needed = head.bytes_needed;
+  if (needed <= limits::read_ahead)
+    return endLargeFrame();
+  if (_large_frame == 0 && _budget->take(needed)) {
+    _large_frame = needed;
+    _socket->setReadBufferSize(needed);
+  }
+}
+
+/// After its buffer was full, a socket reads on only when the buffer is emptied or its size changes; what is left in it
+/// may be the beginning of a frame whose rest is still to come.
+void ClientButtondriver::keepReading() {
+  const qint64 size = _socket->readBufferSize();
+  if (_socket->bytesAvailable() == 0 || _socket->bytesAvailable() >= size)
+    return;
+  _socket->setReadBufferSize(size + 1);
+  _socket->setReadBufferSize(size);
+}
+
+void ClientButtondriver::blockForGood(quint32 length) {
+  endLargeFrame();
+  _is_blocked = true;
+  critical_line() << "buttondriver: frame too large, connection blocked, descriptor" << qint64{_descriptor} << "size"
+                  << length;
+  _socket->skip(_socket->bytesAvailable());
+}
+
+void ClientButtondriver::endLargeFrame() {
+  if (_large_frame == 0)
+    return;
+  _budget->giveBack(_large_frame);
+  _large_frame = 0;
+  if (_socket)
+    _socket->setReadBufferSize(limits::read_ahead);
+  emit largeFrameEnded();
+}
+
+void ClientButtondriver::answersRead() {
+  if (_socket && _socket->bytesAvailable() > 0 && _socket->bytesToWrite() <= limits::unread_answers)
+    emit wantsTurn();
 }
 
 void ClientButtondriver::clientDisconnected() {
   if (_socket) {
-    if (_socket->bytesAvailable() > 0)
-      clientData();
+    if (_socket->bytesAvailable() > 0 && !_is_blocked)
+      deliver(std::numeric_limits<std::size_t>::max(), FrameChoice::all);
     debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
     releaseSocket();
   }
@@ -64,6 +140,7 @@ void ClientButtondriver::releaseSocket() {
   _socket->close();
   _socket->deleteLater();
   _socket = nullptr;
+  endLargeFrame();
 }
 
 } // namespace buttondriver

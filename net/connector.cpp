@@ -2,6 +2,7 @@
 
 #include "logging/log_line.h"
 #include "net/client_buttondriver.h"
+#include "net/limits.h"
 
 #include <QHostAddress>
 #include <QTcpSocket>
@@ -13,10 +14,18 @@ namespace buttondriver {
 Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
     : _address(address), _port(port), _setter(setter) {
   connect(&_server, SIGNAL(newConnection()), this, SLOT(newClient()));
+  // With no interval it fires once in each round of the event loop, and sockets have their turn in between.
+  _turn_timer.setInterval(0);
+  connect(&_turn_timer, SIGNAL(timeout()), this, SLOT(serveTurns()));
+  // After a refusal the server stops listening for connections until it is told to go on.
+  _accept_timer.setInterval(limits::accept_retry_ms);
+  _accept_timer.setSingleShot(true);
+  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), &_accept_timer, SLOT(start()));
+  connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(acceptAgain()));
 }
 
 Connector::~Connector() {
-  // Before the server and the list go: a connection that ends now has nobody to tell.
+  // Before the server and the lists go: a connection that ends now has nobody to tell.
   for (ClientButtondriver *client : _clients) {
     client->disconnect(this);
     delete client;
@@ -32,16 +41,81 @@ bool Connector::listen() {
 
 void Connector::newClient() {
   while (_server.hasPendingConnections()) {
-    auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter); // this object owns it
+    // This object owns it.
+    auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter, &_budget);
+    if (_is_paused)
+      client->setChoice(FrameChoice::leading_pings);
+    connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { queueTurn(client); });
+    connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::queueAllTurns);
     connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
     _clients.push_back(client);
     debug_line() << "buttondriver: new client";
   }
+  updateAccepting();
+}
+
+void Connector::pauseReading() {
+  _is_paused = true;
+  for (ClientButtondriver *client : _clients)
+    client->setChoice(FrameChoice::leading_pings);
+  updateAccepting();
+}
+
+void Connector::resumeReading() {
+  _is_paused = false;
+  for (ClientButtondriver *client : _clients)
+    client->setChoice(FrameChoice::all);
+  queueAllTurns();
+  updateAccepting();
+}
+
+/// Gives every connection a turn. Another one begins each time: a pause may come before all have had theirs.
+void Connector::queueAllTurns() {
+  ++_first_turn;
+  for (std::size_t i = 0; i < _clients.size(); ++i)
+    queueTurn(_clients[(_first_turn + i) % _clients.size()]);
+}
+
+void Connector::queueTurn(ClientButtondriver *client) {
+  if (client->isInLine())
+    return;
+  client->setInLine(true);
+  _turns.push_back(client);
+  if (!_turn_timer.isActive())
+    _turn_timer.start();
+}
+
+void Connector::serveTurns() {
+  // Those that come back for more have to wait for the next round.
+  for (std::size_t left = _turns.size(); left > 0 && !_turns.empty(); --left) {
+    ClientButtondriver *client = _turns.front();
+    _turns.pop_front();
+    client->setInLine(false);
+    if (client->connected())
+      client->clientData();
+  }
+  if (_turns.empty())
+    _turn_timer.stop();
 }
 
 void Connector::forget(ClientButtondriver *client) {
   _clients.erase(std::remove(_clients.begin(), _clients.end(), client), _clients.end());
+  _turns.erase(std::remove(_turns.begin(), _turns.end(), client), _turns.end());
+  emit clientGone(client->clientId());
   client->deleteLater();
+  updateAccepting();
+}
+
+void Connector::acceptAgain() {
+  _server.resumeAccepting();
+  updateAccepting();
+}
+
+void Connector::updateAccepting() {
+  if (_is_paused || _clients.size() >= limits::connections)
+    _server.pauseAccepting();
+  else if (!_accept_timer.isActive())
+    _server.resumeAccepting();
 }
 
 } // namespace buttondriver

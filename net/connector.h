@@ -1,9 +1,13 @@
 #pragma once
 
+#include "net/large_frame_budget.h"
+
 #include <QObject>
 #include <QString>
 #include <QTcpServer>
+#include <QTimer>
 
+#include <deque>
 #include <vector>
 
 namespace buttondriver {
@@ -11,7 +15,8 @@ namespace buttondriver {
 class ButtonSetter;
 class ClientButtondriver;
 
-/// The command server: accepts connections and keeps them until they end. Lives on the event loop's thread.
+/// The command server: accepts connections, keeps them until they end, and lets them take turns. Lives on the event
+/// loop's thread.
 class Connector : public QObject {
   Q_OBJECT
 
@@ -28,20 +33,40 @@ public:
 
   /// The port listened on, 0 when not listening.
   quint16 port() const { return _server.serverPort(); }
-  /// The connections that are open, in order of acceptance.
+  /// The connections that are open.
   const std::vector<ClientButtondriver *> &clients() const { return _clients; }
+
+public slots:
+  /// Delivers nothing but pings, and accepts nobody, until resumeReading. What clients send meanwhile waits with them.
+  void pauseReading();
+  void resumeReading();
+
+signals:
+  /// A connection has ended; `client_id` is what process_messages got for its messages.
+  void clientGone(qint32 client_id);
 
 private slots:
   void newClient();
+  void serveTurns();
+  void acceptAgain();
 
 private:
   void forget(ClientButtondriver *client);
+  void queueTurn(ClientButtondriver *client);
+  void queueAllTurns();
+  void updateAccepting();
 
   QString _address;
   quint16 _port;
   ButtonSetter *_setter;
+  LargeFrameBudget _budget;
   QTcpServer _server;
   std::vector<ClientButtondriver *> _clients; // children of this object
+  std::deque<ClientButtondriver *> _turns;    // those that have more to deliver, each once
+  QTimer _turn_timer;
+  QTimer _accept_timer;
+  std::size_t _first_turn = 0;
+  bool _is_paused = false;
 };
 
 } // namespace buttondriver

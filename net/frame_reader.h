@@ -2,14 +2,34 @@
 
 #include <QByteArray>
 
+#include <cstddef>
+#include <limits>
 #include <vector>
 
 class QIODevice;
 
 namespace buttondriver {
 
-/// Takes every complete frame that `stream` holds and returns their messages, in order, without the lengths. What is
-/// left is the beginning of a frame; it stays unread. A frame may be empty.
-std::vector<QByteArray> take_frames(QIODevice &stream);
+/// The frame that a stream begins with, as far as its length tells.
+struct FrameHead {
+  bool is_known = false;     ///< the length itself is there
+  quint32 length = 0;        ///< of the message
+  quint32 bytes_needed = 0;  ///< until the frame can be taken, its length included; wraps in 32 bits
+  bool is_complete = false;  ///< that many are there
+};
+
+/// Looks at the beginning of `stream` and takes nothing.
+FrameHead peek_frame(QIODevice &stream);
+
+/// Which frames to take.
+enum class FrameChoice : quint8 {
+  all,
+  leading_pings, ///< only those that ask for nothing but an answer, up to the first of another kind
+};
+
+/// Takes complete frames from `stream`, at most `limit`, and returns their messages, in order, without the lengths.
+/// What is left stays unread. A frame may be empty.
+std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit = std::numeric_limits<std::size_t>::max(),
+                                    FrameChoice choice = FrameChoice::all);
 
 } // namespace buttondriver

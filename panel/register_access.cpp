@@ -9,6 +9,7 @@ namespace buttondriver::panel {
 
 int fpga_reg_fd = -1;
 std::uint32_t spi_call_count = 0;
+std::uint32_t spi_failure_count = 0;
 
 namespace {
 
@@ -44,6 +45,8 @@ int fpga_spi_transfer(int descriptor, std::uint32_t address, int read, std::uint
   else if (count > 1)
     record.value = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(words));
   const int result = device_in_use->transfer(descriptor, request, record, words);
+  if (result < 0)
+    ++spi_failure_count;
   if (count == 1)
     std::memcpy(words, &record.value, sizeof *words);
   return result;

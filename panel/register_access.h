@@ -10,6 +10,8 @@ namespace buttondriver::panel {
 extern int fpga_reg_fd;
 /// Transfers tried so far, reads and writes, failed ones included.
 extern std::uint32_t spi_call_count;
+/// How many of them the device did not carry out. Nothing is said about a failure; this is where it shows.
+extern std::uint32_t spi_failure_count;
 
 /// Opens `path`, or the panel's own device node when `path` is null. Returns the descriptor, or -1.
 int fpga_reg_open(const char *path);

@@ -48,5 +48,59 @@ TEST(TaskQueue, deletes_what_is_left_and_takes_null_entries) {
   EXPECT_EQ(alive, 0);
 }
 
+class HeavyTask : public FPGATask {
+public:
+  explicit HeavyTask(std::size_t bytes) : _bytes(bytes) {}
+  void execute() override {}
+  std::size_t keptBytes() const override { return _bytes; }
+
+private:
+  std::size_t _bytes;
+};
+
+TEST(TaskQueue, tells_of_each_mark_once_on_the_way_up_and_once_on_the_way_down) {
+  struct Row {
+    const char *name;
+    std::size_t bytes_each;
+    int appended_until_high;
+    int removed_until_low;
+  };
+  // Marks: 8 tasks high, 4 low; 100 bytes high, 50 low.
+  const Row rows[] = {
+      {"by number", 0, 9, 5},
+      {"by bytes", 30, 4, 3},
+      {"by one picture", 101, 1, 1},
+      {"the number is low before the bytes are", 16, 7, 4},
+  };
+  for (const Row &row : rows) {
+    int drained = 0;
+    TaskQueue queue({8, 4, 100, 50}, [&drained] { ++drained; });
+    for (int i = 1; i <= row.appended_until_high + 3; ++i)
+      EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high) << row.name << i;
+    for (int i = 0; i < 3; ++i)
+      queue.remove_front();
+    EXPECT_EQ(drained, 0) << row.name;
+    EXPECT_TRUE(queue.isHigh()) << row.name;
+    for (int i = 1; i <= row.removed_until_low; ++i) {
+      EXPECT_EQ(drained, 0) << row.name << i;
+      queue.remove_front();
+    }
+    EXPECT_EQ(drained, 1) << row.name;
+    EXPECT_FALSE(queue.isHigh()) << row.name;
+    while (queue.size() > 0)
+      queue.remove_front();
+    EXPECT_EQ(drained, 1) << row.name;
+  }
+}
+
+TEST(TaskQueue, is_saturated_beyond_twice_its_high_mark) {
+  TaskQueue queue({8, 4, 100, 50}, {});
+  for (int i = 0; i < 16; ++i)
+    queue.append(std::make_unique<HeavyTask>(0));
+  EXPECT_FALSE(queue.isSaturated());
+  queue.append(std::make_unique<HeavyTask>(0));
+  EXPECT_TRUE(queue.isSaturated());
+}
+
 } // namespace
 } // namespace buttondriver

@@ -1,7 +1,7 @@
 #include "net/connector.h"
 
-#include "buttons/button_setter.h"
 #include "net/client_buttondriver.h"
+#include "net/remembering_setter.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
 
@@ -18,32 +18,6 @@ namespace {
 
 using test::process_events_until;
 using testing::ElementsAre;
-
-/// Remembers what was delivered.
-class RememberingSetter : public ButtonSetter {
-public:
-  struct Call {
-    std::vector<QByteArray> messages;
-    qint32 image_id_offset;
-  };
-
-  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override {
-    calls.push_back({messages, image_id_offset});
-    if (!answer.isEmpty())
-      reply->write(answer);
-  }
-
-  /// The messages of all calls so far.
-  std::vector<QByteArray> messages() const {
-    std::vector<QByteArray> all;
-    for (const Call &call : calls)
-      all.insert(all.end(), call.messages.begin(), call.messages.end());
-    return all;
-  }
-
-  std::vector<Call> calls;
-  QByteArray answer;
-};
 
 class ConnectorTest : public testing::Test {
 protected:
@@ -62,7 +36,7 @@ protected:
     return process_events_until([&] { return setter.messages().size() >= count; });
   }
 
-  RememberingSetter setter;
+  test::RememberingSetter setter;
   Connector connector{QString(), 0, &setter};
 };
 
@@ -167,9 +141,10 @@ TEST_F(ConnectorTest, comings_and_goings_are_logged) {
 }
 
 TEST(ClientButtondriver, without_a_socket_it_stays_unconnected_and_says_so) {
-  RememberingSetter setter;
+  test::RememberingSetter setter;
   test::CapturedLog log;
-  ClientButtondriver client(nullptr, nullptr, &setter);
+  LargeFrameBudget budget;
+  ClientButtondriver client(nullptr, nullptr, &setter, &budget);
   EXPECT_FALSE(client.connected());
   EXPECT_EQ(client.descriptor(), -1);
   ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientData"));

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "buttons/button_setter.h"
+
+#include <QIODevice>
+
+namespace buttondriver::test {
+
+/// Remembers what was delivered, and answers each message if told to.
+class RememberingSetter : public ButtonSetter {
+public:
+  struct Call {
+    std::vector<QByteArray> messages;
+    qint32 image_id_offset;
+  };
+
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override {
+    calls.push_back({messages, image_id_offset});
+    for (std::size_t i = 0; i < messages.size() && !answer.isEmpty(); ++i)
+      reply->write(answer);
+  }
+
+  /// The messages of all calls so far.
+  std::vector<QByteArray> messages() const {
+    std::vector<QByteArray> all;
+    for (const Call &call : calls)
+      all.insert(all.end(), call.messages.begin(), call.messages.end());
+    return all;
+  }
+
+  std::vector<Call> calls;
+  QByteArray answer;
+};
+
+} // namespace buttondriver::test
