@@ -27,8 +27,8 @@ public:
 
   FPGA &fpga() { return _fpga; }
   /// Only after a successful start.
-  ButtonSetterImpl &dispatcher() { return *_dispatcher; }
-  Connector &server() { return *_server; }
+  ButtonSetterImpl &dispatcher() { return _dispatcher.value(); }
+  Connector &server() { return _server.value(); }
 
 private:
   SystemPaths _paths;

@@ -1,10 +1,10 @@
 #include "app/daemon.h"
-#include "logging/message_handler.h"
+#include "app/process.h"
 
 #include <QCoreApplication>
 
 int main(int argc, char **argv) {
-  buttondriver::install_message_handler();
+  buttondriver::prepare_process();
   QCoreApplication application(argc, argv);
   buttondriver::Daemon daemon;
   if (!daemon.start(QCoreApplication::arguments()))

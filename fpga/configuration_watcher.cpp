@@ -1,46 +1,82 @@
 #include "fpga/configuration_watcher.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace buttondriver {
 
+namespace {
+
+/// An editor empties, writes and renames within a few milliseconds; what is read in between is not meant.
+constexpr int settling_ms = 50;
+
+QString nearest_folder(const QString &file) {
+  QString folder = QFileInfo(file).absolutePath();
+  while (!QFileInfo(folder).isDir() && !QDir(folder).isRoot())
+    folder = QFileInfo(folder).absolutePath();
+  return folder;
+}
+
+} // namespace
+
 ConfigurationWatcher::ConfigurationWatcher(const QString &file) : _file(file) {
-  watchFile();
-  watchNearestFolder();
+  _settling.setSingleShot(true);
+  _settling.setInterval(settling_ms);
+  connect(&_settling, &QTimer::timeout, this, [this] { emit fileChanged(_file); });
   connect(&_watcher, &QFileSystemWatcher::fileChanged, this, &ConfigurationWatcher::followFile);
   connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, &ConfigurationWatcher::followFolder);
+  // The folder first: a file that appears in between is then not missed.
+  watchNearestFolder();
+  watchAgain();
 }
 
 QStringList ConfigurationWatcher::files() const { return _watcher.files(); }
 
 void ConfigurationWatcher::followFile() {
-  // A replaced file is watched no more; its successor is.
-  watchFile();
-  emit fileChanged(_file);
+  watchAgain();
+  _settling.start();
 }
 
 void ConfigurationWatcher::followFolder() {
   watchNearestFolder();
-  if (watchFile())
-    emit fileChanged(_file);
+  if (identity() == _seen)
+    return;
+  watchAgain();
+  _settling.start();
 }
 
-/// True when the file is watched from now on and was not before.
-bool ConfigurationWatcher::watchFile() {
-  return !_watcher.files().contains(_file) && QFileInfo::exists(_file) && _watcher.addPath(_file);
+/// A watch holds on to a file, not to its name: it may still be on a predecessor that a link or an open descriptor
+/// keeps alive.
+void ConfigurationWatcher::watchAgain() {
+  _seen = identity();
+  if (!_watcher.files().isEmpty())
+    _watcher.removePath(_file);
+  if (_seen.exists)
+    _watcher.addPath(_file);
 }
 
 void ConfigurationWatcher::watchNearestFolder() {
-  QString folder = QFileInfo(_file).absolutePath();
-  while (!QFileInfo(folder).isDir() && !QDir(folder).isRoot())
-    folder = QFileInfo(folder).absolutePath();
-  const QStringList watched = _watcher.directories();
-  if (watched == QStringList(folder))
-    return;
-  if (!watched.isEmpty())
-    _watcher.removePaths(watched);
-  _watcher.addPath(folder);
+  // Folders may come into being while we look.
+  for (QString folder = nearest_folder(_file); _watcher.directories() != QStringList(folder);
+       folder = nearest_folder(_file)) {
+    if (!_watcher.directories().isEmpty())
+      _watcher.removePaths(_watcher.directories());
+    if (!_watcher.addPath(folder))
+      return;
+  }
+}
+
+ConfigurationWatcher::Identity ConfigurationWatcher::identity() const {
+  struct stat status {};
+  if (::stat(QFile::encodeName(_file).constData(), &status) != 0)
+    return {};
+  return {true, status.st_dev, status.st_ino, status.st_mtim, status.st_size};
+}
+
+bool ConfigurationWatcher::Identity::operator==(const Identity &other) const {
+  return exists == other.exists && device == other.device && inode == other.inode &&
+         modified.tv_sec == other.modified.tv_sec && modified.tv_nsec == other.modified.tv_nsec && size == other.size;
 }
 
 } // namespace buttondriver

@@ -8,8 +8,8 @@
 
 #include <QFile>
 #include <QMutexLocker>
-#include <QSettings>
 
+#include <optional>
 #include <utility>
 
 namespace buttondriver {
@@ -91,19 +91,17 @@ void FPGA::setTFTIntensity(int percent) { queueTask<SetTFTIntensityTask>(percent
 
 void FPGA::check_font_settings(const QString &path) {
   debug_line() << "File change in " << path << " occurred.";
-  QSettings settings(path, QSettings::IniFormat);
-  if (settings.status() != QSettings::NoError) {
+  const std::optional<FontSettings> settings = read_font_settings(path);
+  if (!settings) {
     debug_line() << "Error accessing '" << path << "' for reading";
     return;
   }
-  settings.beginGroup(QStringLiteral("font"));
-  const int width = settings.value(QStringLiteral("width"), 0).toInt();
-  const int height = settings.value(QStringLiteral("height"), 0).toInt();
-  if (width == _font_width && height == _font_height)
+  if (*settings == _font)
     return;
-  _font_width = width;
-  _font_height = height;
-  const QString font = QStringLiteral("%1/%2x%3.pcf.gz").arg(to_qstring(_paths.font_directory)).arg(width).arg(height);
+  _font = *settings;
+  const QString font = QStringLiteral("%1/%2x%3.pcf.gz")
+                           .arg(to_qstring(_paths.font_directory), QString::number(_font.width),
+                                QString::number(_font.height));
 
   QMutexLocker lock(&_mutex);
   debug_line() << "buttondriver: Loading font '" << font << "' from configuration file.";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fpga/configuration_watcher.h"
+#include "fpga/font_settings.h"
 #include "fpga/shared_bytes.h"
 #include "fpga/task_queue.h"
 #include "fpga/task_semaphore.h"
@@ -74,8 +75,7 @@ private:
   TaskSemaphore _semaphore;
   TaskQueue _queue;
   ConfigurationWatcher _watcher;
-  int _font_width = 0;
-  int _font_height = 0;
+  FontSettings _font;
 };
 
 } // namespace buttondriver

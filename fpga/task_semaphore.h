@@ -2,7 +2,16 @@
 
 #include <QSemaphore>
 
+// gcc tells by a macro that ThreadSanitizer is on, clang by a feature.
 #if defined(__SANITIZE_THREAD__)
+#define BUTTONDRIVER_THREAD_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define BUTTONDRIVER_THREAD_SANITIZER 1
+#endif
+#endif
+
+#if defined(BUTTONDRIVER_THREAD_SANITIZER)
 extern "C" void __tsan_acquire(void *address);
 extern "C" void __tsan_release(void *address);
 #endif
@@ -14,7 +23,7 @@ namespace buttondriver {
 class TaskSemaphore {
 public:
   void release() {
-#if defined(__SANITIZE_THREAD__)
+#if defined(BUTTONDRIVER_THREAD_SANITIZER)
     __tsan_release(this);
 #endif
     _semaphore.release();
@@ -22,7 +31,7 @@ public:
 
   void acquire() {
     _semaphore.acquire();
-#if defined(__SANITIZE_THREAD__)
+#if defined(BUTTONDRIVER_THREAD_SANITIZER)
     __tsan_acquire(this);
 #endif
   }

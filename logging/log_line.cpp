@@ -14,7 +14,8 @@ QString quoted(const QString &text) {
 
 } // namespace
 
-LogLine::~LogLine() { qt_message_output(_level, QMessageLogContext(nullptr, 0, nullptr, "default"), _text); }
+// A category of our own: the default one can be switched off from outside.
+LogLine::~LogLine() { qt_message_output(_level, QMessageLogContext(nullptr, 0, nullptr, "buttondriver"), _text); }
 
 LogLine &LogLine::operator<<(const char *text) {
   _text += QLatin1String(text);

@@ -5,12 +5,19 @@
 #include <QtGlobal>
 
 #include <cerrno>
-#include <csignal>
+#include <poll.h>
 #include <unistd.h>
 
 namespace buttondriver {
 
 namespace {
+
+/// Whoever shares the descriptor may have made it non-blocking; half a line would spoil the next one.
+bool becomes_writable() {
+  constexpr int limit_ms = 1000;
+  pollfd standard_error{STDERR_FILENO, POLLOUT, 0};
+  return ::poll(&standard_error, 1, limit_ms) > 0;
+}
 
 void write_to_standard_error(QtMsgType, const QMessageLogContext &, const QString &message) {
   QByteArray line = message.toLocal8Bit();
@@ -19,7 +26,7 @@ void write_to_standard_error(QtMsgType, const QMessageLogContext &, const QStrin
   auto left = static_cast<std::size_t>(line.size());
   while (left > 0) {
     const ssize_t written = ::write(STDERR_FILENO, rest, left);
-    if (written < 0 && errno == EINTR)
+    if (written < 0 && (errno == EINTR || (errno == EAGAIN && becomes_writable())))
       continue;
     if (written <= 0)
       return;
@@ -31,7 +38,6 @@ void write_to_standard_error(QtMsgType, const QMessageLogContext &, const QStrin
 } // namespace
 
 void install_message_handler() {
-  std::signal(SIGPIPE, SIG_IGN);
   qInstallMessageHandler(write_to_standard_error);
 }
 

@@ -68,6 +68,9 @@ void ClientButtondriver::clientData() {
 std::size_t ClientButtondriver::deliver(std::size_t limit, FrameChoice choice) {
   const std::vector<QByteArray> messages = take_frames(*_socket, limit, choice);
   _setter->process_messages(messages, _socket, _client_id);
+  // At once: a client that has closed its side is gone when the event loop next comes by.
+  if (_socket->bytesToWrite() > 0)
+    _socket->flush();
   return messages.size();
 }
 

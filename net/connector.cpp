@@ -17,10 +17,10 @@ Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
   // With no interval it fires once in each round of the event loop, and sockets have their turn in between.
   _turn_timer.setInterval(0);
   connect(&_turn_timer, SIGNAL(timeout()), this, SLOT(serveTurns()));
-  // After a refusal the server stops listening for connections until it is told to go on.
   _accept_timer.setInterval(limits::accept_retry_ms);
   _accept_timer.setSingleShot(true);
-  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), &_accept_timer, SLOT(start()));
+  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this,
+          SLOT(restFromAccepting()));
   connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(acceptAgain()));
 }
 
@@ -106,10 +106,13 @@ void Connector::forget(ClientButtondriver *client) {
   updateAccepting();
 }
 
-void Connector::acceptAgain() {
-  _server.resumeAccepting();
-  updateAccepting();
+/// The system refused a connection, for want of descriptors as a rule, and would refuse it again at once.
+void Connector::restFromAccepting() {
+  _server.pauseAccepting();
+  _accept_timer.start();
 }
+
+void Connector::acceptAgain() { updateAccepting(); }
 
 void Connector::updateAccepting() {
   if (_is_paused || _clients.size() >= limits::connections)

@@ -48,6 +48,7 @@ signals:
 private slots:
   void newClient();
   void serveTurns();
+  void restFromAccepting();
   void acceptAgain();
 
 private:

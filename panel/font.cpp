@@ -47,6 +47,10 @@ int font_load(const char *file) {
   if (!ready)
     return -1;
   release_face();
+  if (!S_ISREG(status.st_mode)) { // opening a pipe would wait for a writer
+    print("Error calling FT_New_Face(): error = %d\n", FT_Err_Cannot_Open_Resource);
+    return -1;
+  }
   if (const FT_Error error = FT_New_Face(library, file, 0, &current_face); error != 0) {
     current_face = nullptr;
     print("Error calling FT_New_Face(): error = %d\n", error);

@@ -217,6 +217,13 @@ inline constexpr MessageType rows[] = {
 /// The messages in opcode order. Opcodes 2, 3, 9 and 20 do not exist.
 inline constexpr const auto &catalogue = catalogue_detail::rows;
 
+/// A layout for messages that are an opcode and some bytes: none of those above has it, but it can be converted.
+inline constexpr MessageType generic_layout = {
+    0, "opcode, count and bytes", 8, Counted::image_bytes, Handling::server_ignores, "an opcode, n and n bytes", {
+        catalogue_detail::opcode(),
+        catalogue_detail::u32(4, "n", "number of bytes that follow"),
+    }};
+
 /// The largest opcode that means anything.
 inline constexpr std::uint32_t highest_opcode = 22;
 

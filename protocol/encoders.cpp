@@ -5,15 +5,24 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace buttondriver {
 
 namespace {
 
+/// Room for a message; none when a QByteArray cannot hold it.
+QByteArray uninitialized(std::uint64_t size) {
+  using Size = decltype(QByteArray().size());
+  constexpr std::uint64_t largest = std::numeric_limits<int>::max() - 1024;
+  return size <= largest ? QByteArray(static_cast<Size>(size), Qt::Uninitialized) : QByteArray();
+}
+
 /// `head` in network order, and behind it `count` counted things that are bytes, copied from `data`.
 template <class Record> QByteArray encode(const Record &head, const void *data = nullptr, std::uint32_t count = 0) {
-  const auto size = static_cast<qsizetype>(message_size<Record>(count));
-  QByteArray message(static_cast<int>(size), Qt::Uninitialized);
+  QByteArray message = uninitialized(message_size<Record>(count));
+  if (message.isEmpty())
+    return message;
   std::memcpy(message.data(), &head, type_of<Record>.head_size);
   if (count > 0)
     std::memcpy(message.data() + type_of<Record>.head_size, data, count);
@@ -87,7 +96,9 @@ QByteArray hton_BMS_SetButtonImageList(std::uint32_t button_id, const QList<std:
                                        std::uint32_t parameter_a, std::uint32_t parameter_b) {
   const auto n = static_cast<std::uint32_t>(image_ids.size());
   const BMS_SetButtonImageList head{BMS_SetButtonImageList::code, button_id, 0, parameter_b, parameter_a, n};
-  QByteArray message(static_cast<int>(message_size<BMS_SetButtonImageList>(n)), Qt::Uninitialized);
+  QByteArray message = uninitialized(message_size<BMS_SetButtonImageList>(n));
+  if (message.isEmpty())
+    return message;
   std::memcpy(message.data(), &head, sizeof head);
   char *place = message.data() + sizeof head;
   for (const std::uint32_t id : image_ids) {

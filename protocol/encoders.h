@@ -9,6 +9,7 @@
 
 /// Builds messages for the daemon. Each function returns exactly one message in network order, without the length that
 /// frames it on the stream; all arguments are in host order. Texts are sent as Latin-1 with a terminating NUL.
+/// A message of 2 GiB or more, which a QByteArray cannot hold everywhere, comes out empty.
 /// Thread-safe: nothing is shared.
 namespace buttondriver {
 

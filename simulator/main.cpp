@@ -1,4 +1,4 @@
-#include "logging/message_handler.h"
+#include "app/process.h"
 #include "simulator/simulation.h"
 #include "unixsignalhandler/unix_signal_handler.h"
 
@@ -35,7 +35,7 @@ int say(const Answer &answer) {
 } // namespace
 
 int main(int argc, char **argv) {
-  buttondriver::install_message_handler();
+  buttondriver::prepare_process();
   QCoreApplication application(argc, argv);
   const auto command_line = buttondriver::simulator::read_options(QCoreApplication::arguments());
   if (const auto *answer = std::get_if<Answer>(&command_line))

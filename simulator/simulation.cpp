@@ -39,6 +39,9 @@ Simulation::Simulation(const Options &options) : _options(options) { panel::use_
 
 Simulation::~Simulation() {
   _daemon.reset();
+  if (const std::uint64_t refused = _panel.counters().refused; refused > 0)
+    print("buttondriver-sim: %llu transfers in all that no device would accept\n",
+          static_cast<unsigned long long>(refused));
   panel::use_register_device(nullptr);
 }
 
@@ -51,6 +54,10 @@ bool Simulation::start() {
       return false;
     }
     _panel.setRecorder(&*_recorder);
+  }
+  if (!_options.root.isEmpty() && !QDir(_options.root).exists()) {
+    std::fprintf(stderr, "buttondriver-sim: there is no folder %s\n", QFile::encodeName(_options.root).constData());
+    return false;
   }
   const QString root = _options.root.isEmpty() ? ready_made_root() : QDir(_options.root).absolutePath();
   _daemon.emplace(SystemPaths::under(QFile::encodeName(root).toStdString()));
@@ -74,6 +81,11 @@ void Simulation::takeSnapshot() {
 }
 
 void Simulation::end() {
+  if (_is_ending) {
+    QCoreApplication::quit();
+    return;
+  }
+  _is_ending = true;
   whenWorkIsDone([this](const PanelState &state) {
     writeSnapshot(state);
     QCoreApplication::quit();

@@ -33,13 +33,14 @@ public:
 public slots:
   /// Writes the picture, if one was asked for, of what was accepted so far.
   void takeSnapshot();
-  /// Writes the picture, as takeSnapshot, and then ends the application.
+  /// Writes the picture, as takeSnapshot, and then ends the application; asked again, ends it at once.
   void end();
 
 private:
   void writeSnapshot(const PanelState &state) const;
 
   Options _options;
+  bool _is_ending = false;
   VirtualPanel _panel;
   std::optional<TransferRecorder> _recorder;
   std::optional<Daemon> _daemon;

@@ -1,6 +1,8 @@
 #include "simulator/transfer_recorder.h"
 
+#include <cerrno>
 #include <cinttypes>
+#include <cstring>
 
 namespace buttondriver::simulator {
 
@@ -20,7 +22,10 @@ void TransferRecorder::record(const Transfer &transfer) {
     std::fwrite(text, 1, sizeof text, _file.get());
   }
   std::fputc('\n', _file.get());
-  std::fflush(_file.get());
+  if (std::fflush(_file.get()) == 0 || _has_failed)
+    return;
+  _has_failed = true;
+  std::fprintf(stderr, "buttondriver-sim: the recording cannot be written: %s\n", std::strerror(errno));
 }
 
 } // namespace buttondriver::simulator

@@ -14,7 +14,7 @@ namespace buttondriver::simulator {
 ///
 ///     51234 w 0900 1 6500
 ///
-/// Each line is in the file when `record` returns. Called by one thread at a time.
+/// Each line is in the file when `record` returns; that it cannot be written is said once on standard error. Called by one thread at a time.
 class TransferRecorder {
 public:
   explicit TransferRecorder(const std::string &file_name);
@@ -30,6 +30,7 @@ private:
 
   std::chrono::steady_clock::time_point _start = std::chrono::steady_clock::now();
   std::unique_ptr<std::FILE, CloseFile> _file;
+  bool _has_failed = false;
 };
 
 } // namespace buttondriver::simulator

@@ -2,11 +2,17 @@
 
 #include "support/program.h"
 
+#include <QHostAddress>
 #include <QTcpServer>
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <memory>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
+#include <vector>
 
 namespace buttondriver {
 namespace {
@@ -73,6 +79,50 @@ TEST(ButtondriverProgram, goes_on_when_its_log_cannot_be_written) {
   const auto client = daemon.connectTo();
   test::send_frames(*client, "0000000c 00000006 00000001 00000077");
   EXPECT_TRUE(test::answered_ping(*client));
+}
+
+TEST(ButtondriverProgram, no_environment_variable_acts_on_it) {
+  for (const char *variable : {"QT_LOGGING_RULES=*=false", "QT_FATAL_CRITICALS=1", "QT_FATAL_WARNINGS=1",
+                               "QT_MESSAGE_PATTERN=other", "QT_LOGGING_TO_CONSOLE=0"}) {
+    Program daemon(QStringLiteral("/usr/bin/env"), {QString::fromLatin1(variable), program});
+    EXPECT_EQ(daemon.waitForEnd(), 1) << variable;
+    EXPECT_TRUE(daemon.standardError().endsWith("buttondriver:map file must be specified as first argument!!! \n"))
+        << variable;
+  }
+}
+
+TEST(ButtondriverProgram, a_ping_is_answered_to_a_client_that_has_closed_its_side) {
+  Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
+  const quint16 port = daemon.listeningPort();
+  for (int i = 0; i < 20; ++i) {
+    const int client = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ASSERT_EQ(::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    ASSERT_EQ(::send(client, "\0\0\0\x04\0\0\0\x0c", 8, 0), 8);
+    ASSERT_EQ(::shutdown(client, SHUT_WR), 0);
+    char answer[16];
+    EXPECT_EQ(::recv(client, answer, sizeof answer, MSG_WAITALL), 8) << i;
+    ::close(client);
+  }
+}
+
+TEST(ButtondriverProgram, serves_on_when_connections_took_all_descriptors_for_a_while) {
+  Program daemon(QStringLiteral("/bin/sh"),
+                 {QStringLiteral("-c"), QStringLiteral("ulimit -n 40; exec \"$0\" map '' 0"), program});
+  const quint16 port = daemon.listeningPort();
+  std::vector<std::unique_ptr<QTcpSocket>> idle;
+  for (int i = 0; i < 60; ++i) {
+    idle.push_back(std::make_unique<QTcpSocket>());
+    idle.back()->connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+    ASSERT_TRUE(idle.back()->waitForConnected(20'000));
+  }
+  EXPECT_TRUE(test::answered_ping(*idle.front()));
+  idle.clear();
+  const auto late = daemon.connectTo();
+  EXPECT_TRUE(test::answered_ping(*late));
 }
 
 TEST(ButtondriverProgram, listens_on_port_3003_by_default) {

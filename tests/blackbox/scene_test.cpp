@@ -59,7 +59,7 @@ QByteArray without_names(QByteArray text, const QString &root, const QString &fo
 }
 
 Traces play() {
-  test::TestRoot root;
+  const test::TestRoot root;
   root.writeFontSize(8, 16);
   root.writeLevels("lcd 40\nscr 80\n");
   const QTemporaryDir folder;

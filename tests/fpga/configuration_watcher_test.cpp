@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <unistd.h>
 #include <optional>
 
 namespace buttondriver {
@@ -63,6 +64,42 @@ TEST_F(ConfigurationWatcherTest, follows_a_file_that_is_replaced_again_and_again
     EXPECT_TRUE(tells([&] { replace(); })) << i;
     EXPECT_EQ(watcher->files(), QStringList(file)) << i;
   }
+}
+
+TEST_F(ConfigurationWatcherTest, follows_a_replaced_file_whose_predecessor_lives_on_under_another_name) {
+  write_file(file, "one");
+  watch();
+  ASSERT_EQ(::link(qPrintable(file), qPrintable(file + QStringLiteral("~"))), 0);
+  EXPECT_TRUE(tells([&] { replace(); }));
+  EXPECT_TRUE(tells([&] { write_file(file, "in place"); }));
+  EXPECT_TRUE(tells([&] { replace(); }));
+}
+
+TEST_F(ConfigurationWatcherTest, follows_a_symbolic_link_that_is_turned_to_another_file) {
+  const QString first = folder.path() + QStringLiteral("/deep/er/first");
+  const QString second = folder.path() + QStringLiteral("/deep/er/second");
+  write_file(first, "one");
+  write_file(second, "two, longer");
+  ASSERT_TRUE(QFile::link(first, file));
+  watch();
+  EXPECT_TRUE(tells([&] { write_file(first, "one again"); }));
+  EXPECT_TRUE(tells([&] {
+    ASSERT_TRUE(QFile::link(second, file + QStringLiteral(".new")));
+    ASSERT_EQ(std::rename(qPrintable(file + QStringLiteral(".new")), qPrintable(file)), 0);
+  }));
+  EXPECT_TRUE(tells([&] { write_file(second, "two again"); }));
+}
+
+TEST_F(ConfigurationWatcherTest, changes_in_quick_succession_are_told_once_they_have_settled) {
+  write_file(file, "one");
+  watch();
+  EXPECT_TRUE(tells([&] {
+    QFile::remove(file);
+    write_file(file, "");
+    write_file(file, "two");
+    replace();
+  }));
+  EXPECT_EQ(changes, 1);
 }
 
 TEST_F(ConfigurationWatcherTest, finds_a_file_that_is_deleted_and_written_anew) {

@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace buttondriver {
 namespace {
@@ -96,6 +98,36 @@ TEST_F(FontSettingsTest, an_unreadable_configuration_changes_nothing) {
   ASSERT_TRUE(QDir().mkpath(root.launcherConfiguration()));
   startFacade();
   EXPECT_THAT(check(), ElementsAre(change(), "debug: Error accessing ' \"" + configuration() + "\" ' for reading "));
+}
+
+TEST_F(FontSettingsTest, another_file_of_the_same_length_and_time_is_read_all_the_same) {
+  root.writeLauncherConfiguration("[font]\nwidth=8\nheight=16\n");
+  startFacade();
+  struct stat status {};
+  const QByteArray name = QFile::encodeName(root.launcherConfiguration());
+  ASSERT_EQ(::stat(name.constData(), &status), 0);
+  root.writeLauncherConfiguration("[font]\nwidth=8\nheight=13\n");
+  const timespec times[] = {status.st_atim, status.st_mtim};
+  ASSERT_EQ(::utimensat(AT_FDCWD, name.constData(), times, 0), 0);
+  EXPECT_THAT(check(), ElementsAre(change(), loading("8x13"), loaded("8x13")));
+}
+
+TEST_F(FontSettingsTest, a_configuration_that_is_a_pipe_is_not_waited_for) {
+  ASSERT_EQ(::mkfifo(QFile::encodeName(root.launcherConfiguration()).constData(), 0600), 0);
+  startFacade();
+  EXPECT_THAT(check(), ElementsAre(change(), "debug: Error accessing ' \"" + configuration() + "\" ' for reading "));
+}
+
+TEST_F(FontSettingsTest, a_font_that_is_a_pipe_is_not_waited_for) {
+  startFacade();
+  const QString fonts = QString::fromStdString(root.paths().font_directory);
+  ASSERT_TRUE(QFile::remove(fonts));
+  ASSERT_TRUE(QDir().mkpath(fonts));
+  ASSERT_EQ(::mkfifo(font("5x5").c_str(), 0600), 0);
+  root.writeFontSize(5, 5);
+  test::CapturedOutput output;
+  EXPECT_THAT(check(), ElementsAre(change(), loading("5x5"), failed("5x5")));
+  EXPECT_EQ(output.take(), "Error calling FT_New_Face(): error = 1\n");
 }
 
 TEST_F(FontSettingsTest, the_font_follows_the_file_while_the_daemon_runs) {

@@ -88,6 +88,16 @@ TEST(Converters, upload_image_keeps_the_image_bytes) {
   EXPECT_EQ(to_hex(network), to_hex(host));
 }
 
+TEST(Converters, the_generic_layout_is_an_opcode_a_count_and_bytes) {
+  EXPECT_EQ(generic_layout.size(3), 11U);
+  const std::string host = from_hex("34120000 03000000 aabbcc");
+  std::string network(host.size(), '\0');
+  host_to_network(generic_layout, network.data(), host.data());
+  EXPECT_EQ(to_hex(network), to_hex(from_hex("00001234 00000003 aabbcc")));
+  network_to_host(generic_layout, network.data(), network.data());
+  EXPECT_EQ(to_hex(network), to_hex(host));
+}
+
 TEST(Converters, colour_pair_never_touches_its_trailing_field) {
   BMS_SetButtonColourPair record{};
   record.not_transmitted = 0xBEEF;

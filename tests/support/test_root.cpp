@@ -18,12 +18,8 @@ SystemPaths TestRoot::paths() const { return SystemPaths::under(_folder.path().t
 
 QString TestRoot::launcherConfiguration() const { return QString::fromStdString(paths().launcher_configuration); }
 
-void TestRoot::writeFontSize(int width, int height) {
-  // QSettings reads a file anew only when its size or its time has changed, and file times are a few milliseconds
-  // coarse: files written in quick succession differ in length.
-  const QByteArray padding(8 * ++_configurations_written, '\n');
-  writeLauncherConfiguration(
-      QStringLiteral("[font]\nwidth=%1\nheight=%2\n").arg(width).arg(height).toLatin1() + padding);
+void TestRoot::writeFontSize(int width, int height) const {
+  writeLauncherConfiguration(QStringLiteral("[font]\nwidth=%1\nheight=%2\n").arg(width).arg(height).toLatin1());
 }
 
 void TestRoot::writeLauncherConfiguration(const QByteArray &text) const { write_file(launcherConfiguration(), text); }

@@ -19,13 +19,12 @@ public:
   QString launcherConfiguration() const;
 
   /// Writes the launcher configuration in place, the font's group only.
-  void writeFontSize(int width, int height);
+  void writeFontSize(int width, int height) const;
   void writeLauncherConfiguration(const QByteArray &text) const;
   void writeLevels(const QByteArray &text) const;
 
 private:
   QTemporaryDir _folder;
-  int _configurations_written = 0;
 };
 
 /// Replaces the content of `file`, which is made with its folders where missing.

@@ -1,0 +1,35 @@
+#include "app/process.h"
+
+#include "logging/message_handler.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace buttondriver {
+
+namespace {
+
+/// Qt can be told by its environment to drop messages, and even to end the process at one that a client provokes.
+void forget_qt_environment() {
+  std::vector<std::string> names;
+  for (char **entry = environ; entry && *entry; ++entry) {
+    const std::string variable(*entry);
+    if (variable.rfind("QT_", 0) == 0)
+      names.push_back(variable.substr(0, variable.find('=')));
+  }
+  for (const std::string &name : names)
+    ::unsetenv(name.c_str());
+}
+
+} // namespace
+
+void prepare_process() {
+  forget_qt_environment();
+  std::signal(SIGPIPE, SIG_IGN);
+  install_message_handler();
+}
+
+} // namespace buttondriver

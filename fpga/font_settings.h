@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace buttondriver {
+
+/// Size of the screens' characters in pixels, as the launcher configuration has it; 0 where it says nothing.
+struct FontSettings {
+  int width = 0;
+  int height = 0;
+
+  bool operator==(const FontSettings &other) const { return width == other.width && height == other.height; }
+};
+
+/// Reads group "font", keys "width" and "height", of the INI file at `path`. A file that does not exist says nothing;
+/// one that is no regular file, cannot be read, or is no INI file has no settings. Of a large file only the first
+/// 64 KiB count.
+std::optional<FontSettings> read_font_settings(const QString &path);
+
+} // namespace buttondriver
