@@ -48,17 +48,21 @@ function(buttondriver_library name)
   endif()
 endfunction()
 
-# buttondriver_program(<name> PART <daemon|desk> SOURCES <files...> LINK <targets...>)
+# buttondriver_program(<name> [DAEMON] SOURCES <files...> LINK <targets...>)
 #
-# A program that ends up under bin/ of the build folder and of the installation. PART says in which part of the
-# installation: what a panel needs, or what people at a desk need.
+# A program that ends up under bin/ of the build folder and of the installation. There it belongs to what a panel needs
+# if it is the DAEMON, otherwise to what people at a desk need.
 function(buttondriver_program name)
-  cmake_parse_arguments(PARSE_ARGV 1 program "" "PART" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 program "DAEMON" "" "SOURCES;LINK")
   add_executable(${name} ${program_SOURCES})
   target_link_libraries(${name} PRIVATE ${program_LINK})
   target_compile_definitions(${name} PRIVATE BUTTONDRIVER_VERSION="${PROJECT_VERSION}")
   buttondriver_compile_rules(${name})
-  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${program_PART})
+  set(part desk)
+  if(program_DAEMON)
+    set(part daemon)
+  endif()
+  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${part})
 endfunction()
 
 # buttondriver_install_component(<name> [C] [QT <modules...>] [PKG_CONFIG <description>] HEADERS <files...>)
