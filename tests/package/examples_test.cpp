@@ -21,8 +21,9 @@ using test::read_file;
 
 QString built(const QString &example) { return QStringLiteral(BUILT_EXAMPLES "/") + example; }
 
-QByteArray expected_output(const QString &example) {
-  return read_file(QStringLiteral(EXAMPLES "/%1/expected_output.txt").arg(example.section(QLatin1Char('/'), 0, 0)));
+std::string expected_output(const QString &example) {
+  return read_file(QStringLiteral(EXAMPLES "/%1/expected_output.txt").arg(example.section(QLatin1Char('/'), 0, 0)))
+      .toStdString();
 }
 
 /// The ready-made panel beside a client, with a record of what is done to it.
@@ -65,8 +66,8 @@ TEST_P(ClientExample, says_what_it_should_and_the_panel_does_it) {
   for (const char *transfer : GetParam().transfers)
     EXPECT_FALSE(panel.has_done(transfer)) << transfer;
   Program client(built(example), {QStringLiteral("127.0.0.1"), panel.port()});
-  EXPECT_EQ(client.waitForEnd(), 0) << client.standardError().toStdString();
-  EXPECT_EQ(client.standardOutput(), expected_output(example));
+  ASSERT_EQ(client.waitForEnd(), 0) << client.standardError().toStdString();
+  EXPECT_EQ(client.standardOutput().toStdString(), expected_output(example));
   for (const char *transfer : GetParam().transfers)
     EXPECT_TRUE(panel.comes_to_do(transfer)) << transfer;
 }
@@ -90,8 +91,8 @@ TEST_P(ClientWithoutPanel, says_so_and_fails) {
   ASSERT_TRUE(placeholder.bind(QHostAddress(QHostAddress::LocalHost), 0));
   const QString port = QString::number(placeholder.localPort());
   Program client(built(QString::fromLatin1(GetParam())), {QStringLiteral("127.0.0.1"), port});
-  EXPECT_EQ(client.waitForEnd(), 1);
-  EXPECT_EQ(client.standardError(), "no panel at 127.0.0.1 port " + port.toLatin1() + "\n");
+  ASSERT_EQ(client.waitForEnd(), 1);
+  EXPECT_EQ(client.standardError().toStdString(), "no panel at 127.0.0.1 port " + port.toStdString() + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, ClientWithoutPanel,
@@ -105,8 +106,8 @@ TEST_P(LoneExample, says_what_it_should) {
   qputenv("TZ", "UTC0");
   const QString example = QString::fromLatin1(GetParam());
   Program program(built(example), {});
-  EXPECT_EQ(program.waitForEnd(), 0) << program.standardError().toStdString();
-  EXPECT_EQ(program.standardOutput(), expected_output(example));
+  ASSERT_EQ(program.waitForEnd(), 0) << program.standardError().toStdString();
+  EXPECT_EQ(program.standardOutput().toStdString(), expected_output(example));
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, LoneExample,
@@ -121,8 +122,8 @@ TEST(UnixSignalsExample, tells_each_signal_and_ends_in_order) {
   program.sendSignal(SIGHUP);
   ASSERT_TRUE(program.waitForOutput("SIGHUP: reading the configuration\n"));
   program.sendSignal(SIGTERM);
-  EXPECT_EQ(program.waitForEnd(), 0);
-  EXPECT_EQ(program.standardOutput(), expected_output(example));
+  ASSERT_EQ(program.waitForEnd(), 0);
+  EXPECT_EQ(program.standardOutput().toStdString(), expected_output(example));
 }
 
 TEST(ButtonLevelExample, halves_the_level_of_the_screens) {
@@ -130,8 +131,8 @@ TEST(ButtonLevelExample, halves_the_level_of_the_screens) {
   const QTemporaryDir folder;
   const QString file = folder.filePath(QStringLiteral("buttonlevel"));
   Program program(built(example), {file});
-  EXPECT_EQ(program.waitForEnd(), 0);
-  EXPECT_EQ(program.standardOutput(), expected_output(example));
+  ASSERT_EQ(program.waitForEnd(), 0);
+  EXPECT_EQ(program.standardOutput().toStdString(), expected_output(example));
   EXPECT_EQ(read_file(file), "lcd 100\nscr 50\n");
 }
 
