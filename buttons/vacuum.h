@@ -28,7 +28,7 @@ public:
   /// last text was the same, whatever its channel. Waits for nothing but, if need be, the start of the thread.
   void setText(int channel, const QString &text);
 
-signals:
+Q_SIGNALS:
   /// First the home character alone, then the 40 characters.
   void text_signal(int channel, QString text);
 

@@ -21,11 +21,11 @@ class VacuumWriter : public QThread {
 
 public:
   /// `register_base` is where the register block begins, aligned for 32 bits and mapped for writing up to and with its
-  /// data register, for as long as the writer lives; the caller owns it. `store` stands in for the plain store where
-  /// the register is not real.
+  /// data register (character_display_register.h), for as long as the writer lives; the caller owns it. `store` stands
+  /// in for the plain store where the register is not real.
   explicit VacuumWriter(void *register_base, RegisterStore store = store_in_memory);
 
-public slots:
+public Q_SLOTS:
   /// Writes the Latin-1 characters of `text` to one display, "?" for any other character: the first display when the
   /// low 8 bits of `channel` are 0, else the other one. Returns after the last character's millisecond.
   void text(int channel, QString text);

@@ -16,6 +16,10 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# What a program in C has to be linked with beside an archive of ours.
+set(BUTTONDRIVER_CXX_RUNTIME ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+list(FILTER BUTTONDRIVER_CXX_RUNTIME INCLUDE REGEX "^(std)?c\\+\\+$")
+
 if(BUTTONDRIVER_SANITIZE)
   add_compile_options(-fsanitize=${BUTTONDRIVER_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${BUTTONDRIVER_SANITIZE})
@@ -45,14 +49,81 @@ function(buttondriver_library name)
   endif()
 endfunction()
 
-# buttondriver_program(<name> SOURCES <files...> LINK <targets...>)
+# buttondriver_program(<name> [DAEMON] SOURCES <files...> LINK <targets...>)
 #
-# A program that ends up under bin/ of the build folder and of the installation.
+# A program that ends up under bin/ of the build folder and of the installation. There it belongs to what a panel needs
+# if it is the DAEMON, otherwise to what people at a desk need.
 function(buttondriver_program name)
-  cmake_parse_arguments(PARSE_ARGV 1 program "" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 program "DAEMON" "" "SOURCES;LINK")
   add_executable(${name} ${program_SOURCES})
   target_link_libraries(${name} PRIVATE ${program_LINK})
   target_compile_definitions(${name} PRIVATE BUTTONDRIVER_VERSION="${PROJECT_VERSION}")
   buttondriver_compile_rules(${name})
-  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  set(part desk)
+  if(program_DAEMON)
+    set(part daemon)
+  endif()
+  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${part})
+endfunction()
+
+# buttondriver_install_component(<name> [C] [QT <modules...>] [PKG_CONFIG <description>] HEADERS <files...>)
+#
+# Gives the room's library <name> to other programs: as component <name> of the CMake package, and its public headers as
+# <buttondriver/ROOM/FILE>. QT names the modules that a program has to have for it; C says that its headers are for C
+# as well; PKG_CONFIG makes it known to pkg-config too, as buttondriver_<name>.
+function(buttondriver_install_component name)
+  cmake_parse_arguments(PARSE_ARGV 1 component "C" "PKG_CONFIG" "QT;HEADERS")
+  buttondriver_install_archive(${name} ${name})
+  buttondriver_install_headers(${component_HEADERS})
+  if(NOT component_C)
+    target_compile_features(buttondriver_${name} INTERFACE cxx_std_17)
+  endif()
+  set_property(GLOBAL APPEND PROPERTY BUTTONDRIVER_COMPONENTS ${name})
+  set_property(GLOBAL PROPERTY BUTTONDRIVER_QT_MODULES_${name} ${component_QT})
+  if(component_PKG_CONFIG)
+    buttondriver_install_pkg_config(${name} "${component_PKG_CONFIG}")
+  endif()
+endfunction()
+
+# buttondriver_install_internal(<name>)
+#
+# A library that components are linked with. Programs do not name it, so it comes without headers.
+function(buttondriver_install_internal name)
+  buttondriver_install_archive(${name} internal_${name})
+endfunction()
+
+# buttondriver_install_headers(<files...>)
+#
+# Headers of the current room that other public headers include.
+function(buttondriver_install_headers)
+  file(RELATIVE_PATH room "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+  install(FILES ${ARGV} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/buttondriver/${room}" COMPONENT development)
+endfunction()
+
+function(buttondriver_install_archive name export_name)
+  set_target_properties(buttondriver_${name} PROPERTIES
+    EXPORT_NAME ${export_name} OUTPUT_NAME buttondriver_${export_name})
+  install(TARGETS buttondriver_${name} EXPORT buttondriver
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
+    INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+endfunction()
+
+function(buttondriver_install_pkg_config name description)
+  # An archive does not bring along what it is linked with.
+  set(libraries -lbuttondriver_${name})
+  get_target_property(linked buttondriver_${name} LINK_LIBRARIES)
+  foreach(library IN LISTS linked)
+    if(library MATCHES "^buttondriver::")
+      get_target_property(file_name ${library} OUTPUT_NAME)
+      list(APPEND libraries -l${file_name})
+    endif()
+  endforeach()
+  list(TRANSFORM BUTTONDRIVER_CXX_RUNTIME PREPEND "-l" OUTPUT_VARIABLE runtime)
+  list(APPEND libraries ${runtime})
+  list(JOIN libraries " " libraries)
+  set(folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+  file(RELATIVE_PATH prefix "${CMAKE_INSTALL_PREFIX}/${folder}" "${CMAKE_INSTALL_PREFIX}")
+  string(REGEX REPLACE "/$" "" prefix "${prefix}")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/component.pc.in" "${PROJECT_BINARY_DIR}/buttondriver_${name}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/buttondriver_${name}.pc" DESTINATION "${folder}" COMPONENT development)
 endfunction()

@@ -34,7 +34,7 @@ public:
   /// gives up), when nothing waits to leave, and when the connection breaks.
   bool waitForBytesWritten(int msecs);
 
-public slots:
+public Q_SLOTS:
   /// Sends one message. Blocks for up to about a second while the connection is not up.
   void msg(QByteArray message);
   /// Sends several messages in their order; blocks as for one. An empty list sends nothing.

@@ -5,6 +5,7 @@
 #include <iterator>
 
 /// Every message of the command protocol, once, as data. Sizes, converters, names and documentation come from here.
+/// Constants all of it, for any thread.
 ///
 /// A message starts with its opcode; all integers are big-endian; offsets count from the first byte of the message,
 /// behind the 4-byte length that frames it on the stream (framing.h).
@@ -227,7 +228,7 @@ inline constexpr MessageType generic_layout = {
 /// The largest opcode that means anything.
 inline constexpr std::uint32_t highest_opcode = 22;
 
-/// The row of `opcode`, null when there is none.
+/// The row of `opcode`, which lives as long as the program; null when there is none.
 constexpr const MessageType *find_message_type(std::uint32_t opcode) {
   for (const MessageType &type : catalogue)
     if (type.opcode == opcode)

@@ -8,14 +8,17 @@
 ///
 /// `destination` and `source` each hold a whole message: the head and, for a type that counts something, as many bytes
 /// behind it as the count in `source` says. They are the same place, or do not overlap. The head is always written, the
-/// variable part only when the places differ (image ids are numbers: they are swapped in either case).
+/// variable part only when the places differ (image ids are numbers: they are swapped in either case). Neither has to
+/// be aligned. Nothing is shared: any thread may convert.
 /// For bytes that came from outside, and may be shorter than they claim, use decode.h.
 namespace buttondriver {
 
+/// The count in `source` is in host order.
 void host_to_network(const MessageType &type, void *destination, const void *source);
+/// The count in `source` is in network order.
 void network_to_host(const MessageType &type, void *destination, const void *source);
 
-/// Swaps the integers of the head alone.
+/// Converts the head alone, in either direction: swaps its integers and copies its bytes. Both places hold a head.
 void swap_head(const MessageType &type, void *destination, const void *source);
 
 template <class Record> void host_to_network(void *destination, const void *source) {

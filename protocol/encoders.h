@@ -8,35 +8,49 @@
 #include <vector>
 
 /// Builds messages for the daemon. Each function returns exactly one message in network order, without the length that
-/// frames it on the stream; all arguments are in host order. Texts are sent as Latin-1 with a terminating NUL.
+/// frames it on the stream; all arguments are in host order. Nothing is checked here: a value outside of the ranges
+/// below is sent as it is, and the daemon, which answers nothing but pings, says something in its log at most.
+///
+/// Texts are sent as Latin-1 with a terminating NUL; any other character becomes a question mark. The daemon reads a
+/// text up to its first NUL. Screens are 0, 1 and 2, and -1 for all three; lines count from 0 at the top, how many fit
+/// depends on the daemon's font. Bytes behind a pointer are copied and stay the caller's. Nothing is shared: any thread
+/// may call.
 /// A message of 2 GiB or more, which a QByteArray cannot hold everywhere, comes out empty.
-/// Thread-safe: nothing is shared.
 namespace buttondriver {
 
-/// `state` 1 is on, -1 blinks with phases of `time` milliseconds, all else is off. `button_id` -1 means all buttons.
+/// `button_id` 0 to 23, -1 for all buttons. `state` 1 is on, -1 blinks with phases of `time` milliseconds (not 0), all
+/// else is off.
 QByteArray hton_BMS_SetLEDState(std::int32_t button_id, std::int32_t state, std::int32_t time);
-/// `state` 1 is on, all else off.
+/// `button_id` 0 to 31, a status LED. `state` 1 is on, all else off.
 QByteArray hton_BMS_SetLEDStatusIndicator(std::int32_t button_id, std::int32_t state);
-/// `button_id` 0 or 1, `state` 0 or 1.
+/// `button_id` 0 or 1, a toggle indicator; `state` 0 or 1.
 QByteArray hton_BMS_SetLEDToggleIndicator(std::int32_t button_id, std::int32_t state);
-/// `image` holds `size` bytes, 24 rows of 40 one-bit pixels. The daemon accepts only a size of 120; the message has
-/// room for 120 bytes, so of a longer image the rest is left out, and `size` says what was asked for.
+/// Keeps an image at the daemon, under an id from 0 to 22 for all connections, above that for this one alone. `image`
+/// holds `size` bytes, 24 rows of 40 one-bit pixels. The daemon accepts only a size of 120; the message has room for
+/// 120 bytes, so of a longer image the rest is left out, and `size` says what was asked for. `image` may be null when
+/// `size` is below 1.
 QByteArray hton_BMS_UploadImage(std::int32_t image_id, const void *image, std::int32_t size);
+/// Shows an image on a button; the daemon reports this message as unhandled.
 QByteArray hton_BMS_SetButtonImage(std::uint32_t button_id, std::uint32_t image_id);
-/// `flag` non-zero: white on black; 0: black on white. Screen ids are 0, 1, 2, and -1 for all.
+/// Writes a whole line. `flag` non-zero: white on black; 0: black on white.
 QByteArray hton_BMS_TFTTextLine(std::int32_t screen_id, std::int32_t line_id, const QString &text, std::uint8_t flag);
 /// Writes `num_chars` characters of `text` from character `offset` of the line on; colours are 0xRRGGBB.
 QByteArray hton_BMS_TFTSubTextLine(std::int32_t screen_id, std::int32_t line_id, std::int32_t offset,
                                    std::int32_t num_chars, const QString &text, std::uint32_t text_colour,
                                    std::uint32_t back_colour);
+/// Makes a screen black.
 QByteArray hton_BMS_BlackoutScreen(std::int32_t screen_id);
+/// The daemon answers with BMS_PingReply once it has accepted everything before it.
 QByteArray hton_BMS_Ping();
-/// `data` holds `size` bytes of an uncompressed 24-bit BMP file. Prints a line of its own before and after, as
-/// integrators' logs expect it.
+/// Draws a picture with its top left corner at the given pixel. `data` holds `size` bytes, an uncompressed 24-bit BMP
+/// file, less than 2 GiB; it may be null when there are none. Tells the size on standard output before, and says that
+/// it is done after, the latter without a line feed, as integrators' logs expect it.
 QByteArray hton_BMS_DrawTFTImage(std::int32_t screen_id, std::int32_t x_offset, std::int32_t y_offset,
                                  std::uint32_t size, const void *data);
+/// Makes the daemon read its button level file again.
 QByteArray hton_BMS_Reconfig();
-/// On the wire `parameter_b` stands before `parameter_a`.
+/// Shows images on a button in turn; the daemon reports this message as unhandled. The parameters are carried as they
+/// are; on the wire `parameter_b` stands before `parameter_a`.
 QByteArray hton_BMS_SetButtonImageList(std::uint32_t button_id, const QList<std::uint32_t> &image_ids,
                                        std::uint32_t parameter_a, std::uint32_t parameter_b);
 

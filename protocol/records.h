@@ -6,7 +6,8 @@
 #include <cstdint>
 
 /// The heads of the messages in host order. Their layout is that of the wire, so that a message can be converted in
-/// place; the variable part, where there is one, follows the head directly.
+/// place; the variable part, where there is one, follows the head directly. What the fields mean, with their ranges
+/// and units, stands in the rows of the catalogue.
 namespace buttondriver {
 
 struct TYPE_NULL_MESSAGE {

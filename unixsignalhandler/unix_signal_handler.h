@@ -45,7 +45,7 @@ public:
   /// Printable names by signal number. A number without a name gets an empty one when it is first used.
   static const std::map<int, std::string> &nameTable();
 
-public slots:
+public Q_SLOTS:
   /// Reads one waiting signal, if there is one, and calls its callback. The next one is not read before that returns.
   void callSignalHandlers();
 

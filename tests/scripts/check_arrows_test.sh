@@ -38,6 +38,7 @@ expect nothing fpga/a.cpp '"panel/text.h"'
 expect nothing net/a.cpp '"buttons/button_setter.h"'
 expect nothing net/a.cpp '"protocol/encoders.h"'
 expect nothing net/a.h '<QTcpSocket>'
+expect nothing protocol/a.h '"../bytes/byte_view.h"'
 expect nothing protocol/encoders.h '<QByteArray>'
 expect nothing protocol/encoders.cpp '"protocol/converters.h"'
 expect nothing protocol/records.h '"catalogue.h"'
@@ -70,6 +71,9 @@ expect 'stopwatch/a.h:3: must not include QElapsedTimer' stopwatch/a.h '<QElapse
 expect 'bytes/a.h:3: must not include QByteArray' bytes/a.h '<QByteArray>'
 expect 'paths/a.h:3: must not include QString' paths/a.h '<QString>'
 expect 'net/event_client.h:3: must not include QTcpSocket' net/event_client.h '<QTcpSocket>'
+
+# Also from an installed header, which has no root to start from.
+expect 'protocol/a.h:3: must not include ../buttons/button.h' protocol/a.h '"../buttons/button.h"'
 
 # One door to the hardware.
 expect 'panel/a.cpp:3: must not include sys/ioctl.h' panel/a.cpp '<sys/ioctl.h>'

@@ -1,0 +1,32 @@
+/* Lights a button's LED, and shows which requests the client sends. */
+#include <buttondriver/net/event_client.h>
+
+#include <stdio.h>
+#include <stdlib.h>
+
+static void tell(const char *request, int sent) { printf("%s: %s\n", request, sent ? "sent" : "not sent"); }
+
+int main(int argc, char **argv) {
+  /* A message of one's own, BMS_SetLEDState, in network order: button 5, state 1, time 0. */
+  static const unsigned char led_on[16] = {0, 0, 0, 17, 0, 0, 0, 5, 0, 0, 0, 1, 0, 0, 0, 0};
+  /* A vertical line in the middle: 24 rows of 40 pixels. */
+  unsigned char image[120] = {0};
+  int row;
+  for (row = 0; row < 24; ++row)
+    image[row * 5 + 2] = 0x18;
+
+  if (argc != 3) {
+    fprintf(stderr, "usage: %s ADDRESS PORT\n", argv[0]);
+    return EXIT_FAILURE;
+  }
+  if (!btc_set_server(argv[1], (int32_t)strtol(argv[2], NULL, 10))) {
+    fprintf(stderr, "no panel at %s port %s\n", argv[1], argv[2]);
+    return EXIT_FAILURE;
+  }
+  tell("colour of button 3", btc_set_colour(3, 255, 128, 0));
+  tell("the same colour again", btc_set_colour(3, 255, 128, 0));
+  tell("LED of button 5", btc_send(led_on, sizeof led_on));
+  tell("image 7", btc_upload_image(7, image, sizeof image));
+  tell("brightness", btc_reconfig());
+  return EXIT_SUCCESS;
+}
