@@ -10,17 +10,20 @@ WorkerThread::WorkerThread(QMutex *mutex, TaskSemaphore *semaphore, TaskQueue *q
   setTerminationEnabled(true);
 }
 
+WorkerThread::~WorkerThread() { thread_sanitizer::happens_after(this); }
+
 void WorkerThread::run() {
   for (;;) {
     _semaphore->acquire();
     if (!*_running)
-      return;
+      break;
     if (FPGATask *task = _queue->front()) {
       const QMutexLocker lock(_mutex);
       task->execute();
     }
     _queue->remove_front();
   }
+  thread_sanitizer::happens_before(this);
 }
 
 } // namespace buttondriver

@@ -17,6 +17,8 @@ class WorkerThread : public QThread {
 
 public:
   WorkerThread(QMutex *mutex, TaskSemaphore *semaphore, TaskQueue *queue, std::atomic<bool> *running);
+  /// Only when the thread has ended.
+  ~WorkerThread() override;
 
 protected:
   /// Serves one task for each release of the semaphore, until it finds the running flag false; what is still queued

@@ -24,6 +24,12 @@ protected:
     semaphore.release();
   }
 
+  void runToTheEnd() {
+    worker.start();
+    ASSERT_TRUE(worker.wait(10'000));
+    thread_sanitizer::happens_after(&worker);
+  }
+
   QMutex mutex;
   TaskSemaphore semaphore;
   TaskQueue queue;
@@ -41,8 +47,7 @@ TEST_F(WorkerThreadTest, runs_tasks_in_order_and_leaves_those_behind_the_stop) {
     running = false;
   });
   append([&] { ran.push_back(3); });
-  worker.start();
-  ASSERT_TRUE(worker.wait(10'000));
+  runToTheEnd();
   EXPECT_EQ(ran, (std::vector<int>{1, 2}));
   EXPECT_EQ(queue.size(), 1U);
 }
@@ -52,8 +57,7 @@ TEST_F(WorkerThreadTest, holds_the_mutex_while_a_task_runs) {
   append([&] { could_lock = mutex.tryLock(); });
   append([&] { running = false; });
   semaphore.release();
-  worker.start();
-  ASSERT_TRUE(worker.wait(10'000));
+  runToTheEnd();
   EXPECT_FALSE(could_lock);
   EXPECT_TRUE(mutex.tryLock());
   mutex.unlock();
