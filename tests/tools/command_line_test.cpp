@@ -285,7 +285,7 @@ TEST_F(CommandLine, batch_takes_a_file_or_standard_input) {
     const Outcome<Request> request = parse_command_line(row.arguments);
     ASSERT_TRUE(request);
     EXPECT_EQ(request->kind, Request::Kind::batch);
-    EXPECT_EQ(request->batch_file.toStdString(), row.file);
+    EXPECT_EQ(request->file.toStdString(), row.file);
   }
 }
 
