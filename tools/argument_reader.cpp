@@ -127,7 +127,7 @@ QByteArray ArgumentReader::hexadecimal() {
 }
 
 QString ArgumentReader::path_of(const QString &name) const {
-  return _folder.isEmpty() ? name : QDir(_folder).filePath(name);
+  return _folder.isEmpty() ? name : QDir::cleanPath(QDir(_folder).filePath(name));
 }
 
 QByteArray ArgumentReader::file_content(QString &file) {

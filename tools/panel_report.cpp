@@ -29,7 +29,7 @@ public:
     const double whole = value.toDouble(std::nan(""));
     // In this form, a value that is no number fails too.
     if (!(whole >= 0 && whole <= 2147483647.0) || whole != std::floor(whole)) {
-      fail(name, "a whole number from 0 to 2147483647");
+      fail(name, QStringLiteral("a whole number from 0 to 2147483647"));
       return 0;
     }
     return static_cast<int>(whole);
@@ -37,14 +37,14 @@ public:
 
   QString text(const QJsonValue &value, const char *name) {
     if (!value.isString())
-      fail(name, "a text");
+      fail(name, QStringLiteral("a text"));
     return value.toString();
   }
 
   /// Any number of elements.
   QJsonArray list(const QJsonValue &value, const char *name) {
     if (!value.isArray())
-      fail(name, "a list");
+      fail(name, QStringLiteral("a list"));
     return value.toArray();
   }
 
@@ -53,18 +53,18 @@ public:
   template <std::size_t count> void lamps(const char *name, std::array<bool, count> &lamps) {
     const QJsonArray values = list(name);
     if (values.size() != static_cast<int>(count))
-      fail(name, "a list of 32 numbers, 2 for the toggles");
+      fail(name, QStringLiteral("a list of %1").arg(count));
     for (std::size_t i = 0; i < count && !_failure; ++i) {
       const int lit = number(values.at(static_cast<int>(i)), name);
       if (lit > 1)
-        fail(name, "a list of 0 and 1");
+        fail(name, QStringLiteral("a list of 0 and 1"));
       lamps[i] = lit == 1;
     }
   }
 
-  void fail(const char *name, const char *expected) {
+  void fail(const char *name, const QString &expected) {
     if (!_failure)
-      _failure = Failure{QStringLiteral("'%1' must be %2").arg(QLatin1String(name), QLatin1String(expected))};
+      _failure = Failure{QStringLiteral("'%1' must be %2").arg(QLatin1String(name), expected)};
   }
 
 private:
@@ -83,7 +83,7 @@ void read_blinking(MemberReader &members, PanelReport &report) {
 void read_text(MemberReader &members, PanelReport &report) {
   const QJsonArray screens = members.list("text");
   if (screens.size() != static_cast<int>(report.text.size()))
-    members.fail("text", "a list of 3 screens");
+    members.fail("text", QStringLiteral("a list of 3 screens"));
   for (std::size_t screen = 0; screen < report.text.size() && !members.failure(); ++screen) {
     for (const QJsonValue &entry : members.list(screens.at(static_cast<int>(screen)), "text")) {
       const QJsonObject object = entry.toObject();
@@ -111,7 +111,7 @@ Outcome<PanelReport> parse_panel_report(const QByteArray &json) {
   members.lamps("toggles", report.toggles);
   report.intensity = members.number("intensity");
   if (report.intensity > highest_intensity)
-    members.fail("intensity", "a whole number from 0 to 63");
+    members.fail("intensity", QStringLiteral("a whole number from 0 to 63"));
   read_blinking(members, report);
   read_text(members, report);
   if (members.failure())

@@ -59,7 +59,7 @@ QImage difference_picture(const QImage &expected, const QImage &actual) {
 
 QString difference_file(const QString &expected_file) {
   const QFileInfo file(expected_file);
-  return QDir(file.path()).filePath(file.completeBaseName() + QLatin1String(".difference.png"));
+  return QDir::cleanPath(file.path() + QLatin1Char('/') + file.completeBaseName() + QLatin1String(".difference.png"));
 }
 
 } // namespace buttondriver::buttonctl
