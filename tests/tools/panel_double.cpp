@@ -37,9 +37,13 @@ void PanelDouble::accept() {
 }
 
 void PanelDouble::take(QTcpSocket &socket) {
-  QByteArray &request = _unfinished[&socket];
-  request += socket.readAll();
-  for (auto end = request.indexOf("\r\n\r\n"); end >= 0; end = request.indexOf("\r\n\r\n")) {
+  _unfinished[&socket] += socket.readAll();
+  for (;;) {
+    // Looked up each time: making a body may run the event loop, and other connections may come meanwhile.
+    QByteArray &request = _unfinished[&socket];
+    const auto end = request.indexOf("\r\n\r\n");
+    if (end < 0)
+      return;
     const QByteArray path = request.left(request.indexOf("\r\n")).split(' ').value(1);
     request.remove(0, end + 4);
     _asked += path;
