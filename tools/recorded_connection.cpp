@@ -53,9 +53,20 @@ RecordedConnection::~RecordedConnection() {
   _daemon.disconnect(&_daemon);
 }
 
-void RecordedConnection::flush(int limit_ms) {
-  while (_is_connected && _daemon.bytesToWrite() > 0 && _daemon.waitForBytesWritten(limit_ms)) {
+void RecordedConnection::close(QDeadlineTimer limit) {
+  const auto left_ms = [&limit] { return static_cast<int>(limit.remainingTime()); };
+  if (!_is_connected)
+    return;
+  // What the client sends from now on is neither told nor passed on.
+  _client->disconnect(&_daemon);
+  while (_daemon.bytesToWrite() > 0 && _daemon.waitForBytesWritten(left_ms())) {
   }
+  if (_daemon.state() != QAbstractSocket::ConnectedState)
+    return;
+  _daemon.disconnect(&_daemon);
+  _daemon.setReadBufferSize(0);
+  ::shutdown(static_cast<int>(_daemon.socketDescriptor()), SHUT_WR);
+  _daemon.waitForDisconnected(left_ms());
 }
 
 void RecordedConnection::pass_requests() {

@@ -4,6 +4,7 @@
 #include "tools/request.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -27,8 +28,9 @@ public:
   RecordedConnection(const RecordedConnection &) = delete;
   RecordedConnection &operator=(const RecordedConnection &) = delete;
 
-  /// Sends what was told already but has not left yet, for `limit_ms` at most.
-  void flush(int limit_ms);
+  /// Sends what was told already but has not left yet, and waits until the daemon has closed its side too, so that
+  /// nothing gets lost on the way; no longer than `limit`. Blocks.
+  void close(QDeadlineTimer limit);
 
 private:
   void pass_requests();

@@ -5,6 +5,7 @@
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QHostAddress>
 
 #include <csignal>
@@ -13,16 +14,13 @@ namespace buttondriver::buttonctl {
 
 namespace {
 
-constexpr int longest_flush_ms = 1000;
+constexpr int longest_close_ms = 1000;
 constexpr qint64 nanoseconds_per_microsecond = 1000;
 
 } // namespace
 
 Outcome<Done> Recorder::start() {
   const QHostAddress address(_request.listen.host);
-  if (address.isNull())
-    return Failure{QStringLiteral("--listen: '%1' is no address of this machine, such as 127.0.0.1 or 0.0.0.0")
-                       .arg(_request.listen.host)};
   QObject::connect(&_server, &QTcpServer::newConnection, &_server, [this] { accept(); });
   if (!_server.listen(address, _request.listen.port))
     return Failure{QStringLiteral("cannot listen on %1 port %2: %3")
@@ -39,8 +37,9 @@ Outcome<Done> Recorder::start() {
 
 Outcome<Done> Recorder::finish() {
   _server.close();
+  const QDeadlineTimer limit(longest_close_ms);
   for (const auto &[number, connection] : _connections)
-    connection->flush(longest_flush_ms);
+    connection->close(limit);
   _connections.clear();
   print_line(QStringLiteral("recorded %1 frames of %2 connections").arg(_frames).arg(_accepted));
   return _written;

@@ -15,6 +15,8 @@ namespace buttondriver::buttonctl {
 namespace {
 
 constexpr int items_of_a_frame = 3;
+/// Some 31 years, so that no deadline overflows, however slow the replay.
+constexpr std::int64_t highest_time_us = 1000000000000000;
 constexpr int most_shown_characters = 40;
 
 /// For messages: enough of an item to recognise it.
@@ -78,9 +80,10 @@ Outcome<RecordedFrame> parse_frame(const QByteArray &line) {
     return Failure{QStringLiteral("a frame is MICROSECONDS CONNECTION FRAME, %1 items and not %2")
                        .arg(items_of_a_frame)
                        .arg(items.size())};
-  const std::int64_t time = whole_number(items[0], std::numeric_limits<std::int64_t>::max());
+  const std::int64_t time = whole_number(items[0], highest_time_us);
   if (time < 0)
-    return Failure{QStringLiteral("MICROSECONDS must be a whole number, not '%1'").arg(shown(items[0]))};
+    return Failure{QStringLiteral("MICROSECONDS must be a number from 0 to %1, not '%2'")
+                       .arg(QString::number(highest_time_us), shown(items[0]))};
   const std::int64_t connection = whole_number(items[1], std::numeric_limits<std::int32_t>::max());
   if (connection < 1)
     return Failure{QStringLiteral("CONNECTION must be a number from 1 to 2147483647, not '%1'").arg(shown(items[1]))};

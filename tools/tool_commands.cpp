@@ -1,5 +1,6 @@
 #include "tools/tool_commands.h"
 
+#include <QHostAddress>
 #include <QUrl>
 
 namespace buttondriver::buttonctl {
@@ -32,10 +33,12 @@ void prepare_record(ArgumentReader &arguments, Request &request) {
   }
   const auto listen =
       parse_host_port(QStringLiteral("--listen"), arguments.option("listen"), QStringLiteral("127.0.0.1"), 0);
-  if (listen)
-    request.listen = *listen;
-  else
+  if (!listen)
     arguments.fail(listen.failure().text);
+  else if (QHostAddress(listen->host).isNull())
+    arguments.fail(QStringLiteral("--listen: '%1' is no address, such as 127.0.0.1 or 0.0.0.0").arg(listen->host));
+  else
+    request.listen = *listen;
   if (!arguments.has_option("to"))
     return;
   const auto daemon = parse_host_port(QStringLiteral("--to"), arguments.option("to"), QString(), 1);

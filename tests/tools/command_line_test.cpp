@@ -225,6 +225,8 @@ TEST_F(CommandLine, bad_lines_are_refused_with_the_reason) {
        "record: --listen must be PORT or ADDRESS:PORT, such as 3004 or 0.0.0.0:3004, not ':1'"},
       {{"record", "a.rec", "--listen", "::1:1"},
        "record: --listen must be PORT or ADDRESS:PORT, such as 3004 or 0.0.0.0:3004, not '::1:1'"},
+      {{"record", "a.rec", "--listen", "panel:1"},
+       "record: --listen: 'panel' is no address, such as 127.0.0.1 or 0.0.0.0"},
       {{"record", "a.rec", "--listen", "1", "--to", "3003"},
        "record: --to must be HOST:PORT, such as 127.0.0.1:3003, not '3003'"},
       {{"record", "a.rec", "--listen", "1", "--to", "panel:0"},
