@@ -55,7 +55,7 @@ TEST(FirstScenario, shows_the_pictures_beside_it) {
     });
   const ToolResult result =
       run_tool({"-p", QString::number(simulator.listeningPort()), "run", QStringLiteral(SCENARIOS "/01-first.scenario"),
-                "--panel", panel.url(), "--timeout", "10000"});
+                "--panel", panel.url(), "--timeout", "30000"});
   EXPECT_EQ(result.exit_status, 0) << result.errors;
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(snapshots, 3);
