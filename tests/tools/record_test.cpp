@@ -19,6 +19,7 @@
 namespace buttondriver::test {
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
@@ -305,8 +306,11 @@ TEST(Replay, uses_a_connection_for_each_of_the_recording) {
   EXPECT_GE(elapsed.elapsed(), 200) << "the last frame is due 0.2 s behind the first one";
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(daemon.connections(), 2);
-  EXPECT_EQ(to_hex(daemon.received().toStdString()),
-            "000000080000001000000000000000080000001000000001000000080000001000000002");
+  // On a busy machine the daemon may take the other connection's frame earlier or later.
+  EXPECT_THAT(to_hex(daemon.received().toStdString()),
+              AnyOf("000000080000001000000000000000080000001000000001000000080000001000000002",
+                    "000000080000001000000000000000080000001000000002000000080000001000000001",
+                    "000000080000001000000001000000080000001000000000000000080000001000000002"));
 }
 
 TEST(Replay, answers_are_dropped_and_do_not_hold_it_up) {
