@@ -1,5 +1,6 @@
 #include "tools/argument_reader.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <utility>
@@ -46,8 +47,9 @@ Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std
   return static_cast<std::int32_t>(number);
 }
 
-ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser)
-    : _command(std::move(command)), _parser(parser), _arguments(parser.positionalArguments()) {}
+ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser, QString folder, QString help)
+    : _command(std::move(command)), _parser(parser), _folder(std::move(folder)),
+      _help(help.isEmpty() ? _command : std::move(help)), _arguments(parser.positionalArguments()) {}
 
 void ArgumentReader::fail(const QString &text) {
   if (!_failure)
@@ -56,13 +58,12 @@ void ArgumentReader::fail(const QString &text) {
 
 void ArgumentReader::expect_end() {
   if (!at_end())
-    fail(
-        QStringLiteral("'%1' is one argument too many; see 'buttonctl %2 --help'").arg(_arguments.at(_next), _command));
+    fail(QStringLiteral("'%1' is one argument too many; see 'buttonctl %2 --help'").arg(_arguments.at(_next), _help));
 }
 
 QString ArgumentReader::word(const char *name) {
   if (at_end()) {
-    fail(QStringLiteral("%1 is missing; see 'buttonctl %2 --help'").arg(QLatin1String(name), _command));
+    fail(QStringLiteral("%1 is missing; see 'buttonctl %2 --help'").arg(QLatin1String(name), _help));
     return {};
   }
   return _arguments.at(_next++);
@@ -125,11 +126,15 @@ QByteArray ArgumentReader::hexadecimal() {
   return bytes;
 }
 
+QString ArgumentReader::path_of(const QString &name) const {
+  return _folder.isEmpty() ? name : QDir::cleanPath(QDir(_folder).filePath(name));
+}
+
 QByteArray ArgumentReader::file_content(QString &file) {
   file = word("FILE");
   if (_failure)
     return {};
-  QFile source(file);
+  QFile source(path_of(file));
   if (!source.open(QIODevice::ReadOnly)) {
     fail(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
     return {};
@@ -142,6 +147,18 @@ std::int32_t ArgumentReader::option_number(const char *name, std::int32_t lowest
   if (!has_option(name))
     return fallback;
   return checked(parse_number(QLatin1String("--") + QLatin1String(name), option(name), lowest, highest));
+}
+
+double ArgumentReader::option_factor(const char *name, double lowest, double highest, double fallback) {
+  if (!has_option(name))
+    return fallback;
+  bool good = false;
+  const double factor = option(name).toDouble(&good);
+  // In this form, a value that is no number fails too.
+  if (!good || !(factor >= lowest && factor <= highest))
+    fail(QStringLiteral("--%1 must be a number from %2 to %3, not '%4'")
+             .arg(QLatin1String(name), QString::number(lowest), QString::number(highest, 'f', 0), option(name)));
+  return factor;
 }
 
 std::uint32_t ArgumentReader::option_colour(const char *name, std::uint32_t fallback) {

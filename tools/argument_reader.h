@@ -19,8 +19,10 @@ Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std
 /// `failure`; from then on every call returns a value of no meaning, so that a command looks at `failure` once.
 class ArgumentReader {
 public:
-  /// Borrows `parser`, which has parsed the command's arguments already.
-  ArgumentReader(QString command, const QCommandLineParser &parser);
+  /// Borrows `parser`, which has parsed the command's arguments already. Names of files are relative to `folder`, or to
+  /// the current one when that is empty. `help` is the command whose help tells the arguments, `command` when empty.
+  ArgumentReader(QString command, const QCommandLineParser &parser, QString folder = QString(),
+                 QString help = QString());
 
   bool at_end() const { return _next >= _arguments.size(); }
   const std::optional<Failure> &failure() const { return _failure; }
@@ -43,6 +45,8 @@ public:
   QString text();
   /// All arguments that are left, as hexadecimal digits, with blanks allowed between bytes.
   QByteArray hexadecimal();
+  /// Where the file `name` lies.
+  QString path_of(const QString &name) const;
   /// The bytes of the file that the next argument names; `file` receives the name.
   QByteArray file_content(QString &file);
 
@@ -52,6 +56,8 @@ public:
   std::int32_t option_number(const char *name, std::int32_t lowest, std::int32_t highest, std::int32_t fallback);
   /// 0xRRGGBB; `fallback` when the option is absent.
   std::uint32_t option_colour(const char *name, std::uint32_t fallback);
+  /// A decimal number such as 2 or 0.5; `fallback` when the option is absent.
+  double option_factor(const char *name, double lowest, double highest, double fallback);
   /// True for `yes`, false for `no`, `fallback` when neither is there; both are a failure.
   bool option_pair(const char *yes, const char *no, bool fallback);
 
@@ -60,6 +66,8 @@ private:
 
   const QString _command;
   const QCommandLineParser &_parser;
+  const QString _folder;
+  const QString _help;
   const QStringList _arguments;
   decltype(QStringList().size()) _next = 0;
   std::optional<Failure> _failure;

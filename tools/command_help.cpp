@@ -78,7 +78,7 @@ QString general_help() {
                        "\n"
                        "Exit status: 0 sent (and answered, for ping), 1 the daemon cannot be reached, the\n"
                        "connection was lost or a ping stayed unanswered, 2 the command line, a file that it\n"
-                       "names or a line of a batch is wrong.\n");
+                       "names or a line of such a file is wrong; 'run' has further ones.\n");
 }
 
 QString command_help(const Command &command) {

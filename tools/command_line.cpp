@@ -4,10 +4,11 @@
 #include "tools/command_help.h"
 #include "tools/commands.h"
 #include "tools/line_splitter.h"
+#include "tools/option_parser.h"
 
 #include <QCommandLineParser>
 
-#include <limits>
+#include <optional>
 
 namespace buttondriver::buttonctl {
 
@@ -15,30 +16,6 @@ namespace {
 
 constexpr std::int32_t highest_port = 65535;
 constexpr std::int32_t longest_timeout_ms = 600000;
-
-void add_options(QCommandLineParser &parser, const std::vector<CommandOption> &options) {
-  for (const CommandOption &option : options)
-    parser.addOption(QCommandLineOption(QString::fromLatin1(option.names).split(QLatin1Char(',')), QString(),
-                                        QLatin1String(option.value ? option.value : "")));
-}
-
-/// Nothing, or what the parser itself has found. `help` is the command line that tells the options.
-std::optional<Failure> parse(QCommandLineParser &parser, const QStringList &arguments, const QString &help) {
-  if (parser.parse(QStringList(QStringLiteral("buttonctl")) + arguments))
-    return std::nullopt;
-  const QStringList unknown = parser.unknownOptionNames();
-  if (!unknown.isEmpty()) {
-    const QString &name = unknown.first();
-    const QLatin1String dashes(name.size() == 1 ? "-" : "--");
-    return Failure{QStringLiteral("unknown option '%1%2'; see '%3', and put -- before arguments that start with a dash")
-                       .arg(dashes, name, help)};
-  }
-  QString text = parser.errorText();
-  text[0] = text.at(0).toLower();
-  if (text.endsWith(QLatin1Char('.')))
-    text.chop(1);
-  return Failure{text};
-}
 
 /// Takes over what is given in front of the command, or among its arguments.
 std::optional<Failure> apply_general_options(const QCommandLineParser &parser, Request &request) {
@@ -70,8 +47,8 @@ Failure unknown_command(const QString &name) {
   return Failure{QStringLiteral("unknown command '%1'; see 'buttonctl --help'").arg(name)};
 }
 
-Outcome<Steps> build(const Command &command, const QCommandLineParser &parser) {
-  ArgumentReader reader(QLatin1String(command.name), parser);
+Outcome<Steps> build(const Command &command, const QCommandLineParser &parser, const QString &folder = QString()) {
+  ArgumentReader reader(QLatin1String(command.name), parser, folder);
   Steps steps = command.build(reader);
   reader.expect_end();
   if (reader.failure())
@@ -79,13 +56,13 @@ Outcome<Steps> build(const Command &command, const QCommandLineParser &parser) {
   return steps;
 }
 
-Outcome<QString> batch_file(const Command &command, const QCommandLineParser &parser) {
+Outcome<Request> prepare(const Command &command, const QCommandLineParser &parser, Request request) {
   ArgumentReader reader(QLatin1String(command.name), parser);
-  const QString file = reader.at_end() ? QString() : reader.word("FILE");
+  command.prepare(reader, request);
   reader.expect_end();
   if (reader.failure())
     return *reader.failure();
-  return file == QLatin1String("-") ? QString() : file;
+  return request;
 }
 
 Request print_help(const QString &text) {
@@ -103,7 +80,7 @@ Outcome<Request> parse_command_line(const QStringList &arguments) {
   general.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
   add_options(general, general_options());
   add_options(general, {{"V,version", nullptr, nullptr}});
-  if (const auto failure = parse(general, arguments, QStringLiteral("buttonctl --help")))
+  if (const auto failure = parse_options(general, arguments, QStringLiteral("buttonctl --help")))
     return *failure;
   if (general.isSet(QStringLiteral("help")))
     return print_help(general_help());
@@ -125,21 +102,15 @@ Outcome<Request> parse_command_line(const QStringList &arguments) {
   QCommandLineParser specific;
   add_options(specific, general_options());
   add_options(specific, command->options);
-  if (const auto failure = parse(specific, words, help_of(name)))
+  if (const auto failure = parse_options(specific, words, help_of(name)))
     return Failure{name + QLatin1String(": ") + failure->text};
   if (specific.isSet(QStringLiteral("help")))
     return print_help(command_help(*command));
   if (const auto failure = apply_general_options(specific, request))
     return Failure{name + QLatin1String(": ") + failure->text};
 
-  if (!command->build) {
-    const Outcome<QString> file = batch_file(*command, specific);
-    if (!file)
-      return file.failure();
-    request.kind = Request::Kind::batch;
-    request.batch_file = *file;
-    return request;
-  }
+  if (!command->build)
+    return prepare(*command, specific, request);
   const Outcome<Steps> steps = build(*command, specific);
   if (!steps)
     return steps.failure();
@@ -147,7 +118,7 @@ Outcome<Request> parse_command_line(const QStringList &arguments) {
   return request;
 }
 
-Outcome<Steps> parse_batch_line(const QByteArray &line) {
+Outcome<Steps> parse_batch_line(const QByteArray &line, const QString &folder) {
   const Outcome<QStringList> split = split_line(QString::fromUtf8(line));
   if (!split)
     return split.failure();
@@ -159,13 +130,14 @@ Outcome<Steps> parse_batch_line(const QByteArray &line) {
   if (!command)
     return unknown_command(name);
   if (!command->build)
-    return Failure{QStringLiteral("a batch cannot run '%1'; give its lines here").arg(name)};
+    return Failure{QStringLiteral("a batch cannot run '%1'%2")
+                       .arg(name, QLatin1String(name == QLatin1String("batch") ? "; give its lines here" : ""))};
 
   QCommandLineParser specific;
   add_options(specific, command->options);
-  if (const auto failure = parse(specific, words, help_of(name)))
+  if (const auto failure = parse_options(specific, words, help_of(name)))
     return Failure{name + QLatin1String(": ") + failure->text};
-  return build(*command, specific);
+  return build(*command, specific, folder);
 }
 
 } // namespace buttondriver::buttonctl

@@ -3,6 +3,7 @@
 #include "protocol/encoders.h"
 #include "tools/messages.h"
 #include "tools/picture_converter.h"
+#include "tools/tool_commands.h"
 
 #include <limits>
 
@@ -153,7 +154,7 @@ Steps build_raw(ArgumentReader &arguments) {
 } // namespace
 
 const std::vector<Command> &commands() {
-  static const std::vector<Command> table = {
+  static const std::vector<Command> message_commands = {
       {"text",
        "SCREEN LINE TEXT",
        "write a whole text line",
@@ -252,18 +253,12 @@ const std::vector<Command> &commands() {
        "buttonctl raw --unframed 00000004 0000000c\n",
        {{"unframed", nullptr, "send the bytes as they are, without a length before them"}},
        build_raw},
-      {"batch",
-       "[FILE]",
-       "run the commands of a file over one connection",
-       "One command for each line, in the words of the command line without 'buttonctl': quoted with\n"
-       "'...' or \"...\", or with a backslash before a single character; # starts a comment. A FILE is\n"
-       "checked as a whole before anything is sent. Without FILE, or with -, lines come from standard\n"
-       "input, and each is sent as soon as it is there.\n",
-       "buttonctl batch start.txt\n"
-       "{ echo led all on; sleep 1; echo led all off; } | buttonctl batch\n",
-       {},
-       nullptr},
   };
+  static const std::vector<Command> table = [] {
+    std::vector<Command> all = message_commands;
+    all.insert(all.end(), tool_commands().begin(), tool_commands().end());
+    return all;
+  }();
   return table;
 }
 

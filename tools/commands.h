@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/argument_reader.h"
+#include "tools/request.h"
 #include "tools/step.h"
 
 #include <QString>
@@ -23,9 +24,11 @@ struct Command {
   const char *details;  ///< the rest of its help, whole lines
   const char *examples; ///< command lines, each a whole line
   std::vector<CommandOption> options;
-  /// Turns the arguments into what is sent; what is wrong is kept in the reader. Null for the command "batch", which
-  /// is made of commands.
+  /// Turns the arguments into what is sent; what is wrong is kept in the reader. Null for a command that does more than
+  /// to send messages, and that therefore cannot stand in a batch.
   Steps (*build)(ArgumentReader &arguments);
+  /// Of such a command: puts the arguments into the request.
+  void (*prepare)(ArgumentReader &arguments, Request &request) = nullptr;
 };
 
 /// In the order of the help.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/command_line.h"
 #include "tools/outcome.h"
+#include "tools/request.h"
 
 #include <QByteArray>
 #include <QTcpSocket>
@@ -27,6 +27,9 @@ public:
   /// Says that nothing more comes and waits until the daemon has closed its side too, so that nothing that was sent is
   /// thrown away on the way; a daemon that is too busy for that is not waited for any longer than a second.
   Outcome<Done> close();
+
+  /// What the system said last, for one who wants to tell failures apart.
+  QAbstractSocket::SocketError error() const { return _socket.error(); }
 
   /// "127.0.0.1 port 3003"
   QString peer() const;

@@ -1,6 +1,13 @@
 #include "tools/runner.h"
 
 #include "tools/batch.h"
+#include "tools/command_line.h"
+#include "tools/console.h"
+#include "tools/doctor.h"
+#include "tools/exit_status.h"
+#include "tools/recorder.h"
+#include "tools/replay.h"
+#include "tools/scenario_runner.h"
 #include "tools/session.h"
 
 #include <cstdio>
@@ -9,28 +16,6 @@
 namespace buttondriver::buttonctl {
 
 namespace {
-
-/// A control character that came from an argument must not break the line or drive the terminal.
-QString as_one_line(const QString &text) {
-  QString line;
-  for (const QChar character : text) {
-    if (character.category() == QChar::Other_Control)
-      line += QStringLiteral("\\x%1").arg(int{character.unicode()}, 2, 16, QLatin1Char('0'));
-    else
-      line += character;
-  }
-  return line;
-}
-
-int report(const Failure &failure, int exit_status, const QString &where = QString()) {
-  std::fprintf(stderr, "buttonctl: %s\n", as_one_line(where + failure.text).toUtf8().constData());
-  return exit_status;
-}
-
-int print(const QString &text) {
-  std::fputs(text.toUtf8().constData(), stdout);
-  return exit_done;
-}
 
 int run_batch_lines(Session &session, const std::vector<BatchLine> &lines) {
   for (const BatchLine &line : lines)
@@ -57,11 +42,11 @@ int run_standard_input(Session &session) {
 
 int run_request(const Request &request) {
   std::vector<BatchLine> lines;
-  const bool from_standard_input = request.kind == Request::Kind::batch && request.batch_file.isEmpty();
+  const bool from_standard_input = request.kind == Request::Kind::batch && request.file.isEmpty();
   if (request.kind == Request::Kind::steps) {
     lines.push_back({QString(), request.steps});
   } else if (!from_standard_input) {
-    const auto read = read_batch(request.batch_file);
+    const auto read = read_batch(request.file);
     if (!read)
       return report(read.failure(), exit_bad_usage);
     lines = *read;
@@ -87,14 +72,26 @@ int run(const QStringList &arguments, const char *version) {
   int status = exit_done;
   switch (request->kind) {
   case Request::Kind::print_help:
-    status = print(request->help);
+    print(request->help);
     break;
   case Request::Kind::print_version:
-    status = print(QStringLiteral("buttonctl (buttondriver) %1\n").arg(QLatin1String(version)));
+    print(QStringLiteral("buttonctl (buttondriver) %1\n").arg(QLatin1String(version)));
     break;
   case Request::Kind::steps:
   case Request::Kind::batch:
     status = run_request(*request);
+    break;
+  case Request::Kind::record:
+    status = run_recorder(*request);
+    break;
+  case Request::Kind::replay:
+    status = run_replay(*request);
+    break;
+  case Request::Kind::scenario:
+    status = run_scenario(*request);
+    break;
+  case Request::Kind::doctor:
+    status = run_doctor(*request);
     break;
   }
   if ((std::fflush(stdout) != 0 || std::ferror(stdout) != 0) && status == exit_done)

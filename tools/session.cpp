@@ -1,19 +1,14 @@
 #include "tools/session.h"
 
+#include "tools/console.h"
+
 #include <algorithm>
-#include <cstdio>
 #include <numeric>
 #include <vector>
 
 namespace buttondriver::buttonctl {
 
 namespace {
-
-/// Lines are flushed one by one, since whoever reads them through a pipe wants to see them come.
-void print_line(const QString &text) {
-  std::fprintf(stdout, "%s\n", text.toUtf8().constData());
-  std::fflush(stdout);
-}
 
 QString milliseconds(double value) { return QString::number(value, 'f', 3) + QLatin1String(" ms"); }
 
@@ -51,6 +46,15 @@ Outcome<Done> Session::perform(const Steps &steps) {
   }
   if (round_trips.size() > 1)
     print_line(summary(round_trips));
+  return Done{};
+}
+
+Outcome<Done> Session::settle(const QByteArray &ping) {
+  if (_dry_run)
+    return Done{};
+  const Outcome<double> round_trip = _connection.ping(ping);
+  if (!round_trip)
+    return round_trip.failure();
   return Done{};
 }
 

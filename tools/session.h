@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/command_line.h"
 #include "tools/connection.h"
 #include "tools/outcome.h"
+#include "tools/request.h"
 #include "tools/step.h"
 
 namespace buttondriver::buttonctl {
@@ -15,6 +15,8 @@ public:
   Outcome<Done> start();
   /// The steps of one command, in order, up to the first that fails.
   Outcome<Done> perform(const Steps &steps);
+  /// Returns when the daemon has answered `ping`, a framed one, and so has read everything before it. Prints nothing.
+  Outcome<Done> settle(const QByteArray &ping);
   /// To be called after the last step; without it the last bytes may get lost.
   Outcome<Done> finish();
 

@@ -285,7 +285,7 @@ TEST_F(CommandLine, batch_takes_a_file_or_standard_input) {
     const Outcome<Request> request = parse_command_line(row.arguments);
     ASSERT_TRUE(request);
     EXPECT_EQ(request->kind, Request::Kind::batch);
-    EXPECT_EQ(request->batch_file.toStdString(), row.file);
+    EXPECT_EQ(request->file.toStdString(), row.file);
   }
 }
 
@@ -322,6 +322,10 @@ TEST_F(CommandLine, bad_batch_lines_are_refused_with_the_reason) {
       {"led 1", "led: STATE is missing; see 'buttonctl led --help'"},
       {"text 0 0 'x", "the quote ' is not closed"},
       {"batch other.txt", "a batch cannot run 'batch'; give its lines here"},
+      {"record a.rec --listen 1", "a batch cannot run 'record'"},
+      {"replay a.rec", "a batch cannot run 'replay'"},
+      {"run a.scenario", "a batch cannot run 'run'"},
+      {"doctor", "a batch cannot run 'doctor'"},
       {"ping --host x", "ping: unknown option '--host'; see 'buttonctl ping --help', and put -- before arguments that "
                         "start with a dash"},
       {"text 0 0 \xe9", "text: TEXT must be Latin-1 (U+0000 to U+00FF); '\xef\xbf\xbd' (U+FFFD) is not"},
