@@ -48,6 +48,8 @@ public:
 
   /// Queues a task of the caller's own, behind all that were queued before.
   void queue(std::unique_ptr<FPGATask> task);
+  /// How many tasks are not finished yet, the one that is being carried out among them.
+  std::size_t queueLength() const { return _queue.size(); }
 
 public slots:
   /// Reads the font's size from the configuration at `path` and loads that font when the size has changed.

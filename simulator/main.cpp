@@ -1,5 +1,7 @@
 #include "logging/message_handler.h"
+#include "logging/standard_output.h"
 #include "simulator/simulation.h"
+#include "simulator/web_page.h"
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>
@@ -12,6 +14,7 @@ namespace {
 using buttondriver::simulator::Answer;
 using buttondriver::simulator::Options;
 using buttondriver::simulator::Simulation;
+using buttondriver::simulator::WebPage;
 using unixsignalhandler::UnixSignalHandler;
 
 // Signal callbacks take no arguments.
@@ -32,6 +35,19 @@ int say(const Answer &answer) {
   return answer.exit_status;
 }
 
+/// False when the page was asked for and cannot be had.
+bool open_page(WebPage &page, const Options &options) {
+  QString reason;
+  if (page.listen(*options.http, &reason)) {
+    buttondriver::print("buttondriver-sim: page on %s\n", page.address().toLatin1().constData());
+    return true;
+  }
+  std::fprintf(stderr, "buttondriver-sim: no web page on %s: %s\n",
+               buttondriver::simulator::page_address(options.http->address, options.http->port).toLatin1().constData(),
+               reason.toLocal8Bit().constData());
+  return !options.http_is_asked_for;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -42,10 +58,14 @@ int main(int argc, char **argv) {
     return say(*answer);
 
   UnixSignalHandler signal_bridge;
-  Simulation simulation(std::get<Options>(command_line));
+  const auto &options = std::get<Options>(command_line);
+  Simulation simulation(options);
   running_simulation = &simulation;
   install_signal_callbacks();
   if (!simulation.start())
+    return 1;
+  WebPage page(simulation);
+  if (options.http && !open_page(page, options))
     return 1;
   return QCoreApplication::exec();
 }
