@@ -18,6 +18,8 @@ constexpr qint64 most_buffered = 64 * 1024;
 DaemonLink::DaemonLink(quint16 port) : _port(port) {
   _socket.setReadBufferSize(most_buffered);
   connect(&_socket, &QTcpSocket::readyRead, this, &DaemonLink::read);
+  connect(&_socket, &QTcpSocket::connected, this,
+          [this] { _socket.setSocketOption(QAbstractSocket::LowDelayOption, 1); });
   connect(&_socket, &QTcpSocket::errorOccurred, this,
           [this] { emit failed(QStringLiteral("the daemon: %1").arg(_socket.errorString())); });
 }

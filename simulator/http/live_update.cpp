@@ -12,7 +12,7 @@ namespace buttondriver::simulator {
 namespace {
 
 /// The newest entries that one update takes of each list, once a page has been given the whole list.
-constexpr std::uint64_t most_entries = 50;
+constexpr std::uint64_t most_entries = 200;
 constexpr char rows_of_a_screen = 1;
 
 auto tied(const SimulationCounters &c) {

@@ -3,6 +3,7 @@
 #include "simulator/http/access_rule.h"
 #include "simulator/http/catalogue_json.h"
 #include "simulator/http/gated_server.h"
+#include "simulator/http/lettering_json.h"
 #include "simulator/http/page_file.h"
 #include "simulator/http/state_json.h"
 #include "simulator/panel_picture.h"
@@ -69,6 +70,9 @@ quint16 PageServer::port() const { return _server->serverPort(); }
 bool PageServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) {
   const Client client{socket, request.method() != QHttpServerRequest::Method::Head};
   const QString path = request.url().path();
+  // The WebSocket server takes it up where this says that it is handled.
+  if (path == QLatin1String(AccessRule::live_path) && !header_of(request, "upgrade").isEmpty())
+    return true;
   if (request.method() != QHttpServerRequest::Method::Post)
     return handleGet(path, client, header_of(request, "host"));
   if (path == QLatin1String("/reset"))
@@ -96,6 +100,10 @@ bool PageServer::handleGet(const QString &path, const Client &client, const QByt
   }
   if (path == QLatin1String("/catalogue.json")) {
     client.answer({200, json_type, catalogue_json(), {}});
+    return true;
+  }
+  if (path == QLatin1String("/lettering.json")) {
+    client.answer({200, json_type, lettering_json(), {}});
     return true;
   }
   if (path == QLatin1String("/reset")) {

@@ -21,6 +21,8 @@ constexpr qint64 most_buffered = AccessRule::largest_head + AccessRule::largest_
 
 RequestGate::RequestGate(QTcpSocket *socket, const AccessRule &rule) : QObject(socket), _socket(socket), _rule(rule) {
   _socket->setReadBufferSize(most_buffered);
+  // Small updates are not to wait for one another.
+  _socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
   connect(_socket, &QTcpSocket::readyRead, this, &RequestGate::read);
   _end = connect(_socket, &QTcpSocket::disconnected, _socket, &QObject::deleteLater);
   connect(&_limit, &QTimer::timeout, this, [this] {
