@@ -20,8 +20,8 @@ struct Lettering {
   QRgb colour;
 };
 
-/// One character as pen strokes on a grid 12 high with y downwards, every coordinate one hexadecimal digit: Mxy lifts the
-/// pen to a point, Lxy draws a line, Qxyxy a quadratic curve (its control point, then its end).
+/// One character as pen strokes on a grid 12 high with y downwards, every coordinate one hexadecimal digit: Mxy lifts
+/// the pen to a point, Lxy draws a line, Qxyxy a quadratic curve (its control point, then its end).
 struct Glyph {
   char character;
   int width;

@@ -1,5 +1,5 @@
 #include "logging/message_handler.h"
-#include "logging/standard_output.h"
+#include "simulator/page_opening.h"
 #include "simulator/simulation.h"
 #include "simulator/web_page.h"
 #include "unixsignalhandler/unix_signal_handler.h"
@@ -35,19 +35,6 @@ int say(const Answer &answer) {
   return answer.exit_status;
 }
 
-/// False when the page was asked for and cannot be had.
-bool open_page(WebPage &page, const Options &options) {
-  QString reason;
-  if (page.listen(*options.http, &reason)) {
-    buttondriver::print("buttondriver-sim: page on %s\n", page.address().toLatin1().constData());
-    return true;
-  }
-  std::fprintf(stderr, "buttondriver-sim: no web page on %s: %s\n",
-               buttondriver::simulator::page_address(options.http->address, options.http->port).toLatin1().constData(),
-               reason.toLocal8Bit().constData());
-  return !options.http_is_asked_for;
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
@@ -65,7 +52,7 @@ int main(int argc, char **argv) {
   if (!simulation.start())
     return 1;
   WebPage page(simulation);
-  if (options.http && !open_page(page, options))
+  if (!buttondriver::simulator::open_page(page, options))
     return 1;
   return QCoreApplication::exec();
 }

@@ -4,6 +4,8 @@
 
 #include <QTcpSocket>
 
+#include <sys/socket.h>
+
 namespace buttondriver::simulator {
 
 namespace {
@@ -87,6 +89,10 @@ void RequestGate::pass(const RequestHead &head) {
 
 void RequestGate::refuse(const RefusedRequest &refused) {
   _state = State::refused;
+  connect(_socket, &QTcpSocket::bytesWritten, this, [this] {
+    if (_socket->bytesToWrite() == 0)
+      ::shutdown(static_cast<int>(_socket->socketDescriptor()), SHUT_WR);
+  });
   HttpAnswer::fault(refused.status, refused.reason).writeTo(*_socket);
   // The rest of the request is read and dropped: closing over unread bytes would take the answer back.
   _socket->readAll();

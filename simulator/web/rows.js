@@ -6,11 +6,11 @@ function made(tag, className, text) {
   return element;
 }
 
-function timeOf(milliseconds) {
+function timeOf(milliseconds, withMilliseconds) {
   const date = new Date(milliseconds);
   const two = (number) => String(number).padStart(2, '0');
-  const element = made('time', '',
-    `${two(date.getHours())}:${two(date.getMinutes())}:${two(date.getSeconds())}.${String(date.getMilliseconds()).padStart(3, '0')}`);
+  const time = [date.getHours(), date.getMinutes(), date.getSeconds()].map(two).join(':');
+  const element = made('time', '', withMilliseconds ? `${time}.${String(date.getMilliseconds()).padStart(3, '0')}` : time);
   element.dateTime = date.toISOString();
   return element;
 }
@@ -25,12 +25,12 @@ export function messageRow(entry) {
   }
   if (entry.text !== undefined) what.append(' ', made('q', '', entry.text));
   if (entry.rest !== undefined) what.append(` and ${entry.rest.toLocaleString('en')} bytes`);
-  row.append(timeOf(entry.time), made('span', 'client', String(entry.client)), what);
+  row.append(timeOf(entry.time, true), made('span', 'client', String(entry.client)), what);
   return row;
 }
 
 export function logRow(entry) {
   const row = made('li', entry.source);
-  row.append(timeOf(entry.time), made('span', 'text', entry.text));
+  row.append(timeOf(entry.time, false), made('span', 'text', entry.text));
   return row;
 }

@@ -1,10 +1,12 @@
 // The virtual panel's command line, pictures and recording.
 
+#include "simulator/web_page.h"
 #include "support/program.h"
 #include "support/test_root.h"
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -47,6 +49,17 @@ TEST(SimulatorProgram, a_recording_that_cannot_be_written_is_said) {
   Program simulator(program, {QStringLiteral("--record"), QStringLiteral("/nowhere/at/all")});
   EXPECT_EQ(simulator.waitForEnd(), 1);
   EXPECT_EQ(simulator.standardError().count("buttondriver-sim: cannot write the recording /nowhere/at/all\n"), 1);
+}
+
+TEST(SimulatorProgram, a_page_that_was_asked_for_and_cannot_be_had_is_one_line_and_a_failure) {
+  QTcpServer taken;
+  ASSERT_TRUE(taken.listen(QHostAddress(QHostAddress::LocalHost)));
+  Program simulator(program, {QStringLiteral("--http"), QString::number(taken.serverPort()), QStringLiteral("map"),
+                              QString(), QStringLiteral("0")});
+  const QByteArray reason = simulator::WebPage::isAvailable() ? "buttondriver-sim: no web page on http://127.0.0.1:"
+                                                              : "buttondriver-sim: there is no web page in this build";
+  EXPECT_EQ(simulator.waitForEnd(), simulator::WebPage::isAvailable() ? 1 : 2);
+  EXPECT_EQ(simulator.standardError().count(reason), 1) << simulator.standardError().toStdString();
 }
 
 TEST(SimulatorProgram, the_ready_made_root_has_a_font) {
