@@ -3,6 +3,8 @@ const screenSide = 128;
 const buttonWidth = 40;
 const buttonHeight = 24;
 const lightestDarkGrey = 127;
+// 72 an inch; the panel does not look at it.
+const pixelsPerMetre = 2835;
 
 // The file as a bitmap, or null when the browser cannot read it.
 export async function readPicture(file) {
@@ -62,6 +64,8 @@ export function bmpOf(image) {
   view.setUint16(26, 1, true);
   view.setUint16(28, 24, true);
   view.setUint32(34, bytes.length - headerSize, true);
+  view.setUint32(38, pixelsPerMetre, true);
+  view.setUint32(42, pixelsPerMetre, true);
   for (let y = 0; y < image.height; ++y) {
     let to = headerSize + (image.height - 1 - y) * rowSize;
     for (let x = 0; x < image.width; ++x) {
