@@ -1,5 +1,7 @@
 #include "simulator/http_endpoint.h"
 
+#include <QAbstractSocket>
+
 namespace buttondriver::simulator {
 
 namespace {
@@ -11,7 +13,7 @@ std::optional<QHostAddress> read_address(QString text) {
   if (is_in_brackets)
     text = text.mid(1, text.size() - 2);
   const QHostAddress address(text);
-  const auto expected = is_in_brackets ? QHostAddress::IPv6Protocol : QHostAddress::IPv4Protocol;
+  const auto expected = is_in_brackets ? QAbstractSocket::IPv6Protocol : QAbstractSocket::IPv4Protocol;
   // QHostAddress also takes addresses that are not written out, such as "1".
   if (address.protocol() != expected || (!is_in_brackets && text.count(QLatin1Char('.')) != 3))
     return std::nullopt;
@@ -41,7 +43,7 @@ std::optional<HttpEndpoint> read_endpoint(const QString &text) {
 }
 
 QString page_address(const QHostAddress &address, quint16 port) {
-  const bool is_ipv6 = address.protocol() == QHostAddress::IPv6Protocol;
+  const bool is_ipv6 = address.protocol() == QAbstractSocket::IPv6Protocol;
   return QStringLiteral("http://%1:%2/")
       .arg(is_ipv6 ? QLatin1Char('[') + address.toString() + QLatin1Char(']') : address.toString())
       .arg(port);

@@ -125,10 +125,11 @@ void PageServer::missingHandler(const QHttpServerRequest &request, QTcpSocket *s
 void PageServer::sendState(const Client &client) {
   // What is known at once belongs to the moment of the request, as do the tasks that are waited for.
   const QJsonArray texts = to_json(_simulation.messages().texts().screens());
-  const std::uint64_t messages = _simulation.counters().messages;
-  _simulation.whenWorkIsDone([this, client, texts, messages](const PanelState &panel) {
+  const SimulationCounters at_request = _simulation.counters();
+  _simulation.whenWorkIsDone([this, client, texts, at_request](const PanelState &panel) {
     SimulationCounters counters = _simulation.counters();
-    counters.messages = messages;
+    counters.messages = at_request.messages;
+    counters.queue_length = at_request.queue_length;
     QJsonObject state = to_json(static_cast<const PanelLamps &>(panel));
     state[QLatin1String("version")] = state_version;
     state[QLatin1String("screens")] = texts;

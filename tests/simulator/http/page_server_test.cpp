@@ -1,5 +1,6 @@
 // The pictures, the state and the files that the page's server answers with.
 
+#include "fpga/fpga_task.h"
 #include "simulator/page_opening.h"
 #include "simulator/panel_picture.h"
 #include "support/event_loop.h"
@@ -8,6 +9,7 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSemaphore>
 #include <QTcpServer>
 
 #include <gmock/gmock.h>
@@ -79,8 +81,30 @@ TEST_F(PageServerTest, the_state_at_the_start_is_that_of_a_dark_panel) {
   EXPECT_EQ(counter(state, "messages"), 0);
   EXPECT_EQ(counter(state, "transfers"), 12); // the blackout of all screens
   EXPECT_EQ(counter(state, "refused_transfers"), 0);
-  EXPECT_EQ(counter(state, "queue_length"), 0);
   EXPECT_EQ(counter(state, "clients"), 0);
+}
+
+TEST_F(PageServerTest, the_queue_length_is_what_the_answer_has_waited_for) {
+  class WaitingTask : public FPGATask {
+  public:
+    explicit WaitingTask(QSemaphore &release) : _release(release) {}
+    void execute() override { _release.acquire(); }
+
+  private:
+    QSemaphore &_release;
+  };
+  QSemaphore release;
+  FPGA &fpga = simulation->daemon().fpga();
+  ASSERT_TRUE(test::process_events_until([&] { return fpga.queueLength() == 0; }));
+  fpga.queue(std::make_unique<WaitingTask>(release));
+  fpga.blackoutScreen(0);
+  fpga.blackoutScreen(1);
+  const auto socket = connected();
+  socket->write("GET /state.json HTTP/1.1\r\nHost: " + host() + "\r\n\r\n");
+  EXPECT_TRUE(test::process_events_until([&] { return fpga.queueLength() == 4; })) << "three, and the answer's own";
+  EXPECT_EQ(socket->bytesAvailable(), 0);
+  release.release();
+  EXPECT_EQ(counter(reply_from(*socket).json(), "queue_length"), 3);
 }
 
 TEST_F(PageServerTest, the_state_has_what_was_accepted_before_the_request) {
