@@ -14,7 +14,7 @@ Daemon::~Daemon() {
     delete button;
 }
 
-bool Daemon::start(const QStringList &arguments) {
+bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
   if (arguments.size() < 2) {
     critical_line() << "buttondriver:map file must be specified as first argument!!!";
     return false;
@@ -26,7 +26,7 @@ bool Daemon::start(const QStringList &arguments) {
   _dispatcher.emplace(_paths);
   _dispatcher->setButtons(_buttons);
   _dispatcher->setFPGA(&_fpga);
-  _server.emplace(address, port, &*_dispatcher);
+  _server.emplace(address, port, wrap ? wrap(&*_dispatcher) : &*_dispatcher);
   QObject::connect(&_fpga, &FPGA::backlogHigh, &*_server, &Connector::pauseReading);
   QObject::connect(&_fpga, &FPGA::backlogLow, &*_server, &Connector::resumeReading);
   QObject::connect(&*_server, &Connector::clientGone, &*_dispatcher, &ButtonSetterImpl::forgetImages);

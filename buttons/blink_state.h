@@ -16,6 +16,9 @@ public:
   /// period anew and shows the second value.
   explicit BlinkState(std::int32_t time) : _on_time(time), _off_time(time) {}
 
+  /// What it was made with.
+  std::int32_t time() const { return _on_time; }
+
   /// The LED value to send at this tick; nothing while the phase goes on.
   std::optional<std::uint8_t> tick() {
     const std::int64_t on_ticks = ticks(_on_time);

@@ -185,6 +185,13 @@ void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) 
   debug_line() << "ButtonSetterImpl, update timer started";
 }
 
+std::map<qint32, qint32> ButtonSetterImpl::blinkTimes() const {
+  std::map<qint32, qint32> times;
+  for (const auto &[button, blink] : _blinking)
+    times[button->id()] = blink.time();
+  return times;
+}
+
 void ButtonSetterImpl::setButtonImage(qint32 button_id, const ButtonImage &image) {
   const auto place = _buttons.find(button_id);
   if (place == _buttons.end())

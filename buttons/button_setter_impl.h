@@ -46,6 +46,8 @@ public:
   /// The image kept under `id`, null when there is none.
   const ButtonImage *image(qint32 id) const { return _images.find(id); }
   bool isBlinking() const { return _update_timer.isActive(); }
+  /// The buttons that blink, with the time of their phases in milliseconds.
+  std::map<qint32, qint32> blinkTimes() const;
 
 public slots:
   /// Gives up the private images of the connection whose messages came with `image_id_offset`.

@@ -49,9 +49,9 @@ public:
 
   /// Queues a task of the caller's own, behind all that were queued before.
   void queue(std::unique_ptr<FPGATask> task);
+  /// How many tasks are not finished yet, the one that is being carried out among them.
+  std::size_t queueLength() const { return _queue.size(); }
 
-  /// Tasks that wait for the worker, the one it is carrying out included.
-  std::size_t backlog() const { return _queue.size(); }
   /// The device cannot even follow what the daemon does by itself: work that repeats should wait.
   bool isSaturated() const { return _queue.isSaturated(); }
 

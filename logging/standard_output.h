@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 namespace buttondriver {
 
 /// Writes a formatted text, as std::printf does, and passes it on to whoever reads standard output at once, also
@@ -9,5 +11,11 @@ void print(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Writes `text` and a line feed, as std::puts does; otherwise as `print`.
 void print_line(const char *text);
+
+/// Sees every text that `print` and `print_line` write, as it is written and in the same order.
+using PrintObserver = void (*)(std::string_view text);
+
+/// Has `observer` called from now on, by whichever thread prints; null ends that. It must not print itself.
+void observe_prints(PrintObserver observer);
 
 } // namespace buttondriver

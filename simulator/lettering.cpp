@@ -11,14 +11,6 @@ namespace {
 
 constexpr double grid_height = 12;
 
-/// One character as pen strokes on a grid 8 wide and 12 high with y downwards, every coordinate one hexadecimal digit:
-/// Mxy lifts the pen to a point, Lxy draws a line, Qxyxy a quadratic curve (its control point, then its end).
-struct Glyph {
-  char character;
-  int width;
-  std::string_view strokes;
-};
-
 constexpr Glyph glyphs[] = {
     {'0', 8, "M04Q0040Q8084L88Q8c4cQ0c08L04"},
     {'1', 8, "M23L50L5c"},
@@ -80,6 +72,11 @@ void add_strokes(QPainterPath &path, std::string_view strokes, const QPointF &to
 }
 
 } // namespace
+
+const std::vector<Glyph> &lettering_glyphs() {
+  static const std::vector<Glyph> all(std::begin(glyphs), std::end(glyphs));
+  return all;
+}
 
 double lettering_width(std::string_view text, const Lettering &lettering) {
   double width = 0;

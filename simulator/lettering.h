@@ -5,6 +5,7 @@
 #include <QPointF>
 
 #include <string_view>
+#include <vector>
 
 namespace buttondriver::simulator {
 
@@ -18,6 +19,17 @@ struct Lettering {
   double spacing;
   QRgb colour;
 };
+
+/// One character as pen strokes on a grid 12 high with y downwards, every coordinate one hexadecimal digit: Mxy lifts
+/// the pen to a point, Lxy draws a line, Qxyxy a quadratic curve (its control point, then its end).
+struct Glyph {
+  char character;
+  int width;
+  std::string_view strokes;
+};
+
+/// All characters there are but the blank.
+const std::vector<Glyph> &lettering_glyphs();
 
 /// Width of `text` in pixels, from the left edge of the first character to the right edge of the last.
 double lettering_width(std::string_view text, const Lettering &lettering);

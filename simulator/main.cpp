@@ -1,5 +1,7 @@
 #include "app/process.h"
+#include "simulator/page_opening.h"
 #include "simulator/simulation.h"
+#include "simulator/web_page.h"
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>
@@ -12,6 +14,7 @@ namespace {
 using buttondriver::simulator::Answer;
 using buttondriver::simulator::Options;
 using buttondriver::simulator::Simulation;
+using buttondriver::simulator::WebPage;
 using unixsignalhandler::UnixSignalHandler;
 
 // Signal callbacks take no arguments.
@@ -42,10 +45,14 @@ int main(int argc, char **argv) {
     return say(*answer);
 
   UnixSignalHandler signal_bridge;
-  Simulation simulation(std::get<Options>(command_line));
+  const auto &options = std::get<Options>(command_line);
+  Simulation simulation(options);
   running_simulation = &simulation;
   install_signal_callbacks();
   if (!simulation.start())
+    return 1;
+  WebPage page(simulation);
+  if (!buttondriver::simulator::open_page(page, options))
     return 1;
   return QCoreApplication::exec();
 }

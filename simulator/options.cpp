@@ -1,5 +1,7 @@
 #include "simulator/options.h"
 
+#include "simulator/web_page.h"
+
 #include <QCommandLineParser>
 
 namespace buttondriver::simulator {
@@ -12,10 +14,10 @@ const QCommandLineOption root_option(
     QStringLiteral("root"),
     QStringLiteral("Put the fixed paths /etc/rv1000e and /opt/rv1000e under DIR. Default: a ready-made root."),
     QStringLiteral("DIR"));
-const QCommandLineOption snapshot_option(
-    QStringLiteral("snapshot"),
-    QStringLiteral("Write a picture of the panel when the program is asked to end, and on SIGUSR1."),
-    QStringLiteral("FILE.png"));
+const QCommandLineOption
+    snapshot_option(QStringLiteral("snapshot"),
+                    QStringLiteral("Write a picture of the panel when the program is asked to end, and on SIGUSR1."),
+                    QStringLiteral("FILE.png"));
 const QCommandLineOption record_option(
     QStringLiteral("record"),
     QStringLiteral("Write a line for each register transfer: microseconds, w or r, address, count, words."),
@@ -23,13 +25,37 @@ const QCommandLineOption record_option(
 const QCommandLineOption help_option({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."));
 const QCommandLineOption version_option({QStringLiteral("v"), QStringLiteral("version")},
                                         QStringLiteral("Print the version."));
+const QCommandLineOption http_option(
+    QStringLiteral("http"),
+    QStringLiteral(
+        "Serve the panel as a web page there, or not at all: off. Port 0: a free one. Default: 127.0.0.1:8080."),
+    QStringLiteral("[ADDRESS:]PORT"));
+
+/// Fills in where the page goes; what is wrong with the command line, if anything is.
+QString read_http(const QCommandLineParser &parser, Options &options) {
+  if (!parser.isSet(http_option)) {
+    if (WebPage::isAvailable())
+      options.http.emplace();
+    return {};
+  }
+  const QString value = parser.value(http_option);
+  if (value == QLatin1String("off"))
+    return {};
+  options.http = read_endpoint(value);
+  options.http_is_asked_for = true;
+  if (!options.http)
+    return QStringLiteral("--http takes [ADDRESS:]PORT or off, not '%1'").arg(value);
+  if (!WebPage::isAvailable())
+    return QStringLiteral("there is no web page in this build, which has no Qt HTTP server and WebSockets modules");
+  return {};
+}
 
 } // namespace
 
 std::variant<Options, Answer> read_options(const QStringList &arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel."));
-  parser.addOptions({root_option, snapshot_option, record_option, help_option, version_option});
+  parser.addOptions({root_option, snapshot_option, record_option, http_option, help_option, version_option});
   parser.addPositionalArgument(QStringLiteral("MAP"), QStringLiteral("Map file; not read."), QStringLiteral("[MAP"));
   parser.addPositionalArgument(QStringLiteral("ADDRESS"),
                                QStringLiteral("Empty: listen on IPv4 and IPv6; any other text: on IPv4."),
@@ -51,6 +77,8 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
   options.root = parser.value(root_option);
   options.snapshot_file = parser.value(snapshot_option);
   options.record_file = parser.value(record_option);
+  if (const QString fault = read_http(parser, options); !fault.isEmpty())
+    return Answer{fault, 2};
   // The daemon insists on a map file, and does not read it.
   options.daemon_arguments = QStringList{arguments.value(0), QStringLiteral("no-map-file")};
   for (int i = 0; i < positional.size(); ++i) {

@@ -16,13 +16,17 @@ inline constexpr unsigned highest_intensity = 63;
 /// The visible pixels of one screen, row by row from the top, each 5-6-5 red, green, blue.
 using ScreenPixels = std::array<std::uint16_t, screen_width * screen_height>;
 
-/// What a person in front of the panel sees at one moment.
-struct PanelState {
+/// The panel but for its screens, at one moment.
+struct PanelLamps {
   std::array<bool, led_count> button_leds{};
   std::array<bool, led_count> status_leds{};
   std::array<bool, toggle_count> toggles{};
   /// Brightness of the screens, 0 to highest_intensity.
   unsigned intensity = highest_intensity;
+};
+
+/// What a person in front of the panel sees at one moment.
+struct PanelState : PanelLamps {
   std::array<ScreenPixels, screen_count> screens{};
 };
 

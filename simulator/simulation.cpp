@@ -15,10 +15,11 @@ namespace buttondriver::simulator {
 
 namespace {
 
+constexpr int highest_percent = 100;
+
 /// Shipped beside the program, in the build folder as in an installation.
 QString ready_made_root() {
-  return QDir::cleanPath(QCoreApplication::applicationDirPath() +
-                         QStringLiteral("/../share/buttondriver/panel-root"));
+  return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/buttondriver/panel-root"));
 }
 
 /// Runs on the worker, behind all tasks queued before it: then the panel shows their work.
@@ -59,9 +60,15 @@ bool Simulation::start() {
     std::fprintf(stderr, "buttondriver-sim: there is no folder %s\n", QFile::encodeName(_options.root).constData());
     return false;
   }
+  if (_options.http)
+    _log.emplace();
   const QString root = _options.root.isEmpty() ? ready_made_root() : QDir(_options.root).absolutePath();
   _daemon.emplace(SystemPaths::under(QFile::encodeName(root).toStdString()));
-  if (!_daemon->start(_options.daemon_arguments))
+  const auto observe = [this](ButtonSetter *dispatcher) -> ButtonSetter * {
+    _messages.setNext(dispatcher);
+    return &_messages;
+  };
+  if (!_daemon->start(_options.daemon_arguments, _options.http ? observe : WrapSetter()))
     return false;
   if (const quint16 port = _daemon->server().port(); port != 0)
     print("buttondriver-sim: listening on port %u\n", unsigned{port});
@@ -74,6 +81,36 @@ void Simulation::whenWorkIsDone(std::function<void(const PanelState &)> then) {
         QMetaObject::invokeMethod(
             this, [then, state] { then(state); }, Qt::QueuedConnection);
       }));
+}
+
+SimulationCounters Simulation::counters() const {
+  const VirtualPanel::Counters now = _panel.counters();
+  SimulationCounters counters;
+  counters.messages = _messages.count();
+  counters.transfers = now.transfers - _counters_at_reset.transfers;
+  counters.refused_transfers = now.refused - _counters_at_reset.refused;
+  counters.queue_length = _daemon->fpga().queueLength();
+  counters.clients = _daemon->server().clients().size();
+  return counters;
+}
+
+void Simulation::reset(std::function<void()> then) {
+  // Through the daemon, because it remembers what blinks and how the toggle indicators are set.
+  _daemon->dispatcher().setLEDState(-1, 0, 0);
+  FPGA &fpga = _daemon->fpga();
+  for (std::size_t id = 0; id < led_count; ++id)
+    fpga.setLEDStatusIndicator(static_cast<int>(id), 0);
+  for (std::size_t id = 0; id < toggle_count; ++id)
+    fpga.setLEDToggleIndicator(static_cast<unsigned>(id), 0);
+  fpga.setTFTIntensity(highest_percent);
+  fpga.blackoutScreen(-1);
+  _messages.forget();
+  if (_log)
+    _log->forget();
+  whenWorkIsDone([this, then = std::move(then)](const PanelState &) {
+    _counters_at_reset = _panel.counters();
+    then();
+  });
 }
 
 void Simulation::takeSnapshot() {

@@ -47,8 +47,12 @@ void TftController::writeData(std::uint16_t word) {
 }
 
 void TftController::writePixel(std::uint16_t pixel) {
-  if (_column < memory_columns && _row < memory_rows)
-    _memory[std::size_t{_row} * memory_columns + _column] = pixel;
+  if (_column < memory_columns && _row < memory_rows) {
+    std::uint16_t &place = _memory[std::size_t{_row} * memory_columns + _column];
+    if (place != pixel)
+      _row_revisions[_row] = ++_revision;
+    place = pixel;
+  }
   if (_column != _end_column) {
     ++_column;
     return;
@@ -68,6 +72,25 @@ void TftController::copyVisible(ScreenPixels &pixels) const {
     const auto source = _memory.begin() + row * int{memory_columns} + panel::first_column;
     destination = std::copy_n(source, screen_width, destination);
   }
+}
+
+std::vector<ScreenRows> TftController::rowsChangedSince(std::uint64_t revision) const {
+  std::vector<ScreenRows> runs;
+  if (_revision <= revision)
+    return runs;
+  bool is_in_run = false;
+  for (std::size_t row = 0; row < screen_height; ++row) {
+    const std::size_t memory_row = row + panel::first_row;
+    const bool is_changed = _row_revisions[memory_row] > revision;
+    if (is_changed && !is_in_run)
+      runs.push_back({row, {}});
+    is_in_run = is_changed;
+    if (!is_changed)
+      continue;
+    const auto *source = _memory.data() + memory_row * memory_columns + panel::first_column;
+    runs.back().pixels.insert(runs.back().pixels.end(), source, source + screen_width);
+  }
+  return runs;
 }
 
 } // namespace buttondriver::simulator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/panel_changes.h"
 #include "simulator/panel_state.h"
 
 #include <array>
@@ -27,6 +28,11 @@ public:
   /// The part of the memory that lies behind the glass: columns 4 to 131, rows 1 to 128.
   void copyVisible(ScreenPixels &pixels) const;
 
+  /// Grows whenever a pixel gets another colour.
+  std::uint64_t revision() const { return _revision; }
+  /// The visible rows in which a pixel has got another colour after `revision`, neighbours together.
+  std::vector<ScreenRows> rowsChangedSince(std::uint64_t revision) const;
+
 private:
   void writePixel(std::uint16_t pixel);
 
@@ -40,6 +46,8 @@ private:
   std::uint8_t _column;
   std::uint8_t _row;
   std::vector<std::uint16_t> _memory; // row by row
+  std::uint64_t _revision = 0;
+  std::array<std::uint64_t, memory_rows> _row_revisions{};
 };
 
 } // namespace buttondriver::simulator

@@ -57,6 +57,7 @@ int VirtualPanel::transfer(int, unsigned long request, panel::TransferRecord &re
   }
   const auto &transfer = std::get<Transfer>(content);
   carryOut(transfer);
+  countChanges();
   if (transfer.count == 1)
     std::memcpy(&record.value, &word, sizeof word);
   if (_recorder)
@@ -72,18 +73,45 @@ void VirtualPanel::setRecorder(TransferRecorder *recorder) {
 PanelState VirtualPanel::state() const {
   const std::lock_guard lock(_mutex);
   PanelState state;
-  state.button_leds = _button_leds;
-  state.status_leds = _status_leds;
-  state.toggles = _toggles;
-  state.intensity = _intensity;
+  static_cast<PanelLamps &>(state) = _lamps;
   for (std::size_t screen = 0; screen < screen_count; ++screen)
     _controllers[screen].copyVisible(state.screens[screen]);
   return state;
 }
 
+PanelLamps VirtualPanel::lamps() const {
+  const std::lock_guard lock(_mutex);
+  return _lamps;
+}
+
+PanelChanges VirtualPanel::changesSince(const PanelRevision &seen) const {
+  const std::lock_guard lock(_mutex);
+  PanelChanges changes;
+  changes.revision.lamps = _lamp_revision;
+  for (std::size_t screen = 0; screen < screen_count; ++screen) {
+    changes.revision.screens[screen] = _controllers[screen].revision();
+    changes.rows[screen] = _controllers[screen].rowsChangedSince(seen.screens[screen]);
+  }
+  return changes;
+}
+
 VirtualPanel::Counters VirtualPanel::counters() const {
   const std::lock_guard lock(_mutex);
   return _counters;
+}
+
+template <class Value> void VirtualPanel::setLamp(Value &lamp, Value value) {
+  if (lamp == value)
+    return;
+  lamp = value;
+  ++_lamp_revision;
+}
+
+void VirtualPanel::countChanges() {
+  std::uint64_t sum = _lamp_revision;
+  for (const TftController &controller : _controllers)
+    sum += controller.revision();
+  _revision.store(sum, std::memory_order_release);
 }
 
 void VirtualPanel::carryOut(const Transfer &transfer) {
@@ -112,14 +140,14 @@ void VirtualPanel::writeWord(std::uint32_t address, std::uint16_t word) {
   case fpga_register::tft_intensity:
     // Other values of the enable bits belong to the power-on sequence and say nothing about the level.
     if ((high_byte & panel::intensity_enable) == panel::intensity_enable)
-      _intensity = high_byte & highest_intensity;
+      setLamp(_lamps.intensity, high_byte & highest_intensity);
     break;
   case fpga_register::led_command:
     writeLedCommand(high_byte);
     break;
   case fpga_register::toggle_indicators:
     for (std::size_t i = 0; i < toggle_count; ++i)
-      _toggles[i] = (word >> i & 1) != 0;
+      setLamp(_lamps.toggles[i], (word >> i & 1) != 0);
     break;
   default:
     break;
@@ -130,9 +158,9 @@ void VirtualPanel::writeLedCommand(std::uint8_t command) {
   const bool is_on = (command & led_command_bits::on) != 0;
   const unsigned kind = command & led_kind_bits;
   if (kind == led_command_bits::button_led)
-    _button_leds[command & led_id_bits] = is_on;
+    setLamp(_lamps.button_leds[command & led_id_bits], is_on);
   else if (kind == led_command_bits::status_indicator)
-    _status_leds[command & led_id_bits] = is_on;
+    setLamp(_lamps.status_leds[command & led_id_bits], is_on);
 }
 
 void VirtualPanel::writeTft(std::uint32_t address, std::uint16_t word) {

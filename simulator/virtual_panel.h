@@ -1,11 +1,13 @@
 #pragma once
 
 #include "panel/register_device.h"
+#include "simulator/panel_changes.h"
 #include "simulator/panel_state.h"
 #include "simulator/tft_controller.h"
 #include "simulator/transfer.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -34,10 +36,18 @@ public:
   void setRecorder(TransferRecorder *recorder);
 
   PanelState state() const;
+  /// Grows with every change of what state() returns. Costs nothing: for those who look often.
+  std::uint64_t revision() const { return _revision.load(std::memory_order_acquire); }
+  /// The rows of pixels that have changed since `seen`, and how far that is. Lamps and intensity are in lamps().
+  PanelChanges changesSince(const PanelRevision &seen) const;
+  /// What state() says about everything but the screens.
+  PanelLamps lamps() const;
   Counters counters() const;
 
 private:
   void carryOut(const Transfer &transfer);
+  template <class Value> void setLamp(Value &lamp, Value value);
+  void countChanges();
   void read(const Transfer &transfer);
   void writeWord(std::uint32_t address, std::uint16_t word);
   void writeLedCommand(std::uint8_t command);
@@ -47,10 +57,9 @@ private:
   TransferRecorder *_recorder = nullptr;
   Counters _counters;
   std::map<std::uint32_t, std::uint16_t> _registers;
-  std::array<bool, led_count> _button_leds{};
-  std::array<bool, led_count> _status_leds{};
-  std::array<bool, toggle_count> _toggles{};
-  unsigned _intensity = highest_intensity;
+  PanelLamps _lamps;
+  std::uint64_t _lamp_revision = 0;
+  std::atomic<std::uint64_t> _revision{0};
   std::array<TftController, screen_count> _controllers;
 };
 

@@ -55,10 +55,10 @@ public:
     if (values.size() != static_cast<int>(count))
       fail(name, QStringLiteral("a list of %1").arg(count));
     for (std::size_t i = 0; i < count && !_failure; ++i) {
-      const int lit = number(values.at(static_cast<int>(i)), name);
-      if (lit > 1)
-        fail(name, QStringLiteral("a list of 0 and 1"));
-      lamps[i] = lit == 1;
+      const QJsonValue lit = values.at(static_cast<int>(i));
+      if (!lit.isBool())
+        fail(name, QStringLiteral("a list of true and false"));
+      lamps[i] = lit.toBool();
     }
   }
 
@@ -81,15 +81,14 @@ void read_blinking(MemberReader &members, PanelReport &report) {
 }
 
 void read_text(MemberReader &members, PanelReport &report) {
-  const QJsonArray screens = members.list("text");
+  const QJsonArray screens = members.list("screens");
   if (screens.size() != static_cast<int>(report.text.size()))
-    members.fail("text", QStringLiteral("a list of 3 screens"));
+    members.fail("screens", QStringLiteral("a list of 3"));
   for (std::size_t screen = 0; screen < report.text.size() && !members.failure(); ++screen) {
-    for (const QJsonValue &entry : members.list(screens.at(static_cast<int>(screen)), "text")) {
-      const QJsonObject object = entry.toObject();
-      const int line = members.number(object.value(QLatin1String("line")), "text.line");
-      report.text[screen][line] = members.text(object.value(QLatin1String("text")), "text.text");
-    }
+    const QJsonObject object = screens.at(static_cast<int>(screen)).toObject();
+    int line = 0;
+    for (const QJsonValue &text : members.list(object.value(QLatin1String("text")), "screens.text"))
+      report.text[screen][line++] = members.text(text, "screens.text");
   }
 }
 

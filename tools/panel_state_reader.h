@@ -22,13 +22,13 @@ struct ScreenPicture {
 /// `GET /screen/N.png`, N from 0 to 2, answers with a PNG of 128 x 128 pixels; `GET /state.json` with one object:
 ///
 ///     {"version": 1,
-///      "button_leds": [0 or 1, 32 of them], "status_leds": [0 or 1, 32 of them], "toggles": [0 or 1, 2 of them],
+///      "button_leds": [32 times true or false], "status_leds": [32 of them], "toggles": [2 of them],
 ///      "intensity": 0 to 63,
 ///      "blinking": [{"button": 5, "time": 500}, ...],
-///      "text": [[{"line": 0, "text": "..."}, ...], 3 screens of them],
-///      "counters": {"messages": n, "transfers": n, "refused": n, "queue": n, "clients": n}}
+///      "screens": [{"text": ["line 0", "line 1", ...]}, 3 of them]}
 ///
-/// "time" is in milliseconds. The counters are not read here, and members may be added without a new version.
+/// "time" is in milliseconds; a line that was not written is "". Other members are not read here, and may be added
+/// without a new version. docs/simulator-http.md says it all.
 class PanelStateReader {
 public:
   /// `url` is "http://HOST:PORT"; no answer may take longer than `timeout_ms`.

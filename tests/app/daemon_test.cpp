@@ -7,6 +7,7 @@
 #include "support/test_root.h"
 
 #include <QTcpServer>
+#include <QTcpSocket>
 
 #include <gmock/gmock.h>
 
@@ -80,6 +81,28 @@ TEST_F(DaemonTest, each_button_drives_its_own_led) {
   daemon->dispatcher().setLEDState(23, 1, 0);
   ASSERT_TRUE(device.waitFor(1));
   EXPECT_THAT(device.takeLines(), Contains("w 0900 1 7700"));
+}
+
+TEST_F(DaemonTest, the_server_delivers_to_what_the_dispatcher_was_wrapped_in) {
+  class Ear : public ButtonSetter {
+  public:
+    void process_messages(const std::vector<QByteArray> &messages, QIODevice *, qint32) override {
+      heard += messages.size();
+    }
+    std::size_t heard = 0;
+  } ear;
+  ButtonSetter *wrapped = nullptr;
+  daemon.emplace(root.paths());
+  ASSERT_TRUE(daemon->start({QStringLiteral("buttondriver"), QStringLiteral("map"), QString(), QStringLiteral("0")},
+                            [&](ButtonSetter *dispatcher) {
+                              wrapped = dispatcher;
+                              return &ear;
+                            }));
+  EXPECT_EQ(wrapped, &daemon->dispatcher());
+  QTcpSocket client;
+  client.connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
+  client.write(QByteArray::fromHex("00000004 0000000c"));
+  EXPECT_TRUE(test::process_events_until([&] { return ear.heard == 1; }));
 }
 
 } // namespace

@@ -91,7 +91,8 @@ protected:
     root.writeFontSize(GetParam().width, GetParam().height);
     simulator::Options options;
     options.root = root.path();
-    options.daemon_arguments = QStringList{QStringLiteral("sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
+    options.daemon_arguments =
+        QStringList{QStringLiteral("sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
     simulation.emplace(options);
     ASSERT_TRUE(simulation->start());
     client.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation->daemon().server().port());
@@ -119,7 +120,8 @@ protected:
     std::string rows;
     for (int y = 0; y < GetParam().height; ++y) {
       for (int x = 0; x < GetParam().width; ++x) {
-        const auto index = static_cast<std::size_t>((line * GetParam().height + y) * 128 + column * GetParam().width + x);
+        const auto index =
+            static_cast<std::size_t>((line * GetParam().height + y) * 128 + column * GetParam().width + x);
         rows += pixels[index] == text_pixel ? '#' : pixels[index] == back_pixel ? '.' : '?';
       }
       rows += '\n';
@@ -147,8 +149,8 @@ TEST_P(CharactersTest, each_pixel_is_the_glyphs) {
     const std::size_t count = std::min(cells, characters.size() - first);
     for (std::size_t i = 0; i < count; ++i) {
       const auto place = static_cast<int>(i);
-      send(hton_BMS_TFTSubTextLine(1, place / columns, place % columns, 1, QString(QChar(ushort{characters[first + i]})),
-                                   text_colour, back_colour));
+      send(hton_BMS_TFTSubTextLine(1, place / columns, place % columns, 1,
+                                   QString(QChar(ushort{characters[first + i]})), text_colour, back_colour));
     }
     const simulator::PanelState state = shown();
     for (std::size_t i = 0; i < count; ++i) {
@@ -172,7 +174,8 @@ TEST_P(CharactersTest, a_whole_line_is_its_glyphs_side_by_side) {
     std::string rows;
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < width; ++x)
-        rows += state.screens[0][row_start + static_cast<std::size_t>(y * 128 + column * width + x)] == 0xFFFF ? '#' : '.';
+        rows +=
+            state.screens[0][row_start + static_cast<std::size_t>(y * 128 + column * width + x)] == 0xFFFF ? '#' : '.';
       rows += '\n';
     }
     EXPECT_EQ(rows, reference.glyph(static_cast<unsigned char>(text[static_cast<std::size_t>(column)]))) << column;
@@ -189,10 +192,10 @@ TEST_P(CharactersTest, a_whole_line_is_its_glyphs_side_by_side) {
 }
 
 INSTANTIATE_TEST_SUITE_P(ShippedFonts, CharactersTest,
-                         testing::Values(FontSize{4, 6}, FontSize{5, 7}, FontSize{5, 8}, FontSize{6, 9}, FontSize{6, 10},
-                                         FontSize{6, 12}, FontSize{6, 13}, FontSize{7, 13}, FontSize{7, 14},
-                                         FontSize{8, 13}, FontSize{8, 16}, FontSize{9, 15}, FontSize{9, 18},
-                                         FontSize{10, 20}, FontSize{12, 24}),
+                         testing::Values(FontSize{4, 6}, FontSize{5, 7}, FontSize{5, 8}, FontSize{6, 9},
+                                         FontSize{6, 10}, FontSize{6, 12}, FontSize{6, 13}, FontSize{7, 13},
+                                         FontSize{7, 14}, FontSize{8, 13}, FontSize{8, 16}, FontSize{9, 15},
+                                         FontSize{9, 18}, FontSize{10, 20}, FontSize{12, 24}),
                          testing::PrintToStringParamName());
 
 } // namespace

@@ -53,8 +53,10 @@ QByteArray compressed(const QByteArray &recording) {
 QByteArray without_names(QByteArray text, const QString &root, const QString &folder) {
   text.replace(root.toUtf8(), "ROOT").replace(folder.toUtf8(), "FOLDER");
   QString unnumbered = QString::fromUtf8(text);
-  unnumbered.replace(QRegularExpression(QStringLiteral("listening on port \\d+")), QStringLiteral("listening on port N"));
-  unnumbered.replace(QRegularExpression(QStringLiteral("client disconnected \\d+")), QStringLiteral("client disconnected N"));
+  unnumbered.replace(QRegularExpression(QStringLiteral("listening on port \\d+")),
+                     QStringLiteral("listening on port N"));
+  unnumbered.replace(QRegularExpression(QStringLiteral("client disconnected \\d+")),
+                     QStringLiteral("client disconnected N"));
   return unnumbered.toUtf8();
 }
 
@@ -66,8 +68,9 @@ Traces play() {
   const QString picture = folder.filePath(QStringLiteral("panel.png"));
   const QString recording = folder.filePath(QStringLiteral("recording"));
   test::Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM),
-                          {QStringLiteral("--root"), root.path(), QStringLiteral("--snapshot"), picture,
-                           QStringLiteral("--record"), recording, QStringLiteral("map"), QString(), QStringLiteral("0")});
+                          {QStringLiteral("--http=off"), QStringLiteral("--root"), root.path(),
+                           QStringLiteral("--snapshot"), picture, QStringLiteral("--record"), recording,
+                           QStringLiteral("map"), QString(), QStringLiteral("0")});
   // The signal that "wait" uses would end a program that is not ready for it.
   EXPECT_TRUE(simulator.waitForOutput("listening on port"));
   auto client = simulator.connectTo();
@@ -93,8 +96,8 @@ Traces play() {
   simulator.sendSignal(SIGTERM);
   EXPECT_EQ(simulator.waitForEnd(), 0);
   return {without_names(simulator.standardOutput(), root.path(), folder.path()),
-          without_names(simulator.standardError(), root.path(), folder.path()),
-          compressed(test::read_file(recording)), QImage(picture)};
+          without_names(simulator.standardError(), root.path(), folder.path()), compressed(test::read_file(recording)),
+          QImage(picture)};
 }
 
 class SceneTest : public testing::Test {
@@ -132,7 +135,8 @@ TEST_F(SceneTest, shows_what_it_should) {
     for (int x = 0; x < wanted.width(); ++x) {
       const QRgb is = traces.picture.pixel(x, y);
       const QRgb should = wanted.pixel(x, y);
-      if (std::abs(qRed(is) - qRed(should)) > tolerated_step || std::abs(qGreen(is) - qGreen(should)) > tolerated_step ||
+      if (std::abs(qRed(is) - qRed(should)) > tolerated_step ||
+          std::abs(qGreen(is) - qGreen(should)) > tolerated_step ||
           std::abs(qBlue(is) - qBlue(should)) > tolerated_step)
         ++different;
     }

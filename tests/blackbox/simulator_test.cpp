@@ -1,10 +1,12 @@
 // The virtual panel's command line, pictures and recording.
 
+#include "simulator/web_page.h"
 #include "support/program.h"
 #include "support/test_root.h"
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -17,11 +19,13 @@ namespace {
 using test::Program;
 
 const QString program = QStringLiteral(BUTTONDRIVER_SIM_PROGRAM);
+/// The port of the page is the same for everybody: tests that run side by side leave it alone.
+const QString without_page = QStringLiteral("--http=off");
 
 TEST(SimulatorProgram, answers_help_and_version_on_standard_output) {
   Program help(program, {QStringLiteral("--help")});
   EXPECT_EQ(help.waitForEnd(), 0);
-  for (const char *word : {"--root", "--snapshot", "--record", "MAP", "ADDRESS", "PORT"})
+  for (const char *word : {"--root", "--snapshot", "--record", "--http", "MAP", "ADDRESS", "PORT"})
     EXPECT_TRUE(help.standardOutput().contains(word)) << word;
   Program version(program, {QStringLiteral("--version")});
   EXPECT_EQ(version.waitForEnd(), 0);
@@ -29,9 +33,9 @@ TEST(SimulatorProgram, answers_help_and_version_on_standard_output) {
 }
 
 TEST(SimulatorProgram, a_bad_command_line_is_one_line_and_exit_status_2) {
-  for (const QStringList &arguments : {QStringList{QStringLiteral("--bogus")}, QStringList{QStringLiteral("--root")},
-                                       QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("0"),
-                                                   QStringLiteral("d")}}) {
+  for (const QStringList &arguments :
+       {QStringList{QStringLiteral("--bogus")}, QStringList{QStringLiteral("--root")},
+        QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("0"), QStringLiteral("d")}}) {
     Program simulator(program, arguments);
     EXPECT_EQ(simulator.waitForEnd(), 2);
     const QByteArray error = simulator.standardError();
@@ -47,8 +51,19 @@ TEST(SimulatorProgram, a_recording_that_cannot_be_written_is_said) {
   EXPECT_EQ(simulator.standardError().count("buttondriver-sim: cannot write the recording /nowhere/at/all\n"), 1);
 }
 
+TEST(SimulatorProgram, a_page_that_was_asked_for_and_cannot_be_had_is_one_line_and_a_failure) {
+  QTcpServer taken;
+  ASSERT_TRUE(taken.listen(QHostAddress(QHostAddress::LocalHost)));
+  Program simulator(program, {QStringLiteral("--http"), QString::number(taken.serverPort()), QStringLiteral("map"),
+                              QString(), QStringLiteral("0")});
+  const QByteArray reason = simulator::WebPage::isAvailable() ? "buttondriver-sim: no web page on http://127.0.0.1:"
+                                                              : "buttondriver-sim: there is no web page in this build";
+  EXPECT_EQ(simulator.waitForEnd(), simulator::WebPage::isAvailable() ? 1 : 2);
+  EXPECT_EQ(simulator.standardError().count(reason), 1) << simulator.standardError().toStdString();
+}
+
 TEST(SimulatorProgram, the_ready_made_root_has_a_font) {
-  Program simulator(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
+  Program simulator(program, {without_page, QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = simulator.connectTo();
   ASSERT_TRUE(test::answered_ping(*client));
   EXPECT_TRUE(simulator.standardError().contains("buttondriver: Successfully changed to font "));
@@ -59,8 +74,8 @@ TEST(SimulatorProgram, takes_a_picture_on_usr1_and_at_the_end) {
   const test::TestRoot root;
   const QTemporaryDir folder;
   const QString picture = folder.filePath(QStringLiteral("panel.png"));
-  Program simulator(program, {QStringLiteral("--root"), root.path(), QStringLiteral("--snapshot"), picture,
-                              QStringLiteral("map"), QString(), QStringLiteral("0")});
+  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--snapshot"),
+                              picture, QStringLiteral("map"), QString(), QStringLiteral("0")});
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   const QByteArray wrote = "buttondriver-sim: wrote " + QFile::encodeName(picture) + "\n";
   simulator.sendSignal(SIGUSR1);
@@ -81,7 +96,7 @@ TEST(SimulatorProgram, a_picture_shows_all_work_that_was_accepted_before_it) {
   const test::TestRoot root;
   const QTemporaryDir folder;
   const QString record = folder.filePath(QStringLiteral("record"));
-  Program simulator(program, {QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
+  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
                               QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = simulator.connectTo();
   QByteArray blackouts;
@@ -98,7 +113,7 @@ TEST(SimulatorProgram, blinking_goes_on_by_itself) {
   const test::TestRoot root;
   const QTemporaryDir folder;
   const QString record = folder.filePath(QStringLiteral("record"));
-  Program simulator(program, {QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
+  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
                               QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = simulator.connectTo();
   test::send_frames(*client, "00000010 00000011 00000005 ffffffff 00000014");
@@ -117,7 +132,7 @@ TEST(SimulatorProgram, records_microseconds_direction_address_count_and_words) {
   const test::TestRoot root;
   const QTemporaryDir folder;
   const QString record = folder.filePath(QStringLiteral("record"));
-  Program simulator(program, {QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
+  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
                               QStringLiteral("map"), QString(), QStringLiteral("0")});
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   simulator.sendSignal(SIGTERM);

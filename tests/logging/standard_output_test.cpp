@@ -1,8 +1,11 @@
 #include "logging/standard_output.h"
 
+#include "support/captured_log.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <string>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -26,6 +29,19 @@ TEST(StandardOutput, reaches_a_pipe_at_once_without_a_line_feed) {
     got = ::read(ends[0], text + length, sizeof text - length - 1);
   ::close(ends[0]);
   EXPECT_STREQ(text, "no line feed 7; a line\n");
+}
+
+std::string observed;
+
+TEST(StandardOutput, is_shown_to_its_observer_as_it_is_written) {
+  test::CapturedOutput output;
+  observe_prints([](std::string_view text) { observed += "<" + std::string(text) + ">"; });
+  print("%s %d", "a number", 7);
+  print_line("; a line");
+  observe_prints(nullptr);
+  print_line("unseen");
+  EXPECT_EQ(observed, "<a number 7><; a line\n>");
+  EXPECT_EQ(output.take(), "a number 7; a line\nunseen\n");
 }
 
 } // namespace

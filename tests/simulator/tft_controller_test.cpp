@@ -157,5 +157,38 @@ TEST_F(Controller, runs_around_through_255_when_a_window_ends_before_it_starts) 
   EXPECT_EQ(lit(), 1);
 }
 
+TEST_F(Controller, rows_have_changed_where_a_pixel_has_got_another_colour) {
+  EXPECT_TRUE(controller.rowsChangedSince(0).empty());
+  open(0x0706, 0x0605); // columns 6 and 7, rows 5 and 6: 2 and 3, 4 and 5 behind the glass
+  draw({0x1111, 0x2222, 0x3333, 0x4444});
+  open(0x0606, 0x0909);
+  draw({0x5555});
+  const std::vector<ScreenRows> rows = controller.rowsChangedSince(0);
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_EQ(rows[0].first_row, 4U);
+  ASSERT_EQ(rows[0].pixels.size(), 2U * 128);
+  EXPECT_EQ(rows[0].pixels[2], 0x1111);
+  EXPECT_EQ(rows[0].pixels[3], 0x2222);
+  EXPECT_EQ(rows[0].pixels[128 + 3], 0x4444);
+  EXPECT_EQ(rows[0].pixels[0], 0x0000);
+  EXPECT_EQ(rows[1].first_row, 8U);
+  ASSERT_EQ(rows[1].pixels.size(), 128U);
+  EXPECT_EQ(rows[1].pixels[2], 0x5555);
+}
+
+TEST_F(Controller, the_same_pixels_again_are_no_change) {
+  open(0x0706, 0x0605);
+  draw({0x1111, 0x2222, 0x3333, 0x4444});
+  const std::uint64_t revision = controller.revision();
+  draw({0x1111, 0x2222, 0x3333, 0x4444});
+  EXPECT_EQ(controller.revision(), revision);
+  EXPECT_TRUE(controller.rowsChangedSince(revision).empty());
+  draw({0x1111, 0x2222, 0x3333, 0x4445});
+  const std::vector<ScreenRows> rows = controller.rowsChangedSince(revision);
+  ASSERT_EQ(rows.size(), 1U);
+  EXPECT_EQ(rows[0].first_row, 5U);
+  EXPECT_EQ(rows[0].pixels[3], 0x4445);
+}
+
 } // namespace
 } // namespace buttondriver::simulator

@@ -34,8 +34,8 @@ QByteArray state_after_the_scenario() {
   state.lit_status = 3;
   state.lit_toggle = 1;
   state.blinking = R"([{"button":4,"time":500}])";
-  state.text = R"([[{"line":0,"text":"Ready"},{"line":1,"text":"Start"}],[{"line":0,"text":"Ready"}],)"
-               R"([{"line":0,"text":"Ready"},{"line":7,"text":"0123456789ABCDEF"}]])";
+  state.screens = R"([{"text":["Ready","Start"]},{"text":["Ready"]},)"
+                  R"({"text":["Ready","","","","","","","0123456789ABCDEF"]}])";
   return state.json();
 }
 

@@ -11,7 +11,7 @@ namespace {
 QByteArray lamps(int count, int lit) {
   QByteArray list = "[";
   for (int i = 0; i < count; ++i)
-    list += QByteArray(i > 0 ? "," : "") + (i == lit ? "1" : "0");
+    list += QByteArray(i > 0 ? "," : "") + (i == lit ? "true" : "false");
   return list + "]";
 }
 
@@ -59,8 +59,7 @@ void PanelDouble::take(QTcpSocket &socket) {
 QByteArray PanelStateText::json() const {
   return "{\"version\":1,\"button_leds\":" + lamps(32, lit_button) + ",\"status_leds\":" + lamps(32, lit_status) +
          ",\"toggles\":" + lamps(2, lit_toggle) + ",\"intensity\":" + QByteArray::number(intensity) +
-         ",\"blinking\":" + blinking + ",\"text\":" + text +
-         ",\"counters\":{\"messages\":0,\"transfers\":0,\"refused\":0,\"queue\":0,\"clients\":0}}";
+         ",\"blinking\":" + blinking + ",\"screens\":" + screens + ",\"counters\":{}}";
 }
 
 } // namespace buttondriver::test

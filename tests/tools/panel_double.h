@@ -40,14 +40,14 @@ private:
   QTcpServer _server; ///< the last, since its sockets use what stands above
 };
 
-/// The text of /state.json with LEDs and toggles as lists of 0 and 1, and the rest as JSON.
+/// The text of /state.json with LEDs and toggles as lists of true and false, and the rest as JSON.
 struct PanelStateText {
   int lit_button = -1; ///< -1: none
   int lit_status = -1;
   int lit_toggle = -1;
   int intensity = 63;
   QByteArray blinking = "[]";
-  QByteArray text = "[[],[],[]]";
+  QByteArray screens = R"([{"text":[]},{"text":[]},{"text":[]}])";
 
   QByteArray json() const;
 };

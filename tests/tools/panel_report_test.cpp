@@ -9,20 +9,23 @@
 namespace buttondriver::buttonctl {
 namespace {
 
+/// F and T as false and true.
+QByteArray spelled_out(QByteArray json) { return json.replace("F,", "false,").replace("F]", "false]").replace("T,", "true,").replace("T]", "true]").replace("F ", "false "); }
+
 /// LED 5 blinks and is lit, LED 6 is lit, LED 31 is lit, all others are dark.
 const QByteArray state = R"({
   "version": 1,
-  "button_leds": [0,0,0,0,0,1,1,0, 0,0,0,0,0,0,0,0, 0,0,0,0,0,0,0,0, 0,0,0,0,0,0,0,1],
-  "status_leds": [0,0,0,1,0,0,0,0, 0,0,0,0,0,0,0,0, 0,0,0,0,0,0,0,0, 0,0,0,0,0,0,0,0],
-  "toggles": [0,1],
+  "button_leds": [F,F,F,F,F,T,T,F, F,F,F,F,F,F,F,F, F,F,F,F,F,F,F,F, F,F,F,F,F,F,F,T],
+  "status_leds": [F,F,F,T,F,F,F,F, F,F,F,F,F,F,F,F, F,F,F,F,F,F,F,F, F,F,F,F,F,F,F,F],
+  "toggles": [F,T],
   "intensity": 40,
   "blinking": [{"button": 5, "time": 500}],
-  "text": [[{"line": 0, "text": "Start "}, {"line": 2, "text": "Ready"}], [], [{"line": 7, "text": "\u00e9"}]],
+  "screens": [{"text": ["Start ", "", "Ready"]}, {"text": []}, {"text": ["\u00e9"]}],
   "counters": {"messages": 1, "transfers": 2, "refused": 0, "queue": 0, "clients": 1},
   "uptime": "what nobody knows"})";
 
 TEST(PanelReport, reads_every_member) {
-  const auto report = parse_panel_report(state);
+  const auto report = parse_panel_report(spelled_out(state));
   ASSERT_TRUE(report) << report.failure().text.toStdString();
   std::string leds;
   for (const bool lit : report->button_leds)
@@ -36,9 +39,9 @@ TEST(PanelReport, reads_every_member) {
   EXPECT_TRUE(report->toggles[1]);
   EXPECT_EQ(report->intensity, 40);
   EXPECT_EQ(report->blinking, (std::map<int, int>{{5, 500}}));
-  EXPECT_EQ(report->text[0], (std::map<int, QString>{{0, QStringLiteral("Start ")}, {2, QStringLiteral("Ready")}}));
+  EXPECT_EQ(report->text[0], (std::map<int, QString>{{0, QStringLiteral("Start ")}, {1, QString()}, {2, QStringLiteral("Ready")}}));
   EXPECT_TRUE(report->text[1].empty());
-  EXPECT_EQ(report->text[2], (std::map<int, QString>{{7, QStringLiteral("\u00e9")}}));
+  EXPECT_EQ(report->text[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
 }
 
 TEST(PanelReport, names_the_member_that_is_wrong) {
@@ -51,28 +54,26 @@ TEST(PanelReport, names_the_member_that_is_wrong) {
       {"\"version\": 1", "\"version\": 2", "its version is 2; this program reads version 1"},
       {"\"version\": 1,", "", "'version' must be a whole number from 0 to 2147483647"},
       {"\"version\": 1", "\"version\": \"1\"", "'version' must be a whole number from 0 to 2147483647"},
-      {"[0,0,0,0,0,1,1,0,", "[0,0,0,0,0,1,1,", "'button_leds' must be a list of 32"},
-      {"[0,0,0,0,0,1,1,0,", "[0,0,0,0,0,1,2,0,", "'button_leds' must be a list of 0 and 1"},
-      {"[0,0,0,0,0,1,1,0,", "[0,0,0,0,0,1,0.5,0,", "'button_leds' must be a whole number from 0 to 2147483647"},
+      {"[F,F,F,F,F,T,T,F,", "[F,F,F,F,F,T,T,", "'button_leds' must be a list of 32"},
+      {"[F,F,F,F,F,T,T,F,", "[F,F,F,F,F,T,1,F,", "'button_leds' must be a list of true and false"},
       {"\"status_leds\"", "\"status\"", "'status_leds' must be a list"},
-      {"[0,1],", "[0,1,1],", "'toggles' must be a list of 2"},
-      {"[0,1],", "\"01\",", "'toggles' must be a list"},
+      {"[F,T],", "[F,T,T],", "'toggles' must be a list of 2"},
+      {"[F,T],", "\"FT\",", "'toggles' must be a list"},
       {"\"intensity\": 40", "\"intensity\": 64", "'intensity' must be a whole number from 0 to 63"},
       {"\"intensity\": 40", "\"intensity\": -1", "'intensity' must be a whole number from 0 to 2147483647"},
       {"\"intensity\": 40", "\"intensity\": null", "'intensity' must be a whole number from 0 to 2147483647"},
       {"{\"button\": 5, ", "{", "'blinking.button' must be a whole number from 0 to 2147483647"},
       {"\"time\": 500", "\"time\": 1e99", "'blinking.time' must be a whole number from 0 to 2147483647"},
       {"[{\"button\": 5, \"time\": 500}]", "5", "'blinking' must be a list"},
-      {"[], [{", "[{", "'text' must be a list of 3 screens"},
-      {"[], [{", "{}, [{", "'text' must be a list"},
-      {"\"Ready\"", "1", "'text.text' must be a text"},
-      {"\"line\": 7", "\"line\": 7.5", "'text.line' must be a whole number from 0 to 2147483647"},
+      {"{\"text\": []}, ", "", "'screens' must be a list of 3"},
+      {"{\"text\": []}, ", "{}, ", "'screens.text' must be a list"},
+      {"\"Ready\"", "1", "'screens.text' must be a text"},
   };
   for (const Row &row : rows) {
     QByteArray json = state;
     ASSERT_TRUE(json.contains(row.is)) << row.is;
     json.replace(row.is, row.instead);
-    const auto report = parse_panel_report(json);
+    const auto report = parse_panel_report(spelled_out(json));
     ASSERT_FALSE(report) << row.instead;
     EXPECT_EQ(report.failure().text.toStdString(), row.text);
   }
@@ -116,7 +117,7 @@ TEST(Expectation, tells_how_the_panel_differs) {
       {{"expect-text", "1", "2", "Ready"}, "line 2 of screen 1 is '', not 'Ready'"},
       {{"expect-text", "2", "7", QStringLiteral("\u00e9")}, nullptr},
   };
-  const auto report = parse_panel_report(state);
+  const auto report = parse_panel_report(spelled_out(state));
   ASSERT_TRUE(report);
   for (const Row &row : rows) {
     const std::string line = row.words.join(QLatin1Char(' ')).toStdString();

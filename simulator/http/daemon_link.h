@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QTcpSocket>
+
+namespace buttondriver::simulator {
+
+/// A page's own connection to the daemon, so that what it sends goes the way of every client's messages. It is made
+/// with the first message.
+class DaemonLink : public QObject {
+  Q_OBJECT
+
+public:
+  /// Messages are refused while so many bytes have not been taken by the daemon.
+  static constexpr qint64 most_unsent_bytes = 1024 * 1024;
+
+  explicit DaemonLink(quint16 port);
+
+  /// Sends one message in network order, without its length; failed() says when that cannot be done.
+  void send(const QByteArray &message);
+
+signals:
+  /// The daemon has sent a message of this name.
+  void answered(const QString &name);
+  void failed(const QString &reason);
+
+private:
+  void read();
+
+  quint16 _port;
+  QTcpSocket _socket;
+};
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,25 @@
+#include "simulator/web_page.h"
+
+#include "simulator/http/page_server.h"
+
+namespace buttondriver::simulator {
+
+class WebPage::Server : public PageServer {
+public:
+  using PageServer::PageServer;
+};
+
+bool WebPage::isAvailable() { return true; }
+
+WebPage::WebPage(Simulation &simulation) : _simulation(simulation) {}
+
+WebPage::~WebPage() = default;
+
+bool WebPage::listen(const HttpEndpoint &endpoint, QString *reason) {
+  _server = std::make_unique<Server>(_simulation);
+  return _server->listenOn(endpoint.address, endpoint.port, reason);
+}
+
+QString WebPage::address() const { return page_address(_server->address(), _server->port()); }
+
+} // namespace buttondriver::simulator

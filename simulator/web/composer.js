@@ -1,0 +1,106 @@
+// The side of the page that sends: a form for each message, and the same as a line for a shell.
+import { commandLine } from './command_line.js';
+import { MessageForm, rawName } from './message_form.js';
+
+const element = (id) => document.getElementById(id);
+const groups = [['handled', 'The panel acts on'], ['ignored', 'Reported as unhandled'], ['answer', 'Sent by the daemon itself']];
+
+export class Composer {
+  #catalogue;
+  #link;
+  #form;
+  #forms = new Map();
+  #daemonPort = 0;
+
+  constructor(catalogue, link) {
+    this.#catalogue = catalogue;
+    this.#link = link;
+    this.#fillChoice();
+    element('message-type').addEventListener('change', () => this.#choose(element('message-type').value));
+    element('form').addEventListener('submit', (event) => {
+      event.preventDefault();
+      this.#send();
+    });
+    element('fields').addEventListener('input', () => this.#refresh());
+    element('copy').addEventListener('click', () => this.#copy());
+    this.#choose('BMS_TFTTextLine');
+  }
+
+  set daemonPort(port) {
+    this.#daemonPort = port;
+    this.#refresh();
+  }
+
+  showAnswer(name, milliseconds) {
+    this.#say(milliseconds === null ? name : `${name} after ${milliseconds.toFixed(1)} ms`);
+  }
+
+  showFault(reason) {
+    this.#say(reason, true);
+  }
+
+  #fillChoice() {
+    const choice = element('message-type');
+    for (const [handling, label] of groups) {
+      const group = document.createElement('optgroup');
+      group.label = label;
+      for (const type of this.#catalogue.types)
+        if (type.handling === handling) group.append(new Option(type.name, type.name));
+      choice.append(group);
+    }
+    const group = document.createElement('optgroup');
+    group.label = 'Anything';
+    group.append(new Option('Raw bytes', rawName));
+    choice.append(group);
+    choice.value = 'BMS_TFTTextLine';
+  }
+
+  #choose(name) {
+    if (!this.#forms.has(name)) {
+      const form = new MessageForm(this.#catalogue, name);
+      if (form.picture) form.picture.onchange = () => this.#refresh();
+      this.#forms.set(name, form);
+    }
+    this.#form = this.#forms.get(name);
+    const meaning = this.#form.type?.meaning ?? 'any bytes, as one message';
+    element('meaning').textContent = `${meaning[0].toUpperCase()}${meaning.slice(1)}.`;
+    element('fields').replaceChildren(...this.#form.inputs.map((input) => input.element));
+    this.#say('');
+    this.#refresh();
+  }
+
+  #refresh() {
+    const isWrong = this.#form.check();
+    element('submit').disabled = isWrong;
+    element('copy').disabled = isWrong;
+    if (isWrong) {
+      element('command').textContent = this.#form.picture && !this.#form.picture.bitmap ? 'Choose a picture first.' : '–';
+      return;
+    }
+    const { bytes, parts } = this.#form.read();
+    element('command').textContent = commandLine(this.#form.name, parts, bytes, this.#daemonPort);
+  }
+
+  #send() {
+    if (this.#form.check()) return;
+    const { bytes } = this.#form.read();
+    if (this.#link.send(bytes)) this.#say(`Sent, ${bytes.length.toLocaleString('en')} bytes`);
+  }
+
+  #say(text, isBad = false) {
+    element('result').textContent = text;
+    element('result').classList.toggle('bad', isBad);
+  }
+
+  async #copy() {
+    const text = element('command').textContent;
+    try {
+      await navigator.clipboard.writeText(text);
+      this.#say('Copied');
+    } catch {
+      // Without a secure origin there is no clipboard: the line stands ready to be copied by hand.
+      getSelection().selectAllChildren(element('command'));
+      this.#say('Selected, ready to be copied');
+    }
+  }
+}

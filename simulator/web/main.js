@@ -1,0 +1,77 @@
+// Puts the page together: what comes over the link goes to the panel and the lists, what the reader does goes back.
+import { Link } from './link.js';
+import { loadLettering, letterAll } from './lettering.js';
+import { Panel } from './panel.js';
+import { RunningList } from './running_list.js';
+import { messageRow, logRow } from './rows.js';
+import { Composer } from './composer.js';
+import { Announcer } from './announcer.js';
+import { demonstration } from './demonstration.js';
+import { Catalogue } from './catalogue.js';
+
+const element = (id) => document.getElementById(id);
+
+function showLink(state, text) {
+  element('link').dataset.state = state;
+  element('link-text').textContent = text;
+}
+
+function showCounters(counters) {
+  for (const [name, value] of Object.entries(counters)) {
+    const place = document.querySelector(`[data-counter="${name}"]`);
+    if (!place) continue;
+    place.textContent = value.toLocaleString('en');
+    if (name === 'refused_transfers') place.parentElement.hidden = value === 0;
+  }
+}
+
+async function start() {
+  const [catalogue] = await Promise.all([Catalogue.load(), loadLettering()]);
+  letterAll(document);
+
+  const announcer = new Announcer(element('announcer'));
+  const messages = new RunningList('messages', messageRow);
+  const log = new RunningList('log', logRow);
+  const link = new Link();
+  const panel = new Panel((name, values) => link.send(catalogue.encode(name, values)));
+  const composer = new Composer(catalogue, link);
+  let isFirstUpdate = true;
+
+  link.onopen = (welcome) => {
+    showLink('live', `Live, daemon on port ${welcome.daemon_port}`);
+    composer.daemonPort = welcome.daemon_port;
+    isFirstUpdate = true;
+    panel.clear();
+    messages.clear();
+    log.clear();
+  };
+  link.onlost = () => showLink('lost', 'Connection lost, trying again');
+  link.onrows = (screen, firstRow, pixels) => panel.showRows(screen, firstRow, pixels);
+  link.onanswer = (name, milliseconds) => composer.showAnswer(name, milliseconds);
+  link.onnotsent = (reason) => composer.showFault(reason);
+  link.onupdate = (update) => {
+    if (update.lamps) panel.showLamps(update.lamps);
+    if (update.screens) {
+      const changes = panel.showTexts(update.screens);
+      if (!isFirstUpdate) announcer.say(changes);
+    }
+    if (update.counters) showCounters(update.counters);
+    if (update.messages) messages.add(update.messages, update.messages_left_out);
+    if (update.log) log.add(update.log, update.log_left_out);
+    isFirstUpdate = false;
+  };
+
+  element('reset').addEventListener('click', async () => {
+    const answer = await fetch('reset', { method: 'POST' });
+    if (!answer.ok) return;
+    messages.clear();
+    log.clear();
+    announcer.say(['The panel has been reset.']);
+  });
+  element('demonstration').addEventListener('click', async () => {
+    for (const message of await demonstration(catalogue)) link.send(message);
+  });
+  link.open();
+}
+
+start();

@@ -1,0 +1,131 @@
+// The panel: screens, keys and lamps. Pressing a key or a lamp sends the message that turns its light over.
+import { lettered } from './lettering.js';
+import { Screen } from './screen.js';
+import { moveWithArrows } from './arrow_keys.js';
+
+const keyCount = 24;
+const keysBelowEachScreen = 8;
+const ledCount = 32;
+
+const element = (id) => document.getElementById(id);
+
+function made(tag, className, ...children) {
+  const result = document.createElement(tag);
+  result.className = className;
+  result.append(...children);
+  return result;
+}
+
+function lampButton(className, label, ...children) {
+  const button = made('button', className, ...children);
+  button.type = 'button';
+  button.setAttribute('aria-label', label);
+  button.setAttribute('aria-pressed', 'false');
+  return button;
+}
+
+const lamp = (className = 'lamp') => {
+  const result = made('span', className);
+  result.setAttribute('aria-hidden', 'true');
+  return result;
+};
+
+const isOn = (button) => button.getAttribute('aria-pressed') === 'true';
+
+export class Panel {
+  // `send` gets the name of a message and its values.
+  constructor(send) {
+    this.screens = [0, 1, 2].map((id) => new Screen(id));
+    element('screens').append(...this.screens.map((screen) => screen.element));
+    this.keys = this.#makeKeys(send);
+    this.status = this.#makeStatus(send);
+    this.toggles = this.#makeToggles(send);
+    this.keyless = this.#makeKeyless();
+    this.intensity = -1;
+    this.#showIntensity(63);
+  }
+
+  #makeKeys(send) {
+    const keys = Array.from({ length: keyCount }, (_, id) => {
+      const number = lettered(String(id), { height: 17, stroke: 2, spacing: 0.3 });
+      const key = lampButton('key', `Button LED ${id}`, lamp('bar-lamp'), number);
+      key.addEventListener('click', () =>
+        send('BMS_SetLEDState', { button_id: id, state: isOn(key) ? 0 : 1, time: 0 }));
+      return key;
+    });
+    for (let first = 0; first < keyCount; first += keysBelowEachScreen)
+      element('keys').append(made('div', 'key-column', ...keys.slice(first, first + keysBelowEachScreen)));
+    moveWithArrows(element('keys'), keys);
+    return keys;
+  }
+
+  #makeStatus(send) {
+    const lamps = Array.from({ length: ledCount }, (_, id) => {
+      const number = lettered(String(id), { height: 7.5, stroke: 1.1, spacing: 0.4 });
+      const button = lampButton('status', `Status LED ${id}`, lamp(), number);
+      button.addEventListener('click', () =>
+        send('BMS_SetLEDStatusIndicator', { button_id: id, state: isOn(button) ? 0 : 1 }));
+      return button;
+    });
+    for (let first = 0; first < ledCount; first += 8)
+      element('status').append(made('div', 'lamp-group', ...lamps.slice(first, first + 8)));
+    moveWithArrows(element('status'), lamps);
+    return lamps;
+  }
+
+  #makeToggles(send) {
+    const toggles = [0, 1].map((id) => {
+      const number = lettered(String(id), { height: 9, stroke: 1.35, spacing: 0.5 });
+      const button = lampButton('toggle', `Toggle indicator ${id}`, number, lamp());
+      button.addEventListener('click', () =>
+        send('BMS_SetLEDToggleIndicator', { button_id: id, state: isOn(button) ? 0 : 1 }));
+      return button;
+    });
+    element('toggles').append(...toggles);
+    moveWithArrows(element('toggles'), toggles);
+    return toggles;
+  }
+
+  #makeKeyless() {
+    const lamps = [];
+    for (let id = keyCount; id < ledCount; ++id)
+      lamps.push(made('span', '', lamp(), lettered(String(id), { height: 6, stroke: 1, spacing: 0.4 })));
+    element('keyless').append(...lamps);
+    return lamps;
+  }
+
+  showRows(screen, firstRow, pixels) {
+    this.screens[screen]?.showRows(firstRow, pixels);
+  }
+
+  showLamps(lamps) {
+    const press = (button, on) => button.setAttribute('aria-pressed', String(on));
+    this.keys.forEach((key, id) => press(key, lamps.button_leds[id]));
+    this.status.forEach((button, id) => press(button, lamps.status_leds[id]));
+    this.toggles.forEach((button, id) => press(button, lamps.toggles[id]));
+    this.keyless.forEach((place, i) => place.classList.toggle('is-on', lamps.button_leds[keyCount + i]));
+    const lit = this.keyless.map((_, i) => keyCount + i).filter((id) => lamps.button_leds[id]);
+    element('keyless').setAttribute('aria-label', `Button LEDs 24 to 31: ${lit.length ? `${lit.join(', ')} on` : 'all off'}`);
+    this.#showIntensity(lamps.intensity);
+  }
+
+  #showIntensity(intensity) {
+    if (intensity === this.intensity) return;
+    this.intensity = intensity;
+    const window = element('intensity');
+    window.setAttribute('aria-valuenow', intensity);
+    window.querySelector('.segments').style.setProperty('--lit', intensity);
+    window.querySelector('.intensity-number').replaceChildren(
+      lettered(String(intensity), { height: 13, stroke: 1.7, spacing: 0.35 }));
+    for (const screen of this.screens) screen.setIntensity(intensity);
+  }
+
+  // Returns what has changed, as sentences.
+  showTexts(screens) {
+    return screens.flatMap((screen, id) => this.screens[id].showTexts(screen.text));
+  }
+
+  clear() {
+    for (const screen of this.screens) screen.clear();
+  }
+}

@@ -1,0 +1,101 @@
+// One of the three screens: its pixels on a canvas, and its texts for those who listen.
+import { lettered } from './lettering.js';
+
+export const screenSize = 128;
+const highestIntensity = 63;
+
+// As the server's pictures do it: widened to 8 bits, then dimmed by (intensity + 21) / 84, halves rounded up.
+function dimmed(value, intensity) {
+  return Math.floor((value * (Math.min(intensity, highestIntensity) + 21) + 42) / 84);
+}
+
+export class Screen {
+  constructor(id) {
+    this.id = id;
+    this.pixels = new Uint16Array(screenSize * screenSize);
+    this.lines = [];
+    this.element = this.#build();
+    this.#context = this.canvas.getContext('2d');
+    this.setIntensity(highestIntensity);
+    new ResizeObserver(() => this.#fit()).observe(this.glass);
+    matchMedia(`(resolution: ${devicePixelRatio}dppx)`).addEventListener('change', () => this.#fit());
+  }
+
+  #context;
+  #five = new Uint8Array(32);
+  #six = new Uint8Array(64);
+
+  #build() {
+    const figure = document.createElement('figure');
+    figure.className = 'bezel';
+    this.glass = document.createElement('div');
+    this.glass.className = 'glass';
+    this.canvas = document.createElement('canvas');
+    this.canvas.width = this.canvas.height = screenSize;
+    this.canvas.id = `screen-${this.id}`;
+    this.canvas.setAttribute('role', 'img');
+    this.canvas.setAttribute('aria-label', `Screen ${this.id}`);
+    this.canvas.setAttribute('aria-describedby', `screen-${this.id}-text`);
+    this.description = document.createElement('p');
+    this.description.id = `screen-${this.id}-text`;
+    this.description.className = 'unseen';
+    this.description.textContent = 'No text.';
+    this.glass.append(this.canvas, this.description);
+    const caption = document.createElement('figcaption');
+    caption.append(lettered(`SCREEN ${this.id}`, { height: 8, stroke: 1.1, spacing: 0.55 }));
+    caption.setAttribute('aria-hidden', 'true');
+    figure.append(this.glass, caption);
+    return figure;
+  }
+
+  // The largest size at which every pixel is the same whole number of the display's.
+  #fit() {
+    const ratio = devicePixelRatio || 1;
+    const scale = Math.max(1, Math.floor((this.glass.clientWidth * ratio) / screenSize));
+    const side = `${(scale * screenSize) / ratio}px`;
+    this.canvas.style.width = side;
+    this.canvas.style.height = side;
+  }
+
+  setIntensity(intensity) {
+    for (let i = 0; i < 32; ++i) this.#five[i] = dimmed((i << 3) | (i >> 2), intensity);
+    for (let i = 0; i < 64; ++i) this.#six[i] = dimmed((i << 2) | (i >> 4), intensity);
+    this.#draw(0, screenSize);
+  }
+
+  showRows(firstRow, pixels) {
+    this.pixels.set(pixels, firstRow * screenSize);
+    this.#draw(firstRow, pixels.length / screenSize);
+  }
+
+  clear() {
+    this.pixels.fill(0);
+    this.#draw(0, screenSize);
+  }
+
+  #draw(firstRow, rowCount) {
+    const image = this.#context.createImageData(screenSize, rowCount);
+    let to = 0;
+    for (let from = firstRow * screenSize; from < (firstRow + rowCount) * screenSize; ++from) {
+      const pixel = this.pixels[from];
+      image.data[to++] = this.#five[pixel >> 11];
+      image.data[to++] = this.#six[(pixel >> 5) & 63];
+      image.data[to++] = this.#five[pixel & 31];
+      image.data[to++] = 255;
+    }
+    this.#context.putImageData(image, 0, firstRow);
+  }
+
+  // Returns what has changed, as sentences.
+  showTexts(lines) {
+    const changes = [];
+    if (lines.length === 0 && this.lines.length > 0) changes.push(`Screen ${this.id} is clear.`);
+    lines.forEach((line, i) => {
+      if (line !== (this.lines[i] ?? '')) changes.push(`Screen ${this.id}, line ${i}: ${line.trim() || 'blank'}.`);
+    });
+    this.lines = lines;
+    const spoken = lines.map((line, i) => (line.trim() ? `Line ${i}: ${line.trim()}.` : '')).filter(Boolean);
+    this.description.textContent = spoken.join(' ') || 'No text.';
+    return changes;
+  }
+}

@@ -1,0 +1,30 @@
+// The page when its simulator ends and comes again.
+import { test } from 'node:test';
+import assert from 'node:assert/strict';
+import { buttonctl, comparedScreen, openPage, settled, startBrowser, startSimulator } from './support.mjs';
+
+test('the page says that the connection is lost, and comes back by itself with the new state', async (t) => {
+  const first = await startSimulator(t);
+  const page = await openPage(await startBrowser(t), first);
+  await buttonctl(first, 'text', '0', '0', 'Before');
+  await buttonctl(first, 'led', '3', 'on');
+  await settled(page, 2);
+
+  await first.stop();
+  await page.locator('[data-state=lost]').waitFor();
+  assert.equal(await page.locator('#link-text').innerText(), 'Connection lost, trying again');
+  await page.getByRole('button', { name: 'Send', exact: true }).click();
+  await page.getByText('There is no connection to the simulator.').waitFor();
+
+  const second = await startSimulator(t, { httpPort: first.httpPort });
+  await page.locator('[data-state=live]').waitFor();
+  await settled(page, 0);
+  assert.equal(await page.locator('#messages li').count(), 0);
+  assert.equal(await page.locator('[aria-label="Button LED 3"]').getAttribute('aria-pressed'), 'false');
+  assert.deepEqual(await comparedScreen(page, 0), { different: 0, lit: 0 });
+
+  await buttonctl(second, 'text', '0', '1', 'After');
+  await settled(page, 1);
+  assert.equal(await page.locator('#screen-0-text').innerText(), 'Line 1: After.');
+  assert.equal((await comparedScreen(page, 0)).different, 0);
+});

@@ -1,0 +1,129 @@
+// Starts what the tests of the page need, and ends it again: a simulator, a browser, buttonctl.
+import { spawn, execFile } from 'node:child_process';
+import { createRequire } from 'node:module';
+import { cpSync, mkdtempSync, rmSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { dirname, join } from 'node:path';
+import { after } from 'node:test';
+import { promisify } from 'node:util';
+
+const { BUTTONDRIVER_SIM, BUTTONCTL, CHROMIUM, NODE_MODULES_FOLDER, OUTPUT_FOLDER } = process.env;
+const require = createRequire(join(NODE_MODULES_FOLDER, 'package.json'));
+const { chromium } = require('playwright-core');
+
+export const outputFolder = OUTPUT_FOLDER;
+export const axeFile = require.resolve('axe-core/axe.min.js');
+export const limit = 20_000;
+
+export function temporaryFolder(t) {
+  const folder = mkdtempSync(join(tmpdir(), 'buttondriver-web-'));
+  t.after(() => rmSync(folder, { recursive: true, force: true }));
+  return folder;
+}
+
+// A copy of the ready-made root, whose files a test may change.
+export function ownRoot(t) {
+  const root = temporaryFolder(t);
+  cpSync(join(dirname(BUTTONDRIVER_SIM), '../share/buttondriver/panel-root'), root, { recursive: true });
+  return root;
+}
+
+// A simulator on free ports, or with its page on `httpPort`. Resolves once it serves.
+export async function startSimulator(t, { httpPort = 0, root } = {}) {
+  const child = spawn(BUTTONDRIVER_SIM,
+    ['--http', String(httpPort), ...(root ? ['--root', root] : []), 'map', '', '0'], { stdio: ['ignore', 'pipe', 'ignore'] });
+  const ended = new Promise((resolve) => child.once('exit', resolve));
+  const stop = async () => {
+    child.kill('SIGTERM');
+    await ended;
+  };
+  t.after(stop);
+  const said = await new Promise((resolve, reject) => {
+    let text = '';
+    child.stdout.on('data', (data) => {
+      text += data;
+      if (/page on .*\n/.test(text)) resolve(text);
+    });
+    ended.then(() => reject(new Error(`the simulator has ended: ${text}`)));
+  });
+  const url = /page on (\S+)/.exec(said)[1];
+  return {
+    url,
+    httpPort: new URL(url).port,
+    daemonPort: /listening on port (\d+)/.exec(said)[1],
+    stop,
+    state: async () => (await fetch(new URL('state.json', url))).json(),
+  };
+}
+
+const run = promisify(execFile);
+
+export async function buttonctl(simulator, ...words) {
+  await run(BUTTONCTL, ['-p', simulator.daemonPort, ...words], { timeout: limit });
+}
+
+// Runs a line as a shell does, in a folder.
+export async function shell(line, folder) {
+  const environment = { ...process.env, PATH: `${dirname(BUTTONCTL)}:${process.env.PATH}` };
+  return (await run('/bin/sh', ['-c', line], { cwd: folder, env: environment, timeout: limit })).stdout;
+}
+
+let browser = null;
+
+// A window that shares nothing with those of other tests, in the one browser of this file.
+export async function startBrowser(t, options = {}) {
+  browser ??= chromium.launch({
+    executablePath: CHROMIUM,
+    headless: true,
+    timeout: 60_000,
+    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+      '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+  });
+  const context = await (await browser).newContext({ viewport: { width: 1600, height: 1080 }, ...options });
+  context.setDefaultTimeout(limit);
+  t.after(() => context.close());
+  return context;
+}
+
+after(async () => (await browser)?.close());
+
+// The page of a simulator, live. Whatever its scripts complain about ends up in `page.complaints`.
+export async function openPage(browser, simulator) {
+  const page = await browser.newPage();
+  page.complaints = [];
+  page.on('pageerror', (error) => page.complaints.push(error.message));
+  page.on('console', (message) => {
+    if (message.type() === 'error') page.complaints.push(message.text());
+  });
+  page.sent = [];
+  page.on('websocket', (socket) => socket.on('framesent', ({ payload }) => page.sent.push(Buffer.from(payload).toString('hex'))));
+  await page.goto(simulator.url);
+  await page.locator('[data-state=live]').waitFor();
+  return page;
+}
+
+// Waits until the page has been told of all that was accepted.
+export async function settled(page, messages) {
+  await page.waitForFunction((count) => {
+    const counter = (name) => document.querySelector(`[data-counter=${name}]`).textContent;
+    return counter('messages') === count && counter('queue_length') === '0';
+  }, String(messages));
+}
+
+// How many pixels of a screen on the page are other than in the server's picture of it, and how many are not black.
+export function comparedScreen(page, screen) {
+  return page.evaluate(async (id) => {
+    const bitmap = await createImageBitmap(await (await fetch(`/screen/${id}.png`)).blob());
+    const canvas = new OffscreenCanvas(128, 128);
+    const context = canvas.getContext('2d');
+    context.drawImage(bitmap, 0, 0);
+    const expected = new Uint32Array(context.getImageData(0, 0, 128, 128).data.buffer);
+    const shown = document.getElementById(`screen-${id}`).getContext('2d').getImageData(0, 0, 128, 128);
+    const pixels = new Uint32Array(shown.data.buffer);
+    const black = 0xff000000;
+    return {
+      different: pixels.filter((pixel, i) => pixel !== expected[i]).length,
+      lit: pixels.filter((pixel) => pixel !== black).length,
+    };
+  }, screen);
+}
