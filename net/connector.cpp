@@ -7,12 +7,19 @@
 #include <QTcpSocket>
 
 #include <algorithm>
+#include <utility>
 
 namespace buttondriver {
 
 Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
     : _address(address), _port(port), _setter(setter) {
   connect(&_server, SIGNAL(newConnection()), this, SLOT(newClient()));
+}
+
+Connector::~Connector() {
+  // Before the server takes their sockets with it: each would report its end to a list that is no longer there.
+  for (ClientButtondriver *client : std::exchange(_clients, {}))
+    delete client;
 }
 
 bool Connector::listen() {

@@ -20,6 +20,8 @@ public:
 
   /// `setter` outlives this object.
   Connector(const QString &address, quint16 port, ButtonSetter *setter);
+  /// Ends the connections that are open.
+  ~Connector() override;
 
   /// Starts to accept. An empty address listens on every interface, IPv4 and IPv6. Any other text is not read: it
   /// listens on every IPv4 interface. Port 0 takes a free port. Returns false when the port cannot be had.
