@@ -44,8 +44,8 @@ bool AccessRule::isKnownHost(const QByteArray &host) const {
   const bool is_in_brackets = name.startsWith('[') && name.endsWith(']');
   if (is_in_brackets)
     name = name.mid(1, name.size() - 2);
-  // Only addresses that are written out: no name that could become one.
-  if (!is_in_brackets && name.count('.') != 3)
+  // Only addresses that are written out: no name that could become one, and no zone, which may be any text.
+  if ((!is_in_brackets && name.count('.') != 3) || name.contains('%'))
     return false;
   const QHostAddress address(QString::fromLatin1(name));
   if (address.isNull())

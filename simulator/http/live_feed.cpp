@@ -45,8 +45,9 @@ void LiveFeed::forget(PageSession *page) {
       std::find_if(_pages.begin(), _pages.end(), [page](const auto &candidate) { return candidate.get() == page; });
   if (place == _pages.end())
     return;
-  // It is still calling.
-  place->release()->deleteLater();
+  // It is still calling, so it goes a little later.
+  _ended.push_back(std::move(*place));
+  QTimer::singleShot(0, this, [this] { _ended.clear(); });
   _pages.erase(place);
   if (_pages.empty())
     _timer.stop();

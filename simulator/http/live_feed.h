@@ -35,6 +35,7 @@ private:
   Simulation &_simulation;
   QTimer _timer;
   std::vector<std::unique_ptr<PageSession>> _pages;
+  std::vector<std::unique_ptr<PageSession>> _ended;
 };
 
 } // namespace buttondriver::simulator

@@ -31,6 +31,8 @@ PageSession::PageSession(std::unique_ptr<QWebSocket> socket, quint16 daemon_port
                                     {QStringLiteral("daemon_port"), daemon_port}}));
 }
 
+PageSession::~PageSession() { _socket->disconnect(this); }
+
 bool PageSession::isReady() const { return _socket->bytesToWrite() < most_unsent_bytes; }
 
 void PageSession::send(const LiveUpdate &update) {

@@ -22,6 +22,8 @@ public:
 
   /// `daemon_port` is where the daemon listens, 0 when it does not.
   PageSession(std::unique_ptr<QWebSocket> socket, quint16 daemon_port);
+  /// Ends the connection, without a signal.
+  ~PageSession() override;
 
   const FeedPosition &position() const { return _position; }
   /// Whether it has taken what it was sent so far, or nearly so.

@@ -115,7 +115,7 @@ TEST(Expectation, tells_how_the_panel_differs) {
       {{"expect-text", "0", "2", "Ready  "}, nullptr},
       {{"expect-text", "1", "2", ""}, nullptr},
       {{"expect-text", "1", "2", "Ready"}, "line 2 of screen 1 is '', not 'Ready'"},
-      {{"expect-text", "2", "7", QStringLiteral("\u00e9")}, nullptr},
+      {{"expect-text", "2", "0", QStringLiteral("\u00e9")}, nullptr},
   };
   const auto report = parse_panel_report(spelled_out(state));
   ASSERT_TRUE(report);

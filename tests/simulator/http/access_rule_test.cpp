@@ -52,6 +52,9 @@ TEST(AccessRuleTest, a_host_is_this_machine_or_the_address_that_is_listened_on) 
       {"::", "[2001:db8::7]:8080", 0},
       {"::", "10.0.0.1", 0},
       {"::", "evil.example", 403},
+      {"::", "[fe80::1%;script-src *]", 403},
+      {"::", "10.0.0.1;script-src *", 403},
+      {"::", "[::1]evil.example", 403},
   };
   for (const Row &row : rows)
     EXPECT_EQ(refusal(row.listening, get(row.host)), row.status) << row.listening << " " << row.host;
