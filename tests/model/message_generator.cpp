@@ -92,13 +92,23 @@ std::uint32_t perhaps_wrong(Dice &dice, std::uint32_t value) {
   return dice.chance(98) ? value : dice.chance(50) ? value + 1 : dice.word();
 }
 
+/// Where the header says that the pixels begin; sometimes nowhere in the file, or before it.
+std::uint32_t pixels_begin(Dice &dice) {
+  const std::uint32_t kind = dice.below(100);
+  if (kind < 90)
+    return 54;
+  if (kind < 95)
+    return dice.below(200);
+  return kind < 98 ? 0 - dice.below(200) : dice.word();
+}
+
 std::string bmp_header(Dice &dice, std::int32_t width, std::int32_t height) {
   std::string header;
   header += dice.chance(97) ? 'B' : 'A';
   header += dice.chance(97) ? 'M' : 'A';
   append_file_number(header, dice.word(), 4);
   append_file_number(header, 0, 4);
-  append_file_number(header, dice.chance(90) ? 54 : dice.chance(50) ? dice.below(200) : dice.word(), 4);
+  append_file_number(header, pixels_begin(dice), 4);
   append_file_number(header, perhaps_wrong(dice, 40), 4);
   append_file_number(header, static_cast<std::uint32_t>(width), 4);
   append_file_number(header, static_cast<std::uint32_t>(height), 4);

@@ -92,7 +92,7 @@ struct LostTransfer {
   std::uint16_t address;
   std::uint16_t word;
   const Mixture &mixture;
-  std::size_t shortest;
+  std::size_t most_commands;
 };
 
 std::ostream &operator<<(std::ostream &stream, const LostTransfer &row) { return stream << row.name; }
@@ -106,13 +106,13 @@ TEST_P(LostTransfers, are_found_with_few_commands) {
   });
   const auto finding = find_difference(comparison, GetParam().mixture, usual_seed, usual_sequences);
   ASSERT_TRUE(finding);
-  EXPECT_EQ(finding->shortest.size(), GetParam().shortest) << to_text(finding->shortest) << finding->difference;
+  EXPECT_LE(finding->shortest.size(), GetParam().most_commands) << to_text(finding->shortest) << finding->difference;
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, LostTransfers,
                          testing::Values(LostTransfer{"columns_of_the_whole_glass", 0xA0F, 0x8304, texts, 2},
-                                         LostTransfer{"rows_of_the_whole_glass", 0xA0F, 0x8001, everything, 2},
-                                         LostTransfer{"return_to_the_corner", 0xA03, 0x0000, pictures, 2},
+                                         LostTransfer{"rows_of_the_whole_glass", 0xA0F, 0x8001, everything, 3},
+                                         LostTransfer{"return_to_the_corner", 0xA03, 0x0000, pictures, 1},
                                          LostTransfer{"button_7_on", 0x900, 0x6700, lamps, 1},
                                          LostTransfer{"both_toggles_on", 0x1003, 0x0003, lamps, 2},
                                          LostTransfer{"brightness_at_half", 0x800, 0xDF00, lamps, 2}),

@@ -31,16 +31,18 @@ std::optional<Drawing> picture(const std::string &bmp, std::int32_t x, std::int3
   const std::int64_t height = stored_height < 0 ? -stored_height : stored_height;
   if (width < 0 || width * height > most_pixels)
     return std::nullopt;
-  const std::uint64_t pixels_begin = file_number(bmp, 10, 4);
-  const auto row_bytes = static_cast<std::uint64_t>(3 * width + width % 4);
+  // Counted from the file's first byte, backwards too: what lies before it reads as zero.
+  const std::int64_t pixels_begin = static_cast<std::int32_t>(file_number(bmp, 10, 4));
+  const std::int64_t row_bytes = 3 * width + width % 4;
   const std::size_t count = static_cast<std::size_t>(width * height) & 0xFFFFU;
   Drawing drawing = {{std::int64_t{x} + 4, x + width + 3}, {std::int64_t{y} + 1, y + height}, {}};
   drawing.pixels.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     const auto row = static_cast<std::int64_t>(i) / width;
-    const auto column = static_cast<std::uint64_t>(static_cast<std::int64_t>(i) % width);
-    const auto stored_row = static_cast<std::uint64_t>(stored_height < 0 ? row : height - 1 - row);
-    drawing.pixels.push_back(screen_colour(bmp, pixels_begin + stored_row * row_bytes + 3 * column));
+    const std::int64_t column = static_cast<std::int64_t>(i) % width;
+    const std::int64_t stored_row = stored_height < 0 ? row : height - 1 - row;
+    const std::int64_t place = pixels_begin + stored_row * row_bytes + 3 * column;
+    drawing.pixels.push_back(screen_colour(bmp, static_cast<std::uint64_t>(place)));
   }
   return drawing;
 }

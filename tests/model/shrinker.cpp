@@ -1,7 +1,8 @@
 #include "model/shrinker.h"
 
+#include "model/message_bytes.h"
+
 #include <algorithm>
-#include <array>
 
 namespace buttondriver::test {
 
@@ -72,14 +73,18 @@ private:
     return any;
   }
 
-  /// Zero, one, a half or one less for numbers of four bytes in either order; the opcode stays.
+  /// Zero, one, a half, somewhat less or one less for numbers of four bytes; the opcode stays.
   bool simplifyWords(std::size_t i) {
-    bool any = false;
     constexpr std::size_t looked_at = 80;
-    for (std::size_t place = 4; place + 4 <= std::min(_sequence[i].bytes.size(), looked_at); place += 2) {
-      for (const bool is_low_first : {false, true})
-        while (simplifyWord(i, place, is_low_first))
-          any = true;
+    const bool is_picture = network_word(_sequence[i].bytes, 0) == 19;
+    bool any = false;
+    for (std::size_t place = 4; place + 4 <= std::min(_sequence[i].bytes.size(), looked_at); place += 4) {
+      // The fields of a picture's own header lie differently, their low bytes first.
+      const bool is_low_first = is_picture && place >= 20;
+      if (is_low_first && place == 20)
+        place = 30;
+      while (place + 4 <= _sequence[i].bytes.size() && simplifyWord(i, place, is_low_first))
+        any = true;
     }
     return any;
   }
@@ -90,7 +95,8 @@ private:
     for (std::size_t byte = 0; byte < 4; ++byte)
       bits |= std::uint32_t{static_cast<unsigned char>(_sequence[i].bytes[place + byte])} << shift(byte);
     const auto number = static_cast<std::int32_t>(bits);
-    for (const std::int32_t plainer : {0, 1, -1, number / 2, number > 0 ? number - 1 : number + 1}) {
+    for (const std::int32_t plainer :
+         {0, 1, -1, number / 2, number - number / 4, number - number / 16, number > 0 ? number - 1 : number + 1}) {
       const auto magnitude = [](std::int32_t value) { return value < 0 ? -std::int64_t{value} : std::int64_t{value}; };
       if (magnitude(plainer) > magnitude(number) || (magnitude(plainer) == magnitude(number) && plainer <= number))
         continue;
