@@ -1,7 +1,7 @@
 // Random commands, given to the daemon on a virtual panel and to a model of it, have to show the same.
 //
 //   model_test [--sequences=N] [--seed=S]        other sequences than those that the tests always play
-//   model_test --gtest_filter='*replay*' --replay=FILE    what a failed test has printed, once more
+//   model_test --gtest_filter='Replay*' --replay=FILE     what a failed test has printed, once more
 
 #include "model/comparison.h"
 #include "model/sequence_generator.h"
@@ -79,11 +79,28 @@ TEST_P(RandomCommands, show_what_the_model_shows) {
 INSTANTIATE_TEST_SUITE_P(Of, RandomCommands, testing::Values(texts, pictures, lamps, everything),
                          [](const auto &row) { return std::string(row.param.name); });
 
-TEST(Replay, shows_what_the_model_shows_for_a_replayed_sequence) {
+/// The sequences of a file: they are parted by lines that say "anew".
+std::vector<Sequence> sequences_of(const QByteArray &text) {
+  std::vector<Sequence> sequences;
+  std::string lines;
+  const QList<QByteArray> all_lines = (text + "\nanew").split('\n');
+  for (const QByteArray &line : all_lines) {
+    if (line.trimmed() != "anew") {
+      lines += line.toStdString() + '\n';
+      continue;
+    }
+    sequences.push_back(read_sequence(lines));
+    lines.clear();
+  }
+  return sequences;
+}
+
+TEST(Replay, shows_what_the_model_shows) {
   const QString file = argument(QStringLiteral("--replay"));
-  if (file.isEmpty())
-    GTEST_SKIP() << "nothing was given to replay";
-  EXPECT_EQ(comparison_with().difference(read_sequence(read_file(file).toStdString())), "");
+  const QByteArray text = read_file(file.isEmpty() ? QStringLiteral(BUTTONDRIVER_FOUND_COMMANDS) : file);
+  Comparison comparison = comparison_with();
+  for (const Sequence &sequence : sequences_of(text))
+    EXPECT_EQ(comparison.difference(sequence), "") << to_text(sequence);
 }
 
 /// A fault between the worker and the panel: one kind of transfer gets lost.

@@ -4,9 +4,6 @@
 #include <cmath>
 #include <fstream>
 #include <functional>
-#include <iterator>
-#include <sstream>
-
 namespace buttondriver::soak {
 
 namespace {
@@ -94,7 +91,7 @@ bool write_plot(const std::string &file, const std::vector<Sample> &samples) {
     y += panel_pitch;
   }
   svg << "<text x='" << left << "' y='" << height - 26 << "'>0 s</text><text x='" << left + curve_width << "' y='"
-      << height - 26 << "' text-anchor='end'>" << seconds << " s</text>\n</svg>\n";
+      << height - 26 << "' text-anchor='end'>" << std::lround(seconds) << " s</text>\n</svg>\n";
   return svg.flush().good();
 }
 
