@@ -1,8 +1,9 @@
 // Loads a running daemon with everything at once, watches it meanwhile, and says whether it stayed flat.
 //
-//   soak_load PID ROOT SECONDS CSV SVG [LOAD...]
+//   soak_load PID ROOT SECONDS CSV SVG PICTURE [LOAD...]
 //
-// PID is the daemon's, ROOT the folder that its files lie under. Without LOAD all loads run. Exit status: 0 flat, 1
+// PID is the daemon's, ROOT the folder that its files lie under, PICTURE the snapshot that it writes when it is told by
+// SIGUSR1; it is not there yet. Without LOAD all loads run. Exit status: 0 flat, 1
 // not, 2 a bad command line, or no daemon.
 
 #include "soak/loads.h"
@@ -12,9 +13,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -25,7 +29,7 @@ using Clock = std::chrono::steady_clock;
 
 /// A daemon that takes more than this would take the machine with it: then the run ends.
 constexpr long most_memory_kib = 1024L * 1024;
-constexpr std::chrono::seconds longest_drain{120};
+constexpr std::chrono::seconds longest_drain{300};
 
 double seconds_since(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
@@ -60,20 +64,29 @@ void watch(const WatchedProcess &daemon, const Target &target, Prober &prober, i
   }
 }
 
-/// Waits until the daemon has next to nothing to do.
-double drain(const WatchedProcess &daemon) {
+/// Waits until the daemon reads nothing any more.
+void wait_until_idle(const WatchedProcess &daemon, Clock::time_point limit) {
   constexpr std::chrono::milliseconds step{500};
-  constexpr double idle_seconds = 0.03;
-  const auto start = Clock::now();
+  constexpr double idle_seconds = 0.1;
   double before = daemon.processorSeconds();
-  while (daemon.isAlive() && Clock::now() - start < longest_drain) {
+  while (daemon.isAlive() && Clock::now() < limit) {
     std::this_thread::sleep_for(step);
     const double now = daemon.processorSeconds();
     if (now - before < idle_seconds)
-      return seconds_since(start) - std::chrono::duration<double>(step).count();
+      return;
     before = now;
   }
-  return seconds_since(start);
+}
+
+/// Waits until all that was accepted is done: then a picture of the panel is written. False when that takes too long.
+bool drain(const WatchedProcess &daemon, int pid, const std::string &picture, double &seconds) {
+  const auto start = Clock::now();
+  wait_until_idle(daemon, start + longest_drain);
+  ::kill(pid, SIGUSR1);
+  while (daemon.isAlive() && !std::filesystem::exists(picture) && Clock::now() - start < longest_drain)
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  seconds = seconds_since(start);
+  return std::filesystem::exists(picture);
 }
 
 SoakRun soak(const WatchedProcess &daemon, Target &target, int seconds, const std::vector<Load> &loads) {
@@ -89,8 +102,6 @@ SoakRun soak(const WatchedProcess &daemon, Target &target, int seconds, const st
   for (std::thread &thread : threads)
     thread.join();
   run.unanswered = prober.unanswered();
-  run.drain_seconds = drain(daemon);
-  run.end = sample_of(daemon, target, seconds + run.drain_seconds);
   return run;
 }
 
@@ -112,11 +123,11 @@ std::vector<Load> chosen_loads(char **begin, char **end) {
 } // namespace
 
 int main(int argc, char **argv) {
-  const std::vector<Load> loads = argc >= 6 ? chosen_loads(argv + 6, argv + argc) : std::vector<Load>();
-  const int pid = argc >= 6 ? std::atoi(argv[1]) : 0;
-  const int seconds = argc >= 6 ? std::atoi(argv[3]) : 0;
+  const std::vector<Load> loads = argc >= 7 ? chosen_loads(argv + 7, argv + argc) : std::vector<Load>();
+  const int pid = argc >= 7 ? std::atoi(argv[1]) : 0;
+  const int seconds = argc >= 7 ? std::atoi(argv[3]) : 0;
   if (loads.empty() || pid <= 0 || seconds <= 0) {
-    std::fputs("usage: soak_load PID ROOT SECONDS CSV SVG [LOAD...]\nloads:", stderr);
+    std::fputs("usage: soak_load PID ROOT SECONDS CSV SVG PICTURE [LOAD...]\nloads:", stderr);
     for (const Load &load : all_loads())
       std::fprintf(stderr, " %s", load.name);
     std::fputs("\n", stderr);
@@ -134,7 +145,10 @@ int main(int argc, char **argv) {
     std::fputs("soak_load: no daemon listens\n", stderr);
     return 2;
   }
-  const SoakRun run = soak(daemon, target, seconds, loads);
+  SoakRun run = soak(daemon, target, seconds, loads);
+  if (!drain(daemon, pid, argv[6], run.drain_seconds) && run.broken.empty())
+    run.broken = "the work was not done five minutes after the loads had gone";
+  run.end = sample_of(daemon, target, seconds + run.drain_seconds);
   if (!write_csv(argv[4], run.samples) || !write_plot(argv[5], run.samples))
     std::fputs("soak_load: the curves could not be written\n", stderr);
   const Verdict verdict = judge(run, Thresholds());
