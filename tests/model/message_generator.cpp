@@ -3,6 +3,7 @@
 #include "model/message_bytes.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace buttondriver::test {
@@ -124,8 +125,8 @@ std::string bmp(Dice &dice) {
   const std::int32_t height = dice.chance(88) ? picture_size(dice) : -dice.between(1, 140);
   std::string file = bmp_header(dice, width, height);
   constexpr std::int64_t longest_file = 70'000;
-  const std::int64_t row = 3 * std::int64_t{width} + width % 4;
-  const std::int64_t needed = std::clamp<std::int64_t>(row * std::max(height, -height), 0, longest_file);
+  const std::int64_t row = std::clamp<std::int64_t>(3 * std::int64_t{width} + width % 4, 0, longest_file);
+  const std::int64_t needed = std::clamp<std::int64_t>(row * std::abs(std::int64_t{height}), 0, longest_file);
   // A pattern in which every pixel differs from its neighbours.
   const std::uint32_t step = dice.word() | 1;
   for (std::int64_t i = 0; i < needed; ++i)
