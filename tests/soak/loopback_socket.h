@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <sys/types.h>
+
+namespace buttondriver::soak {
+
+/// A TCP connection to a port of this machine. Nothing here waits, but for waitForData. A socket that has failed, or
+/// whose peer has gone, is not open any more; sending and receiving then do nothing.
+class LoopbackSocket {
+public:
+  LoopbackSocket() = default;
+  /// With a `receive_buffer` above 0 the kernel keeps only about so many unread bytes.
+  explicit LoopbackSocket(std::uint16_t port, int receive_buffer = 0);
+  ~LoopbackSocket() { close(); }
+  LoopbackSocket(LoopbackSocket &&other) noexcept;
+  LoopbackSocket &operator=(LoopbackSocket &&other) noexcept;
+
+  bool isOpen() const { return _descriptor >= 0; }
+  void close();
+  /// Ends the connection without the farewell of TCP: the peer gets a reset.
+  void reset();
+
+  /// How many of `bytes` the kernel took.
+  std::size_t send(std::string_view bytes);
+  /// How many bytes came, at most `count`.
+  std::size_t receive(char *place, std::size_t count);
+  /// False when nothing has come within `limit_ms`.
+  bool waitForData(int limit_ms) const;
+
+private:
+  std::size_t countOrClose(ssize_t result);
+
+  int _descriptor = -1;
+};
+
+} // namespace buttondriver::soak
