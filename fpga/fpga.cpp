@@ -7,6 +7,7 @@
 #include "panel/panel_lib.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMutexLocker>
 #include <QSettings>
 
@@ -17,6 +18,15 @@ namespace buttondriver {
 namespace {
 
 constexpr unsigned long worker_wait_ms = 2000;
+
+/// A launcher configuration has a few lines. In a longer file lists could lie in lists until the stack is full.
+constexpr qint64 highest_configuration_size = 64 * 1024;
+
+/// Whether there is something at `path` that is not to be read: too long a file, or one that might never end.
+bool is_unfit(const QString &path) {
+  const QFileInfo file(path);
+  return file.exists() && (!file.isFile() || file.size() > highest_configuration_size);
+}
 
 QString to_qstring(const std::string &path) { return QFile::decodeName(path.c_str()); }
 
@@ -77,11 +87,12 @@ void FPGA::setTFTIntensity(int percent) { queueTask<SetTFTIntensityTask>(percent
 
 void FPGA::check_font_settings(const QString &path) {
   debug_line() << "File change in " << path << " occurred.";
+  const auto say_inaccessible = [&path] { debug_line() << "Error accessing '" << path << "' for reading"; };
+  if (is_unfit(path))
+    return say_inaccessible();
   QSettings settings(path, QSettings::IniFormat);
-  if (settings.status() != QSettings::NoError) {
-    debug_line() << "Error accessing '" << path << "' for reading";
-    return;
-  }
+  if (settings.status() != QSettings::NoError)
+    return say_inaccessible();
   settings.beginGroup(QStringLiteral("font"));
   const int width = settings.value(QStringLiteral("width"), 0).toInt();
   const int height = settings.value(QStringLiteral("height"), 0).toInt();

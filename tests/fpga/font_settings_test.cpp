@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <sys/stat.h>
 
 namespace buttondriver {
 namespace {
@@ -30,6 +31,8 @@ protected:
   std::string failed(const std::string &size) const {
     return "debug: Error loading font ' \"" + font(size) + "\" ' from configuration file. ";
   }
+
+  std::string inaccessible() const { return "debug: Error accessing ' \"" + configuration() + "\" ' for reading "; }
 
   /// The lines of the log after a call of the slot, as the watcher makes it.
   std::vector<std::string> check() {
@@ -95,7 +98,32 @@ TEST_F(FontSettingsTest, a_missing_file_keeps_the_font_in_use_a_broken_one_does_
 TEST_F(FontSettingsTest, an_unreadable_configuration_changes_nothing) {
   ASSERT_TRUE(QDir().mkpath(root.launcherConfiguration()));
   startFacade();
-  EXPECT_THAT(check(), ElementsAre(change(), "debug: Error accessing ' \"" + configuration() + "\" ' for reading "));
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_of_64_KiB_is_read_and_a_longer_one_changes_nothing) {
+  startFacade();
+  QByteArray text = "[font]\nwidth=8\nheight=16\n[other]\nname=";
+  text += QByteArray(64 * 1024 - text.size(), 'x');
+  root.writeLauncherConfiguration(text);
+  EXPECT_THAT(check(), ElementsAre(change(), loading("8x16"), loaded("8x16")));
+  root.writeLauncherConfiguration(text.replace("width=8", "width=5") + 'x');
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_of_lists_in_lists_changes_nothing) {
+  startFacade();
+  QByteArray text = "[font]\nwidth=@Variant(";
+  for (int i = 0; i < 100000; ++i)
+    text += "\\0\\0\\0\\x9\\0\\0\\0\\x1";
+  root.writeLauncherConfiguration(text + ")\n");
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_that_never_ends_changes_nothing) {
+  startFacade();
+  ASSERT_EQ(::mkfifo(configuration().c_str(), 0600), 0);
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
 }
 
 TEST_F(FontSettingsTest, the_font_follows_the_file_while_the_daemon_runs) {
