@@ -1,6 +1,7 @@
 # How every target of this project is built: language level, warnings, sanitizers, places.
 option(BUTTONDRIVER_TESTS "Build the tests" ON)
 option(BUTTONDRIVER_BENCH "Build the benchmarks" OFF)
+option(BUTTONDRIVER_FUZZ "Build the fuzzers, with the tests; takes clang, as the preset fuzz has it" OFF)
 option(BUTTONDRIVER_WERROR "Treat compiler warnings as errors" OFF)
 set(BUTTONDRIVER_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=, for example address,undefined")
 

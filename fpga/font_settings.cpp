@@ -9,7 +9,7 @@ namespace buttondriver {
 
 namespace {
 
-constexpr qint64 most_bytes_read = 64 * 1024;
+constexpr qint64 most_bytes = 64 * 1024;
 
 FontSettings font_group(QSettings &settings) {
   settings.beginGroup(QStringLiteral("font"));
@@ -23,12 +23,13 @@ std::optional<FontSettings> read_font_settings(const QString &path) {
   if (!info.exists())
     return FontSettings{};
   QFile file(path);
-  if (!info.isFile() || !file.open(QIODevice::ReadOnly))
+  // Of hostile lists in lists, QSettings takes as much stack as they have levels: the length bounds them.
+  if (!info.isFile() || info.size() > most_bytes || !file.open(QIODevice::ReadOnly))
     return std::nullopt;
   // QSettings remembers what it has read under a name, and reads again only for another size or time. A copy under a
   // name of its own is always read.
   QTemporaryFile copy;
-  const bool is_copied = copy.open() && copy.write(file.read(most_bytes_read)) >= 0 && copy.flush();
+  const bool is_copied = copy.open() && copy.write(file.read(most_bytes)) >= 0 && copy.flush();
   QSettings settings(is_copied ? copy.fileName() : path, QSettings::IniFormat);
   if (settings.status() != QSettings::NoError)
     return std::nullopt;

@@ -15,8 +15,7 @@ struct FontSettings {
 };
 
 /// Reads group "font", keys "width" and "height", of the INI file at `path`. A file that does not exist says nothing;
-/// one that is no regular file, cannot be read, or is no INI file has no settings. Of a large file only the first
-/// 64 KiB count.
+/// one that is no regular file, is longer than 64 KiB, cannot be read, or is no INI file has no settings.
 std::optional<FontSettings> read_font_settings(const QString &path);
 
 } // namespace buttondriver

@@ -52,9 +52,7 @@ struct PixelLayout {
 
   /// Rows of 24-bit pixels are padded by as many bytes as the width leaves over from a multiple of four.
   std::int64_t stride() const { return width * 3 + width % 4; }
-  std::int64_t row_start(std::int64_t row) const {
-    return start + (bottom_up ? height - 1 - row : row) * stride();
-  }
+  std::int64_t row_start(std::int64_t row) const { return start + (bottom_up ? height - 1 - row : row) * stride(); }
 };
 
 void decode_pixels(ByteView bmp, const PixelLayout &layout, std::uint16_t *pixels, std::int64_t count) {
@@ -121,8 +119,8 @@ int bmp_decode_24(ByteView bmp, std::int32_t *width, std::int32_t *height, Pixel
   if (layout.width < 0 || layout.height > std::numeric_limits<std::int32_t>::max() ||
       layout.width * layout.height > most_picture_pixels)
     return fail("Could not allocate array for pixel data.");
-  const std::int64_t count =
-      std::min<std::uint64_t>(static_cast<std::uint64_t>(layout.width * layout.height), limit);
+  const auto count = static_cast<std::int64_t>(
+      std::min<std::uint64_t>(static_cast<std::uint64_t>(layout.width * layout.height), limit));
   pixels->reset(new (std::nothrow) std::uint16_t[static_cast<std::size_t>(std::max<std::int64_t>(count, 1))]);
   if (!*pixels)
     return fail("Could not allocate array for pixel data.");

@@ -9,6 +9,10 @@ namespace buttondriver::panel {
 
 namespace {
 
+/// No glyph of the screens' fonts comes near. FreeType makes the memory for whatever size a font's file claims, half a
+/// gigabyte for the largest, before it finds that the file has no such pixels.
+constexpr unsigned highest_glyph_side = 4096;
+
 bool ready = false;
 FT_Library library = nullptr;
 FT_Face current_face = nullptr;
@@ -17,6 +21,14 @@ void release_face() {
   if (current_face)
     FT_Done_Face(current_face);
   current_face = nullptr;
+}
+
+/// Whether the font in use has a glyph for the character that it is safe to load.
+bool has_sensible_size(unsigned char character) {
+  if (FT_Load_Char(current_face, character, FT_LOAD_BITMAP_METRICS_ONLY) != 0)
+    return false;
+  const FT_Bitmap &bitmap = current_face->glyph->bitmap;
+  return bitmap.width <= highest_glyph_side && bitmap.rows <= highest_glyph_side;
 }
 
 } // namespace
@@ -65,7 +77,7 @@ int font_load(const char *file) {
 }
 
 RenderedGlyph render_glyph(unsigned char character) {
-  if (!current_face || FT_Load_Char(current_face, character, FT_LOAD_RENDER) != 0)
+  if (!current_face || !has_sensible_size(character) || FT_Load_Char(current_face, character, FT_LOAD_RENDER) != 0)
     return {};
   FT_Glyph copy = nullptr;
   if (FT_Get_Glyph(current_face->glyph, &copy) != 0)

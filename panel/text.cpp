@@ -74,6 +74,56 @@ void draw_glyph(TextBlock &block, const FT_Bitmap &bitmap, std::int64_t pen_x, s
   }
 }
 
+struct Pen {
+  std::int64_t x = 0;
+  std::int64_t y = 0;
+
+  void advance(const RenderedGlyph &glyph, std::int64_t times) {
+    x += times * glyph.advance_x;
+    y += times * glyph.advance_y;
+  }
+};
+
+/// How many of `left` further copies of a glyph that was just drawn change no pixel, the first one standing at `pen`.
+std::int64_t unseen_copies(const RenderedGlyph &glyph, const Pen &pen, std::int64_t left) {
+  if (glyph.advance_x == 0 && glyph.advance_y == 0)
+    return left;
+  const std::int64_t end = pen.x + glyph.bitmap().width;
+  if (end > 0)
+    return 0;
+  return glyph.advance_x <= 0 ? left : std::min(left, -end / glyph.advance_x + 1);
+}
+
+/// False when there is no glyph, or none of a form that can be drawn.
+bool draw_characters(TextBlock &block, std::string_view text, int count, std::uint16_t text_pixel,
+                     std::uint16_t back_pixel) {
+  const auto text_size = static_cast<std::int64_t>(text.size());
+  Pen pen;
+  RenderedGlyph glyph;
+  for (std::int64_t i = 0; i < count; ++i) {
+    // The characters past the end are one blank, over and over.
+    if (i <= text_size)
+      glyph = render_glyph(i < text_size ? static_cast<unsigned char>(text[static_cast<std::size_t>(i)]) : ' ');
+    if (!glyph)
+      return false;
+    const FT_Bitmap &bitmap = glyph.bitmap();
+    // Nothing can be drawn beyond the screen's own width, however long the text claims to be.
+    if (pen.x + bitmap.width > block.width() || pen.x >= screen_width)
+      break;
+    if (bitmap.pitch != glyph_pitch)
+      return false;
+    draw_glyph(block, bitmap, pen.x, pen.y, text_pixel, back_pixel);
+    pen.advance(glyph, 1);
+    if (i < text_size)
+      continue;
+    // In a font whose pen stands still or goes back, this can be two thousand million characters.
+    const std::int64_t unseen = unseen_copies(glyph, pen, count - 1 - i);
+    pen.advance(glyph, unseen);
+    i += unseen;
+  }
+  return true;
+}
+
 /// What tft_text_line and tft_sub_text_line have in common. Without `columns` the window keeps the full width that
 /// every drawing leaves behind.
 struct Line {
@@ -146,23 +196,8 @@ int tft_render_text(unsigned mask, std::string_view text, int count, std::uint16
   if (!block.allocate(static_cast<std::uint16_t>((back_pixel & 0xFF) * 0x0101)))
     return -1;
 
-  std::int64_t pen_x = 0;
-  std::int64_t pen_y = 0;
-  for (int i = 0; i < count; ++i) {
-    const auto place = static_cast<std::size_t>(i);
-    const RenderedGlyph glyph = render_glyph(place < text.size() ? static_cast<unsigned char>(text[place]) : ' ');
-    if (!glyph)
-      return -1;
-    const FT_Bitmap &bitmap = glyph.bitmap();
-    // Nothing can be drawn beyond the screen's own width, however long the text claims to be.
-    if (pen_x + bitmap.width > block.width() || pen_x >= screen_width)
-      break;
-    if (bitmap.pitch != glyph_pitch)
-      return -1;
-    draw_glyph(block, bitmap, pen_x, pen_y, text_pixel, back_pixel);
-    pen_x += glyph.advance_x;
-    pen_y += glyph.advance_y;
-  }
+  if (!draw_characters(block, text, count, text_pixel, back_pixel))
+    return -1;
   block.send(mask);
   return 0;
 }

@@ -33,6 +33,8 @@ protected:
     return "debug: Error loading font ' \"" + font(size) + "\" ' from configuration file. ";
   }
 
+  std::string inaccessible() const { return "debug: Error accessing ' \"" + configuration() + "\" ' for reading "; }
+
   /// The lines of the log after a call of the slot, as the watcher makes it.
   std::vector<std::string> check() {
     test::CapturedLog log;
@@ -97,7 +99,32 @@ TEST_F(FontSettingsTest, a_missing_file_keeps_the_font_in_use_a_broken_one_does_
 TEST_F(FontSettingsTest, an_unreadable_configuration_changes_nothing) {
   ASSERT_TRUE(QDir().mkpath(root.launcherConfiguration()));
   startFacade();
-  EXPECT_THAT(check(), ElementsAre(change(), "debug: Error accessing ' \"" + configuration() + "\" ' for reading "));
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_of_64_KiB_is_read_and_a_longer_one_changes_nothing) {
+  startFacade();
+  QByteArray text = "[font]\nwidth=8\nheight=16\n[other]\nname=";
+  text += QByteArray(64 * 1024 - text.size(), 'x');
+  root.writeLauncherConfiguration(text);
+  EXPECT_THAT(check(), ElementsAre(change(), loading("8x16"), loaded("8x16")));
+  root.writeLauncherConfiguration(text.replace("width=8", "width=5") + 'x');
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_of_lists_in_lists_changes_nothing) {
+  startFacade();
+  QByteArray text = "[font]\nwidth=@Variant(";
+  for (int i = 0; i < 100000; ++i)
+    text += "\\0\\0\\0\\x9\\0\\0\\0\\x1";
+  root.writeLauncherConfiguration(text + ")\n");
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_that_never_ends_changes_nothing) {
+  startFacade();
+  ASSERT_EQ(::mkfifo(configuration().c_str(), 0600), 0);
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
 }
 
 TEST_F(FontSettingsTest, another_file_of_the_same_length_and_time_is_read_all_the_same) {
@@ -110,12 +137,6 @@ TEST_F(FontSettingsTest, another_file_of_the_same_length_and_time_is_read_all_th
   const timespec times[] = {status.st_atim, status.st_mtim};
   ASSERT_EQ(::utimensat(AT_FDCWD, name.constData(), times, 0), 0);
   EXPECT_THAT(check(), ElementsAre(change(), loading("8x13"), loaded("8x13")));
-}
-
-TEST_F(FontSettingsTest, a_configuration_that_is_a_pipe_is_not_waited_for) {
-  ASSERT_EQ(::mkfifo(QFile::encodeName(root.launcherConfiguration()).constData(), 0600), 0);
-  startFacade();
-  EXPECT_THAT(check(), ElementsAre(change(), "debug: Error accessing ' \"" + configuration() + "\" ' for reading "));
 }
 
 TEST_F(FontSettingsTest, a_font_that_is_a_pipe_is_not_waited_for) {

@@ -101,6 +101,50 @@ TEST_F(SubTextLine, of_no_characters_sends_no_pixels) {
             window_on_screen_1("1b1c", "1101") + start_pixels_on_screen_1 + Lines{"w 0a05 0"} + whole_window);
 }
 
+TEST_F(SubTextLine, shows_the_blank_that_was_drawn_last_where_the_pen_goes_back) {
+  load("backwards");
+  // At column 0 "B", then blanks at 20, 17 and so on; the one at -1 is the last to be seen.
+  const std::string seen = "..#..#..#..#..#..#..#..#";
+  for (const int count : {9, 10, 300}) {
+    tft_sub_text_line(1, 0, 0, "B", count, red, green);
+    const std::size_t columns = 4 * static_cast<std::size_t>(count);
+    EXPECT_EQ(picture_of(sentPixels(), columns), Picture(2, seen + std::string(columns - seen.size(), 'o'))) << count;
+  }
+}
+
+TEST_F(SubTextLine, shows_the_blanks_that_come_back_from_the_left) {
+  load("forwards");
+  // "A" at 0, -4 and -8, then blanks from -12 on, each 3 columns further.
+  const std::pair<int, std::string> rows[] = {{3, ""}, {6, ""}, {7, "#"}, {8, "#..#"}, {9, "#..#..#"}};
+  for (const auto &[count, blanks] : rows) {
+    const std::size_t columns = 4 * static_cast<std::size_t>(count);
+    const std::string bare_end(columns - 4, 'o');
+    Picture expected = {"####" + bare_end, "...." + bare_end};
+    for (std::string &row : expected)
+      row.replace(0, blanks.size(), blanks);
+    tft_sub_text_line(1, 0, 0, "AAA", count, red, green);
+    EXPECT_EQ(picture_of(sentPixels(), columns), expected) << count;
+  }
+}
+
+TEST_F(SubTextLine, of_as_many_characters_as_there_can_be_ends_where_the_pen_does_not_get_on) {
+  struct {
+    const char *font;
+    int most_characters;
+    const char *window_columns;
+    const char *window_rows;
+  } const rows[] = {{"standing", 67108864, "8304", "0201"},
+                    {"backwards", 8388608, "8304", "0301"},
+                    {"flat", 2147483647, "8304", "0101"}};
+  for (const auto &row : rows) {
+    load(row.font);
+    EXPECT_EQ(tft_sub_text_line(1, 0, 0, "B", row.most_characters, red, green), 0) << row.font;
+    EXPECT_EQ(device.takeLines(), window_on_screen_1(row.window_columns, row.window_rows) + start_pixels_on_screen_1 +
+                                      Lines{"w 0a05 0"} + whole_window)
+        << row.font;
+  }
+}
+
 TEST_F(SubTextLine, of_67108864_pixels_is_the_largest) {
   // 128 pixels a cell; 524288 cells are the limit, cut to 16 bits a count of 0.
   EXPECT_EQ(tft_sub_text_line(1, 0, 0, "A", 524288, red, green), 0);

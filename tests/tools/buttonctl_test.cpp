@@ -102,7 +102,7 @@ TEST(Buttonctl, several_pings_end_with_a_summary) {
 
 TEST(Buttonctl, an_unanswered_ping_fails) {
   FakeDaemon daemon;
-  const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "50", "ping"});
+  const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping"});
   EXPECT_EQ(result.exit_status, 1);
   EXPECT_EQ(result.output, "");
   EXPECT_THAT(result.errors, MatchesRegex("buttonctl: no answer from 127.0.0.1 port [0-9]+ within 50 ms; allow more "
@@ -112,7 +112,7 @@ TEST(Buttonctl, an_unanswered_ping_fails) {
 TEST(Buttonctl, half_an_answer_is_none) {
   FakeDaemon daemon;
   daemon.answer_pings_with(pong.left(7));
-  const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "50", "ping"});
+  const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping"});
   EXPECT_EQ(result.exit_status, 1);
   EXPECT_THAT(result.errors, StartsWith("buttonctl: no answer from "));
 }
@@ -184,7 +184,7 @@ TEST(Buttonctl, a_daemon_that_takes_no_data_fails) {
 TEST(Buttonctl, a_daemon_too_busy_to_close_is_not_waited_for_longer_than_the_timeout) {
   FakeDaemon daemon;
   daemon.leave_unread();
-  const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "50", "text", "0", "0", "Hi"});
+  const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "text", "0", "0", "Hi"});
   EXPECT_EQ(result.exit_status, 0);
   EXPECT_EQ(result.errors, "");
 }
@@ -199,7 +199,7 @@ TEST(Buttonctl, everything_arrives_though_an_answer_was_left_unread) {
     constexpr int size = 100000; // more than the daemon's side takes in unread, less than the tool's side holds
     FakeDaemon daemon;
     daemon.leave_unread();
-    ToolRun run({"-p", number(daemon.port()), "--timeout", "50", "batch"});
+    ToolRun run({"-p", number(daemon.port()), "--timeout", "500", "batch"});
     // The tool is done with the first line when it has taken more of the second than the pipe between holds.
     run.write("raw " + QByteArray(2 * size, '0') + "\n#" + QByteArray(1024 * 1024, '-') + "\n");
     ASSERT_TRUE(wait_until([&run] { return run.unwritten() == 0; }));

@@ -1,0 +1,208 @@
+// Writes inputs for the fuzz targets to start from, one folder a target:
+//
+//   write_fuzz_seeds FOLDER
+//
+// A target without seeds starts from its corpus alone.
+#include "docs/generator/worked_examples.h"
+#include "fuzz/seeds/seed.h"
+#include "protocol/catalogue.h"
+#include "protocol/framing.h"
+
+#include <cstdio>
+#include <exception>
+#include <iterator>
+#include <vector>
+
+#include <zlib.h>
+
+namespace buttondriver::fuzz {
+
+namespace {
+
+namespace filesystem = std::filesystem;
+
+std::string big_endian(std::uint32_t value) { return Seed().number(value).input(); }
+
+std::string little_endian(std::uint32_t value) {
+  const std::string bytes = big_endian(value);
+  return {bytes.rbegin(), bytes.rend()};
+}
+
+std::string read_file(const filesystem::path &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string unpacked(const filesystem::path &path) {
+  std::string content;
+  char place[4096];
+  const gzFile file = gzopen(path.c_str(), "rb");
+  int count = 0;
+  while (file && (count = gzread(file, place, sizeof place)) > 0)
+    content.append(place, static_cast<std::size_t>(count));
+  if (!file || gzclose(file) != Z_OK)
+    throw std::runtime_error("cannot read " + path.string());
+  return content;
+}
+
+std::string bmp(std::uint32_t width, std::uint32_t height, const std::string &pixels, char depth = 24) {
+  return "BM" + little_endian(static_cast<std::uint32_t>(54 + pixels.size())) + little_endian(0) + little_endian(54) +
+         little_endian(40) + little_endian(width) + little_endian(height) + std::string("\1\0", 2) + depth + '\0' +
+         little_endian(0) + little_endian(static_cast<std::uint32_t>(pixels.size())) + little_endian(2835) +
+         little_endian(2835) + little_endian(0) + little_endian(0) + pixels;
+}
+
+/// A frame with every number of its head 1, and with two of what the message counts.
+std::string frame(const MessageType &type) {
+  constexpr std::uint32_t counted = 2;
+  std::string message = big_endian(type.opcode);
+  for (std::size_t i = 1; i < type.field_count(); ++i) {
+    const Field &field = type.fields[i];
+    const bool is_count = type.counted != Counted::nothing && i + 1 == type.field_count();
+    if (field.kind == FieldKind::bytes)
+      message.append(field.width, '\x55');
+    else if (field.width == 1)
+      message += '\1';
+    else
+      message += big_endian(is_count ? counted : 1);
+  }
+  if (type.counted == Counted::text_bytes)
+    message.append("A", 2);
+  else
+    message.append(type.counted_width() * counted, '\0');
+  const auto prefix = frame_prefix(static_cast<std::uint32_t>(message.size()));
+  return std::string(prefix.begin(), prefix.end()) + message;
+}
+
+void write_commands(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "commands");
+  const auto stream = [](const std::string &bytes) {
+    return Seed(bytes).number(std::uint8_t{0}).number(std::uint8_t{3}).number(std::int32_t{1000});
+  };
+  std::string all;
+  for (const MessageType &type : catalogue) {
+    folder.write(type.name, stream(frame(type)));
+    all += frame(type);
+    const documents::WorkedExample *example = documents::find_worked_example(type.opcode);
+    if (!example)
+      continue;
+    const documents::HexBytes bytes(example->frame);
+    const std::string text(reinterpret_cast<const char *>(bytes.view().data()), bytes.view().size());
+    folder.write(std::string(type.name) + "-example", stream(text));
+    all += text;
+  }
+  folder.write("all-at-once", stream(all));
+  folder.write("all-in-pieces", Seed(all)
+                                    .number(std::uint8_t{2})
+                                    .number(std::uint8_t{5})
+                                    .number(std::uint8_t{64})
+                                    .number(std::uint8_t{40})
+                                    .number(std::int32_t{2000}));
+}
+
+void write_bmp(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "bmp");
+  const auto place = [](const std::string &file) {
+    return Seed(file).number(std::int8_t{1}).number(std::int32_t{3}).number(std::int32_t{4}).number(std::uint16_t{3});
+  };
+  const std::string four_pixels("\xff\0\0\xff\xff\xff\0\0\0\0\xff\0\xff\0\0\0", 16);
+  folder.write("bottom-up", place(bmp(2, 2, four_pixels)));
+  folder.write("top-down", place(bmp(2, 0xFFFFFFFE, four_pixels)));
+  folder.write("padded-by-one", place(bmp(1, 2, std::string(8, '\x33'))));
+  folder.write("cut-short", place(bmp(100, 3, std::string(10, '\x33'))));
+  folder.write("more-than-a-transfer", place(bmp(300, 300, "")));
+  folder.write("largest", place(bmp(8192, 8192, "")));
+  folder.write("without-columns", place(bmp(0, 0x7FFFFFFF, "")));
+  folder.write("of-8-bits", place(bmp(2, 2, four_pixels, 8)));
+  folder.write("on-all-screens", Seed(bmp(2, 2, four_pixels))
+                                     .number(std::int8_t{-1})
+                                     .number(std::int32_t{-5})
+                                     .number(std::int32_t{126})
+                                     .number(std::uint16_t{0xFFFF}));
+}
+
+void write_text(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "text");
+  const auto text_in = [](const std::string &font, std::int32_t offset, std::int32_t characters) {
+    return Seed("AB .W")
+        .bytes(font)
+        .number(std::uint16_t{5})
+        .number(std::int8_t{0})
+        .number(std::int32_t{1})
+        .number(offset)
+        .number(characters)
+        .number(0xFF0000U)
+        .number(0x00FF00U);
+  };
+  for (const auto &entry : filesystem::directory_iterator(BUTTONDRIVER_TEST_FONTS)) {
+    if (entry.path().extension() != ".gz")
+      continue;
+    const std::string name = entry.path().stem().string();
+    folder.write(name, text_in(unpacked(entry.path()), 2, 7));
+    folder.write(name + ".gz", text_in(read_file(entry.path()), -1, 2));
+    folder.write(name + "-for-ever", text_in(unpacked(entry.path()), 0, 0x7FFFFFFF));
+    folder.write(name + "-largest", text_in(unpacked(entry.path()), 0, 1 << 18));
+  }
+  for (const auto &entry : filesystem::directory_iterator(FUZZ_FONT_SOURCES))
+    if (entry.path().extension() == ".bdf")
+      folder.write(entry.path().filename().string(), text_in(read_file(entry.path()), 0, 3));
+  folder.write("no-font", text_in("no font at all", 0, 3));
+}
+
+void write_level_file(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "level_file");
+  const char *const files[] = {"lcd 100\nscr 100\n", "led 5\nlcd 50\nscr 70", "scr\nlcd\n\n", "lcd 1 2\nLCD 3\n# x\n",
+                               "scr -1\r\nled 99999999999\nlcd 0x10\n"};
+  int number = 0;
+  for (const char *file : files)
+    folder.write("file-" + std::to_string(++number), Seed(file).number(std::uint8_t{0}));
+  folder.write("long-line", Seed("lcd " + std::string(300, '7') + "\nscr 3\n").number(std::uint8_t{1}));
+}
+
+void write_launcher_configuration(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "launcher_configuration");
+  const char *const files[] = {
+      "[font]\nwidth=8\nheight=16\n",
+      "[other]\ncolour=blue\n[font]\nwidth = 5 ; narrow\nheight=\"4\"\n",
+      "[font]\nwidth=33, 2\nheight=\\x32\n",
+      "[font]\nwidth=@Invalid()\nheight=@ByteArray(16)\n",
+      "[font]\nwidth=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x5)\nheight=@Size(8 16)\n",
+      "[font]\nwidth=@Rect(1 2 3 4)\nheight=@Point(1 2)\n",
+      "[font]\nwidth=-8\nheight=99999999999\n",
+      "font/width=8\n[General]\nfont\\height=16\n[%General]\n[FONT]\n%77idth=8\n",
+      "[font\nwidth\n=\n",
+  };
+  int number = 0;
+  for (const char *file : files)
+    folder.write("file-" + std::to_string(++number), Seed(file));
+}
+
+void write_event_client(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "event_client");
+  // Each call on its own, with ones as arguments and with zeros, on a system and a peer that do as they are asked.
+  for (std::uint8_t call = 0; call < 12; ++call) {
+    Seed zeros(std::string(60, '\0'));
+    folder.write("call-" + std::to_string(call), zeros.number(call));
+    folder.write("call-" + std::to_string(call) + "-with-arguments", Seed(std::string(120, '\1')).number(call));
+  }
+}
+
+} // namespace
+
+} // namespace buttondriver::fuzz
+
+int main(int count, char **arguments) {
+  using namespace buttondriver::fuzz;
+  if (count != 2) {
+    std::fprintf(stderr, "usage: write_fuzz_seeds FOLDER\n");
+    return 2;
+  }
+  try {
+    for (const auto write :
+         {write_commands, write_bmp, write_text, write_level_file, write_launcher_configuration, write_event_client})
+      write(arguments[1]);
+  } catch (const std::exception &error) {
+    std::fprintf(stderr, "write_fuzz_seeds: %s\n", error.what());
+    return 1;
+  }
+}
