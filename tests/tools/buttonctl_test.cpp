@@ -105,7 +105,7 @@ TEST(Buttonctl, an_unanswered_ping_fails) {
   const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping"});
   EXPECT_EQ(result.exit_status, 1);
   EXPECT_EQ(result.output, "");
-  EXPECT_THAT(result.errors, MatchesRegex("buttonctl: no answer from 127.0.0.1 port [0-9]+ within 50 ms; allow more "
+  EXPECT_THAT(result.errors, MatchesRegex("buttonctl: no answer from 127.0.0.1 port [0-9]+ within 500 ms; allow more "
                                           "time with --timeout, or restart the daemon\n"));
 }
 
