@@ -110,6 +110,9 @@ TEST(ButtondriverProgram, a_ping_is_answered_to_a_client_that_has_closed_its_sid
 }
 
 TEST(ButtondriverProgram, serves_on_when_connections_took_all_descriptors_for_a_while) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer looks at memory through descriptors of its own, and takes their lack for a fault";
+#endif
   Program daemon(QStringLiteral("/bin/sh"),
                  {QStringLiteral("-c"), QStringLiteral("ulimit -n 40; exec \"$0\" map '' 0"), program});
   const quint16 port = daemon.listeningPort();
