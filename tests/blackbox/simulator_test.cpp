@@ -62,6 +62,12 @@ TEST(SimulatorProgram, a_page_that_was_asked_for_and_cannot_be_had_is_one_line_a
   EXPECT_EQ(simulator.standardError().count(reason), 1) << simulator.standardError().toStdString();
 }
 
+TEST(SimulatorProgram, a_root_that_does_not_exist_is_said) {
+  Program simulator(program, {without_page, QStringLiteral("--root"), QStringLiteral("/nowhere/at/all")});
+  EXPECT_EQ(simulator.waitForEnd(), 1);
+  EXPECT_EQ(simulator.standardError().count("buttondriver-sim: there is no folder /nowhere/at/all\n"), 1);
+}
+
 TEST(SimulatorProgram, the_ready_made_root_has_a_font) {
   Program simulator(program, {without_page, QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = simulator.connectTo();
@@ -92,12 +98,18 @@ TEST(SimulatorProgram, takes_a_picture_on_usr1_and_at_the_end) {
   EXPECT_NE(test::read_file(picture), before);
 }
 
-TEST(SimulatorProgram, a_picture_shows_all_work_that_was_accepted_before_it) {
+/// A simulator on a free port that records its transfers.
+class RecordedSimulator : public testing::Test {
+protected:
   const test::TestRoot root;
   const QTemporaryDir folder;
   const QString record = folder.filePath(QStringLiteral("record"));
-  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
-                              QStringLiteral("map"), QString(), QStringLiteral("0")});
+  Program simulator{program,
+                    {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
+                     QStringLiteral("map"), QString(), QStringLiteral("0")}};
+};
+
+TEST_F(RecordedSimulator, a_picture_shows_all_work_that_was_accepted_before_it) {
   const auto client = simulator.connectTo();
   QByteArray blackouts;
   for (int i = 0; i < 200; ++i)
@@ -109,12 +121,7 @@ TEST(SimulatorProgram, a_picture_shows_all_work_that_was_accepted_before_it) {
   EXPECT_EQ(test::read_file(record).count('\n'), 12 * 201);
 }
 
-TEST(SimulatorProgram, blinking_goes_on_by_itself) {
-  const test::TestRoot root;
-  const QTemporaryDir folder;
-  const QString record = folder.filePath(QStringLiteral("record"));
-  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
-                              QStringLiteral("map"), QString(), QStringLiteral("0")});
+TEST_F(RecordedSimulator, blinking_goes_on_by_itself) {
   const auto client = simulator.connectTo();
   test::send_frames(*client, "00000010 00000011 00000005 ffffffff 00000014");
   // Each ping is a round trip through the daemon, so this waits for its timer, not for a clock.
@@ -128,12 +135,7 @@ TEST(SimulatorProgram, blinking_goes_on_by_itself) {
   EXPECT_TRUE(values.startsWith("4500 6500 4500 6500 4500 6500 ")) << values.toStdString();
 }
 
-TEST(SimulatorProgram, records_microseconds_direction_address_count_and_words) {
-  const test::TestRoot root;
-  const QTemporaryDir folder;
-  const QString record = folder.filePath(QStringLiteral("record"));
-  Program simulator(program, {without_page, QStringLiteral("--root"), root.path(), QStringLiteral("--record"), record,
-                              QStringLiteral("map"), QString(), QStringLiteral("0")});
+TEST_F(RecordedSimulator, records_microseconds_direction_address_count_and_words) {
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   simulator.sendSignal(SIGTERM);
   EXPECT_EQ(simulator.waitForEnd(), 0);
