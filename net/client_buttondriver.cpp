@@ -35,6 +35,7 @@ ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, Butt
   _socket->setReadBufferSize(limits::read_ahead);
   _descriptor = _socket->socketDescriptor();
   _connected = true;
+  connect(_socket, SIGNAL(errorOccurred(QAbstractSocket::SocketError)), this, SLOT(deliverRest()));
   connect(_socket, SIGNAL(disconnected()), this, SLOT(clientDisconnected()));
   connect(_socket, SIGNAL(readyRead()), this, SLOT(clientData()));
   connect(_socket, SIGNAL(bytesWritten(qint64)), this, SLOT(answersRead()));
@@ -59,6 +60,10 @@ void ClientButtondriver::clientData() {
   if (_socket->bytesToWrite() > limits::unread_answers)
     return;
   const std::size_t delivered = deliver(limits::messages_per_turn, _choice);
+  sendAnswers();
+  // Where the answers could not be sent any more, the connection has just ended.
+  if (!_socket)
+    return;
   prepareNextFrame();
   keepReading();
   if (delivered == limits::messages_per_turn)
@@ -68,10 +73,19 @@ void ClientButtondriver::clientData() {
 std::size_t ClientButtondriver::deliver(std::size_t limit, FrameChoice choice) {
   const std::vector<QByteArray> messages = take_frames(*_socket, limit, choice);
   _setter->process_messages(messages, _socket, _client_id);
-  // At once: a client that has closed its side is gone when the event loop next comes by.
+  return messages.size();
+}
+
+/// At once: a client that has closed its side is gone when the event loop next comes by.
+void ClientButtondriver::sendAnswers() {
   if (_socket->bytesToWrite() > 0)
     _socket->flush();
-  return messages.size();
+}
+
+/// No turn comes any more. Called before a socket whose answers cannot be sent throws away what was read.
+void ClientButtondriver::deliverRest() {
+  if (_socket && !_is_blocked)
+    deliver(std::numeric_limits<std::size_t>::max(), FrameChoice::all);
 }
 
 /// Sees to it that the frame that now comes first can be put together.
@@ -128,8 +142,7 @@ void ClientButtondriver::answersRead() {
 
 void ClientButtondriver::clientDisconnected() {
   if (_socket) {
-    if (_socket->bytesAvailable() > 0 && !_is_blocked)
-      deliver(std::numeric_limits<std::size_t>::max(), FrameChoice::all);
+    deliverRest();
     debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
     releaseSocket();
   }
@@ -138,7 +151,7 @@ void ClientButtondriver::clientDisconnected() {
 }
 
 void ClientButtondriver::releaseSocket() {
-  // Closing may say "disconnected" once more.
+  // Closing may say "disconnected" too.
   _socket->disconnect(this);
   _socket->close();
   _socket->deleteLater();

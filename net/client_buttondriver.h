@@ -49,11 +49,13 @@ signals:
   void closed();
 
 private slots:
+  void deliverRest();
   void clientDisconnected();
   void answersRead();
 
 private:
   std::size_t deliver(std::size_t limit, FrameChoice choice);
+  void sendAnswers();
   void prepareNextFrame();
   void keepReading();
   void blockForGood(quint32 length);

@@ -11,6 +11,7 @@
 #include <QTcpSocket>
 
 #include <gmock/gmock.h>
+#include <sys/socket.h>
 
 #include <memory>
 
@@ -219,6 +220,48 @@ TEST_F(BackpressureTest, a_client_that_does_not_read_its_answers_is_not_read_fro
     client->readAll();
     return delivered() == 2001;
   }));
+}
+
+/// Ends the connection by a reset instead of an orderly close.
+void reset(QTcpSocket &socket) {
+  const linger at_once{1, 0};
+  ASSERT_EQ(::setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once),
+            0);
+  socket.abort();
+}
+
+TEST_F(BackpressureTest, a_client_that_resets_its_connection_before_it_is_answered_is_forgotten) {
+  setter.answer = "answer";
+  struct Row {
+    const char *name;
+    QByteArray sent;
+    bool is_accepted_first;
+    std::size_t delivered;
+  };
+  const QByteArray many = frame(ping).repeated(200);
+  const Row rows[] = {
+      {"nothing behind the last frame", frame(ping), true, 1},
+      {"half a frame behind it", frame(ping) + frame(ping).left(6), true, 1},
+      {"more than one turn", many + "xx", true, 200},
+      {"reset before it was accepted", frame(ping), false, 1},
+      {"half a frame, reset before it was accepted", frame(ping) + frame(ping).left(6), false, 1},
+      {"more than one turn, reset before it was accepted", many + "xx", false, 200},
+  };
+  for (const Row &row : rows) {
+    SCOPED_TRACE(row.name);
+    setter.calls.clear();
+    QTcpSocket client;
+    client.connectToHost(QHostAddress::LocalHost, connector.port());
+    ASSERT_TRUE(client.waitForConnected(10'000));
+    if (row.is_accepted_first) {
+      ASSERT_TRUE(process_events_until([&] { return !connector.clients().empty(); }));
+    }
+    client.write(row.sent);
+    ASSERT_TRUE(client.waitForBytesWritten(10'000));
+    reset(client);
+    ASSERT_TRUE(process_events_until([&] { return delivered() == row.delivered && connector.clients().empty(); }))
+        << "delivered " << delivered();
+  }
 }
 
 TEST_F(BackpressureTest, nobody_is_accepted_while_paused) {
