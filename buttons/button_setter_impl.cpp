@@ -10,10 +10,27 @@
 #include <QIODevice>
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <string>
 
 namespace buttondriver {
+
+namespace {
+
+/// "data[12] = 0x1f"
+void append_null_line(std::string &text, std::size_t index, std::uint8_t byte) {
+  char digits[20];
+  const auto append = [&](auto number, int base) {
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, number, base).ptr);
+  };
+  text += "data[";
+  append(index, 10);
+  text += "] = 0x";
+  append(unsigned{byte}, 16);
+  text += '\n';
+}
+
+} // namespace
 
 ButtonSetterImpl::ButtonSetterImpl(const SystemPaths &paths) : _paths(paths) {
   reconfig();
@@ -69,16 +86,14 @@ void ButtonSetterImpl::processMessage(const QByteArray &message, QIODevice *repl
 void ButtonSetterImpl::logNullMessage(ByteView message) {
   critical_line() << "ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE";
   critical_line() << "size  = " << static_cast<qint64>(message.size());
-  // A message may have millions of bytes: many lines go out at once.
+  // A message may have millions of bytes: many lines go out at once, and nothing looks for a format in each.
   constexpr std::size_t chunk = 16 * 1024;
   std::string text;
   for (std::size_t i = 0; i < message.size(); ++i) {
-    char line[40];
-    text.append(line, static_cast<std::size_t>(std::snprintf(line, sizeof line, "data[%d] = 0x%x\n",
-                                                             static_cast<int>(i), unsigned{message.u8(i)})));
+    append_null_line(text, i, message.u8(i));
     if (text.size() < chunk && i + 1 < message.size())
       continue;
-    print("%s", text.c_str());
+    print_text(text);
     text.clear();
   }
 }

@@ -1,5 +1,6 @@
 #include "fpga/fpga.h"
 
+#include "fpga/post.h"
 #include "fpga/tasks.h"
 #include "fpga/worker_thread.h"
 #include "logging/log_line.h"
@@ -26,13 +27,10 @@ FPGA::FPGA(const SystemPaths &paths, const QueueMarks &marks)
     : _paths(paths), _queue(marks,
                             [this] {
                               // From the worker to the main thread; by then the queue may be high again.
-                              QMetaObject::invokeMethod(
-                                  this,
-                                  [this] {
-                                    if (!_queue.isHigh())
-                                      emit backlogLow();
-                                  },
-                                  Qt::QueuedConnection);
+                              post(this, [this] {
+                                if (!_queue.isHigh())
+                                  emit backlogLow();
+                              });
                             }),
       _watcher(to_qstring(paths.launcher_configuration)) {
   panel::panel_lib_init();

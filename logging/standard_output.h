@@ -5,14 +5,17 @@
 namespace buttondriver {
 
 /// Writes a formatted text, as std::printf does, and passes it on to whoever reads standard output at once, also
-/// without a line feed and when standard output is a pipe or a file. A failing standard output is ignored.
-/// Safe to call from any thread; one call's text stays together.
+/// without a line feed and when standard output is a pipe or a file. What standard output does not take is lost, see
+/// LogChannel. Safe to call from any thread; one call's text stays together.
 void print(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Writes `text` and a line feed, as std::puts does; otherwise as `print`.
 void print_line(const char *text);
 
-/// Sees every text that `print` and `print_line` write, as it is written and in the same order.
+/// Writes `text` as it is; otherwise as `print`.
+void print_text(std::string_view text);
+
+/// Sees every text that these write, as it is written and in the same order.
 using PrintObserver = void (*)(std::string_view text);
 
 /// Has `observer` called from now on, by whichever thread prints; null ends that. It must not print itself.

@@ -1,6 +1,7 @@
 #include "simulator/simulation.h"
 
 #include "fpga/fpga_task.h"
+#include "fpga/post.h"
 #include "logging/standard_output.h"
 #include "simulator/panel_picture.h"
 
@@ -78,8 +79,7 @@ bool Simulation::start() {
 void Simulation::whenWorkIsDone(std::function<void(const PanelState &)> then) {
   _daemon->fpga().queue(
       std::make_unique<ReportStateTask>(_panel, [this, then = std::move(then)](const PanelState &state) {
-        QMetaObject::invokeMethod(
-            this, [then, state] { then(state); }, Qt::QueuedConnection);
+        post(this, [then, state] { then(state); });
       }));
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::uint32_t highest_latin1_character = 0xFF;
 constexpr int most_shown_characters = 40;
+/// More than any picture needs; a file may have no end, as a device or a pipe has none.
+constexpr int largest_file_mib = 64;
 
 bool is_digit(QChar character) { return character >= QLatin1Char('0') && character <= QLatin1Char('9'); }
 
@@ -139,7 +141,11 @@ QByteArray ArgumentReader::file_content(QString &file) {
     fail(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
     return {};
   }
-  return source.readAll();
+  constexpr qint64 largest_file = qint64{largest_file_mib} * 1024 * 1024;
+  const QByteArray content = source.read(largest_file + 1);
+  if (content.size() > largest_file)
+    fail(QStringLiteral("'%1' has more than %2 MiB").arg(file, QString::number(largest_file_mib)));
+  return content;
 }
 
 std::int32_t ArgumentReader::option_number(const char *name, std::int32_t lowest, std::int32_t highest,

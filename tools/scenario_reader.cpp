@@ -35,22 +35,27 @@ bool is_empty(const std::variant<Steps, Expectation> &content) {
 
 } // namespace
 
+Outcome<std::vector<ScenarioLine>> parse_scenario(const QString &file, const QByteArray &content,
+                                                  bool replaces_pictures) {
+  const QString folder = QFileInfo(file).path();
+  std::vector<ScenarioLine> lines;
+  int number = 0;
+  for (const QByteArray &line : content.split('\n')) {
+    ++number;
+    const auto parsed = parse_line(line, folder, replaces_pictures);
+    if (!parsed)
+      return Failure{batch_place(file, number) + parsed.failure().text};
+    if (!is_empty(*parsed))
+      lines.push_back({batch_place(file, number), *parsed});
+  }
+  return lines;
+}
+
 Outcome<std::vector<ScenarioLine>> read_scenario(const QString &file, bool replaces_pictures) {
   QFile source(file);
   if (!source.open(QIODevice::ReadOnly))
     return Failure{QStringLiteral("run: cannot read '%1': %2").arg(file, source.errorString())};
-  const QString folder = QFileInfo(file).path();
-  std::vector<ScenarioLine> lines;
-  int number = 0;
-  for (const QByteArray &line : source.readAll().split('\n')) {
-    ++number;
-    const auto content = parse_line(line, folder, replaces_pictures);
-    if (!content)
-      return Failure{batch_place(file, number) + content.failure().text};
-    if (!is_empty(*content))
-      lines.push_back({batch_place(file, number), *content});
-  }
-  return lines;
+  return parse_scenario(file, source.readAll(), replaces_pictures);
 }
 
 } // namespace buttondriver::buttonctl

@@ -4,6 +4,7 @@
 #include "tools/outcome.h"
 #include "tools/step.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <variant>
@@ -16,8 +17,12 @@ struct ScenarioLine {
   std::variant<Steps, Expectation> content;
 };
 
-/// All commands and expectations of `file`, empty lines and comments left out; or what is wrong with the first line
-/// that is wrong, its place in front. Names of files in it are relative to its own folder.
+/// All commands and expectations in `content`, empty lines and comments left out; or what is wrong with the first line
+/// that is wrong, behind "`file`:LINE: ". Names of files in it are relative to the folder of `file`.
+Outcome<std::vector<ScenarioLine>> parse_scenario(const QString &file, const QByteArray &content,
+                                                  bool replaces_pictures);
+
+/// As parse_scenario, from a file.
 Outcome<std::vector<ScenarioLine>> read_scenario(const QString &file, bool replaces_pictures);
 
 } // namespace buttondriver::buttonctl

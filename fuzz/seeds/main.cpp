@@ -187,6 +187,46 @@ void write_event_client(const filesystem::path &parent) {
   }
 }
 
+void write_recording(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "recording");
+  const std::string title = "buttonctl recording 1\n";
+  std::string all = title;
+  int time = 0;
+  for (const MessageType &type : catalogue) {
+    std::string digits;
+    for (const char byte : frame(type)) {
+      constexpr char hexadecimal[] = "0123456789abcdef";
+      digits += hexadecimal[static_cast<std::uint8_t>(byte) >> 4];
+      digits += hexadecimal[static_cast<std::uint8_t>(byte) & 0xF];
+    }
+    time += 1000;
+    all += std::to_string(time) + " " + std::to_string(1 + type.opcode % 3) + " " + digits + "\n";
+  }
+  folder.write("all", Seed(all));
+  const char *const lines[] = {"", "0 1 000000040000000c\n", "# x\n\n 5\t2  00000000 \r\n", "9 1 00000000\n8 1 00000000\n",
+                               "1000000000000000 2147483647 00000001FF", "1 1 0000000400\n1 1 00000000\n"};
+  int number = 0;
+  for (const char *line : lines)
+    folder.write("lines-" + std::to_string(++number), Seed(title + line));
+  folder.write("of-another-version", Seed("buttonctl recording 2\n0 1 00000000\n"));
+}
+
+void write_scenario(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "scenario");
+  const char *const files[] = {
+      "blackout\nblackout all\ntext 0 1 'Start me' --black-on-white\nsubtext 1 2 3 \"ab\" --colour FF0000 --count 4\n",
+      "image all good.png --at 10,20 --crop\nimage 0 bad.png\n",
+      "led all off\nled 5 on\nled 4 blink 500\nstatus 31 on\ntoggle 1 off\nping --count 2\nreconfig\nnull 3\n",
+      "expect-led 31 on\nexpect-led 4 blinking 500 --timeout 20\nexpect-led 0 blinking\nexpect-status 3 off\n",
+      "expect-toggle 1 on\nexpect-intensity 63\nexpect-text 2 127 'a b' # x\nexpect-text 0 0 \\#\n",
+      "expect-screen 2 good.png\nexpect-screen 1 none.png\nexpect-screen 0 bad.png\n",
+      "raw 0000000c\nraw --unframed 00 00 00 0c\nupload 40 good.png --invert\n",
+      "expect-led -- -1 on\n", "text 0 0 'open\n", "text 0 0 x\\", "expect-nothing\n"};
+  int number = 0;
+  for (const char *file : files)
+    folder.write("file-" + std::to_string(++number), Seed(file).number(std::uint8_t{0}));
+}
+
 } // namespace
 
 } // namespace buttondriver::fuzz
@@ -199,7 +239,8 @@ int main(int count, char **arguments) {
   }
   try {
     for (const auto write :
-         {write_commands, write_bmp, write_text, write_level_file, write_launcher_configuration, write_event_client})
+         {write_commands, write_bmp, write_text, write_level_file, write_launcher_configuration, write_event_client,
+          write_recording, write_scenario})
       write(arguments[1]);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "write_fuzz_seeds: %s\n", error.what());

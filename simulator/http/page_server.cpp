@@ -1,5 +1,6 @@
 #include "simulator/http/page_server.h"
 
+#include "fpga/post.h"
 #include "simulator/http/access_rule.h"
 #include "simulator/http/catalogue_json.h"
 #include "simulator/http/gated_server.h"
@@ -143,11 +144,10 @@ void PageServer::sendState(const Client &client) {
 void PageServer::sendPicture(const Client &client, std::function<QImage(const PanelState &)> draw) {
   _simulation.whenWorkIsDone([this, client, draw = std::move(draw)](const PanelState &state) {
     const auto shared_state = std::make_shared<const PanelState>(state);
-    _painters.start([this, client, draw, shared_state] {
+    _painters.start(HandedOver([this, client, draw, shared_state] {
       const HttpAnswer answer = picture_answer(draw(*shared_state));
-      QMetaObject::invokeMethod(
-          this, [client, answer] { client.answer(answer); }, Qt::QueuedConnection);
-    });
+      post(this, [client, answer] { client.answer(answer); });
+    }));
   });
 }
 

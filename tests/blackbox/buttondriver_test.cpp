@@ -62,6 +62,21 @@ TEST(ButtondriverProgram, goes_on_when_nobody_reads_its_log_any_more) {
   EXPECT_TRUE(daemon.isRunning());
 }
 
+TEST(ButtondriverProgram, goes_on_when_the_reader_of_its_log_does_not_read) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const QString redirected = QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&1").arg(ends[1]);
+  Program daemon(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), redirected, program});
+  ::close(ends[1]);
+  const auto client = daemon.connectTo();
+  // Each byte makes a line: far more than the pipe takes.
+  client->write(QByteArray::fromHex("00010004 00000000") + QByteArray(0x10000, 'x'));
+  EXPECT_TRUE(test::answered_ping(*client));
+  EXPECT_TRUE(test::answered_ping(*client));
+  ::close(ends[0]);
+  EXPECT_TRUE(test::answered_ping(*client));
+}
+
 TEST(ButtondriverProgram, starts_even_when_the_reader_of_its_log_has_gone_already) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);

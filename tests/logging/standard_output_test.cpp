@@ -31,6 +31,17 @@ TEST(StandardOutput, reaches_a_pipe_at_once_without_a_line_feed) {
   EXPECT_STREQ(text, "no line feed 7; a line\n");
 }
 
+TEST(StandardOutput, takes_texts_of_any_length) {
+  test::CapturedOutput output;
+  for (const std::size_t length : {0U, 511U, 512U, 513U, 100'000U}) {
+    const std::string text(length, 'x');
+    print("%s.", text.c_str());
+    EXPECT_EQ(output.take(), text + ".");
+  }
+  print_text("100 %s\n");
+  EXPECT_EQ(output.take(), "100 %s\n");
+}
+
 std::string observed;
 
 TEST(StandardOutput, is_shown_to_its_observer_as_it_is_written) {

@@ -187,6 +187,7 @@ TEST_F(CommandLine, bad_lines_are_refused_with_the_reason) {
       {{"image", "0"}, "image: FILE is missing; see 'buttonctl image --help'"},
       {{"image", "0", "no.png"}, "image: cannot read 'no.png': No such file or directory"},
       {{"image", "0", "%1%2.png"}, "image: cannot read '%1%2.png': No such file or directory"},
+      {{"image", "0", "/dev/zero"}, "image: '/dev/zero' has more than 64 MiB"},
       {{"image", "0", "note.txt"}, "image: 'note.txt': not a picture that can be read (Unsupported image format)"},
       {{"image", "0", "wide.png"},
        "image: 'wide.png': a picture of 129x1 at 0,0 sticks out of the 128x128 screen; use --fit or --crop"},

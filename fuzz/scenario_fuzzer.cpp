@@ -1,0 +1,88 @@
+// Scenarios, as `buttonctl run` reads them. The pictures that they name lie in a folder with one good and one bad picture.
+//
+// Input, from the end: whether pictures are going to be replaced (one byte, its lowest bit). In front of it: the file.
+#include "fuzz/fuzz_target.h"
+#include "fuzz/support/input.h"
+#include "fuzz/support/require.h"
+#include "tests/support/temporary_folder.h"
+#include "tools/scenario_reader.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QImage>
+#include <QString>
+
+namespace buttondriver::fuzz {
+
+namespace {
+
+using namespace buttonctl;
+
+/// The parser of options wants an application, and the lines want files.
+class Rig {
+public:
+  Rig() : _application(_argument_count, nullptr) {
+    QImage picture(128, 128, QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    require(picture.save(QString::fromStdString(_folder.path("good.png"))), "a picture can be made");
+    _folder.write("bad.png", "no picture");
+  }
+
+  QString scenario() const { return QString::fromStdString(_folder.path("a.scenario")); }
+
+private:
+  int _argument_count = 0;
+  QCoreApplication _application;
+  test::TemporaryFolder _folder;
+};
+
+void require_performable(const Steps &steps) {
+  require(!steps.empty(), "a line that does nothing is left out");
+  for (const Step &step : steps)
+    require(!step.bytes.isEmpty(), "a step has something to send");
+}
+
+void require_testable(const Expectation &expectation, bool replaces_pictures) {
+  require(!expectation.timeout_ms || *expectation.timeout_ms > 0, "a wait has an end and a length");
+  if (const auto *test = std::get_if<StateTest>(&expectation.test)) {
+    // Whatever number a line names, the panel has it.
+    PanelReport report;
+    const auto difference = (*test)(report);
+    require(!difference || !difference->isEmpty(), "a difference is told");
+    report.blinking[0] = 1;
+    report.text[0][0] = QStringLiteral("text");
+    (*test)(report);
+    return;
+  }
+  const auto &picture = std::get<PictureTest>(expectation.test);
+  require(picture.screen >= 0 && picture.screen < int{PanelReport::screen_count}, "a picture is of a screen");
+  require(!replaces_pictures || picture.expected.isNull(), "a picture that will be replaced is not read");
+}
+
+} // namespace
+
+} // namespace buttondriver::fuzz
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+  using namespace buttondriver::fuzz;
+  static const Rig rig;
+  Input input(data, size);
+  const bool replaces_pictures = (input.number<std::uint8_t>() & 1) != 0;
+  const std::vector<std::uint8_t> content = input.rest();
+  const auto lines = parse_scenario(
+      rig.scenario(), QByteArray(reinterpret_cast<const char *>(content.data()), static_cast<int>(content.size())),
+      replaces_pictures);
+  if (!lines) {
+    require(lines.failure().text.startsWith(rig.scenario() + QLatin1Char(':')), "a message names the place");
+    require(!lines.failure().text.contains(QLatin1Char('\n')), "a message is one line");
+    return 0;
+  }
+  for (const auto &line : *lines) {
+    require(line.where.startsWith(rig.scenario() + QLatin1Char(':')), "a line knows its place");
+    if (const auto *steps = std::get_if<Steps>(&line.content))
+      require_performable(*steps);
+    else
+      require_testable(std::get<Expectation>(line.content), replaces_pictures);
+  }
+  return 0;
+}

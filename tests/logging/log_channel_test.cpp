@@ -1,0 +1,99 @@
+#include "logging/log_channel.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace buttondriver {
+namespace {
+
+class LogChannelTest : public testing::Test {
+protected:
+  LogChannelTest() {
+    int ends[2];
+    EXPECT_EQ(::pipe(ends), 0);
+    reading_end = ends[0];
+    writing_end = ends[1];
+    EXPECT_EQ(::fcntl(writing_end, F_SETPIPE_SZ, pipe_size), pipe_size);
+  }
+  ~LogChannelTest() override {
+    ::close(reading_end);
+    ::close(writing_end);
+  }
+
+  /// What is in the pipe, without waiting for more.
+  std::string takeAll() const {
+    ::fcntl(reading_end, F_SETFL, O_NONBLOCK);
+    std::string all;
+    char piece[4096];
+    for (ssize_t got = 0; (got = ::read(reading_end, piece, sizeof piece)) > 0;)
+      all.append(piece, static_cast<std::size_t>(got));
+    return all;
+  }
+
+  static constexpr int pipe_size = 16 * 1024;
+  static constexpr int short_patience_ms = 1;
+  int reading_end = -1;
+  int writing_end = -1;
+};
+
+TEST_F(LogChannelTest, a_reader_that_does_not_read_loses_texts_and_is_told_when_it_reads_again) {
+  LogChannel channel(writing_end, short_patience_ms);
+  const std::string fitting(pipe_size, 'a');
+  channel.write(fitting);
+  for (int i = 0; i < 3; ++i)
+    channel.write("lost\n");
+  EXPECT_EQ(takeAll(), fitting);
+  channel.write("read\n");
+  EXPECT_EQ(takeAll(), "\nbuttondriver: texts lost that nobody read: 3\nread\n");
+  channel.write("and so on\n");
+  EXPECT_EQ(takeAll(), "and so on\n");
+}
+
+TEST_F(LogChannelTest, a_text_that_was_cut_off_does_not_run_into_the_next) {
+  LogChannel channel(writing_end, short_patience_ms);
+  channel.write(std::string(pipe_size, 'a') + "cut off\n");
+  EXPECT_EQ(takeAll(), std::string(pipe_size, 'a'));
+  channel.write("whole\n");
+  EXPECT_EQ(takeAll(), "\nbuttondriver: texts lost that nobody read: 1\nwhole\n");
+}
+
+TEST_F(LogChannelTest, a_slow_reader_loses_nothing) {
+  constexpr std::size_t length = 1'000'000;
+  std::string received;
+  std::thread reader([&] {
+    char piece[1000];
+    while (received.size() < length) {
+      const ssize_t got = ::read(reading_end, piece, sizeof piece);
+      if (got <= 0)
+        return;
+      received.append(piece, static_cast<std::size_t>(got));
+    }
+  });
+  constexpr int patience_ms = 20'000;
+  LogChannel(writing_end, patience_ms).write(std::string(length, 'x'));
+  reader.join();
+  EXPECT_EQ(received, std::string(length, 'x'));
+}
+
+TEST_F(LogChannelTest, descriptors_that_fail_are_ignored) {
+  const int full = ::open("/dev/full", O_WRONLY);
+  constexpr int closed = 1'000'000;
+  // As the programs do.
+  std::signal(SIGPIPE, SIG_IGN);
+  ::close(std::exchange(reading_end, -1));
+  for (const int descriptor : {full, closed, writing_end}) {
+    LogChannel channel(descriptor);
+    channel.write("one\n");
+    channel.write("two\n");
+  }
+  ::close(full);
+}
+
+} // namespace
+} // namespace buttondriver
