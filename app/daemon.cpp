@@ -29,6 +29,9 @@ bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
   _server.emplace(address, port, wrap ? wrap(&*_dispatcher) : &*_dispatcher);
   QObject::connect(&_fpga, &FPGA::backlogHigh, &*_server, &Connector::pauseReading);
   QObject::connect(&_fpga, &FPGA::backlogLow, &*_server, &Connector::resumeReading);
+  const NullMessageLog &null_messages = _dispatcher->nullMessageLog();
+  QObject::connect(&null_messages, &NullMessageLog::backlogHigh, &*_server, &Connector::holdClient);
+  QObject::connect(&null_messages, &NullMessageLog::backlogLow, &*_server, &Connector::releaseClients);
   QObject::connect(&*_server, &Connector::clientGone, &*_dispatcher, &ButtonSetterImpl::forgetImages);
   if (!_server->listen())
     print_line("buttondriver:failed to start server");

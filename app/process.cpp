@@ -28,7 +28,9 @@ void forget_qt_environment() {
 
 void prepare_process() {
   forget_qt_environment();
+  // A log that nobody reads, or that has grown to the limit of a file's size, is no reason to end.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   install_message_handler();
 }
 

@@ -10,24 +10,30 @@
 #include <QIODevice>
 
 #include <algorithm>
-#include <charconv>
+#include <cstdio>
 #include <string>
 
 namespace buttondriver {
 
 namespace {
 
-/// "data[12] = 0x1f"
-void append_null_line(std::string &text, std::size_t index, std::uint8_t byte) {
-  char digits[20];
-  const auto append = [&](auto number, int base) {
-    text.append(digits, std::to_chars(digits, digits + sizeof digits, number, base).ptr);
-  };
-  text += "data[";
-  append(index, 10);
-  text += "] = 0x";
-  append(unsigned{byte}, 16);
-  text += '\n';
+/// A text that no screen can show goes out in pieces: millions of characters at once take several times their memory.
+void print_sub_text_line(const BMS_TFTSubTextLine &line, std::string_view text) {
+  constexpr std::size_t piece = 16 * 1024;
+  char words[200];
+  std::snprintf(words, sizeof words,
+                "buttondriver: _screen_id = %d, _line_id = %d,  _offset =%d, _num_chars = %d, _text = '", line._screen_id,
+                line._line_id, line._offset, line._num_chars);
+  std::string line_so_far = words;
+  for (; text.size() > piece; text.remove_prefix(piece)) {
+    line_so_far += visible_text(text.substr(0, piece));
+    print_text(line_so_far);
+    line_so_far.clear();
+  }
+  line_so_far += visible_text(text);
+  std::snprintf(words, sizeof words, "', _text_colour = 0x%x, _back_colour = 0x%x.\n", line._text_colour,
+                line._back_colour);
+  print_text(line_so_far + words);
 }
 
 } // namespace
@@ -57,7 +63,7 @@ void ButtonSetterImpl::processMessage(const QByteArray &message, QIODevice *repl
   debug_line() << "buttondriver: opcode = " << opcode << ", size = " << qint64{message.size()};
   switch (opcode) {
   case TYPE_NULL_MESSAGE::code:
-    return logNullMessage(view);
+    return logNullMessage(message, image_id_offset);
   case BMS_UploadImage::code:
     return uploadImage(view, image_id_offset);
   case BMS_Reconfig::code:
@@ -83,19 +89,10 @@ void ButtonSetterImpl::processMessage(const QByteArray &message, QIODevice *repl
   }
 }
 
-void ButtonSetterImpl::logNullMessage(ByteView message) {
+void ButtonSetterImpl::logNullMessage(const QByteArray &message, qint32 image_id_offset) {
   critical_line() << "ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE";
-  critical_line() << "size  = " << static_cast<qint64>(message.size());
-  // A message may have millions of bytes: many lines go out at once, and nothing looks for a format in each.
-  constexpr std::size_t chunk = 16 * 1024;
-  std::string text;
-  for (std::size_t i = 0; i < message.size(); ++i) {
-    append_null_line(text, i, message.u8(i));
-    if (text.size() < chunk && i + 1 < message.size())
-      continue;
-    print_text(text);
-    text.clear();
-  }
+  critical_line() << "size  = " << qint64{message.size()};
+  _null_message_log.write(message, image_id_offset);
 }
 
 void ButtonSetterImpl::uploadImage(ByteView message, qint32 image_id_offset) {
@@ -143,13 +140,10 @@ void ButtonSetterImpl::setLEDState(ByteView message) {
 void ButtonSetterImpl::writeSubTextLine(ByteView message) {
   debug_line() << "buttondriver: Got a TFT sub-text line message";
   const auto line = decode<BMS_TFTSubTextLine>(message);
-  std::string text(message.text(type_of<BMS_TFTSubTextLine>.head_size, line.n));
-  print("buttondriver: _screen_id = %d, _line_id = %d,  _offset =%d, _num_chars = %d, _text = '%s', "
-        "_text_colour = 0x%x, _back_colour = 0x%x.\n",
-        line._screen_id, line._line_id, line._offset, line._num_chars, visible_text(text).c_str(), line._text_colour,
-        line._back_colour);
-  _fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, std::move(text), line._text_colour,
-                     line._back_colour);
+  const std::string_view text = message.text(type_of<BMS_TFTSubTextLine>.head_size, line.n);
+  print_sub_text_line(line, text);
+  _fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, std::string(text),
+                     line._text_colour, line._back_colour);
 }
 
 void ButtonSetterImpl::drawImage(const QByteArray &message) {
@@ -193,7 +187,7 @@ void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) 
     print("buttondriver: button id %d must have a non-zero time to use blinking.", button_id);
     return;
   }
-  _blinking.insert_or_assign(button, BlinkState(time));
+  _blinking.insert_or_assign(button, Blinking{BlinkState(time)});
   if (_update_timer.isActive())
     return;
   _update_timer.start();
@@ -203,7 +197,7 @@ void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) 
 std::map<qint32, qint32> ButtonSetterImpl::blinkTimes() const {
   std::map<qint32, qint32> times;
   for (const auto &[button, blink] : _blinking)
-    times[button->id()] = blink.time();
+    times[button->id()] = blink.state.time();
   return times;
 }
 
@@ -225,10 +219,12 @@ void ButtonSetterImpl::reconfig() {
 
 void ButtonSetterImpl::update_timer() {
   for (auto &[button, blink] : _blinking) {
-    const std::optional<std::uint8_t> value = blink.tick();
+    const std::optional<std::uint8_t> value = blink.state.tick();
     // A device that cannot follow misses a phase; the next one sets it right.
-    if (value && !_fpga->isSaturated())
-      button->setState(*value);
+    if (!value || !_fpga->isDone(blink.newest_task))
+      continue;
+    button->setState(*value);
+    blink.newest_task = _fpga->newestTask();
   }
   if (!_blinking.empty())
     return;

@@ -6,12 +6,14 @@
 #include "buttons/button_levels.h"
 #include "buttons/button_setter.h"
 #include "buttons/image_store.h"
+#include "buttons/null_message_log.h"
 #include "bytes/byte_view.h"
 #include "paths/system_paths.h"
 
 #include <QObject>
 #include <QTimer>
 
+#include <cstdint>
 #include <map>
 
 namespace buttondriver {
@@ -42,6 +44,8 @@ public:
   /// Reads the level file again and sends the screen level to the panel.
   void reconfig();
 
+  /// Its signals tell when more of a client's null messages waits to be written than should.
+  const NullMessageLog &nullMessageLog() const { return _null_message_log; }
   const ButtonLevels &levels() const { return _levels; }
   /// The image kept under `id`, null when there is none.
   const ButtonImage *image(qint32 id) const { return _images.find(id); }
@@ -57,7 +61,7 @@ public slots:
 
 private:
   void processMessage(const QByteArray &message, QIODevice *reply, qint32 image_id_offset);
-  void logNullMessage(ByteView message);
+  void logNullMessage(const QByteArray &message, qint32 image_id_offset);
   void uploadImage(ByteView message, qint32 image_id_offset);
   void answerPing(QIODevice *reply);
   void writeTextLine(ByteView message);
@@ -71,8 +75,14 @@ private:
   SystemPaths _paths;
   ImageStore _images;
   ButtonMap _buttons;
-  std::map<IButton *, BlinkState> _blinking;
+  struct Blinking {
+    BlinkState state;
+    std::uint64_t newest_task = 0; // of the facade, when its last phase was queued
+  };
+
+  std::map<IButton *, Blinking> _blinking;
   ButtonLevels _levels;
+  NullMessageLog _null_message_log;
   QTimer _update_timer;
   FPGA *_fpga = nullptr;
 };

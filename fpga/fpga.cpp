@@ -101,6 +101,8 @@ void FPGA::check_font_settings(const QString &path) {
                            .arg(to_qstring(_paths.font_directory), QString::number(_font.width),
                                 QString::number(_font.height));
 
+  // The worker would have the mutex again before this thread wakes up: it is held at its queue.
+  const auto hold = _queue.hold();
   QMutexLocker lock(&_mutex);
   debug_line() << "buttondriver: Loading font '" << font << "' from configuration file.";
   if (panel::font_load(QFile::encodeName(font).constData()) == -1) {

@@ -52,8 +52,11 @@ public:
   /// How many tasks are not finished yet, the one that is being carried out among them.
   std::size_t queueLength() const { return _queue.size(); }
 
-  /// The device cannot even follow what the daemon does by itself: work that repeats should wait.
-  bool isSaturated() const { return _queue.isSaturated(); }
+  /// The number of the task that was queued last, counted from 1.
+  std::uint64_t newestTask() const { return _queue.newest(); }
+  /// Whether the task of that number has been carried out. Work that repeats by itself waits for that, so that a slow
+  /// device is not left behind.
+  bool isDone(std::uint64_t task) const { return _queue.hasRemoved(task); }
 
 signals:
   /// More waits for the worker than should: whoever brings work should pause. Nothing that is queued is refused.

@@ -11,6 +11,7 @@ bool TaskQueue::append(std::unique_ptr<FPGATask> task) {
   const std::size_t bytes = task ? task->keptBytes() : 0;
   const std::lock_guard lock(_mutex);
   _tasks.push_back({std::move(task), bytes});
+  ++_newest;
   _bytes += bytes;
   if (_is_high || (_tasks.size() <= _marks.high_tasks && _bytes <= _marks.high_bytes))
     return false;
@@ -18,7 +19,8 @@ bool TaskQueue::append(std::unique_ptr<FPGATask> task) {
   return true;
 }
 
-FPGATask *TaskQueue::front() const {
+FPGATask *TaskQueue::front() {
+  const std::lock_guard gate(_gate);
   const std::lock_guard lock(_mutex);
   return _tasks.empty() ? nullptr : _tasks.front().task.get();
 }
@@ -51,9 +53,14 @@ bool TaskQueue::isHigh() const {
   return _is_high;
 }
 
-bool TaskQueue::isSaturated() const {
+std::uint64_t TaskQueue::newest() const {
   const std::lock_guard lock(_mutex);
-  return _tasks.size() > 2 * _marks.high_tasks;
+  return _newest;
+}
+
+bool TaskQueue::hasRemoved(std::uint64_t number) const {
+  const std::lock_guard lock(_mutex);
+  return number + _tasks.size() <= _newest;
 }
 
 } // namespace buttondriver

@@ -3,6 +3,7 @@
 #include "fpga/fpga_task.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -29,15 +30,20 @@ public:
   /// True when this task took the queue past one of its high marks.
   bool append(std::unique_ptr<FPGATask> task);
   /// The task at the front, which stays there; null when there is none. For the one thread that removes.
-  FPGATask *front() const;
+  FPGATask *front();
   /// Removes the task at the front, if there is one, and deletes it.
   void remove_front();
 
   std::size_t size() const;
   /// Past a high mark, and not yet down to both low ones.
   bool isHigh() const;
-  /// So far past the high mark that even what comes by itself should wait: twice as many tasks as that.
-  bool isSaturated() const;
+  /// Tasks appended so far: the number of the newest one, counted from 1.
+  std::uint64_t newest() const;
+  /// Whether the task of that number, and so each one before it, has been removed.
+  bool hasRemoved(std::uint64_t number) const;
+
+  /// While the result lives, `front` waits: the remover begins no further task.
+  [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(_gate); }
 
 private:
   struct Entry {
@@ -47,8 +53,10 @@ private:
 
   const QueueMarks _marks;
   const std::function<void()> _when_drained;
+  std::mutex _gate;
   mutable std::mutex _mutex;
   std::deque<Entry> _tasks;
+  std::uint64_t _newest = 0;
   std::size_t _bytes = 0;
   bool _is_high = false;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <mutex>
 #include <poll.h>
 #include <string>
 #include <unistd.h>
@@ -14,27 +15,32 @@ namespace {
 /// What a pipe that has room at all takes without waiting.
 constexpr std::size_t sure_to_fit = PIPE_BUF;
 
+/// Patience comes back in this many times the time that was waited.
+constexpr int recovery = 10;
+
 } // namespace
 
 void LogChannel::write(std::string_view text) {
-  const std::lock_guard lock(_mutex);
+  // One for all channels: two may lead into one pipe, and its last free place is for one writer.
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
   if (_lost > 0) {
     // The first line feed ends the text that was cut off.
     const std::string gap = "\nbuttondriver: texts lost that nobody read: " + std::to_string(_lost) + "\n";
-    if (!writeAll(gap, 0)) {
+    if (!isWritableWithin(std::chrono::milliseconds(0)) || !writeAll(gap)) {
       ++_lost;
       return;
     }
     _lost = 0;
   }
-  if (!writeAll(text, _patience_ms))
+  if (!writeAll(text))
     _lost = 1;
 }
 
 /// False when the reader did not read.
-bool LogChannel::writeAll(std::string_view text, int patience_ms) {
+bool LogChannel::writeAll(std::string_view text) {
   while (!text.empty()) {
-    if (!becomesWritable(patience_ms))
+    if (!becomesWritable())
       return false;
     const ssize_t written = ::write(_descriptor, text.data(), std::min(text.size(), sure_to_fit));
     if (written > 0)
@@ -45,11 +51,23 @@ bool LogChannel::writeAll(std::string_view text, int patience_ms) {
   return true;
 }
 
+/// Waits, if it must, as long as there is patience.
+bool LogChannel::becomesWritable() {
+  if (isWritableWithin(std::chrono::milliseconds(0)))
+    return true;
+  const Clock::time_point start = Clock::now();
+  _patience = std::min(_most_patience, _patience + (start - _last_wait) / recovery);
+  const bool is_writable = isWritableWithin(std::chrono::duration_cast<std::chrono::milliseconds>(_patience));
+  _last_wait = Clock::now();
+  _patience = std::max(Clock::duration::zero(), _patience - (_last_wait - start));
+  return is_writable;
+}
+
 /// Also true for a descriptor that can only fail.
-bool LogChannel::becomesWritable(int patience_ms) const {
+bool LogChannel::isWritableWithin(std::chrono::milliseconds time) const {
   pollfd descriptor{_descriptor, POLLOUT, 0};
   int count = 0;
-  while ((count = ::poll(&descriptor, 1, patience_ms)) < 0 && errno == EINTR) {
+  while ((count = ::poll(&descriptor, 1, static_cast<int>(time.count()))) < 0 && errno == EINTR) {
   }
   return count != 0;
 }

@@ -1,33 +1,38 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <mutex>
 #include <string_view>
 
 namespace buttondriver {
 
-/// A file descriptor that texts of the log are written to, and that never holds its writers up for long. A reader that
-/// is there but has not read for as long as the channel's patience loses what is written from then on, until it reads
-/// again; then a line of its own tells how many texts were lost. A descriptor that fails is ignored.
+/// A file descriptor that texts of the log are written to, and that never holds its writers up for long: they wait for
+/// a reader that does not keep up as long as the channel's patience lasts. It comes back slowly, so that in the long run
+/// a tenth of the time is waited at most. While it is used up, what the reader has no room for is lost, and a line of its
+/// own tells how many texts that were. A descriptor that fails is ignored.
 class LogChannel {
 public:
-  static constexpr int usual_patience_ms = 1000;
+  static constexpr std::chrono::milliseconds usual_patience{1000};
 
   /// The descriptor stays the caller's.
-  explicit LogChannel(int descriptor, int patience_ms = usual_patience_ms)
-      : _descriptor(descriptor), _patience_ms(patience_ms) {}
+  explicit LogChannel(int descriptor, std::chrono::milliseconds patience = usual_patience)
+      : _descriptor(descriptor), _most_patience(patience), _patience(patience) {}
 
   /// Writes `text` as it is. Safe to call from any thread; one call's text stays together.
   void write(std::string_view text);
 
 private:
-  bool writeAll(std::string_view text, int patience_ms);
-  bool becomesWritable(int patience_ms) const;
+  using Clock = std::chrono::steady_clock;
+
+  bool writeAll(std::string_view text);
+  bool becomesWritable();
+  bool isWritableWithin(std::chrono::milliseconds time) const;
 
   const int _descriptor;
-  const int _patience_ms;
-  std::mutex _mutex;
-  std::uint64_t _lost = 0; // texts since the reader stopped reading
+  const Clock::duration _most_patience;
+  Clock::duration _patience; // what was left of it when it was last used
+  Clock::time_point _last_wait{};
+  std::uint64_t _lost = 0; // texts since the patience was used up
 };
 
 } // namespace buttondriver

@@ -8,8 +8,6 @@
 
 #include <QTcpSocket>
 
-#include <limits>
-
 namespace buttondriver {
 
 namespace {
@@ -33,9 +31,11 @@ ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, Butt
   }
   _socket->setParent(this);
   _socket->setReadBufferSize(limits::read_ahead);
+  // A peer that is cut off without a word is noticed in the end, after hours, and its place is free again.
+  _socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
   _descriptor = _socket->socketDescriptor();
   _connected = true;
-  connect(_socket, SIGNAL(errorOccurred(QAbstractSocket::SocketError)), this, SLOT(deliverRest()));
+  connect(_socket, SIGNAL(errorOccurred(QAbstractSocket::SocketError)), this, SLOT(keepRest()));
   connect(_socket, SIGNAL(disconnected()), this, SLOT(clientDisconnected()));
   connect(_socket, SIGNAL(readyRead()), this, SLOT(clientData()));
   connect(_socket, SIGNAL(bytesWritten(qint64)), this, SLOT(answersRead()));
@@ -48,6 +48,8 @@ ClientButtondriver::~ClientButtondriver() {
 }
 
 void ClientButtondriver::clientData() {
+  if (_rest.isOpen())
+    return deliverRest();
   if (!_socket) {
     critical_line() << "buttondriver::ClientButtondriver::clientData NULL socket";
     return;
@@ -59,7 +61,7 @@ void ClientButtondriver::clientData() {
   }
   if (_socket->bytesToWrite() > limits::unread_answers)
     return;
-  const std::size_t delivered = deliver(limits::messages_per_turn, _choice);
+  const std::size_t delivered = deliver(*_socket, *_socket);
   sendAnswers();
   // Where the answers could not be sent any more, the connection has just ended.
   if (!_socket)
@@ -70,9 +72,9 @@ void ClientButtondriver::clientData() {
     emit wantsTurn();
 }
 
-std::size_t ClientButtondriver::deliver(std::size_t limit, FrameChoice choice) {
-  const std::vector<QByteArray> messages = take_frames(*_socket, limit, choice);
-  _setter->process_messages(messages, _socket, _client_id);
+std::size_t ClientButtondriver::deliver(QIODevice &stream, QIODevice &reply) {
+  const std::vector<QByteArray> messages = take_frames(stream, limits::messages_per_turn, choice());
+  _setter->process_messages(messages, &reply, _client_id);
   return messages.size();
 }
 
@@ -82,26 +84,46 @@ void ClientButtondriver::sendAnswers() {
     _socket->flush();
 }
 
-/// No turn comes any more. Called before a socket whose answers cannot be sent throws away what was read.
+/// Called before a socket whose answers cannot be sent throws away what was read.
+void ClientButtondriver::keepRest() {
+  if (!_socket || _is_blocked || _rest.isOpen() || _socket->bytesAvailable() == 0)
+    return;
+  _rest.setData(_socket->readAll());
+  _rest.open(QIODevice::ReadOnly);
+}
+
+/// A turn of a connection that has ended. Nobody hears its answers.
 void ClientButtondriver::deliverRest() {
-  if (_socket && !_is_blocked)
-    deliver(std::numeric_limits<std::size_t>::max(), FrameChoice::all);
+  QBuffer unheard;
+  unheard.open(QIODevice::WriteOnly);
+  const std::size_t delivered = deliver(_rest, unheard);
+  if (delivered == limits::messages_per_turn)
+    return emit wantsTurn();
+  // What is held back gets its turn when that is over.
+  if (peek_frame(_rest).is_complete)
+    return;
+  _rest.close();
+  endLargeFrame();
+  if (!_connected)
+    emit closed();
 }
 
 /// Sees to it that the frame that now comes first can be put together.
 void ClientButtondriver::prepareNextFrame() {
   const FrameHead head = peek_frame(*_socket);
-  if (!head.is_known)
-    return endLargeFrame();
-  if (head.is_complete)
+  if (head.is_complete) {
+    // Nothing more is read before it is delivered: the end of the connection would come in front of its answer.
+    _socket->setReadBufferSize(_socket->bytesAvailable());
     return;
+  }
   // A length that wraps asks for what is there, and never gets here.
-  if (head.length > limits::largest_frame)
+  if (head.is_known && head.length > limits::largest_frame)
     return blockForGood(head.length);
   const qint64 needed = head.bytes_needed;
-  if (needed <= limits::read_ahead)
-    return endLargeFrame();
-  if (_large_frame == 0 && _budget->take(needed)) {
+  if (needed <= limits::read_ahead) {
+    endLargeFrame();
+    _socket->setReadBufferSize(limits::read_ahead);
+  } else if (_large_frame == 0 && _budget->take(needed)) {
     _large_frame = needed;
     _socket->setReadBufferSize(needed);
   }
@@ -130,8 +152,6 @@ void ClientButtondriver::endLargeFrame() {
     return;
   _budget->giveBack(_large_frame);
   _large_frame = 0;
-  if (_socket)
-    _socket->setReadBufferSize(limits::read_ahead);
   emit largeFrameEnded();
 }
 
@@ -142,12 +162,15 @@ void ClientButtondriver::answersRead() {
 
 void ClientButtondriver::clientDisconnected() {
   if (_socket) {
-    deliverRest();
+    keepRest();
+    if (_rest.isOpen())
+      deliverRest();
     debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
     releaseSocket();
   }
   _connected = false;
-  emit closed();
+  if (!_rest.isOpen())
+    emit closed();
 }
 
 void ClientButtondriver::releaseSocket() {
@@ -156,7 +179,8 @@ void ClientButtondriver::releaseSocket() {
   _socket->close();
   _socket->deleteLater();
   _socket = nullptr;
-  endLargeFrame();
+  if (!_rest.isOpen())
+    endLargeFrame();
 }
 
 } // namespace buttondriver

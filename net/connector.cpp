@@ -21,7 +21,9 @@ Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
   _accept_timer.setSingleShot(true);
   connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this,
           SLOT(restFromAccepting()));
-  connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(acceptAgain()));
+  connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(newClient()));
+  // One that must not come in yet ends the server's accepting.
+  _server.setMaxPendingConnections(1);
 }
 
 Connector::~Connector() {
@@ -40,25 +42,30 @@ bool Connector::listen() {
 }
 
 void Connector::newClient() {
-  while (_server.hasPendingConnections()) {
+  while (canAccept() && _server.hasPendingConnections()) {
     // This object owns it.
     auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter, &_budget);
-    if (_is_paused)
-      client->setChoice(FrameChoice::leading_pings);
     connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { queueTurn(client); });
     connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::queueAllTurns);
     connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
     _clients.push_back(client);
     debug_line() << "buttondriver: new client";
   }
-  updateAccepting();
+  if (!_server.isListening() || _accept_timer.isActive())
+    return;
+  if (canAccept())
+    _server.resumeAccepting();
+  else
+    _server.pauseAccepting();
 }
+
+bool Connector::canAccept() const { return !_is_paused && _clients.size() < limits::connections; }
 
 void Connector::pauseReading() {
   _is_paused = true;
   for (ClientButtondriver *client : _clients)
     client->setChoice(FrameChoice::leading_pings);
-  updateAccepting();
+  newClient();
 }
 
 void Connector::resumeReading() {
@@ -66,7 +73,19 @@ void Connector::resumeReading() {
   for (ClientButtondriver *client : _clients)
     client->setChoice(FrameChoice::all);
   queueAllTurns();
-  updateAccepting();
+  newClient();
+}
+
+void Connector::holdClient(qint32 client_id) {
+  for (ClientButtondriver *client : _clients)
+    if (client->clientId() == client_id)
+      client->setHeld(true);
+}
+
+void Connector::releaseClients() {
+  for (ClientButtondriver *client : _clients)
+    client->setHeld(false);
+  queueAllTurns();
 }
 
 /// Gives every connection a turn. Another one begins each time: a pause may come before all have had theirs.
@@ -91,7 +110,7 @@ void Connector::serveTurns() {
     ClientButtondriver *client = _turns.front();
     _turns.pop_front();
     client->setInLine(false);
-    if (client->connected())
+    if (client->takesTurns())
       client->clientData();
   }
   if (_turns.empty())
@@ -103,22 +122,13 @@ void Connector::forget(ClientButtondriver *client) {
   _turns.erase(std::remove(_turns.begin(), _turns.end(), client), _turns.end());
   emit clientGone(client->clientId());
   client->deleteLater();
-  updateAccepting();
+  newClient();
 }
 
 /// The system refused a connection, for want of descriptors as a rule, and would refuse it again at once.
 void Connector::restFromAccepting() {
   _server.pauseAccepting();
   _accept_timer.start();
-}
-
-void Connector::acceptAgain() { updateAccepting(); }
-
-void Connector::updateAccepting() {
-  if (_is_paused || _clients.size() >= limits::connections)
-    _server.pauseAccepting();
-  else if (!_accept_timer.isActive())
-    _server.resumeAccepting();
 }
 
 } // namespace buttondriver

@@ -40,6 +40,9 @@ public slots:
   /// Delivers nothing but pings, and accepts nobody, until resumeReading. What clients send meanwhile waits with them.
   void pauseReading();
   void resumeReading();
+  /// Delivers nothing but pings of the connection with this id, until releaseClients.
+  void holdClient(qint32 client_id);
+  void releaseClients();
 
 signals:
   /// A connection has ended; `client_id` is what process_messages got for its messages.
@@ -49,13 +52,12 @@ private slots:
   void newClient();
   void serveTurns();
   void restFromAccepting();
-  void acceptAgain();
 
 private:
   void forget(ClientButtondriver *client);
   void queueTurn(ClientButtondriver *client);
   void queueAllTurns();
-  void updateAccepting();
+  bool canAccept() const;
 
   QString _address;
   quint16 _port;

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-/// What a connection can make the daemon hold or do at once. docs/reliability.md adds them up.
+/// What a connection can make the daemon hold or do at once. docs/reliability.md lists them.
 namespace buttondriver::limits {
 
 /// Bytes read ahead for a connection. Every message that fits the panel is smaller: a picture that fills a screen

@@ -1,9 +1,11 @@
 #include "panel/font.h"
 
 #include "logging/standard_output.h"
+#include "panel/font_file.h"
 
 #include <cerrno>
 #include <sys/stat.h>
+#include <vector>
 
 namespace buttondriver::panel {
 
@@ -16,11 +18,26 @@ constexpr unsigned highest_glyph_side = 4096;
 bool ready = false;
 FT_Library library = nullptr;
 FT_Face current_face = nullptr;
+std::vector<unsigned char> current_file; // unpacked; the face reads from it for as long as it lives
 
 void release_face() {
   if (current_face)
     FT_Done_Face(current_face);
   current_face = nullptr;
+  current_file = {};
+}
+
+/// FreeType gets the font from memory: a file that is mapped and then cut short ends the process.
+FT_Error open_face(const char *file) {
+  if (const FT_Error error = read_font_file(file, current_file); error != 0)
+    return error;
+  const FT_Error error = FT_New_Memory_Face(library, current_file.data(), static_cast<FT_Long>(current_file.size()), 0,
+                                            &current_face);
+  if (error == 0)
+    return 0;
+  current_face = nullptr;
+  // What FreeType calls a file that it cannot make out; memory that it cannot make out ends earlier than it looks.
+  return error == FT_Err_Invalid_Stream_Operation ? FT_Error{FT_Err_Unknown_File_Format} : error;
 }
 
 /// Whether the font in use has a glyph for the character that it is safe to load.
@@ -59,12 +76,8 @@ int font_load(const char *file) {
   if (!ready)
     return -1;
   release_face();
-  if (!S_ISREG(status.st_mode)) { // opening a pipe would wait for a writer
-    print("Error calling FT_New_Face(): error = %d\n", FT_Err_Cannot_Open_Resource);
-    return -1;
-  }
-  if (const FT_Error error = FT_New_Face(library, file, 0, &current_face); error != 0) {
-    current_face = nullptr;
+  if (const FT_Error error = open_face(file); error != 0) {
+    release_face();
     print("Error calling FT_New_Face(): error = %d\n", error);
     return -1;
   }

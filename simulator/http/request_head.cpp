@@ -60,6 +60,8 @@ bool read_head(const QByteArray &bytes, RequestHead *head, RefusedRequest *refus
 
   bool has_host = false;
   bool has_length = false;
+  bool wants_websocket = false;
+  bool wants_upgrade = false;
   for (const QByteArray &line : lines) {
     const auto colon = line.indexOf(':');
     const QByteArray name = line.left(colon).toLower();
@@ -82,10 +84,18 @@ bool read_head(const QByteArray &bytes, RequestHead *head, RefusedRequest *refus
     } else if (name == "transfer-encoding") {
       return refuse(refused, 411, "a body without a Content-Length");
     } else if (name == "upgrade") {
-      head->is_websocket = value.toLower() == "websocket";
+      wants_websocket = value.toLower() == "websocket";
+    } else if (name == "connection") {
+      wants_upgrade = wants_upgrade || value.toLower().contains("upgrade");
     }
   }
-  return has_host || refuse(refused, 400, "no Host");
+  if (!has_host)
+    return refuse(refused, 400, "no Host");
+  // Who looks at one of the two alone would read this in two ways.
+  if (wants_websocket && !wants_upgrade)
+    return refuse(refused, 400, "an Upgrade that Connection does not name");
+  head->is_websocket = wants_websocket;
+  return true;
 }
 
 } // namespace buttondriver::simulator

@@ -27,7 +27,8 @@ struct RefusedRequest {
 int head_end(const QByteArray &bytes);
 
 /// Reads a complete head. Refuses what is not HTTP/1.1 or 1.0, a line that is no header, a missing or second Host, a
-/// second Origin or Content-Length, a length that is no number, and bodies without a length.
+/// second Origin or Content-Length, a length that is no number, bodies without a length, and a
+/// WebSocket without "Connection: Upgrade".
 bool read_head(const QByteArray &bytes, RequestHead *head, RefusedRequest *refused);
 
 } // namespace buttondriver::simulator

@@ -1,5 +1,6 @@
 #include "app/daemon.h"
 
+#include "net/client_buttondriver.h"
 #include "panel/panel_lib.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
@@ -10,6 +11,10 @@
 #include <QTcpSocket>
 
 #include <gmock/gmock.h>
+
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace buttondriver {
 namespace {
@@ -72,6 +77,54 @@ TEST_F(DaemonTest, start_sends_no_intensity_whatever_the_level_file_says) {
   ASSERT_TRUE(device.waitFor(12));
   daemon.reset();
   EXPECT_EQ(device.take().size(), 12U);
+}
+
+TEST_F(DaemonTest, a_null_message_without_end_keeps_nobody_waiting_for_an_answer) {
+  test::CapturedLog log;
+  test::CapturedOutput output;
+  ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
+  ASSERT_TRUE(device.waitFor(12));
+  QTcpSocket flooding;
+  QTcpSocket other;
+  for (QTcpSocket *client : {&flooding, &other})
+    client->connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
+  ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().size() == 2; }));
+  bool is_high = false;
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogHigh, [&] { is_high = true; });
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogLow, [&] { is_high = false; });
+
+  constexpr int size = 0x100000;
+  flooding.write(QByteArray::fromHex("00100000") + QByteArray(size, '\0') +
+                 QByteArray::fromHex("0000000c 00000015 00000003 00000001"));
+  ASSERT_TRUE(test::process_events_until([&] { return is_high; }));
+  other.write(QByteArray::fromHex("00000004 0000000c"));
+  ASSERT_TRUE(test::process_events_until([&] { return other.bytesAvailable() == 8; }));
+  EXPECT_TRUE(is_high) << "all of it was written before anybody had an answer";
+  ASSERT_TRUE(test::process_events_until([&] { return !is_high; }));
+  // What was sent behind it is carried out.
+  std::vector<std::string> transfers;
+  ASSERT_TRUE(test::process_events_until([&] {
+    for (std::string &line : device.takeLines())
+      transfers.push_back(std::move(line));
+    return transfers.size() == 13;
+  }));
+  EXPECT_EQ(transfers.back(), "w 0900 1 a300");
+  EXPECT_THAT(output.take(), testing::EndsWith("data[1048574] = 0x0\ndata[1048575] = 0x0\n"));
+}
+
+TEST_F(DaemonTest, the_images_of_a_client_go_with_its_connection) {
+  test::CapturedLog log;
+  test::CapturedOutput output;
+  ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
+  QTcpSocket client;
+  client.connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
+  ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().size() == 1; }));
+  constexpr qint32 image_id = 100;
+  const qint32 kept_as = image_id + daemon->server().clients().front()->clientId();
+  client.write(QByteArray::fromHex("00000084 00000006 00000064 00000078") + QByteArray(120, '\x55'));
+  ASSERT_TRUE(test::process_events_until([&] { return daemon->dispatcher().image(kept_as) != nullptr; }));
+  client.abort();
+  EXPECT_TRUE(test::process_events_until([&] { return daemon->dispatcher().image(kept_as) == nullptr; }));
 }
 
 TEST_F(DaemonTest, each_button_drives_its_own_led) {

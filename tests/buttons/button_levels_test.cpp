@@ -1,6 +1,7 @@
 #include "buttons/button_levels.h"
 
 #include "support/captured_log.h"
+#include "support/temporary_folder.h"
 #include "support/test_root.h"
 
 #include <QTemporaryDir>
@@ -67,6 +68,23 @@ TEST(ButtonLevels, lines_set_levels_and_send_the_screen_level) {
     EXPECT_EQ(reading.sent, row.sent) << row.name;
     EXPECT_EQ(reading.printed, row.printed) << row.name;
   }
+}
+
+TEST(ButtonLevels, a_line_that_begins_beyond_4_KiB_is_not_read) {
+  const test::TemporaryFolder folder;
+  test::CapturedOutput output;
+  for (const std::size_t begin : {4095U, 4096U}) {
+    // Lines of known words, and the last one filled up with blanks.
+    std::string content;
+    while (content.size() + 20 < begin)
+      content += "led 1\n";
+    content += "led 1";
+    content += std::string(begin - content.size() - 1, ' ') + "\nscr 7\n";
+    ButtonLevels levels;
+    levels.read(folder.write("levels", content), [](std::int32_t) {});
+    EXPECT_EQ(levels.scr, begin < 4096 ? 7 : ButtonLevels().scr) << begin;
+  }
+  EXPECT_EQ(output.take(), "");
 }
 
 TEST(ButtonLevels, what_is_no_regular_file_changes_nothing_and_does_not_wait) {

@@ -15,9 +15,12 @@ using testing::SizeIs;
 
 class LEDStateTest : public test::DispatcherFixture {
 protected:
+  /// Ticks that the device can follow.
   void ticks(int count) {
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
+      settle();
       dispatcher->update_timer();
+    }
   }
 };
 

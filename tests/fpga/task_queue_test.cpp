@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace buttondriver {
 namespace {
 
@@ -93,13 +96,34 @@ TEST(TaskQueue, tells_of_each_mark_once_on_the_way_up_and_once_on_the_way_down) 
   }
 }
 
-TEST(TaskQueue, is_saturated_beyond_twice_its_high_mark) {
-  TaskQueue queue({8, 4, 100, 50}, {});
-  for (int i = 0; i < 16; ++i)
+TEST(TaskQueue, numbers_its_tasks_and_knows_which_are_done) {
+  TaskQueue queue;
+  EXPECT_EQ(queue.newest(), 0U);
+  EXPECT_TRUE(queue.hasRemoved(0));
+  for (int i = 0; i < 3; ++i)
     queue.append(std::make_unique<HeavyTask>(0));
-  EXPECT_FALSE(queue.isSaturated());
+  EXPECT_EQ(queue.newest(), 3U);
+  for (std::uint64_t removed = 0; removed < 3; ++removed) {
+    for (std::uint64_t number = 1; number <= 3; ++number)
+      EXPECT_EQ(queue.hasRemoved(number), number <= removed) << number << " of " << removed;
+    queue.remove_front();
+  }
+  EXPECT_TRUE(queue.hasRemoved(3));
+}
+
+TEST(TaskQueue, hands_out_nothing_while_it_is_held) {
+  TaskQueue queue;
   queue.append(std::make_unique<HeavyTask>(0));
-  EXPECT_TRUE(queue.isSaturated());
+  std::atomic<bool> is_handed_out{false};
+  auto hold = queue.hold();
+  std::thread remover([&] { is_handed_out = queue.front() != nullptr; });
+  // Appending does not wait, and neither does who looks.
+  queue.append(std::make_unique<HeavyTask>(0));
+  EXPECT_EQ(queue.size(), 2U);
+  EXPECT_FALSE(is_handed_out);
+  hold.unlock();
+  remover.join();
+  EXPECT_TRUE(is_handed_out);
 }
 
 } // namespace

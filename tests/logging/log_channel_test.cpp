@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <string>
@@ -37,13 +38,13 @@ protected:
   }
 
   static constexpr int pipe_size = 16 * 1024;
-  static constexpr int short_patience_ms = 1;
+  static constexpr std::chrono::milliseconds short_patience{1};
   int reading_end = -1;
   int writing_end = -1;
 };
 
 TEST_F(LogChannelTest, a_reader_that_does_not_read_loses_texts_and_is_told_when_it_reads_again) {
-  LogChannel channel(writing_end, short_patience_ms);
+  LogChannel channel(writing_end, short_patience);
   const std::string fitting(pipe_size, 'a');
   channel.write(fitting);
   for (int i = 0; i < 3; ++i)
@@ -56,7 +57,7 @@ TEST_F(LogChannelTest, a_reader_that_does_not_read_loses_texts_and_is_told_when_
 }
 
 TEST_F(LogChannelTest, a_text_that_was_cut_off_does_not_run_into_the_next) {
-  LogChannel channel(writing_end, short_patience_ms);
+  LogChannel channel(writing_end, short_patience);
   channel.write(std::string(pipe_size, 'a') + "cut off\n");
   EXPECT_EQ(takeAll(), std::string(pipe_size, 'a'));
   channel.write("whole\n");
@@ -75,8 +76,7 @@ TEST_F(LogChannelTest, a_slow_reader_loses_nothing) {
       received.append(piece, static_cast<std::size_t>(got));
     }
   });
-  constexpr int patience_ms = 20'000;
-  LogChannel(writing_end, patience_ms).write(std::string(length, 'x'));
+  LogChannel(writing_end, std::chrono::seconds(20)).write(std::string(length, 'x'));
   reader.join();
   EXPECT_EQ(received, std::string(length, 'x'));
 }

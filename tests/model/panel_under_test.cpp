@@ -73,6 +73,8 @@ void PanelUnderTest::apply(const Command &command) {
   deliver();
   switch (command.kind) {
   case Command::Kind::tick:
+    // A worker that is behind would miss a phase.
+    waitForWorker();
     return _dispatcher->update_timer();
   case Command::Kind::font:
     return chooseFont(command.width, command.height);

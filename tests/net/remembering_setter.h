@@ -4,6 +4,8 @@
 
 #include <QIODevice>
 
+#include <functional>
+
 namespace buttondriver::test {
 
 /// Remembers what was delivered, and answers each message if told to.
@@ -16,6 +18,8 @@ public:
 
   void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override {
     calls.push_back({messages, image_id_offset});
+    if (when_called)
+      when_called();
     for (std::size_t i = 0; i < messages.size() && !answer.isEmpty(); ++i)
       reply->write(answer);
   }
@@ -30,6 +34,7 @@ public:
 
   std::vector<Call> calls;
   QByteArray answer;
+  std::function<void()> when_called;
 };
 
 } // namespace buttondriver::test

@@ -4,7 +4,9 @@
 #include "support/temporary_folder.h"
 #include "text_test.h"
 
+#include <filesystem>
 #include <utility>
+#include <zlib.h>
 
 namespace buttondriver::panel {
 namespace {
@@ -86,6 +88,42 @@ TEST_F(Font, that_is_none_leaves_no_font_until_the_next_one) {
   EXPECT_EQ(load_result(file), std::make_pair(std::string("Error calling FT_New_Face(): error = 2\n"), -1));
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/5x4.pcf.gz"), quiet(0));
   EXPECT_EQ(cell_size(), Size(5, 4));
+}
+
+TEST_F(Font, in_use_outlives_its_file) {
+  // Large enough that its glyphs are read when they are wanted.
+  const std::string file = folder.path("10x20.pcf.gz");
+  std::filesystem::copy_file(PANEL_ROOT_FONTS "/10x20.pcf.gz", file);
+  EXPECT_EQ(load_result(file), quiet(0));
+  std::filesystem::resize_file(file, 0);
+  EXPECT_EQ(cell_size(), Size(10, 20));
+  std::filesystem::remove(file);
+  EXPECT_EQ(cell_size(), Size(10, 20));
+}
+
+TEST_F(Font, that_would_take_too_much_is_refused) {
+  const std::string bomb = folder.path("bomb.pcf.gz");
+  const gzFile packed = gzopen(bomb.c_str(), "wb9");
+  const std::string zeros(1024 * 1024, '\0');
+  for (int i = 0; i < 17; ++i)
+    ASSERT_EQ(gzwrite(packed, zeros.data(), static_cast<unsigned>(zeros.size())), static_cast<int>(zeros.size()));
+  ASSERT_EQ(gzclose(packed), Z_OK);
+  struct Row {
+    std::string file;
+    int error;
+  };
+  const Row rows[] = {
+      {bomb, 10},
+      {folder.write("large.pcf", std::string(4 * 1024 * 1024 + 1, 'x')), 1},
+      {folder.write("empty.pcf.gz", ""), 81},
+      {folder.write("packed-otherwise.pcf.Z", "\x1f\x9d more"), 2},
+      {folder.write("packed-by-bzip2.pcf.bz2", "BZh9 more"), 2},
+      {folder.write("cut-short.pcf.gz", test::read_file(PANEL_ROOT_FONTS "/10x20.pcf.gz").substr(0, 5)), 81},
+  };
+  for (const Row &row : rows)
+    EXPECT_EQ(load_result(row.file),
+              std::make_pair("Error calling FT_New_Face(): error = " + std::to_string(row.error) + "\n", -1))
+        << row.file;
 }
 
 TEST_F(Font, whose_size_cannot_be_selected_fails_quietly) {

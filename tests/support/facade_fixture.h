@@ -40,8 +40,8 @@ protected:
     finishedTransfers();
   }
 
-  /// The transfers of all work queued so far, once it is done.
-  std::vector<std::string> finishedTransfers() {
+  /// Waits until all work queued so far is done.
+  void settle() {
     sem_t done;
     sem_init(&done, 0, 0);
     fpga->queue(std::make_unique<PostTask>(&done));
@@ -50,6 +50,11 @@ protected:
     limit.tv_sec += 10;
     EXPECT_EQ(sem_timedwait(&done, &limit), 0) << "the worker did not finish";
     sem_destroy(&done);
+  }
+
+  /// The transfers of all work queued so far, once it is done.
+  std::vector<std::string> finishedTransfers() {
+    settle();
     return device.takeLines();
   }
 

@@ -15,7 +15,7 @@ TEST(RequestHeadTest, has_what_decides) {
   RequestHead head;
   RefusedRequest refused;
   ASSERT_TRUE(read_head("POST /reset?x=1 HTTP/1.1\r\nHOST: localhost:8080\r\norigin:http://localhost:8080 \r\n"
-                        "Content-Length: 12\r\nUpgrade: WebSocket\r\nX-Empty:\r\n\r\n",
+                        "Content-Length: 12\r\nUpgrade: WebSocket\r\nConnection: keep-alive, Upgrade\r\nX-Empty:\r\n\r\n",
                         &head, &refused));
   EXPECT_EQ(head.method, "POST");
   EXPECT_EQ(head.target, "/reset?x=1");
@@ -41,6 +41,8 @@ TEST(RequestHeadTest, refuses_what_could_be_read_in_two_ways) {
   };
   const Row rows[] = {
       {"\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\nConnection: close\r\n\r\n", 400},
       {"GET\r\nHost: a\r\n\r\n", 400},
       {"GET  / HTTP/1.1\r\nHost: a\r\n\r\n", 400},
       {"GET / HTTP/2.0\r\nHost: a\r\n\r\n", 400},
