@@ -1,13 +1,13 @@
 #include "buttonlevel/buttonlevel.h"
 
 #include "logging/log_line.h"
+#include "paths/regular_file.h"
 #include "paths/system_paths.h"
 
 #include <QByteArray>
 #include <QFile>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -20,14 +20,11 @@ constexpr qint64 highest_file_size = 64 * 1024;
 
 QString default_level() { return QStringLiteral("100"); }
 
-/// Opens `path` if it is a regular file, without waiting for anybody.
-bool open_regular_file(QFile &file, const std::string &path, int flags, QIODevice::OpenMode mode) {
-  const int descriptor = ::open(path.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+bool open_text_file(QFile &file, const std::string &path, int flags, QIODevice::OpenMode mode) {
+  const int descriptor = open_regular_file(path.c_str(), flags);
   if (descriptor < 0)
     return false;
-  struct stat status = {};
-  if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-      file.open(descriptor, mode | QIODevice::Text, QFileDevice::AutoCloseHandle))
+  if (file.open(descriptor, mode | QIODevice::Text, QFileDevice::AutoCloseHandle))
     return true;
   ::close(descriptor);
   return false;
@@ -74,7 +71,7 @@ const std::string &buttonlevel_path() {
 
 void writeButtonlevelFile(const QStringList &levels, const std::string &path) {
   QFile file;
-  if (!open_regular_file(file, path, O_WRONLY | O_CREAT | O_TRUNC, QIODevice::WriteOnly)) {
+  if (!open_text_file(file, path, O_WRONLY | O_CREAT | O_TRUNC, QIODevice::WriteOnly)) {
     debug_line() << "writeButtonlevelFile : Unable to open " << path.c_str();
     return;
   }
@@ -92,7 +89,7 @@ bool readButtonlevelFile(QStringList &levels, const std::string &path) {
   if (::access(path.c_str(), F_OK) != 0)
     writeDefaultButtonlevelFile(path);
   QFile file;
-  if (!open_regular_file(file, path, O_RDONLY, QIODevice::ReadOnly)) {
+  if (!open_text_file(file, path, O_RDONLY, QIODevice::ReadOnly)) {
     debug_line() << "readButtonlevelFile: Unable to open file " << path.c_str() << line_feed;
     return false;
   }

@@ -2,13 +2,12 @@
 
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
+#include "paths/regular_file.h"
 
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <memory>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -20,18 +19,14 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Only a regular file is opened: anything else could keep the reader waiting, or never end.
-File open_regular_file(const std::string &name) {
-  const int descriptor = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+File open_file(const std::string &name) {
+  const int descriptor = open_regular_file(name.c_str());
   if (descriptor < 0)
     return nullptr;
-  struct stat status {};
-  std::FILE *file = nullptr;
-  if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
-    file = ::fdopen(descriptor, "r");
+  File file(::fdopen(descriptor, "r"));
   if (!file)
     ::close(descriptor);
-  return File(file);
+  return file;
 }
 
 /// Lines that begin beyond this are not read; a file of two or three levels has some thirty bytes.
@@ -50,7 +45,7 @@ void read_level(const Buffer &line, std::int32_t &level) {
 } // namespace
 
 void ButtonLevels::read(const std::string &file_name, const std::function<void(std::int32_t scr)> &on_screen_level) {
-  const File file = open_regular_file(file_name);
+  const File file = open_file(file_name);
   if (!file)
     return;
   Buffer line{};

@@ -187,7 +187,9 @@ void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) 
     print("buttondriver: button id %d must have a non-zero time to use blinking.", button_id);
     return;
   }
-  _blinking.insert_or_assign(button, Blinking{BlinkState(time)});
+  const auto [place_of_blinking, is_new] = _blinking.try_emplace(button, Blinking{BlinkState(time)});
+  if (!is_new)
+    place_of_blinking->second.state = BlinkState(time);
   if (_update_timer.isActive())
     return;
   _update_timer.start();
@@ -219,9 +221,11 @@ void ButtonSetterImpl::reconfig() {
 
 void ButtonSetterImpl::update_timer() {
   for (auto &[button, blink] : _blinking) {
+    // On a device that cannot follow, a phase lasts longer.
+    if (!_fpga->isDone(blink.newest_task))
+      continue;
     const std::optional<std::uint8_t> value = blink.state.tick();
-    // A device that cannot follow misses a phase; the next one sets it right.
-    if (!value || !_fpga->isDone(blink.newest_task))
+    if (!value)
       continue;
     button->setState(*value);
     blink.newest_task = _fpga->newestTask();

@@ -55,10 +55,22 @@ void NullMessageLog::write(const QByteArray &message, qint32 client_id) {
     return;
   _is_high = true;
   emit backlogHigh(client_id);
+  if (_waiting_cost > full_mark)
+    emit backlogFull();
 }
 
 void NullMessageLog::writePiece() {
   _cost_of_this_round = 0;
+  writeWaiting();
+  if (_cost_of_this_round == 0)
+    _turn.stop();
+  if (!_is_high || _waiting_cost > low_mark)
+    return;
+  _is_high = false;
+  emit backlogLow();
+}
+
+void NullMessageLog::writeWaiting() {
   while (!_waiting.empty() && _cost_of_this_round < at_once) {
     const auto size = static_cast<std::size_t>(_waiting.front().size());
     const std::size_t end = std::min(size, _next + at_once - _cost_of_this_round);
@@ -73,14 +85,6 @@ void NullMessageLog::writePiece() {
     _cost_of_this_round += cost_of_a_message;
     _waiting_cost -= cost_of_a_message;
   }
-  if (!_waiting.empty())
-    return;
-  if (_cost_of_this_round == 0)
-    _turn.stop();
-  if (!_is_high)
-    return;
-  _is_high = false;
-  emit backlogLow();
 }
 
 } // namespace buttondriver

@@ -22,8 +22,11 @@ public:
   /// because an empty one takes memory and time too.
   static constexpr std::size_t at_once = 64 * 1024;
   static constexpr std::size_t cost_of_a_message = 64;
-  /// Waiting bytes past which whoever brings messages should pause, until none waits.
+  /// Waiting bytes past which who brings more should pause, and past which everybody should, until they are as few as
+  /// the low mark.
   static constexpr std::size_t high_mark = 256 * 1024;
+  static constexpr std::size_t full_mark = 4 * 1024 * 1024;
+  static constexpr std::size_t low_mark = 64 * 1024;
 
   NullMessageLog();
 
@@ -31,15 +34,19 @@ public:
   void write(const QByteArray &message, qint32 client_id);
 
 signals:
-  /// More waits than should, and this client has added to it.
+  /// More waits than the high mark, and this client has added to it.
   void backlogHigh(qint32 client_id);
-  /// What was high is written.
+  /// More waits than the full mark.
+  void backlogFull();
+  /// What was high or full is down to the low mark.
   void backlogLow();
 
 private slots:
   void writePiece();
 
 private:
+  void writeWaiting();
+
   std::deque<QByteArray> _waiting; // the first one from `_next` on
   std::size_t _next = 0;
   std::size_t _waiting_cost = 0;

@@ -1,5 +1,7 @@
 #include "fpga/font_settings.h"
 
+#include "paths/regular_file.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
@@ -19,12 +21,14 @@ FontSettings font_group(QSettings &settings) {
 } // namespace
 
 std::optional<FontSettings> read_font_settings(const QString &path) {
-  const QFileInfo info(path);
-  if (!info.exists())
+  if (!QFileInfo::exists(path))
     return FontSettings{};
-  QFile file(path);
+  QFile file;
+  const int descriptor = open_regular_file(QFile::encodeName(path).constData());
+  if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+    return std::nullopt;
   // Of hostile lists in lists, QSettings takes as much stack as they have levels: the length bounds them.
-  if (!info.isFile() || info.size() > most_bytes || !file.open(QIODevice::ReadOnly))
+  if (file.size() > most_bytes)
     return std::nullopt;
   // QSettings remembers what it has read under a name, and reads again only for another size or time. A copy under a
   // name of its own is always read.

@@ -59,8 +59,10 @@ void ClientButtondriver::clientData() {
     _socket->skip(_socket->bytesAvailable());
     return;
   }
-  if (_socket->bytesToWrite() > limits::unread_answers)
+  if (_socket->bytesToWrite() > limits::unread_answers) {
+    readNoFurther();
     return;
+  }
   const std::size_t delivered = deliver(*_socket, *_socket);
   sendAnswers();
   // Where the answers could not be sent any more, the connection has just ended.
@@ -111,11 +113,8 @@ void ClientButtondriver::deliverRest() {
 /// Sees to it that the frame that now comes first can be put together.
 void ClientButtondriver::prepareNextFrame() {
   const FrameHead head = peek_frame(*_socket);
-  if (head.is_complete) {
-    // Nothing more is read before it is delivered: the end of the connection would come in front of its answer.
-    _socket->setReadBufferSize(_socket->bytesAvailable());
-    return;
-  }
+  if (head.is_complete)
+    return readNoFurther();
   // A length that wraps asks for what is there, and never gets here.
   if (head.is_known && head.length > limits::largest_frame)
     return blockForGood(head.length);
@@ -127,6 +126,12 @@ void ClientButtondriver::prepareNextFrame() {
     _large_frame = needed;
     _socket->setReadBufferSize(needed);
   }
+}
+
+/// Until the next turn: the end of the connection would be noticed in front of the answers to what is there.
+void ClientButtondriver::readNoFurther() {
+  if (_socket->bytesAvailable() > 0)
+    _socket->setReadBufferSize(_socket->bytesAvailable());
 }
 
 /// After its buffer was full, a socket reads on only when the buffer is emptied or its size changes; what is left in it
@@ -145,6 +150,7 @@ void ClientButtondriver::blockForGood(quint32 length) {
   critical_line() << "buttondriver: frame too large, connection blocked, descriptor" << qint64{_descriptor} << "size"
                   << length;
   _socket->skip(_socket->bytesAvailable());
+  _socket->setReadBufferSize(limits::read_ahead);
 }
 
 void ClientButtondriver::endLargeFrame() {

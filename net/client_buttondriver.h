@@ -65,6 +65,7 @@ private:
   void deliverRest();
   void sendAnswers();
   void prepareNextFrame();
+  void readNoFurther();
   void keepReading();
   void blockForGood(quint32 length);
   void endLargeFrame();

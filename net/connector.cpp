@@ -22,8 +22,6 @@ Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
   connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this,
           SLOT(restFromAccepting()));
   connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(newClient()));
-  // One that must not come in yet ends the server's accepting.
-  _server.setMaxPendingConnections(1);
 }
 
 Connector::~Connector() {
@@ -48,9 +46,12 @@ void Connector::newClient() {
     connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { queueTurn(client); });
     connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::queueAllTurns);
     connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
+    client->setHeld(_is_everybody_held);
     _clients.push_back(client);
     debug_line() << "buttondriver: new client";
   }
+  // To pause is not enough: the server goes on as long as somebody waits. With no place for those it stops at once.
+  _server.setMaxPendingConnections(canAccept() ? 1 : 0);
   if (!_server.isListening() || _accept_timer.isActive())
     return;
   if (canAccept())
@@ -82,7 +83,14 @@ void Connector::holdClient(qint32 client_id) {
       client->setHeld(true);
 }
 
+void Connector::holdAllClients() {
+  _is_everybody_held = true;
+  for (ClientButtondriver *client : _clients)
+    client->setHeld(true);
+}
+
 void Connector::releaseClients() {
+  _is_everybody_held = false;
   for (ClientButtondriver *client : _clients)
     client->setHeld(false);
   queueAllTurns();

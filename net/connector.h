@@ -42,6 +42,8 @@ public slots:
   void resumeReading();
   /// Delivers nothing but pings of the connection with this id, until releaseClients.
   void holdClient(qint32 client_id);
+  /// As holdClient, of all connections and of those that come.
+  void holdAllClients();
   void releaseClients();
 
 signals:
@@ -70,6 +72,7 @@ private:
   QTimer _accept_timer;
   std::size_t _first_turn = 0;
   bool _is_paused = false;
+  bool _is_everybody_held = false;
 };
 
 } // namespace buttondriver

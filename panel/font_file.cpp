@@ -1,6 +1,7 @@
 #include "panel/font_file.h"
 
-#include <fcntl.h>
+#include "paths/regular_file.h"
+
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,15 +21,18 @@ bool starts_with(const std::vector<unsigned char> &content, unsigned char first,
 
 /// FreeType would unpack these by itself, without a bound.
 bool is_packed_otherwise(const std::vector<unsigned char> &content) {
-  return starts_with(content, 0x1F, 0x9D) || starts_with(content, 'B', 'Z') || starts_with(content, 0x1F, 0x8B);
+  return starts_with(content, 0x1F, 0x9D) || starts_with(content, 'B', 'Z') || starts_with(content, 0x1F, 0x8B) ||
+         starts_with(content, 'w', 'O');
 }
 
-/// Takes over `descriptor`; null when it is nothing to read a font from. Opening and reading never wait.
-std::unique_ptr<gzFile_s, CloseGzip> open_regular_file(int descriptor) {
-  struct stat status {};
+/// Null when there is nothing to read a font from.
+std::unique_ptr<gzFile_s, CloseGzip> open_packed(const char *path) {
+  const int descriptor = open_regular_file(path);
+  if (descriptor < 0)
+    return nullptr;
+  struct stat status = {};
   std::unique_ptr<gzFile_s, CloseGzip> file;
-  if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-      status.st_size <= static_cast<off_t>(largest_font_file))
+  if (::fstat(descriptor, &status) == 0 && status.st_size <= static_cast<off_t>(largest_font_file))
     file.reset(gzdopen(descriptor, "rb"));
   if (!file)
     ::close(descriptor);
@@ -38,11 +42,8 @@ std::unique_ptr<gzFile_s, CloseGzip> open_regular_file(int descriptor) {
 } // namespace
 
 FT_Error read_font_file(const char *path, std::vector<unsigned char> &content) {
-  const int descriptor = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor < 0)
-    return FT_Err_Cannot_Open_Resource;
   // Reads a file as it is that is not compressed.
-  const auto file = open_regular_file(descriptor);
+  const auto file = open_packed(path);
   if (!file)
     return FT_Err_Cannot_Open_Resource;
   constexpr std::size_t piece = 64 * 1024;

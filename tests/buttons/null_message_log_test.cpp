@@ -34,6 +34,7 @@ protected:
   NullMessageLogTest() {
     QObject::connect(&log, &NullMessageLog::backlogHigh,
                      [this](qint32 client) { marks += "high " + std::to_string(client) + " "; });
+    QObject::connect(&log, &NullMessageLog::backlogFull, [this] { marks += "full "; });
     QObject::connect(&log, &NullMessageLog::backlogLow, [this] { marks += "low "; });
   }
 
@@ -96,8 +97,21 @@ TEST_F(NullMessageLogTest, tells_when_much_waits_and_when_nothing_does) {
   EXPECT_EQ(marks, "high 2000 high 1000 ");
   ASSERT_TRUE(process_until(lines_of(message) + lines_of(message_of(1)) + lines_of(message_of(2))));
   EXPECT_EQ(marks, "high 2000 high 1000 low ");
-  log.write(message_of(NullMessageLog::high_mark + 1), 3000);
+  log.write(message_of(NullMessageLog::full_mark - NullMessageLog::cost_of_a_message), 3000);
   EXPECT_EQ(marks, "high 2000 high 1000 low high 3000 ");
+  log.write({}, 3000);
+  EXPECT_EQ(marks, "high 2000 high 1000 low high 3000 high 3000 full ");
+}
+
+TEST_F(NullMessageLogTest, what_is_high_is_low_at_the_low_mark) {
+  // Held up by one who adds a little in each round.
+  log.write(message_of(NullMessageLog::high_mark), 1000);
+  const auto is_low = [&] { return marks.find("low") != std::string::npos; };
+  for (int i = 0; i < 1000 && !is_low(); ++i) {
+    log.write(message_of(NullMessageLog::low_mark / 2), 2000);
+    QCoreApplication::processEvents();
+  }
+  EXPECT_TRUE(is_low()) << marks;
 }
 
 TEST_F(NullMessageLogTest, empty_messages_count_too) {

@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 
+#include <filesystem>
+#include <iterator>
 #include <memory>
 
 namespace buttondriver {
@@ -182,6 +184,22 @@ TEST_F(BackpressureTest, a_client_that_is_held_gets_pings_answered_and_others_ev
   EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
 }
 
+TEST_F(BackpressureTest, while_all_clients_are_held_so_are_those_that_come) {
+  const auto first = connectClient();
+  connector.holdAllClients();
+  const auto second = connectClient();
+  for (const auto *client : {&first, &second})
+    (*client)->write(frame(ping) + frame("held"));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 2; }));
+  process_events_until([] { return false; }, std::chrono::milliseconds(20));
+  EXPECT_THAT(setter.messages(), testing::ElementsAre(ping, ping));
+  connector.releaseClients();
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
+  const auto third = connectClient();
+  third->write(frame("free"));
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 5; }));
+}
+
 TEST_F(BackpressureTest, a_frame_of_16_mib_passes_and_a_longer_one_blocks_its_connection_for_good) {
   const auto client = connectClient();
   const QByteArray largest(limits::largest_frame, 'x');
@@ -247,6 +265,8 @@ TEST_F(BackpressureTest, a_client_that_does_not_read_its_answers_is_not_read_fro
   ASSERT_TRUE(process_events_until([&] { return server_side->bytesToWrite() > limits::unread_answers; }));
   const std::size_t stopped_at = delivered();
   EXPECT_LT(stopped_at, 2000U);
+  const auto turns_answers = static_cast<qint64>(limits::messages_per_turn) * setter.answer.size();
+  EXPECT_LE(server_side->bytesToWrite(), limits::unread_answers + turns_answers);
   // Others are served meanwhile, and nothing more of this one is.
   setter.answer.clear();
   const auto other = connectClient();
@@ -343,13 +363,30 @@ TEST_F(BackpressureTest, clients_beyond_the_limit_wait_until_others_end) {
     process_events_until([&] { return connector.clients().size() > i; }, std::chrono::milliseconds(i < 850 ? 1000 : 20));
   }
   EXPECT_EQ(connector.clients().size(), limits::connections);
+  // Of those that wait one has something to say, one gives up, and one has said something and gives up.
+  sockets[limits::connections]->write(frame("patience"));
+  sockets[limits::connections + 1]->abort();
+  sockets[limits::connections + 2]->write(frame("patience"));
+  process_events_until([&] { return sockets[limits::connections + 2]->bytesToWrite() == 0; });
+  sockets[limits::connections + 2]->abort();
+  process_events_until([] { return false; }, std::chrono::milliseconds(20));
+  EXPECT_EQ(delivered(), 0U);
   for (std::size_t i = 0; i < 100; ++i)
     sockets[i]->abort();
-  EXPECT_TRUE(process_events_until([&] { return connector.clients().size() == limits::connections + 5 - 100; }));
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 2; }));
+  EXPECT_TRUE(process_events_until([&] { return connector.clients().size() == limits::connections + 3 - 100; }));
+  sockets.clear();
+  EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+}
+
+std::ptrdiff_t open_descriptors() {
+  const std::filesystem::directory_iterator entries("/proc/self/fd");
+  return std::distance(begin(entries), end(entries));
 }
 
 TEST_F(BackpressureTest, ten_thousand_connections_leave_nothing_behind) {
   const auto children = connector.children().size();
+  const auto descriptors = open_descriptors();
   for (int i = 0; i < 10'000; ++i) {
     QTcpSocket client;
     client.connectToHost(QHostAddress::LocalHost, connector.port());
@@ -363,6 +400,7 @@ TEST_F(BackpressureTest, ten_thousand_connections_leave_nothing_behind) {
   }
   EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
   EXPECT_TRUE(process_events_until([&] { return connector.children().size() == children; }));
+  EXPECT_EQ(open_descriptors(), descriptors);
 }
 
 } // namespace
