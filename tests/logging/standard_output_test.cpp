@@ -46,6 +46,7 @@ std::string observed;
 
 TEST(StandardOutput, is_shown_to_its_observer_as_it_is_written) {
   test::CapturedOutput output;
+  observed.clear();
   observe_prints([](std::string_view text) { observed += "<" + std::string(text) + ">"; });
   print("%s %d", "a number", 7);
   print_line("; a line");
