@@ -71,6 +71,20 @@ void reconnect(Target &target) {
   }
 }
 
+/// Leaves more work behind than the daemon takes at once, and is gone before it is done; politely or not.
+void leave_work(Target &target) {
+  std::string work;
+  for (int i = 0; i < 12; ++i)
+    work += many_small_frames();
+  for (unsigned turn = 0; !target.stop; ++turn) {
+    LoopbackSocket socket = connect(target);
+    target.bytes_sent += socket.send(work);
+    if (turn % 2 == 0)
+      socket.reset();
+    std::this_thread::sleep_for(milliseconds(200));
+  }
+}
+
 void write_in_place(const std::string &file, const std::string &content) { std::ofstream(file) << content; }
 
 void replace_by_rename(const std::string &file, const std::string &content) {
@@ -151,6 +165,7 @@ const std::vector<Load> &all_loads() {
       {"floods", flood},
       {"pictures", flood_with_pictures},
       {"reconnects", reconnect},
+      {"endings", leave_work},
       {"fonts", swap_fonts},
       {"levels", change_levels},
       {"stalled", stall},

@@ -22,7 +22,7 @@ struct Load {
   void (*run)(Target &target);
 };
 
-/// All of them: floods, pictures, reconnects, fonts, levels, stalled, endless.
+/// All of them: floods, pictures, reconnects, endings, fonts, levels, stalled, endless.
 const std::vector<Load> &all_loads();
 
 } // namespace buttondriver::soak
