@@ -15,8 +15,12 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
+#include <string>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace buttondriver {
 namespace {
@@ -95,10 +99,26 @@ TEST_F(SlowDeviceTest, a_flood_waits_with_its_sender_while_others_are_answered_a
 
 TEST_F(SlowDeviceTest, blinking_faster_than_the_device_can_follow_keeps_nobody_out) {
   const auto client = connectClient();
-  // All 24 buttons want a transfer each 20 ms, which take 48.
-  client->write(framed(hton_BMS_SetLEDState(-1, -1, 20)));
-  std::size_t transfers = 0;
-  ASSERT_TRUE(process_events_until([&] { return (transfers += device.takeLines().size()) > 300; }));
+  ASSERT_TRUE(device.waitFor(12));
+  device.takeLines();
+  // All 24 buttons want a transfer each 40 ms, which take 48.
+  client->write(framed(hton_BMS_SetLEDState(-1, -1, 40)));
+  std::vector<std::string> lines;
+  ASSERT_TRUE(process_events_until([&] {
+    for (std::string &line : device.takeLines())
+      lines.push_back(std::move(line));
+    return lines.size() > 300;
+  }));
+  // Late as they are, on and off take turns.
+  std::map<unsigned, bool> is_lit;
+  for (const std::string &line : lines) {
+    const unsigned command = static_cast<unsigned>(std::stoul(line.substr(9, 2), nullptr, 16));
+    const bool lights = (command & 0x20U) != 0;
+    const auto [led, is_first] = is_lit.try_emplace(command & 0x1FU, lights);
+    EXPECT_TRUE(is_first || led->second != lights) << line;
+    led->second = lights;
+  }
+  EXPECT_EQ(is_lit.size(), 24U);
   EXPECT_TRUE(daemon->dispatcher().isBlinking());
   EXPECT_LE(daemon->fpga().queueLength(), 24U);
   // Others get through, also with more than the queue takes at once.
