@@ -26,6 +26,11 @@ if(BUTTONDRIVER_SANITIZE)
   add_link_options(-fsanitize=${BUTTONDRIVER_SANITIZE})
 endif()
 
+# Where include lines start: "panel/leds.h", "protocol/catalogue.h", "bytes/byte_view.h", "simulator/options.h".
+set(BUTTONDRIVER_INCLUDE_ROOTS
+  "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/daemon>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/libraries>"
+  "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/base>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+
 function(buttondriver_compile_rules target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
   if(BUTTONDRIVER_WERROR)
@@ -42,7 +47,7 @@ function(buttondriver_library name)
   set(target buttondriver_${name})
   add_library(${target} STATIC ${room_SOURCES})
   add_library(buttondriver::${name} ALIAS ${target})
-  target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+  target_include_directories(${target} PUBLIC ${BUTTONDRIVER_INCLUDE_ROOTS})
   target_link_libraries(${target} PUBLIC ${room_LINK})
   buttondriver_compile_rules(${target})
   if(room_QT)
@@ -97,7 +102,7 @@ endfunction()
 #
 # Headers of the current room that other public headers include.
 function(buttondriver_install_headers)
-  file(RELATIVE_PATH room "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+  cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME room)
   install(FILES ${ARGV} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/buttondriver/${room}" COMPONENT development)
 endfunction()
 

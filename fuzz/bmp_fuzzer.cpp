@@ -7,8 +7,8 @@
 #include "fuzz/support/input.h"
 #include "fuzz/support/quiet.h"
 #include "fuzz/support/require.h"
-#include "panel/bmp.h"
-#include "panel/image.h"
+#include "panel/formats/bmp.h"
+#include "panel/tft/image.h"
 #include "panel/panel_lib.h"
 
 #include <algorithm>

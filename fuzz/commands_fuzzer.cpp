@@ -9,7 +9,7 @@
 #include "fuzz/support/facade_rig.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/require.h"
-#include "net/frame_reader.h"
+#include "server/frame_reader.h"
 #include "protocol/framing.h"
 #include "protocol/records.h"
 

@@ -7,8 +7,8 @@
 #include "fuzz/support/input.h"
 #include "fuzz/support/quiet.h"
 #include "fuzz/support/require.h"
-#include "net/event_client.h"
-#include "net/event_client_testing.h"
+#include "event_client/event_client.h"
+#include "event_client/event_client_testing.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
 

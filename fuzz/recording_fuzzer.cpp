@@ -5,8 +5,8 @@
 #include "fuzz/support/memory_file.h"
 #include "fuzz/support/require.h"
 #include "protocol/framing.h"
-#include "tools/recording_reader.h"
-#include "tools/recording_writer.h"
+#include "buttonctl/recording/recording_reader.h"
+#include "buttonctl/recording/recording_writer.h"
 
 #include <QByteArray>
 #include <QString>

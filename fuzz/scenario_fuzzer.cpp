@@ -5,7 +5,7 @@
 #include "fuzz/support/input.h"
 #include "fuzz/support/require.h"
 #include "tests/support/temporary_folder.h"
-#include "tools/scenario_reader.h"
+#include "buttonctl/scenario/scenario_reader.h"
 
 #include <QByteArray>
 #include <QCoreApplication>

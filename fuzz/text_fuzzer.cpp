@@ -8,9 +8,9 @@
 #include "fuzz/support/input.h"
 #include "fuzz/support/memory_file.h"
 #include "fuzz/support/quiet.h"
-#include "panel/font.h"
+#include "panel/formats/font.h"
 #include "panel/panel_lib.h"
-#include "panel/text.h"
+#include "panel/tft/text.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "app/process.h"
 #include "simulator/page_opening.h"
 #include "simulator/simulation.h"
-#include "simulator/web_page.h"
+#include "simulator/http/web_page.h"
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "simulator/options.h"
 
-#include "simulator/web_page.h"
+#include "simulator/http/web_page.h"
 
 #include <QCommandLineParser>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/http_endpoint.h"
+#include "simulator/http/http_endpoint.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/options.h"
-#include "simulator/web_page.h"
+#include "simulator/http/web_page.h"
 
 namespace buttondriver::simulator {
 

@@ -1,9 +1,9 @@
 #include "simulator/simulation.h"
 
 #include "fpga/fpga_task.h"
-#include "fpga/post.h"
+#include "threads/post.h"
 #include "logging/standard_output.h"
-#include "simulator/panel_picture.h"
+#include "simulator/picture/panel_picture.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "app/daemon.h"
-#include "simulator/log_tap.h"
-#include "simulator/message_observer.h"
+#include "simulator/traffic/log_tap.h"
+#include "simulator/traffic/message_observer.h"
 #include "simulator/options.h"
-#include "simulator/transfer_recorder.h"
-#include "simulator/virtual_panel.h"
+#include "simulator/device/transfer_recorder.h"
+#include "simulator/device/virtual_panel.h"
 
 #include <QObject>
 

@@ -1,5 +1,5 @@
 /* Lights a button's LED, and shows which requests the client sends. */
-#include <buttondriver/net/event_client.h>
+#include <buttondriver/event_client/event_client.h>
 
 #include <stdio.h>
 #include <stdlib.h>

@@ -1,5 +1,5 @@
 // Writes a text line on all screens and lets the LED of a button blink.
-#include <buttondriver/net/q_button_driver_client.h>
+#include <buttondriver/qt_client/q_button_driver_client.h>
 #include <buttondriver/protocol/encoders.h>
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 // Shows two lines on a character display. A block of memory stands for the registers here; a program on the panel maps
 // the real ones, and leaves out the function that watches what is stored.
-#include <buttondriver/buttons/character_display_register.h>
-#include <buttondriver/buttons/vacuum.h>
+#include <buttondriver/character_display/character_display_register.h>
+#include <buttondriver/character_display/vacuum.h>
 
 #include <QCoreApplication>
 

@@ -1,5 +1,5 @@
 /* Makes the panel read its brightness again. Built with cc, make and pkg-config, without CMake. */
-#include <buttondriver/net/event_client.h>
+#include <buttondriver/event_client/event_client.h>
 
 #include <stdio.h>
 #include <stdlib.h>

@@ -3,7 +3,7 @@
 //   write_fuzz_seeds FOLDER
 //
 // A target without seeds starts from its corpus alone.
-#include "docs/generator/worked_examples.h"
+#include "tools/reference/worked_examples.h"
 #include "fuzz/seeds/seed.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"

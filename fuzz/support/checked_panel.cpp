@@ -1,8 +1,8 @@
 #include "fuzz/support/checked_panel.h"
 
 #include "fuzz/support/require.h"
-#include "panel/pixel_window.h"
-#include "panel/registers.h"
+#include "panel/tft/pixel_window.h"
+#include "panel/registers/registers.h"
 
 namespace buttondriver::fuzz {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "panel/register_device.h"
-#include "simulator/virtual_panel.h"
+#include "panel/registers/register_device.h"
+#include "simulator/device/virtual_panel.h"
 
 #include <array>
 #include <cstdint>

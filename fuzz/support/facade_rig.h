@@ -2,7 +2,7 @@
 
 #include "fpga/fpga.h"
 #include "fuzz/support/checked_panel.h"
-#include "paths/system_paths.h"
+#include "files/system_paths.h"
 #include "tests/support/temporary_folder.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
-#include "simulator/web_page.h"
+#include "simulator/http/web_page.h"
 
-#include "simulator/http/page_server.h"
+#include "simulator/http/page/page_server.h"
 
 namespace buttondriver::simulator {
 

@@ -1,6 +1,6 @@
 // The virtual panel's command line, pictures and recording.
 
-#include "simulator/web_page.h"
+#include "simulator/http/web_page.h"
 #include "support/program.h"
 #include "support/test_root.h"
 

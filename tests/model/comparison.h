@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/command.h"
-#include "model/panel_model.h"
+#include "model/commands/command.h"
+#include "model/expected/panel_model.h"
 #include "model/panel_under_test.h"
 
 #include <string>

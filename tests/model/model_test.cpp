@@ -4,8 +4,8 @@
 //   model_test --gtest_filter='Replay*' --replay=FILE     what a failed test has printed, once more
 
 #include "model/comparison.h"
-#include "model/sequence_generator.h"
-#include "model/shrinker.h"
+#include "model/commands/sequence_generator.h"
+#include "model/commands/shrinker.h"
 #include "support/test_root.h"
 
 #include <QCoreApplication>

@@ -2,9 +2,9 @@
 
 #include "buttons/button_setter_impl.h"
 #include "fpga/fpga.h"
-#include "model/command.h"
+#include "model/commands/command.h"
 #include "model/shown_panel.h"
-#include "simulator/virtual_panel.h"
+#include "simulator/device/virtual_panel.h"
 #include "support/test_root.h"
 
 #include <QBuffer>

@@ -12,8 +12,8 @@ rows=0
 expect() {
   rows=$((rows + 1))
   tree=$folder/$rows
-  mkdir -p "$tree/bytes" "$tree/$(dirname "$2")"
-  echo '#include <vector>' >"$tree/bytes/innocent.h"
+  mkdir -p "$tree/base/bytes" "$tree/$(dirname "$2")"
+  echo '#include <vector>' >"$tree/base/bytes/innocent.h"
   printf '#pragma once\n\n#include %s\n' "$3" >"$tree/$2"
   said=$("$check_arrows" "$tree" 2>&1)
   status=$?
@@ -31,53 +31,53 @@ expect() {
 }
 
 # Down the arrows, sideways within a room, and out to libraries.
-expect nothing app/a.cpp '"net/connector.h"'
-expect nothing app/a.cpp '"fpga/fpga.h"'
-expect nothing buttons/a.cpp '"fpga/fpga.h"'
-expect nothing fpga/a.cpp '"panel/text.h"'
-expect nothing net/a.cpp '"buttons/button_setter.h"'
-expect nothing net/a.cpp '"protocol/encoders.h"'
-expect nothing net/a.h '<QTcpSocket>'
-expect nothing protocol/a.h '"../bytes/byte_view.h"'
-expect nothing protocol/encoders.h '<QByteArray>'
-expect nothing protocol/encoders.cpp '"protocol/converters.h"'
-expect nothing protocol/records.h '"catalogue.h"'
-expect nothing panel/a.h '"panel/registers.h"'
-expect nothing panel/a.h '<ft2build.h>'
-expect nothing panel/a.cpp '"logging/standard_output.h"'
-expect nothing panel/ioctl_register_device.cpp '<sys/ioctl.h>'
-expect nothing tests/net/a.cpp '<sys/ioctl.h>'
+expect nothing daemon/app/a.cpp '"server/connector.h"'
+expect nothing daemon/app/a.cpp '"fpga/fpga.h"'
+expect nothing daemon/buttons/a.cpp '"fpga/fpga.h"'
+expect nothing daemon/fpga/a.cpp '"panel/text.h"'
+expect nothing daemon/server/a.cpp '"buttons/button_setter.h"'
+expect nothing daemon/server/a.cpp '"protocol/encoders.h"'
+expect nothing daemon/server/a.h '<QTcpSocket>'
+expect nothing libraries/protocol/a.h '"../bytes/byte_view.h"'
+expect nothing libraries/protocol/encoders.h '<QByteArray>'
+expect nothing libraries/protocol/encoders.cpp '"protocol/converters.h"'
+expect nothing libraries/protocol/records.h '"catalogue.h"'
+expect nothing daemon/panel/a.h '"panel/registers/registers.h"'
+expect nothing daemon/panel/a.h '<ft2build.h>'
+expect nothing daemon/panel/a.cpp '"logging/standard_output.h"'
+expect nothing daemon/panel/registers/ioctl_register_device.cpp '<sys/ioctl.h>'
+expect nothing tests/daemon/server/a.cpp '<sys/ioctl.h>'
 expect nothing build/moc/a.cpp '<sys/ioctl.h>'
 
 # Up the arrows.
-expect 'panel/a.h:3: must not include fpga/fpga.h' panel/a.h '"fpga/fpga.h"'
-expect 'fpga/a.cpp:3: must not include buttons/button.h' fpga/a.cpp '"buttons/button.h"'
-expect 'buttons/a.cpp:3: must not include net/connector.h' buttons/a.cpp '"net/connector.h"'
-expect 'net/a.h:3: must not include app/daemon.h' net/a.h '"app/daemon.h"'
-expect 'net/a.h:3: must not include fpga/fpga.h' net/a.h '"fpga/fpga.h"'
-expect 'net/a.h:3: must not include buttons/button.h' net/a.h '"buttons/button.h"'
-expect 'net/a.h:3: must not include buttons/button_setter_impl.h' net/a.h '"buttons/button_setter_impl.h"'
-expect 'protocol/a.h:3: must not include net/connector.h' protocol/a.h '"net/connector.h"'
-expect 'protocol/decode.h:3: must not include protocol/encoders.h' protocol/decode.h '"protocol/encoders.h"'
-expect 'protocol/decode.h:3: must not include encoders.h' protocol/decode.h '"encoders.h"'
-expect 'app/a.cpp:3: must not include simulator/options.h' app/a.cpp '"simulator/options.h"'
+expect 'daemon/panel/a.h:3: must not include fpga/fpga.h' daemon/panel/a.h '"fpga/fpga.h"'
+expect 'daemon/fpga/a.cpp:3: must not include buttons/button.h' daemon/fpga/a.cpp '"buttons/button.h"'
+expect 'daemon/buttons/a.cpp:3: must not include server/connector.h' daemon/buttons/a.cpp '"server/connector.h"'
+expect 'daemon/server/a.h:3: must not include app/daemon.h' daemon/server/a.h '"app/daemon.h"'
+expect 'daemon/server/a.h:3: must not include fpga/fpga.h' daemon/server/a.h '"fpga/fpga.h"'
+expect 'daemon/server/a.h:3: must not include buttons/button.h' daemon/server/a.h '"buttons/button.h"'
+expect 'daemon/server/a.h:3: must not include buttons/button_setter_impl.h' daemon/server/a.h '"buttons/button_setter_impl.h"'
+expect 'libraries/protocol/a.h:3: must not include server/connector.h' libraries/protocol/a.h '"server/connector.h"'
+expect 'libraries/protocol/decode.h:3: must not include protocol/encoders.h' libraries/protocol/decode.h '"protocol/encoders.h"'
+expect 'libraries/protocol/decode.h:3: must not include encoders.h' libraries/protocol/decode.h '"encoders.h"'
+expect 'daemon/app/a.cpp:3: must not include simulator/options.h' daemon/app/a.cpp '"simulator/options.h"'
 
 # Rooms without Qt, and without headers that need it.
-expect 'panel/a.h:3: must not include QString' panel/a.h '<QString>'
-expect 'panel/a.h:3: must not include QtCore/QString' panel/a.h '<QtCore/QString>'
-expect 'panel/a.cpp:3: must not include logging/log_line.h' panel/a.cpp '"logging/log_line.h"'
-expect 'protocol/catalogue.h:3: must not include QtGlobal' protocol/catalogue.h '<QtGlobal>'
-expect 'stopwatch/a.h:3: must not include QElapsedTimer' stopwatch/a.h '<QElapsedTimer>'
-expect 'bytes/a.h:3: must not include QByteArray' bytes/a.h '<QByteArray>'
-expect 'paths/a.h:3: must not include QString' paths/a.h '<QString>'
-expect 'net/event_client.h:3: must not include QTcpSocket' net/event_client.h '<QTcpSocket>'
+expect 'daemon/panel/a.h:3: must not include QString' daemon/panel/a.h '<QString>'
+expect 'daemon/panel/a.h:3: must not include QtCore/QString' daemon/panel/a.h '<QtCore/QString>'
+expect 'daemon/panel/a.cpp:3: must not include logging/log_line.h' daemon/panel/a.cpp '"logging/log_line.h"'
+expect 'libraries/protocol/catalogue.h:3: must not include QtGlobal' libraries/protocol/catalogue.h '<QtGlobal>'
+expect 'libraries/stopwatch/a.h:3: must not include QElapsedTimer' libraries/stopwatch/a.h '<QElapsedTimer>'
+expect 'base/bytes/a.h:3: must not include QByteArray' base/bytes/a.h '<QByteArray>'
+expect 'base/files/a.h:3: must not include QString' base/files/a.h '<QString>'
+expect 'libraries/event_client/event_client.h:3: must not include QTcpSocket' libraries/event_client/event_client.h '<QTcpSocket>'
 
 # Also from an installed header, which has no root to start from.
-expect 'protocol/a.h:3: must not include ../buttons/button.h' protocol/a.h '"../buttons/button.h"'
+expect 'libraries/protocol/a.h:3: must not include ../buttons/button.h' libraries/protocol/a.h '"../buttons/button.h"'
 
 # One door to the hardware.
-expect 'panel/a.cpp:3: must not include sys/ioctl.h' panel/a.cpp '<sys/ioctl.h>'
-expect 'fpga/a.cpp:3: must not include sys/ioctl.h' fpga/a.cpp '<sys/ioctl.h>'
+expect 'daemon/panel/a.cpp:3: must not include sys/ioctl.h' daemon/panel/a.cpp '<sys/ioctl.h>'
+expect 'daemon/fpga/a.cpp:3: must not include sys/ioctl.h' daemon/fpga/a.cpp '<sys/ioctl.h>'
 
 expect 'attic/a.cpp: its room is not in the table of arrows' attic/a.cpp '<vector>'
 

@@ -6,8 +6,8 @@
 // SIGUSR1; it is not there yet. Without LOAD all loads run. Exit status: 0 flat, 1
 // not, 2 a bad command line, or no daemon.
 
-#include "soak/loads.h"
-#include "soak/prober.h"
+#include "soak/load/loads.h"
+#include "soak/load/prober.h"
 #include "soak/verdict.h"
 #include "soak/watched_process.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "paths/system_paths.h"
+#include "files/system_paths.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "threads/thread_sanitizer.h"
+
+#include <QSemaphore>
+
+namespace buttondriver {
+
+/// Counts the queued tasks: a QSemaphore that ThreadSanitizer can follow.
+class TaskSemaphore {
+public:
+  void release() {
+    thread_sanitizer::happens_before(this);
+    _semaphore.release();
+  }
+
+  void acquire() {
+    _semaphore.acquire();
+    thread_sanitizer::happens_after(this);
+  }
+
+private:
+  QSemaphore _semaphore;
+};
+
+} // namespace buttondriver

@@ -1,0 +1,197 @@
+#include "buttonctl/arguments/argument_reader.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <utility>
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+constexpr std::uint32_t highest_latin1_character = 0xFF;
+constexpr int most_shown_characters = 40;
+/// More than any picture needs; a file may have no end, as a device or a pipe has none.
+constexpr int largest_file_mib = 64;
+
+bool is_digit(QChar character) { return character >= QLatin1Char('0') && character <= QLatin1Char('9'); }
+
+bool is_hexadecimal_digit(QChar character) {
+  const QChar lower = character.toLower();
+  return is_digit(character) || (lower >= QLatin1Char('a') && lower <= QLatin1Char('f'));
+}
+
+/// For messages: enough of a long text to recognise it.
+QString shortened(const QString &text) {
+  return text.size() > most_shown_characters ? text.left(most_shown_characters) + QLatin1String("...") : text;
+}
+
+/// QString's own conversion lets blanks and a plus sign pass.
+bool is_decimal(const QString &text) {
+  const QString digits = text.startsWith(QLatin1Char('-')) ? text.mid(1) : text;
+  if (digits.isEmpty())
+    return false;
+  for (const QChar character : digits)
+    if (!is_digit(character))
+      return false;
+  return true;
+}
+
+} // namespace
+
+Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std::int32_t lowest,
+                                   std::int32_t highest) {
+  bool converted = is_decimal(text);
+  const qlonglong number = converted ? text.toLongLong(&converted) : 0;
+  if (!converted || number < lowest || number > highest)
+    return Failure{QStringLiteral("%1 must be a number from %2 to %3, not '%4'")
+                       .arg(name, QString::number(lowest), QString::number(highest), text)};
+  return static_cast<std::int32_t>(number);
+}
+
+ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser, QString folder, QString help)
+    : _command(std::move(command)), _parser(parser), _folder(std::move(folder)),
+      _help(help.isEmpty() ? _command : std::move(help)), _arguments(parser.positionalArguments()) {}
+
+void ArgumentReader::fail(const QString &text) {
+  if (!_failure)
+    _failure = Failure{_command + QLatin1String(": ") + text};
+}
+
+void ArgumentReader::expect_end() {
+  if (!at_end())
+    fail(QStringLiteral("'%1' is one argument too many; see 'buttonctl %2 --help'").arg(_arguments.at(_next), _help));
+}
+
+QString ArgumentReader::word(const char *name) {
+  if (at_end()) {
+    fail(QStringLiteral("%1 is missing; see 'buttonctl %2 --help'").arg(QLatin1String(name), _help));
+    return {};
+  }
+  return _arguments.at(_next++);
+}
+
+std::int32_t ArgumentReader::number(const char *name, std::int32_t lowest, std::int32_t highest) {
+  const QString text = word(name);
+  return checked(parse_number(QLatin1String(name), text, lowest, highest));
+}
+
+std::int32_t ArgumentReader::screen() { return number_or_all("SCREEN", 0, 2); }
+
+std::int32_t ArgumentReader::number_or_all(const char *name, std::int32_t lowest, std::int32_t highest) {
+  const QString text = word(name);
+  if (text == QLatin1String("all"))
+    return -1;
+  const Outcome<std::int32_t> outcome = parse_number(QLatin1String(name), text, lowest, highest);
+  if (!outcome)
+    fail(QStringLiteral("%1 must be a number from %2 to %3, or 'all', not '%4'")
+             .arg(QLatin1String(name), QString::number(lowest), QString::number(highest), text));
+  return outcome ? *outcome : 0;
+}
+
+std::int32_t ArgumentReader::on_or_off() {
+  const QString text = word("STATE");
+  if (text == QLatin1String("on"))
+    return 1;
+  if (text != QLatin1String("off"))
+    fail(QStringLiteral("STATE must be 'on' or 'off', not '%1'").arg(text));
+  return 0;
+}
+
+QString ArgumentReader::text() {
+  const QString text = word("TEXT");
+  // By code points, so that a character outside the basic plane is named as what it is.
+  for (const uint character : text.toUcs4()) {
+    if (character <= highest_latin1_character)
+      continue;
+    const auto code_point = static_cast<char32_t>(character);
+    fail(QStringLiteral("TEXT must be Latin-1 (U+0000 to U+00FF); '%1' (U+%2) is not")
+             .arg(QString::fromUcs4(&code_point, 1),
+                  QString::number(character, 16).toUpper().rightJustified(4, QLatin1Char('0'))));
+    break;
+  }
+  return text;
+}
+
+QByteArray ArgumentReader::hexadecimal() {
+  QByteArray bytes;
+  while (!at_end()) {
+    for (const QString &group : word("HEX").split(QLatin1Char(' '))) {
+      for (const QChar character : group)
+        if (!is_hexadecimal_digit(character))
+          fail(QStringLiteral("HEX must be hexadecimal digits, two for each byte; '%1' is not").arg(shortened(group)));
+      if (group.size() % 2 != 0)
+        fail(QStringLiteral("HEX must be two digits for each byte; '%1' has an odd number").arg(shortened(group)));
+      bytes += QByteArray::fromHex(group.toLatin1());
+    }
+  }
+  return bytes;
+}
+
+QString ArgumentReader::path_of(const QString &name) const {
+  return _folder.isEmpty() ? name : QDir::cleanPath(QDir(_folder).filePath(name));
+}
+
+QByteArray ArgumentReader::file_content(QString &file) {
+  file = word("FILE");
+  if (_failure)
+    return {};
+  QFile source(path_of(file));
+  if (!source.open(QIODevice::ReadOnly)) {
+    fail(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
+    return {};
+  }
+  constexpr qint64 largest_file = qint64{largest_file_mib} * 1024 * 1024;
+  const QByteArray content = source.read(largest_file + 1);
+  if (content.size() > largest_file)
+    fail(QStringLiteral("'%1' has more than %2 MiB").arg(file, QString::number(largest_file_mib)));
+  return content;
+}
+
+std::int32_t ArgumentReader::option_number(const char *name, std::int32_t lowest, std::int32_t highest,
+                                           std::int32_t fallback) {
+  if (!has_option(name))
+    return fallback;
+  return checked(parse_number(QLatin1String("--") + QLatin1String(name), option(name), lowest, highest));
+}
+
+double ArgumentReader::option_factor(const char *name, double lowest, double highest, double fallback) {
+  if (!has_option(name))
+    return fallback;
+  bool good = false;
+  const double factor = option(name).toDouble(&good);
+  // In this form, a value that is no number fails too.
+  if (!good || !(factor >= lowest && factor <= highest))
+    fail(QStringLiteral("--%1 must be a number from %2 to %3, not '%4'")
+             .arg(QLatin1String(name), QString::number(lowest), QString::number(highest, 'f', 0), option(name)));
+  return factor;
+}
+
+std::uint32_t ArgumentReader::option_colour(const char *name, std::uint32_t fallback) {
+  if (!has_option(name))
+    return fallback;
+  QString digits = option(name);
+  if (digits.startsWith(QLatin1Char('#')))
+    digits.remove(0, 1);
+  bool good = digits.size() == 6;
+  for (const QChar character : digits)
+    good = good && is_hexadecimal_digit(character);
+  if (!good)
+    fail(QStringLiteral("--%1 must be six hexadecimal digits RRGGBB, not '%2'").arg(QLatin1String(name), option(name)));
+  return digits.toUInt(nullptr, 16);
+}
+
+bool ArgumentReader::option_pair(const char *yes, const char *no, bool fallback) {
+  if (has_option(yes) && has_option(no))
+    fail(QStringLiteral("use only one of --%1 and --%2").arg(QLatin1String(yes), QLatin1String(no)));
+  return has_option(yes) || (fallback && !has_option(no));
+}
+
+std::int32_t ArgumentReader::checked(const Outcome<std::int32_t> &outcome) {
+  if (outcome)
+    return *outcome;
+  fail(outcome.failure().text);
+  return 0;
+}
+
+} // namespace buttondriver::buttonctl

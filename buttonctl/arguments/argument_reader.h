@@ -1,0 +1,76 @@
+#pragma once
+
+#include "outcome/outcome.h"
+
+#include <QByteArray>
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <optional>
+
+namespace buttondriver::buttonctl {
+
+/// `text` as a whole decimal number from `lowest` to `highest`; `name` is what the message calls it.
+Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std::int32_t lowest, std::int32_t highest);
+
+/// Takes the arguments of one command one after the other, each checked. The first thing that is wrong is kept in
+/// `failure`; from then on every call returns a value of no meaning, so that a command looks at `failure` once.
+class ArgumentReader {
+public:
+  /// Borrows `parser`, which has parsed the command's arguments already. Names of files are relative to `folder`, or to
+  /// the current one when that is empty. `help` is the command whose help tells the arguments, `command` when empty.
+  ArgumentReader(QString command, const QCommandLineParser &parser, QString folder = QString(),
+                 QString help = QString());
+
+  bool at_end() const { return _next >= _arguments.size(); }
+  const std::optional<Failure> &failure() const { return _failure; }
+
+  /// Keeps the command's name and `text` as the failure, when there is none yet.
+  void fail(const QString &text);
+  /// Arguments that nobody has taken are a failure.
+  void expect_end();
+
+  /// The next argument as it is.
+  QString word(const char *name);
+  std::int32_t number(const char *name, std::int32_t lowest, std::int32_t highest);
+  /// 0, 1, 2, or -1 for the word "all".
+  std::int32_t screen();
+  /// `lowest` to `highest`, or -1 for the word "all".
+  std::int32_t number_or_all(const char *name, std::int32_t lowest, std::int32_t highest);
+  /// 1 for the word "on", 0 for the word "off".
+  std::int32_t on_or_off();
+  /// A text that survives the way to the panel, which is Latin-1.
+  QString text();
+  /// All arguments that are left, as hexadecimal digits, with blanks allowed between bytes.
+  QByteArray hexadecimal();
+  /// Where the file `name` lies.
+  QString path_of(const QString &name) const;
+  /// The bytes of the file that the next argument names; `file` receives the name.
+  QByteArray file_content(QString &file);
+
+  bool has_option(const char *name) const { return _parser.isSet(QLatin1String(name)); }
+  QString option(const char *name) const { return _parser.value(QLatin1String(name)); }
+  /// `fallback` when the option is absent.
+  std::int32_t option_number(const char *name, std::int32_t lowest, std::int32_t highest, std::int32_t fallback);
+  /// 0xRRGGBB; `fallback` when the option is absent.
+  std::uint32_t option_colour(const char *name, std::uint32_t fallback);
+  /// A decimal number such as 2 or 0.5; `fallback` when the option is absent.
+  double option_factor(const char *name, double lowest, double highest, double fallback);
+  /// True for `yes`, false for `no`, `fallback` when neither is there; both are a failure.
+  bool option_pair(const char *yes, const char *no, bool fallback);
+
+private:
+  std::int32_t checked(const Outcome<std::int32_t> &outcome);
+
+  const QString _command;
+  const QCommandLineParser &_parser;
+  const QString _folder;
+  const QString _help;
+  const QStringList _arguments;
+  decltype(QStringList().size()) _next = 0;
+  std::optional<Failure> _failure;
+};
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,36 @@
+#include "buttonctl/arguments/host_port.h"
+
+#include "buttonctl/arguments/argument_reader.h"
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+constexpr std::int32_t highest_port = 65535;
+
+Failure malformed(const QString &name, const QString &text, bool needs_host) {
+  return Failure{QStringLiteral("%1 must be %2, such as %3, not '%4'")
+                     .arg(name, QLatin1String(needs_host ? "HOST:PORT" : "PORT or ADDRESS:PORT"),
+                          QLatin1String(needs_host ? "127.0.0.1:3003" : "3004 or 0.0.0.0:3004"), text)};
+}
+
+} // namespace
+
+Outcome<HostPort> parse_host_port(const QString &name, const QString &text, const QString &default_host,
+                                  int lowest_port) {
+  const bool needs_host = default_host.isEmpty();
+  const auto colon = text.lastIndexOf(QLatin1Char(':'));
+  QString host = colon < 0 ? default_host : text.left(colon);
+  if (host.startsWith(QLatin1Char('[')) && host.endsWith(QLatin1Char(']')))
+    host = host.mid(1, host.size() - 2);
+  else if (host.contains(QLatin1Char(':')))
+    return malformed(name, text, needs_host);
+  if (host.isEmpty())
+    return malformed(name, text, needs_host);
+  const auto port = parse_number(name + QLatin1String(": the port"), text.mid(colon + 1), lowest_port, highest_port);
+  if (!port)
+    return port.failure();
+  return HostPort{host, static_cast<std::uint16_t>(*port)};
+}
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "buttonctl/doctor/finding.h"
+#include "buttonctl/commands/request.h"
+
+namespace buttondriver::buttonctl {
+
+/// Whether a daemon listens at `endpoint` and answers a ping within the endpoint's time-out.
+Finding check_daemon(const Endpoint &endpoint);
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "buttonctl/doctor/file_facts.h"
+#include "buttonctl/doctor/finding.h"
+
+#include <QString>
+
+namespace buttondriver::buttonctl {
+
+/// Whether the panel's device node is there, under the folder `root`, and may be read and written.
+Finding check_device(const QString &root, const FileLook &look);
+
+} // namespace buttondriver::buttonctl

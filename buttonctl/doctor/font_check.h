@@ -1,0 +1,15 @@
+#pragma once
+
+#include "files/system_paths.h"
+#include "buttonctl/doctor/file_facts.h"
+#include "buttonctl/doctor/finding.h"
+
+#include <vector>
+
+namespace buttondriver::buttonctl {
+
+/// Whether the screens' configuration can be read and names a size, and whether there is a font of that size; the
+/// second is left out when there is no size.
+std::vector<Finding> check_configuration_and_font(const SystemPaths &paths, const FileLook &look);
+
+} // namespace buttondriver::buttonctl

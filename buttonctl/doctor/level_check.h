@@ -1,0 +1,12 @@
+#pragma once
+
+#include "files/system_paths.h"
+#include "buttonctl/doctor/file_facts.h"
+#include "buttonctl/doctor/finding.h"
+
+namespace buttondriver::buttonctl {
+
+/// Whether the level file can be read and holds nothing that the daemon cannot use.
+Finding check_levels(const SystemPaths &paths, const FileLook &look);
+
+} // namespace buttondriver::buttonctl

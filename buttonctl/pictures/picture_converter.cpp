@@ -1,0 +1,124 @@
+#include "buttonctl/pictures/picture_converter.h"
+
+#include "bytes/byte_view.h"
+#include "buttonctl/pictures/bmp_file.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageReader>
+#include <QRect>
+
+#include <cstddef>
+#include <optional>
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+constexpr int button_width = 40;
+constexpr int button_height = 24;
+constexpr int button_image_size = button_width / 8 * button_height;
+constexpr int lightest_dark_grey = 127;
+
+ByteView view(const QByteArray &file) { return {file.constData(), static_cast<std::size_t>(file.size())}; }
+
+Outcome<QImage> read_image(const QByteArray &file) {
+  if (is_cut_short_bmp(view(file)))
+    return Failure{QStringLiteral("the picture is cut short")};
+  QBuffer buffer;
+  buffer.setData(file);
+  QImageReader reader(&buffer);
+  reader.setAutoTransform(true);
+  const QImage image = reader.read();
+  if (image.isNull())
+    return Failure{QStringLiteral("not a picture that can be read (%1)").arg(reader.errorString())};
+  return image;
+}
+
+QString extent(QSize size) { return QStringLiteral("%1x%2").arg(size.width()).arg(size.height()); }
+
+Failure does_not_fit(QSize size, QPoint corner) {
+  return Failure{QStringLiteral("a picture of %1 at %2,%3 sticks out of the %4 screen; use --fit or --crop")
+                     .arg(extent(size))
+                     .arg(corner.x())
+                     .arg(corner.y())
+                     .arg(extent(QSize(screen_side, screen_side)))};
+}
+
+} // namespace
+
+Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Oversize oversize) {
+  const QRect screen(0, 0, screen_side, screen_side);
+  if (oversize == Oversize::fit && !screen.contains(corner))
+    return Failure{QStringLiteral("--fit needs a corner on the screen, from 0,0 to 127,127")};
+
+  std::optional<QSize> size = size_of_screen_bmp(view(file));
+  QImage image;
+  if (!size) {
+    const Outcome<QImage> read = read_image(file);
+    if (!read)
+      return read.failure();
+    image = *read;
+    size = image.size();
+  }
+
+  const QRect wanted(corner, *size);
+  const QRect visible = wanted.intersected(screen);
+  QSize fitted = *size;
+  switch (oversize) {
+  case Oversize::refuse:
+    if (visible != wanted)
+      return does_not_fit(*size, corner);
+    break;
+  case Oversize::crop:
+    if (visible.isEmpty())
+      return Failure{QStringLiteral("no part of the picture lies on the screen; change --at")};
+    break;
+  case Oversize::fit:
+    fitted = size->scaled(screen_side - corner.x(), screen_side - corner.y(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    break;
+  }
+
+  const bool unchanged = oversize == Oversize::fit ? fitted == *size : visible == wanted;
+  if (image.isNull()) {
+    if (unchanged)
+      return PlacedPicture{file, corner};
+    const Outcome<QImage> read = read_image(file);
+    if (!read)
+      return read.failure();
+    image = *read;
+  }
+  if (oversize == Oversize::fit && !unchanged)
+    image = image.scaled(fitted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  else if (!unchanged)
+    image = image.copy(visible.translated(-corner));
+  return PlacedPicture{write_screen_bmp(image), oversize == Oversize::fit ? corner : visible.topLeft()};
+}
+
+Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert) {
+  QByteArray bits = file;
+  if (file.size() != button_image_size || file.startsWith("\x89PNG")) {
+    const Outcome<QImage> read = read_image(file);
+    if (!read)
+      return Failure{QStringLiteral("not %1 raw bytes, and %2").arg(button_image_size).arg(read.failure().text)};
+    if (read->size() != QSize(button_width, button_height))
+      return Failure{QStringLiteral("a button image is %1 pixels, this picture is %2; scale it first")
+                         .arg(extent(QSize(button_width, button_height)), extent(read->size()))};
+    const QImage on_black = read->convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    bits = QByteArray(button_image_size, '\0');
+    for (int y = 0; y < button_height; ++y) {
+      const auto *pixels = reinterpret_cast<const QRgb *>(on_black.constScanLine(y));
+      for (int x = 0; x < button_width; ++x) {
+        const int place = y * (button_width / 8) + x / 8;
+        if (qGray(pixels[x]) > lightest_dark_grey)
+          bits[place] = static_cast<char>(bits[place] | 0x80 >> x % 8);
+      }
+    }
+  }
+  if (invert)
+    for (char &byte : bits)
+      byte = static_cast<char>(~byte);
+  return bits;
+}
+
+} // namespace buttondriver::buttonctl

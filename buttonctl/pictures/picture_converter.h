@@ -1,0 +1,34 @@
+#pragma once
+
+#include "outcome/outcome.h"
+
+#include <QByteArray>
+#include <QPoint>
+
+/// Picture files made into what the panel takes. The failures do not name the file.
+namespace buttondriver::buttonctl {
+
+/// Width and height of a screen in pixels.
+inline constexpr int screen_side = 128;
+
+/// What happens to a picture that sticks out of the screen. The panel does not cut such a picture off but shears it.
+enum class Oversize {
+  refuse,
+  fit,  ///< every picture is scaled, its proportions kept, to the room right of and below its corner
+  crop, ///< the part that lies on the screen is left
+};
+
+struct PlacedPicture {
+  QByteArray bmp; ///< an uncompressed 24-bit BMP file
+  QPoint corner;  ///< where its top left pixel goes
+};
+
+/// The picture in `file` for a screen, its top left corner at `corner`. A BMP that the panel understands and that needs
+/// no change comes back byte for byte; anything else that Qt can read is converted.
+Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Oversize oversize);
+
+/// The 120 bytes of a button image: `file` itself when it is that long and no PNG, else a picture of 40 x 24 pixels, in
+/// which the lighter half of the greys becomes 1 (0 with `invert`, which turns all bits, those of raw bytes too).
+Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert);
+
+} // namespace buttondriver::buttonctl

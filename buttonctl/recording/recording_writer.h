@@ -1,0 +1,33 @@
+#pragma once
+
+#include "outcome/outcome.h"
+#include "buttonctl/recording/recording.h"
+
+#include <QString>
+
+#include <cstdio>
+#include <memory>
+
+namespace buttondriver::buttonctl {
+
+/// Writes a recording, line by line; a file of the same name is replaced. Each line is in the file when `write`
+/// returns, so that the file is whole whenever the program ends.
+class RecordingWriter {
+public:
+  /// Makes the file and writes its first line.
+  Outcome<Done> open(const QString &file);
+  /// Times must not go backwards.
+  Outcome<Done> write(const RecordedFrame &frame);
+
+private:
+  struct CloseFile {
+    void operator()(std::FILE *file) const { std::fclose(file); }
+  };
+
+  Outcome<Done> write_line(const QByteArray &line);
+
+  QString _name;
+  std::unique_ptr<std::FILE, CloseFile> _file;
+};
+
+} // namespace buttondriver::buttonctl

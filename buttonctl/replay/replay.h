@@ -1,0 +1,34 @@
+#pragma once
+
+#include "buttonctl/replay/player.h"
+#include "buttonctl/replay/replay_connection.h"
+#include "buttonctl/commands/request.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+namespace buttondriver::buttonctl {
+
+/// Sends frames over as many connections as the recording has, each opened with its first frame and closed behind its
+/// last one.
+class ReplayConnections : public FrameSink {
+public:
+  explicit ReplayConnections(const Endpoint &endpoint) : _endpoint(endpoint) {}
+
+  Outcome<Done> send(const RecordedFrame &frame, bool is_last) override;
+  bool has_failed() const override;
+  /// Waits until everything was sent and all connections are closed.
+  Outcome<Done> finish();
+
+private:
+  std::optional<Failure> failure() const;
+
+  const Endpoint _endpoint;
+  std::map<std::int32_t, std::unique_ptr<ReplayConnection>> _connections;
+};
+
+/// `buttonctl replay`. Returns the exit status.
+int run_replay(const Request &request);
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,160 @@
+#include "buttonctl/scenario/expectation.h"
+
+#include "buttonctl/arguments/argument_reader.h"
+#include "buttonctl/arguments/option_parser.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+
+#include <limits>
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+constexpr std::int32_t highest_led = PanelReport::led_count - 1;
+constexpr std::int32_t highest_toggle = PanelReport::toggle_count - 1;
+constexpr std::int32_t highest_screen = PanelReport::screen_count - 1;
+constexpr std::int32_t highest_line = 127;
+constexpr std::int32_t highest_intensity = 63;
+constexpr std::int32_t longest_timeout_ms = 600000;
+constexpr std::int32_t longest_phase_ms = std::numeric_limits<std::int32_t>::max();
+
+QString on_off(bool lit) { return QLatin1String(lit ? "on" : "off"); }
+
+/// "blinking 500", "on" or "off"
+QString shown_state(const PanelReport &report, std::int32_t button) {
+  const auto blinking = report.blinking.find(button);
+  if (blinking != report.blinking.end())
+    return QStringLiteral("blinking %1").arg(blinking->second);
+  return on_off(report.button_leds[static_cast<std::size_t>(button)]);
+}
+
+std::optional<QString> difference(const QString &what, const QString &is, const QString &should) {
+  if (is == should)
+    return std::nullopt;
+  return QStringLiteral("%1 is %2, not %3").arg(what, is, should);
+}
+
+StateTest led_test(ArgumentReader &arguments) {
+  const std::int32_t button = arguments.number("BUTTON", 0, highest_led);
+  const QString state = arguments.word("STATE");
+  const QString what = QStringLiteral("LED %1").arg(button);
+  if (state == QLatin1String("blinking")) {
+    if (arguments.at_end())
+      return [=](const PanelReport &report) -> std::optional<QString> {
+        if (report.blinking.count(button) > 0)
+          return std::nullopt;
+        return difference(what, shown_state(report, button), QStringLiteral("blinking"));
+      };
+    const QString should = QStringLiteral("blinking %1").arg(arguments.number("MS", 1, longest_phase_ms));
+    return [=](const PanelReport &report) { return difference(what, shown_state(report, button), should); };
+  }
+  if (state != QLatin1String("on") && state != QLatin1String("off"))
+    arguments.fail(QStringLiteral("STATE must be 'on', 'off' or 'blinking', not '%1'").arg(state));
+  return [=](const PanelReport &report) { return difference(what, shown_state(report, button), state); };
+}
+
+StateTest status_test(ArgumentReader &arguments) {
+  const std::int32_t indicator = arguments.number("ID", 0, highest_led);
+  const bool lit = arguments.on_or_off() != 0;
+  return [=](const PanelReport &report) {
+    return difference(QStringLiteral("status LED %1").arg(indicator),
+                      on_off(report.status_leds[static_cast<std::size_t>(indicator)]), on_off(lit));
+  };
+}
+
+StateTest toggle_test(ArgumentReader &arguments) {
+  const std::int32_t indicator = arguments.number("ID", 0, highest_toggle);
+  const bool lit = arguments.on_or_off() != 0;
+  return [=](const PanelReport &report) {
+    return difference(QStringLiteral("toggle indicator %1").arg(indicator),
+                      on_off(report.toggles[static_cast<std::size_t>(indicator)]), on_off(lit));
+  };
+}
+
+StateTest intensity_test(ArgumentReader &arguments) {
+  const std::int32_t level = arguments.number("LEVEL", 0, highest_intensity);
+  return [=](const PanelReport &report) {
+    return difference(QStringLiteral("the intensity"), QString::number(report.intensity), QString::number(level));
+  };
+}
+
+/// Blanks at the end of a line cannot be seen.
+QString without_trailing_blanks(QString text) {
+  while (text.endsWith(QLatin1Char(' ')))
+    text.chop(1);
+  return text;
+}
+
+StateTest text_test(ArgumentReader &arguments) {
+  const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
+  const std::int32_t line = arguments.number("LINE", 0, highest_line);
+  const QString should = without_trailing_blanks(arguments.text());
+  return [=](const PanelReport &report) {
+    const auto &lines = report.text[static_cast<std::size_t>(screen)];
+    const auto found = lines.find(line);
+    const QString is = found == lines.end() ? QString() : without_trailing_blanks(found->second);
+    return difference(QStringLiteral("line %1 of screen %2").arg(line).arg(screen),
+                      QLatin1Char('\'') + is + QLatin1Char('\''), QLatin1Char('\'') + should + QLatin1Char('\''));
+  };
+}
+
+struct StateCommand {
+  const char *name;
+  StateTest (*build)(ArgumentReader &arguments);
+};
+
+constexpr StateCommand state_commands[] = {
+    {"expect-led", led_test},       {"expect-status", status_test},
+    {"expect-toggle", toggle_test}, {"expect-intensity", intensity_test},
+    {"expect-text", text_test},
+};
+
+constexpr QLatin1String picture_command("expect-screen");
+
+PictureTest picture_test(ArgumentReader &arguments, bool replaces_pictures) {
+  const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
+  const QString name = arguments.word("FILE");
+  const QString file = arguments.path_of(name);
+  if (arguments.failure() || replaces_pictures || !QFileInfo::exists(file))
+    return {screen, file, QImage()};
+  QImageReader reader(file);
+  const QImage expected = reader.read();
+  if (expected.isNull())
+    arguments.fail(QStringLiteral("'%1': not a picture that can be read (%2)").arg(name, reader.errorString()));
+  return {screen, file, expected};
+}
+
+} // namespace
+
+bool is_expectation(const QString &word) { return word.startsWith(QLatin1String("expect-")); }
+
+Outcome<Expectation> parse_expectation(const QStringList &words, const QString &folder, bool replaces_pictures) {
+  const QString &name = words.first();
+  const StateCommand *state_command = nullptr;
+  for (const StateCommand &command : state_commands)
+    if (name == QLatin1String(command.name))
+      state_command = &command;
+  if (!state_command && name != picture_command)
+    return Failure{QStringLiteral("unknown expectation '%1'; see 'buttonctl run --help'").arg(name)};
+
+  QCommandLineParser parser;
+  add_options(parser, {{"timeout", "MS", nullptr}});
+  if (const auto failure = parse_options(parser, words.mid(1), QStringLiteral("buttonctl run --help")))
+    return Failure{name + QLatin1String(": ") + failure->text};
+  ArgumentReader reader(name, parser, folder, QStringLiteral("run"));
+  Expectation expectation{name, std::nullopt, {}};
+  if (reader.has_option("timeout"))
+    expectation.timeout_ms = reader.option_number("timeout", 1, longest_timeout_ms, 0);
+  if (state_command)
+    expectation.test = state_command->build(reader);
+  else
+    expectation.test = picture_test(reader, replaces_pictures);
+  reader.expect_end();
+  if (reader.failure())
+    return *reader.failure();
+  return expectation;
+}
+
+} // namespace buttondriver::buttonctl

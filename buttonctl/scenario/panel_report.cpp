@@ -1,0 +1,121 @@
+#include "buttonctl/scenario/panel_report.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+
+#include <cmath>
+#include <optional>
+#include <utility>
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+constexpr int known_version = 1;
+constexpr int highest_intensity = 63;
+
+/// Takes members one after the other; the first that is wrong is kept.
+class MemberReader {
+public:
+  explicit MemberReader(QJsonObject object) : _object(std::move(object)) {}
+
+  const std::optional<Failure> &failure() const { return _failure; }
+
+  int number(const char *name) { return number(_object.value(QLatin1String(name)), name); }
+
+  int number(const QJsonValue &value, const char *name) {
+    const double whole = value.toDouble(std::nan(""));
+    // In this form, a value that is no number fails too.
+    if (!(whole >= 0 && whole <= 2147483647.0) || whole != std::floor(whole)) {
+      fail(name, QStringLiteral("a whole number from 0 to 2147483647"));
+      return 0;
+    }
+    return static_cast<int>(whole);
+  }
+
+  QString text(const QJsonValue &value, const char *name) {
+    if (!value.isString())
+      fail(name, QStringLiteral("a text"));
+    return value.toString();
+  }
+
+  /// Any number of elements.
+  QJsonArray list(const QJsonValue &value, const char *name) {
+    if (!value.isArray())
+      fail(name, QStringLiteral("a list"));
+    return value.toArray();
+  }
+
+  QJsonArray list(const char *name) { return list(_object.value(QLatin1String(name)), name); }
+
+  template <std::size_t count> void lamps(const char *name, std::array<bool, count> &lamps) {
+    const QJsonArray values = list(name);
+    if (values.size() != static_cast<int>(count))
+      fail(name, QStringLiteral("a list of %1").arg(count));
+    for (std::size_t i = 0; i < count && !_failure; ++i) {
+      const QJsonValue lit = values.at(static_cast<int>(i));
+      if (!lit.isBool())
+        fail(name, QStringLiteral("a list of true and false"));
+      lamps[i] = lit.toBool();
+    }
+  }
+
+  void fail(const char *name, const QString &expected) {
+    if (!_failure)
+      _failure = Failure{QStringLiteral("'%1' must be %2").arg(QLatin1String(name), expected)};
+  }
+
+private:
+  QJsonObject _object;
+  std::optional<Failure> _failure;
+};
+
+void read_blinking(MemberReader &members, PanelReport &report) {
+  for (const QJsonValue &entry : members.list("blinking")) {
+    const QJsonObject object = entry.toObject();
+    const int button = members.number(object.value(QLatin1String("button")), "blinking.button");
+    report.blinking[button] = members.number(object.value(QLatin1String("time")), "blinking.time");
+  }
+}
+
+void read_text(MemberReader &members, PanelReport &report) {
+  const QJsonArray screens = members.list("screens");
+  if (screens.size() != static_cast<int>(report.text.size()))
+    members.fail("screens", QStringLiteral("a list of 3"));
+  for (std::size_t screen = 0; screen < report.text.size() && !members.failure(); ++screen) {
+    const QJsonObject object = screens.at(static_cast<int>(screen)).toObject();
+    int line = 0;
+    for (const QJsonValue &text : members.list(object.value(QLatin1String("text")), "screens.text"))
+      report.text[screen][line++] = members.text(text, "screens.text");
+  }
+}
+
+} // namespace
+
+Outcome<PanelReport> parse_panel_report(const QByteArray &json) {
+  QJsonParseError error;
+  const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+  if (!document.isObject())
+    return Failure{QStringLiteral("it is no JSON object (%1)").arg(error.errorString())};
+  MemberReader members(document.object());
+  const int version = members.number("version");
+  if (!members.failure() && version != known_version)
+    return Failure{QStringLiteral("its version is %1; this program reads version %2").arg(version).arg(known_version)};
+
+  PanelReport report;
+  members.lamps("button_leds", report.button_leds);
+  members.lamps("status_leds", report.status_leds);
+  members.lamps("toggles", report.toggles);
+  report.intensity = members.number("intensity");
+  if (report.intensity > highest_intensity)
+    members.fail("intensity", QStringLiteral("a whole number from 0 to 63"));
+  read_blinking(members, report);
+  read_text(members, report);
+  if (members.failure())
+    return *members.failure();
+  return report;
+}
+
+} // namespace buttondriver::buttonctl

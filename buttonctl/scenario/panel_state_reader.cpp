@@ -1,0 +1,70 @@
+#include "buttonctl/scenario/panel_state_reader.h"
+
+#include <QEventLoop>
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QUrl>
+
+#include <memory>
+#include <utility>
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+constexpr int http_ok = 200;
+
+} // namespace
+
+PanelStateReader::PanelStateReader(QString url, int timeout_ms) : _url(std::move(url)), _timeout_ms(timeout_ms) {
+  // The panel is near; a proxy meant for the web has no part in this.
+  _network.setProxy(QNetworkProxy::NoProxy);
+}
+
+Outcome<PanelReport> PanelStateReader::state() {
+  static const QString path = QStringLiteral("/state.json");
+  const Outcome<QByteArray> json = get(path);
+  if (!json)
+    return json.failure();
+  const Outcome<PanelReport> report = parse_panel_report(*json);
+  if (!report)
+    return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, path, report.failure().text)};
+  return report;
+}
+
+Outcome<ScreenPicture> PanelStateReader::screen(int screen) {
+  const QString path = QStringLiteral("/screen/%1.png").arg(screen);
+  const Outcome<QByteArray> png = get(path);
+  if (!png)
+    return png.failure();
+  const QImage image = QImage::fromData(*png, "PNG");
+  if (image.isNull())
+    return Failure{QStringLiteral("cannot read %1%2: it is no PNG picture").arg(_url, path)};
+  return ScreenPicture{*png, image};
+}
+
+Outcome<QByteArray> PanelStateReader::get(const QString &path) {
+  QNetworkRequest request(QUrl(_url + path));
+  request.setTransferTimeout(_timeout_ms);
+  const std::unique_ptr<QNetworkReply> reply(_network.get(request));
+  QEventLoop loop;
+  QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+  if (!reply->isFinished())
+    loop.exec();
+  const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+  if (reply->error() == QNetworkReply::ConnectionRefusedError)
+    return Failure{
+        QStringLiteral("%1 refuses the connection; start the virtual panel with --http, and check --panel").arg(_url)};
+  if (reply->error() == QNetworkReply::OperationCanceledError || reply->error() == QNetworkReply::TimeoutError)
+    return Failure{QStringLiteral("no answer from %1%2 within %3 ms; allow more time with --timeout")
+                       .arg(_url, path, QString::number(_timeout_ms))};
+  if (status.isValid() && status.toInt() != http_ok)
+    return Failure{QStringLiteral("%1%2 answers with status %3; is that the virtual panel?")
+                       .arg(_url, path, QString::number(status.toInt()))};
+  if (reply->error() != QNetworkReply::NoError)
+    return Failure{QStringLiteral("cannot ask %1%2 (%3); check --panel").arg(_url, path, reply->errorString())};
+  return reply->readAll();
+}
+
+} // namespace buttondriver::buttonctl

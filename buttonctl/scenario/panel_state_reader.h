@@ -1,0 +1,49 @@
+#pragma once
+
+#include "outcome/outcome.h"
+#include "buttonctl/scenario/panel_report.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QNetworkAccessManager>
+#include <QString>
+
+namespace buttondriver::buttonctl {
+
+/// A screen as the virtual panel has sent it.
+struct ScreenPicture {
+  QByteArray png; ///< the file
+  QImage image;   ///< what is in it
+};
+
+/// Asks the virtual panel over HTTP what it shows. Every answer is about the moment at which all is done that the
+/// daemon had accepted before the request.
+///
+/// `GET /screen/N.png`, N from 0 to 2, answers with a PNG of 128 x 128 pixels; `GET /state.json` with one object:
+///
+///     {"version": 1,
+///      "button_leds": [32 times true or false], "status_leds": [32 of them], "toggles": [2 of them],
+///      "intensity": 0 to 63,
+///      "blinking": [{"button": 5, "time": 500}, ...],
+///      "screens": [{"text": ["line 0", "line 1", ...]}, 3 of them]}
+///
+/// "time" is in milliseconds; a line that was not written is "". Other members are not read here, and may be added
+/// without a new version. docs/simulator-http.md says it all.
+class PanelStateReader {
+public:
+  /// `url` is "http://HOST:PORT"; no answer may take longer than `timeout_ms`.
+  PanelStateReader(QString url, int timeout_ms);
+
+  /// Each call blocks, while the event loop of the thread runs. A failure names the address.
+  Outcome<PanelReport> state();
+  Outcome<ScreenPicture> screen(int screen);
+
+private:
+  Outcome<QByteArray> get(const QString &path);
+
+  const QString _url;
+  const int _timeout_ms;
+  QNetworkAccessManager _network;
+};
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "buttonctl/scenario/expectation.h"
+#include "outcome/outcome.h"
+#include "buttonctl/commands/step.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <variant>
+#include <vector>
+
+namespace buttondriver::buttonctl {
+
+struct ScenarioLine {
+  QString where; ///< what a message about this line begins with
+  std::variant<Steps, Expectation> content;
+};
+
+/// All commands and expectations in `content`, empty lines and comments left out; or what is wrong with the first line
+/// that is wrong, behind "`file`:LINE: ". Names of files in it are relative to the folder of `file`.
+Outcome<std::vector<ScenarioLine>> parse_scenario(const QString &file, const QByteArray &content,
+                                                  bool replaces_pictures);
+
+/// As parse_scenario, from a file.
+Outcome<std::vector<ScenarioLine>> read_scenario(const QString &file, bool replaces_pictures);
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "buttonctl/session/connection.h"
+#include "outcome/outcome.h"
+#include "buttonctl/commands/request.h"
+#include "buttonctl/commands/step.h"
+
+namespace buttondriver::buttonctl {
+
+/// Performs steps over one connection, or prints what would be sent. Round trips and dry runs go to standard output.
+class Session {
+public:
+  Session(const Endpoint &endpoint, bool dry_run) : _connection(endpoint), _dry_run(dry_run) {}
+
+  Outcome<Done> start();
+  /// The steps of one command, in order, up to the first that fails.
+  Outcome<Done> perform(const Steps &steps);
+  /// Returns when the daemon has answered `ping`, a framed one, and so has read everything before it. Prints nothing.
+  Outcome<Done> settle(const QByteArray &ping);
+  /// To be called after the last step; without it the last bytes may get lost.
+  Outcome<Done> finish();
+
+private:
+  Connection _connection;
+  const bool _dry_run;
+};
+
+} // namespace buttondriver::buttonctl

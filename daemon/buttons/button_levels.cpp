@@ -1,0 +1,72 @@
+#include "buttons/button_levels.h"
+
+#include "logging/standard_output.h"
+#include "logging/visible_text.h"
+#include "files/regular_file.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <unistd.h>
+
+namespace buttondriver {
+
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE *file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+File open_file(const std::string &name) {
+  const int descriptor = open_regular_file(name.c_str());
+  if (descriptor < 0)
+    return nullptr;
+  File file(::fdopen(descriptor, "r"));
+  if (!file)
+    ::close(descriptor);
+  return file;
+}
+
+/// Lines that begin beyond this are not read; a file of two or three levels has some thirty bytes.
+constexpr long most_bytes_read = 4096;
+
+constexpr std::size_t buffer_size = 256;
+using Buffer = std::array<char, buffer_size>;
+
+void read_level(const Buffer &line, std::int32_t &level) {
+  Buffer word{};
+  int number = 0;
+  if (std::sscanf(line.data(), "%255s %d", word.data(), &number) == 2)
+    level = number;
+}
+
+} // namespace
+
+void ButtonLevels::read(const std::string &file_name, const std::function<void(std::int32_t scr)> &on_screen_level) {
+  const File file = open_file(file_name);
+  if (!file)
+    return;
+  Buffer line{};
+  Buffer key{};
+  while (!std::feof(file.get()) && !std::ferror(file.get()) && std::ftell(file.get()) < most_bytes_read) {
+    if (!std::fgets(line.data(), static_cast<int>(line.size()), file.get()))
+      continue;
+    // An empty line leaves the key of the line before in place, on purpose.
+    const int items = std::sscanf(line.data(), "%255s", key.data());
+    static_cast<void>(items);
+    if (std::strcmp(key.data(), "led") == 0) {
+      read_level(line, led);
+    } else if (std::strcmp(key.data(), "lcd") == 0) {
+      read_level(line, lcd);
+    } else if (std::strcmp(key.data(), "scr") == 0) {
+      read_level(line, scr);
+      on_screen_level(scr);
+    } else {
+      print("buttondriver:unknown type %s\n", visible_text(key.data()).c_str());
+    }
+  }
+}
+
+} // namespace buttondriver

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "buttons/blink_state.h"
+#include "buttons/button.h"
+#include "buttons/images/button_image.h"
+#include "buttons/button_levels.h"
+#include "buttons/button_setter.h"
+#include "buttons/images/image_store.h"
+#include "buttons/null_message_log.h"
+#include "bytes/byte_view.h"
+#include "files/system_paths.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstdint>
+#include <map>
+
+namespace buttondriver {
+
+class FPGA;
+
+/// Turns messages into work for the panel: keeps the button images, the levels, and which buttons blink.
+/// Everything happens on the thread that made it, which runs an event loop.
+class ButtonSetterImpl : public QObject, public ButtonSetter {
+  Q_OBJECT
+
+public:
+  /// Reads the level file; nothing is sent yet, because there is no facade yet.
+  explicit ButtonSetterImpl(const SystemPaths &paths = {});
+
+  /// The buttons that messages can name; they stay the caller's and outlive this object's use of them.
+  void setButtons(const ButtonMap &buttons);
+  /// `fpga` outlives this object's use of it.
+  void setFPGA(FPGA *fpga);
+
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+
+  /// `state` -1: blink with phases of `time` milliseconds, which must not be 0; all else is a steady LED value.
+  /// `button_id` -1: every button.
+  void setLEDState(qint32 button_id, qint32 state, qint32 time);
+  /// Hands `image` to a button. No message leads here.
+  void setButtonImage(qint32 button_id, const ButtonImage &image);
+  /// Reads the level file again and sends the screen level to the panel.
+  void reconfig();
+
+  /// Its signals tell when more of a client's null messages waits to be written than should.
+  const NullMessageLog &nullMessageLog() const { return _null_message_log; }
+  const ButtonLevels &levels() const { return _levels; }
+  /// The image kept under `id`, null when there is none.
+  const ButtonImage *image(qint32 id) const { return _images.find(id); }
+  bool isBlinking() const { return _update_timer.isActive(); }
+  /// The buttons that blink, with the time of their phases in milliseconds.
+  std::map<qint32, qint32> blinkTimes() const;
+
+public slots:
+  /// Gives up the private images of the connection whose messages came with `image_id_offset`.
+  void forgetImages(qint32 image_id_offset);
+  /// One blink tick.
+  void update_timer();
+
+private:
+  void processMessage(const QByteArray &message, QIODevice *reply, qint32 image_id_offset);
+  void logNullMessage(const QByteArray &message, qint32 image_id_offset);
+  void uploadImage(ByteView message, qint32 image_id_offset);
+  void answerPing(QIODevice *reply);
+  void writeTextLine(ByteView message);
+  void blackoutScreen(ByteView message);
+  void setLEDState(ByteView message);
+  void writeSubTextLine(ByteView message);
+  void drawImage(const QByteArray &message);
+  void setStatusIndicator(ByteView message);
+  void setToggleIndicator(ByteView message);
+
+  SystemPaths _paths;
+  ImageStore _images;
+  ButtonMap _buttons;
+  struct Blinking {
+    BlinkState state;
+    std::uint64_t newest_task = 0; // of the facade, when its last phase was queued
+  };
+
+  std::map<IButton *, Blinking> _blinking;
+  ButtonLevels _levels;
+  NullMessageLog _null_message_log;
+  QTimer _update_timer;
+  FPGA *_fpga = nullptr;
+};
+
+} // namespace buttondriver

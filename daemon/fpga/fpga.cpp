@@ -1,0 +1,116 @@
+#include "fpga/fpga.h"
+
+#include "threads/post.h"
+#include "fpga/tasks.h"
+#include "fpga/worker_thread.h"
+#include "logging/log_line.h"
+#include "panel/formats/font.h"
+#include "panel/panel_lib.h"
+
+#include <QFile>
+#include <QMutexLocker>
+
+#include <optional>
+#include <utility>
+
+namespace buttondriver {
+
+namespace {
+
+constexpr unsigned long worker_wait_ms = 2000;
+
+QString to_qstring(const std::string &path) { return QFile::decodeName(path.c_str()); }
+
+} // namespace
+
+FPGA::FPGA(const SystemPaths &paths, const QueueMarks &marks)
+    : _paths(paths), _queue(marks,
+                            [this] {
+                              // From the worker to the main thread; by then the queue may be high again.
+                              post(this, [this] {
+                                if (!_queue.isHigh())
+                                  emit backlogLow();
+                              });
+                            }),
+      _watcher(to_qstring(paths.launcher_configuration)) {
+  panel::panel_lib_init();
+  check_font_settings(to_qstring(_paths.launcher_configuration));
+  debug_line() << "Files being watched: " << _watcher.files();
+  connect(&_watcher, SIGNAL(fileChanged(const QString &)), this, SLOT(check_font_settings(const QString &)));
+  _running = true;
+  _worker = std::make_unique<WorkerThread>(&_mutex, &_semaphore, &_queue, &_running);
+  _worker->start(QThread::InheritPriority);
+  blackoutScreen(-1);
+}
+
+FPGA::~FPGA() {
+  _running = false;
+  _semaphore.release();
+  while (_worker->isRunning())
+    _worker->wait(worker_wait_ms);
+  _worker.reset();
+}
+
+template <class Task, class... Arguments> void FPGA::queueTask(Arguments &&...arguments) {
+  queue(std::make_unique<Task>(std::forward<Arguments>(arguments)...));
+}
+
+void FPGA::queue(std::unique_ptr<FPGATask> task) {
+  const bool is_high_now = _queue.append(std::move(task));
+  _semaphore.release();
+  if (is_high_now)
+    emit backlogHigh();
+}
+
+void FPGA::textLine(int screen_id, int line_id, std::string text, bool flag) {
+  queueTask<TextLineTask>(screen_id, line_id, std::move(text), flag);
+}
+
+void FPGA::subTextLine(int screen_id, int line_id, int offset, int num_chars, std::string text,
+                       std::uint32_t text_colour, std::uint32_t back_colour) {
+  queueTask<SubTextLineTask>(screen_id, line_id, offset, num_chars, std::move(text), text_colour, back_colour);
+}
+
+void FPGA::setLEDButtonState(int led_id, int state) { queueTask<SetLEDButtonStateTask>(led_id, state); }
+
+void FPGA::setLEDStatusIndicator(int led_id, int state) { queueTask<SetLEDStatusIndicatorTask>(led_id, state); }
+
+void FPGA::setLEDToggleIndicator(unsigned indicator, unsigned state) {
+  queueTask<SetLEDToggleIndicatorTask>(indicator, state);
+}
+
+void FPGA::blackoutScreen(int screen_id) { queueTask<BlackoutScreenTask>(screen_id); }
+
+void FPGA::drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp) {
+  queueTask<DrawTFTImageTask>(screen_id, x_offset, y_offset, std::move(bmp));
+}
+
+void FPGA::setTFTIntensity(int percent) { queueTask<SetTFTIntensityTask>(percent); }
+
+void FPGA::check_font_settings(const QString &path) {
+  debug_line() << "File change in " << path << " occurred.";
+  const std::optional<FontSettings> settings = read_font_settings(path);
+  if (!settings) {
+    debug_line() << "Error accessing '" << path << "' for reading";
+    return;
+  }
+  if (*settings == _font)
+    return;
+  _font = *settings;
+  const QString font = QStringLiteral("%1/%2x%3.pcf.gz")
+                           .arg(to_qstring(_paths.font_directory), QString::number(_font.width),
+                                QString::number(_font.height));
+
+  // The worker would have the mutex again before this thread wakes up: it is held at its queue.
+  const auto hold = _queue.hold();
+  QMutexLocker lock(&_mutex);
+  debug_line() << "buttondriver: Loading font '" << font << "' from configuration file.";
+  if (panel::font_load(QFile::encodeName(font).constData()) == -1) {
+    debug_line() << "Error loading font '" << font << "' from configuration file.";
+    return;
+  }
+  lock.unlock();
+  debug_line() << "buttondriver: Successfully changed to font " << font;
+}
+
+} // namespace buttondriver

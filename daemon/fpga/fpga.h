@@ -1,0 +1,84 @@
+#pragma once
+
+#include "fpga/configuration_watcher.h"
+#include "fpga/font_settings.h"
+#include "fpga/shared_bytes.h"
+#include "fpga/task_queue.h"
+#include "threads/task_semaphore.h"
+#include "files/system_paths.h"
+
+#include <QMutex>
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace buttondriver {
+
+class WorkerThread;
+
+/// The one way to the panel's hardware. Each operation queues a task and returns at once; one worker thread carries the
+/// tasks out in order. Nothing is reported back: what is wrong with the arguments is said in the log when the task runs.
+/// Also follows the launcher configuration, which chooses the font of the screens.
+///
+/// One object a process. All operations are called on the thread that made it, which runs an event loop.
+class FPGA : public QObject {
+  Q_OBJECT
+
+public:
+  /// Opens the device, loads the configured font, starts the worker and queues a blackout of all screens. Works
+  /// without a device and without a font too.
+  explicit FPGA(const SystemPaths &paths = {}, const QueueMarks &marks = {});
+  /// Waits for the task that is being carried out; those still queued are deleted.
+  ~FPGA() override;
+
+  /// `flag` true: white on black; false: black on white.
+  void textLine(int screen_id, int line_id, std::string text, bool flag);
+  void subTextLine(int screen_id, int line_id, int offset, int num_chars, std::string text, std::uint32_t text_colour,
+                   std::uint32_t back_colour);
+  void setLEDButtonState(int led_id, int state);
+  void setLEDStatusIndicator(int led_id, int state);
+  void setLEDToggleIndicator(unsigned indicator, unsigned state);
+  /// -1 means every screen.
+  void blackoutScreen(int screen_id);
+  void drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp);
+  void setTFTIntensity(int percent);
+
+  /// Queues a task of the caller's own, behind all that were queued before.
+  void queue(std::unique_ptr<FPGATask> task);
+  /// How many tasks are not finished yet, the one that is being carried out among them.
+  std::size_t queueLength() const { return _queue.size(); }
+
+  /// The number of the task that was queued last, counted from 1.
+  std::uint64_t newestTask() const { return _queue.newest(); }
+  /// Whether the task of that number has been carried out. Work that repeats by itself waits for that, so that a slow
+  /// device is not left behind.
+  bool isDone(std::uint64_t task) const { return _queue.hasRemoved(task); }
+
+signals:
+  /// More waits for the worker than should: whoever brings work should pause. Nothing that is queued is refused.
+  void backlogHigh();
+  /// The backlog that was high has been worked off far enough to go on.
+  void backlogLow();
+
+public slots:
+  /// Reads the font's size from the configuration at `path` and loads that font when the size has changed.
+  void check_font_settings(const QString &path);
+
+private:
+  template <class Task, class... Arguments> void queueTask(Arguments &&...arguments);
+
+  SystemPaths _paths;
+  std::atomic<bool> _running{false};
+  std::unique_ptr<WorkerThread> _worker;
+  QMutex _mutex;
+  TaskSemaphore _semaphore;
+  TaskQueue _queue;
+  ConfigurationWatcher _watcher;
+  FontSettings _font;
+};
+
+} // namespace buttondriver

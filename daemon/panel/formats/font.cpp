@@ -1,0 +1,122 @@
+#include "panel/formats/font.h"
+
+#include "logging/standard_output.h"
+#include "panel/formats/font_file.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <vector>
+
+namespace buttondriver::panel {
+
+namespace {
+
+/// No glyph of the screens' fonts comes near. FreeType makes the memory for whatever size a font's file claims, half a
+/// gigabyte for the largest, before it finds that the file has no such pixels.
+constexpr unsigned highest_glyph_side = 4096;
+
+bool ready = false;
+FT_Library library = nullptr;
+FT_Face current_face = nullptr;
+std::vector<unsigned char> current_file; // unpacked; the face reads from it for as long as it lives
+
+void release_face() {
+  if (current_face)
+    FT_Done_Face(current_face);
+  current_face = nullptr;
+  current_file = {};
+}
+
+/// FreeType gets the font from memory: a file that is mapped and then cut short ends the process.
+FT_Error open_face(const char *file) {
+  if (const FT_Error error = read_font_file(file, current_file); error != 0)
+    return error;
+  const FT_Error error = FT_New_Memory_Face(library, current_file.data(), static_cast<FT_Long>(current_file.size()), 0,
+                                            &current_face);
+  if (error == 0)
+    return 0;
+  current_face = nullptr;
+  // What FreeType calls a file that it cannot make out; memory that it cannot make out ends earlier than it looks.
+  return error == FT_Err_Invalid_Stream_Operation ? FT_Error{FT_Err_Unknown_File_Format} : error;
+}
+
+/// Whether the font in use has a glyph for the character that it is safe to load.
+bool has_sensible_size(unsigned char character) {
+  if (FT_Load_Char(current_face, character, FT_LOAD_BITMAP_METRICS_ONLY) != 0)
+    return false;
+  const FT_Bitmap &bitmap = current_face->glyph->bitmap;
+  return bitmap.width <= highest_glyph_side && bitmap.rows <= highest_glyph_side;
+}
+
+} // namespace
+
+void freetype_start() { ready = FT_Init_FreeType(&library) == 0; }
+
+void freetype_end() {
+  if (!ready)
+    return;
+  release_face();
+  FT_Done_FreeType(library);
+  ready = false;
+}
+
+bool freetype_ready() { return ready; }
+
+int font_load(const char *file) {
+  if (!file)
+    return -1;
+  struct stat status {};
+  if (::stat(file, &status) != 0) {
+    if (errno == ENOENT)
+      print("Font file '%s' doesn't exist.\n", file);
+    else
+      print("stat('%s') returned error %d.\n", file, errno);
+    return -1;
+  }
+  if (!ready)
+    return -1;
+  release_face();
+  if (const FT_Error error = open_face(file); error != 0) {
+    release_face();
+    print("Error calling FT_New_Face(): error = %d\n", error);
+    return -1;
+  }
+  if (current_face->num_fixed_sizes < 1)
+    return -1;
+  const FT_Bitmap_Size &size = current_face->available_sizes[0];
+  return FT_Set_Pixel_Sizes(current_face, static_cast<FT_UInt>(size.width), static_cast<FT_UInt>(size.height)) == 0
+             ? 0
+             : -1;
+}
+
+RenderedGlyph render_glyph(unsigned char character) {
+  if (!current_face || !has_sensible_size(character) || FT_Load_Char(current_face, character, FT_LOAD_RENDER) != 0)
+    return {};
+  FT_Glyph copy = nullptr;
+  if (FT_Get_Glyph(current_face->glyph, &copy) != 0)
+    return {};
+  Glyph owned(copy);
+  if (copy->format != FT_GLYPH_FORMAT_BITMAP)
+    return {};
+  // A conversion replaces the glyph and frees the old one; on failure the old one stays.
+  FT_Glyph converted = owned.release();
+  const FT_Error error = FT_Glyph_To_Bitmap(&converted, FT_RENDER_MODE_NORMAL, nullptr, 1);
+  owned.reset(converted);
+  if (error != 0)
+    return {};
+  const FT_Vector &advance = current_face->glyph->advance;
+  return {std::move(owned), static_cast<int>(advance.x >> 6), static_cast<int>(advance.y >> 6)};
+}
+
+int glyph_cell_size(int *width, int *height) {
+  if (!width || !height || !ready)
+    return -1;
+  const RenderedGlyph glyph = render_glyph('A');
+  if (!glyph)
+    return -1;
+  *width = static_cast<int>(glyph.bitmap().width);
+  *height = static_cast<int>(glyph.bitmap().rows);
+  return 0;
+}
+
+} // namespace buttondriver::panel

@@ -1,0 +1,142 @@
+#include "server/connector.h"
+
+#include "logging/log_line.h"
+#include "server/client_buttondriver.h"
+#include "server/limits.h"
+
+#include <QHostAddress>
+#include <QTcpSocket>
+
+#include <algorithm>
+
+namespace buttondriver {
+
+Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
+    : _address(address), _port(port), _setter(setter) {
+  connect(&_server, SIGNAL(newConnection()), this, SLOT(newClient()));
+  // With no interval it fires once in each round of the event loop, and sockets have their turn in between.
+  _turn_timer.setInterval(0);
+  connect(&_turn_timer, SIGNAL(timeout()), this, SLOT(serveTurns()));
+  _accept_timer.setInterval(limits::accept_retry_ms);
+  _accept_timer.setSingleShot(true);
+  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this,
+          SLOT(restFromAccepting()));
+  connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(newClient()));
+}
+
+Connector::~Connector() {
+  // Before the server and the lists go: a connection that ends now has nobody to tell.
+  for (ClientButtondriver *client : _clients) {
+    client->disconnect(this);
+    delete client;
+  }
+}
+
+bool Connector::listen() {
+  QHostAddress address;
+  if (_address.isEmpty())
+    address = QHostAddress(QHostAddress::Any);
+  return _server.listen(address, _port);
+}
+
+void Connector::newClient() {
+  while (canAccept() && _server.hasPendingConnections()) {
+    // This object owns it.
+    auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter, &_budget);
+    connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { queueTurn(client); });
+    connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::queueAllTurns);
+    connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
+    client->setHeld(_is_everybody_held);
+    _clients.push_back(client);
+    debug_line() << "buttondriver: new client";
+  }
+  // To pause is not enough: the server goes on as long as somebody waits. With no place for those it stops at once.
+  _server.setMaxPendingConnections(canAccept() ? 1 : 0);
+  if (!_server.isListening() || _accept_timer.isActive())
+    return;
+  if (canAccept())
+    _server.resumeAccepting();
+  else
+    _server.pauseAccepting();
+}
+
+bool Connector::canAccept() const { return !_is_paused && _clients.size() < limits::connections; }
+
+void Connector::pauseReading() {
+  _is_paused = true;
+  for (ClientButtondriver *client : _clients)
+    client->setChoice(FrameChoice::leading_pings);
+  newClient();
+}
+
+void Connector::resumeReading() {
+  _is_paused = false;
+  for (ClientButtondriver *client : _clients)
+    client->setChoice(FrameChoice::all);
+  queueAllTurns();
+  newClient();
+}
+
+void Connector::holdClient(qint32 client_id) {
+  for (ClientButtondriver *client : _clients)
+    if (client->clientId() == client_id)
+      client->setHeld(true);
+}
+
+void Connector::holdAllClients() {
+  _is_everybody_held = true;
+  for (ClientButtondriver *client : _clients)
+    client->setHeld(true);
+}
+
+void Connector::releaseClients() {
+  _is_everybody_held = false;
+  for (ClientButtondriver *client : _clients)
+    client->setHeld(false);
+  queueAllTurns();
+}
+
+/// Gives every connection a turn. Another one begins each time: a pause may come before all have had theirs.
+void Connector::queueAllTurns() {
+  ++_first_turn;
+  for (std::size_t i = 0; i < _clients.size(); ++i)
+    queueTurn(_clients[(_first_turn + i) % _clients.size()]);
+}
+
+void Connector::queueTurn(ClientButtondriver *client) {
+  if (client->isInLine())
+    return;
+  client->setInLine(true);
+  _turns.push_back(client);
+  if (!_turn_timer.isActive())
+    _turn_timer.start();
+}
+
+void Connector::serveTurns() {
+  // Those that come back for more have to wait for the next round.
+  for (std::size_t left = _turns.size(); left > 0 && !_turns.empty(); --left) {
+    ClientButtondriver *client = _turns.front();
+    _turns.pop_front();
+    client->setInLine(false);
+    if (client->takesTurns())
+      client->clientData();
+  }
+  if (_turns.empty())
+    _turn_timer.stop();
+}
+
+void Connector::forget(ClientButtondriver *client) {
+  _clients.erase(std::remove(_clients.begin(), _clients.end(), client), _clients.end());
+  _turns.erase(std::remove(_turns.begin(), _turns.end(), client), _turns.end());
+  emit clientGone(client->clientId());
+  client->deleteLater();
+  newClient();
+}
+
+/// The system refused a connection, for want of descriptors as a rule, and would refuse it again at once.
+void Connector::restFromAccepting() {
+  _server.pauseAccepting();
+  _accept_timer.start();
+}
+
+} // namespace buttondriver

@@ -1,0 +1,54 @@
+#include "server/frame_reader.h"
+
+#include "bytes/byte_view.h"
+#include "protocol/framing.h"
+#include "protocol/records.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+
+namespace buttondriver {
+
+namespace {
+
+constexpr quint32 ping_size = sizeof(BMS_Ping);
+
+bool is_ping(QIODevice &stream, const FrameHead &head) {
+  if (head.length != ping_size)
+    return false;
+  char frame[frame_prefix_size + ping_size];
+  stream.peek(frame, sizeof frame);
+  return ByteView(frame, sizeof frame).big_endian_32(frame_prefix_size) == BMS_Ping::code;
+}
+
+} // namespace
+
+FrameHead peek_frame(QIODevice &stream) {
+  char prefix[frame_prefix_size];
+  if (stream.peek(prefix, sizeof prefix) < qint64{sizeof prefix})
+    return {};
+  FrameHead head;
+  head.is_known = true;
+  head.length = ByteView(prefix, sizeof prefix).big_endian_32(0);
+  head.bytes_needed = frame_bytes_needed(head.length);
+  head.is_complete = stream.bytesAvailable() >= qint64{head.bytes_needed};
+  return head;
+}
+
+std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit, FrameChoice choice) {
+  std::vector<QByteArray> messages;
+  while (messages.size() < limit) {
+    const FrameHead head = peek_frame(stream);
+    if (!head.is_complete)
+      break;
+    if (choice == FrameChoice::leading_pings && !is_ping(stream, head))
+      break;
+    stream.skip(frame_prefix_size);
+    // Never more than is there: the length may have wrapped.
+    messages.push_back(stream.read(std::min<qint64>(head.length, stream.bytesAvailable())));
+  }
+  return messages;
+}
+
+} // namespace buttondriver

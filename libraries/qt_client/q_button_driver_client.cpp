@@ -1,0 +1,72 @@
+#include "qt_client/q_button_driver_client.h"
+
+#include "protocol/framing.h"
+
+#include <QElapsedTimer>
+#include <QHostAddress>
+#include <QThread>
+
+namespace buttondriver {
+
+namespace {
+
+constexpr quint16 default_port = 3003;
+constexpr int send_limit_ms = 1000;
+constexpr qint64 highest_unread_size = 64 * 1024;
+constexpr unsigned long retry_pause_ms = 200;
+
+} // namespace
+
+QButtonDriverClient::QButtonDriverClient()
+    : QButtonDriverClient(QHostAddress(QHostAddress::LocalHost).toString(), default_port) {}
+
+QButtonDriverClient::QButtonDriverClient(const QString &host, quint16 port) : _host(host), _port(port) {
+  qRegisterMetaType<vector<QByteArray>>("vector<QByteArray>");
+  connect(&_socket, SIGNAL(connected()), this, SLOT(connected()));
+  // Unread answers would pile up without bound.
+  _socket.setReadBufferSize(highest_unread_size);
+  connect(&_socket, &QTcpSocket::readyRead, &_socket, [this] { _socket.readAll(); });
+  connect_to_server();
+}
+
+bool QButtonDriverClient::waitForConnected(int msecs) {
+  if (_socket.state() == QAbstractSocket::UnconnectedState)
+    connect_to_server();
+  QElapsedTimer timer;
+  timer.start();
+  for (qint64 remaining = msecs; remaining >= 1; remaining = msecs - timer.elapsed()) {
+    if (_socket.state() == QAbstractSocket::UnconnectedState)
+      connect_to_server();
+    if (_socket.state() == QAbstractSocket::ConnectedState || _socket.waitForConnected(static_cast<int>(remaining)))
+      return true;
+    QThread::msleep(retry_pause_ms);
+  }
+  return false;
+}
+
+bool QButtonDriverClient::waitForBytesWritten(int msecs) { return _socket.waitForBytesWritten(msecs); }
+
+void QButtonDriverClient::msg(QByteArray message) {
+  // A refusal comes at once, so it takes the retries to give a server that is about to start its second.
+  if (waitForConnected(send_limit_ms))
+    write_frame(message);
+}
+
+void QButtonDriverClient::msg(vector<QByteArray> messages) {
+  if (!waitForConnected(send_limit_ms))
+    return;
+  for (const QByteArray &message : messages)
+    write_frame(message);
+}
+
+void QButtonDriverClient::connected() {}
+
+void QButtonDriverClient::connect_to_server() { _socket.connectToHost(_host, _port); }
+
+void QButtonDriverClient::write_frame(const QByteArray &message) {
+  const auto prefix = frame_prefix(static_cast<std::uint32_t>(message.size()));
+  _socket.write(reinterpret_cast<const char *>(prefix.data()), frame_prefix_size);
+  _socket.write(message);
+}
+
+} // namespace buttondriver

@@ -1,0 +1,79 @@
+#include "simulator/http/json/catalogue_json.h"
+
+#include "protocol/catalogue.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace buttondriver::simulator {
+
+namespace {
+
+QString name_of(FieldKind kind) {
+  switch (kind) {
+  case FieldKind::unsigned_integer:
+    return QStringLiteral("unsigned");
+  case FieldKind::signed_integer:
+    return QStringLiteral("signed");
+  case FieldKind::bytes:
+    break;
+  }
+  return QStringLiteral("bytes");
+}
+
+QString name_of(Counted counted) {
+  switch (counted) {
+  case Counted::text_bytes:
+    return QStringLiteral("text");
+  case Counted::image_bytes:
+    return QStringLiteral("image");
+  case Counted::image_ids:
+    return QStringLiteral("ids");
+  case Counted::nothing:
+    break;
+  }
+  return QStringLiteral("nothing");
+}
+
+QString name_of(Handling handling) {
+  switch (handling) {
+  case Handling::server_ignores:
+    return QStringLiteral("ignored");
+  case Handling::server_sends:
+    return QStringLiteral("answer");
+  case Handling::server_handles:
+    break;
+  }
+  return QStringLiteral("handled");
+}
+
+QJsonArray fields_of(const MessageType &type) {
+  QJsonArray fields;
+  for (std::size_t i = 0; i < type.field_count(); ++i) {
+    const Field &field = type.fields[i];
+    fields += QJsonObject{{QStringLiteral("name"), QLatin1String(field.name)},
+                          {QStringLiteral("offset"), field.offset},
+                          {QStringLiteral("width"), field.width},
+                          {QStringLiteral("kind"), name_of(field.kind)},
+                          {QStringLiteral("meaning"), QLatin1String(field.meaning)}};
+  }
+  return fields;
+}
+
+} // namespace
+
+QByteArray catalogue_json() {
+  QJsonArray types;
+  for (const MessageType &type : catalogue)
+    types += QJsonObject{{QStringLiteral("opcode"), qint64{type.opcode}},
+                         {QStringLiteral("name"), QLatin1String(type.name)},
+                         {QStringLiteral("meaning"), QLatin1String(type.meaning)},
+                         {QStringLiteral("handling"), name_of(type.handling)},
+                         {QStringLiteral("counted"), name_of(type.counted)},
+                         {QStringLiteral("head_size"), qint64{type.head_size}},
+                         {QStringLiteral("fields"), fields_of(type)}};
+  return QJsonDocument(types).toJson(QJsonDocument::Compact);
+}
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "simulator/device/panel_state.h"
+#include "simulator/simulation.h"
+#include "simulator/traffic/text_memory.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <map>
+
+namespace buttondriver::simulator {
+
+/// The form of state.json; grows when a field changes its meaning or goes, not when one is added.
+inline constexpr int state_version = 1;
+
+/// {"button_leds", "status_leds", "toggles": arrays of booleans, "intensity"}
+QJsonObject to_json(const PanelLamps &lamps);
+/// An array of lines for each screen.
+QJsonArray to_json(const std::array<TextMemory::Lines, screen_count> &screens);
+QJsonObject to_json(const SimulationCounters &counters);
+/// [{"button", "time"}]: the buttons that blink, with the time of their phases in milliseconds.
+QJsonArray blinking_to_json(const std::map<qint32, qint32> &times);
+
+} // namespace buttondriver::simulator

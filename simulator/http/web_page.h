@@ -1,0 +1,38 @@
+#pragma once
+
+#include "simulator/http/http_endpoint.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace buttondriver::simulator {
+
+class Simulation;
+
+/// The panel as a web page, live, and as pictures and data for scripts. Lives on the main thread.
+class WebPage {
+public:
+  /// Whether this build has one; where not, listen() fails.
+  static bool isAvailable();
+
+  /// `simulation` outlives this object.
+  explicit WebPage(Simulation &simulation);
+  ~WebPage();
+  WebPage(const WebPage &) = delete;
+  WebPage &operator=(const WebPage &) = delete;
+
+  /// Starts to serve; only after the simulation has been started with a page. False when the port cannot be had, and
+  /// why in `reason`.
+  bool listen(const HttpEndpoint &endpoint, QString *reason);
+  /// "http://127.0.0.1:8080/", with the port that is listened on.
+  QString address() const;
+
+private:
+  class Server;
+
+  Simulation &_simulation;
+  std::unique_ptr<Server> _server;
+};
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,26 @@
+#include "simulator/traffic/message_observer.h"
+
+#include <QDateTime>
+
+namespace buttondriver::simulator {
+
+void MessageObserver::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply,
+                                       qint32 image_id_offset) {
+  const qint64 now = messages.empty() ? 0 : QDateTime::currentMSecsSinceEpoch();
+  for (const QByteArray &message : messages) {
+    // A copy of the beginning: sharing the whole would keep pictures alive for as long as the list.
+    const QByteArray beginning(message.constData(),
+                               static_cast<int>(qMin<qint64>(message.size(), MessageRecord::most_bytes)));
+    _messages.add({now, image_id_offset, message.size(), beginning});
+    _texts.follow(ByteView(message.constData(), static_cast<std::size_t>(message.size())));
+  }
+  _next->process_messages(messages, reply, image_id_offset);
+}
+
+void MessageObserver::forget() {
+  _forgotten = _messages.last();
+  _messages.clear();
+  _texts.clear();
+}
+
+} // namespace buttondriver::simulator

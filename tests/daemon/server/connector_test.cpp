@@ -1,0 +1,159 @@
+#include "server/connector.h"
+
+#include "server/client_buttondriver.h"
+#include "daemon/server/remembering_setter.h"
+#include "support/captured_log.h"
+#include "support/event_loop.h"
+
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+namespace buttondriver {
+namespace {
+
+using test::process_events_until;
+using testing::ElementsAre;
+
+class ConnectorTest : public testing::Test {
+protected:
+  ConnectorTest() { EXPECT_TRUE(connector.listen()); }
+
+  std::unique_ptr<QTcpSocket> connectClient(const QHostAddress &address = QHostAddress::LocalHost) {
+    const std::size_t before = connector.clients().size();
+    auto socket = std::make_unique<QTcpSocket>();
+    socket->connectToHost(address, connector.port());
+    EXPECT_TRUE(process_events_until([&] { return connector.clients().size() > before; }));
+    EXPECT_TRUE(process_events_until([&] { return socket->state() == QAbstractSocket::ConnectedState; }));
+    return socket;
+  }
+
+  bool delivered(std::size_t count) {
+    return process_events_until([&] { return setter.messages().size() >= count; });
+  }
+
+  test::RememberingSetter setter;
+  Connector connector{QString(), 0, &setter};
+};
+
+TEST_F(ConnectorTest, two_frames_in_one_read_are_one_call) {
+  const auto client = connectClient();
+  client->write(QByteArray::fromHex("00000004 0000000c 00000002 abcd"));
+  ASSERT_TRUE(delivered(2));
+  ASSERT_EQ(setter.calls.size(), 1U);
+  EXPECT_THAT(setter.calls[0].messages, ElementsAre(QByteArray::fromHex("0000000c"), QByteArray::fromHex("abcd")));
+}
+
+TEST_F(ConnectorTest, a_frame_is_delivered_by_the_read_that_completes_it) {
+  const auto client = connectClient();
+  const QByteArray frame = QByteArray::fromHex("00000004 0000000c");
+  for (int i = 0; i < frame.size(); ++i) {
+    const std::size_t calls = setter.calls.size();
+    EXPECT_TRUE(setter.messages().empty()) << i;
+    client->write(frame.mid(i, 1));
+    ASSERT_TRUE(process_events_until([&] { return setter.calls.size() > calls; }));
+  }
+  EXPECT_THAT(setter.messages(), ElementsAre(QByteArray::fromHex("0000000c")));
+}
+
+TEST_F(ConnectorTest, an_empty_frame_is_an_empty_message) {
+  const auto client = connectClient();
+  client->write(QByteArray::fromHex("00000000"));
+  ASSERT_TRUE(delivered(1));
+  EXPECT_THAT(setter.messages(), ElementsAre(QByteArray()));
+}
+
+TEST_F(ConnectorTest, what_arrives_just_before_the_end_is_still_delivered) {
+  const auto client = connectClient();
+  client->write(QByteArray::fromHex("00000001 aa 00000001 bb 00000009 cc"));
+  client->disconnectFromHost();
+  ASSERT_TRUE(delivered(2));
+  EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  EXPECT_EQ(setter.messages().size(), 2U);
+}
+
+TEST_F(ConnectorTest, ids_grow_by_1000_whatever_became_of_the_first_ones) {
+  const auto first = connectClient();
+  const qint32 first_id = connector.clients().front()->clientId();
+  EXPECT_EQ(first_id % 1000, 0);
+  EXPECT_GE(first_id, 1000);
+  {
+    const auto second = connectClient();
+  }
+  ASSERT_TRUE(process_events_until([&] { return connector.clients().size() == 1; }));
+  const auto third = connectClient();
+  EXPECT_EQ(connector.clients().back()->clientId(), first_id + 2000);
+  third->write(QByteArray::fromHex("00000001 aa"));
+  ASSERT_TRUE(delivered(1));
+  EXPECT_EQ(setter.calls.back().image_id_offset, first_id + 2000);
+}
+
+TEST_F(ConnectorTest, an_empty_address_listens_on_both_families) {
+  const auto over_ipv4 = connectClient(QHostAddress::LocalHost);
+  QTcpServer probe;
+  if (!probe.listen(QHostAddress::LocalHostIPv6))
+    GTEST_SKIP() << "this machine has no IPv6";
+  const auto over_ipv6 = connectClient(QHostAddress::LocalHostIPv6);
+}
+
+TEST_F(ConnectorTest, any_other_address_is_not_read) {
+  Connector other(QStringLiteral("192.0.2.1 is not mine"), 0, &setter);
+  ASSERT_TRUE(other.listen());
+  QTcpSocket client;
+  client.connectToHost(QHostAddress::LocalHost, other.port());
+  EXPECT_TRUE(process_events_until([&] { return other.clients().size() == 1; }));
+}
+
+TEST_F(ConnectorTest, a_taken_port_cannot_be_listened_on) {
+  EXPECT_FALSE(Connector(QString(), connector.port(), &setter).listen());
+}
+
+TEST_F(ConnectorTest, answers_go_to_the_connection_that_asked) {
+  setter.answer = "answer";
+  const auto first = connectClient();
+  const auto second = connectClient();
+  second->write(QByteArray::fromHex("00000001 aa"));
+  EXPECT_TRUE(process_events_until([&] { return second->bytesAvailable() == 6; }));
+  EXPECT_EQ(first->bytesAvailable(), 0);
+}
+
+TEST_F(ConnectorTest, ended_connections_leave_nothing_behind) {
+  const auto children = connector.children().size();
+  for (int i = 0; i < 200; ++i) {
+    connectClient()->abort();
+    ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  }
+  EXPECT_TRUE(process_events_until([&] { return connector.children().size() == children; }));
+}
+
+TEST_F(ConnectorTest, comings_and_goings_are_logged) {
+  test::CapturedLog log;
+  auto client = connectClient();
+  const auto descriptor = std::to_string(connector.clients().front()->descriptor());
+  client.reset();
+  ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  EXPECT_THAT(log.take(), ElementsAre("debug: buttondriver: new client ",
+                                      "debug: buttondriver: client disconnected " + descriptor + " "));
+}
+
+TEST(ClientButtondriver, without_a_socket_it_stays_unconnected_and_says_so) {
+  test::RememberingSetter setter;
+  test::CapturedLog log;
+  LargeFrameBudget budget;
+  ClientButtondriver client(nullptr, nullptr, &setter, &budget);
+  EXPECT_FALSE(client.connected());
+  EXPECT_EQ(client.descriptor(), -1);
+  ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientData"));
+  ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientDisconnected"));
+  EXPECT_THAT(log.take(),
+              ElementsAre("debug: collector: ClientButtondriver::ClientButtondriver, null socket ",
+                          "critical: buttondriver::ClientButtondriver::clientData NULL socket "));
+  EXPECT_TRUE(setter.calls.empty());
+}
+
+} // namespace
+} // namespace buttondriver

@@ -1,0 +1,282 @@
+#include "qt_client/q_button_driver_client.h"
+
+#include "support/captured_log.h"
+#include "support/event_loop.h"
+#include "support/hex.h"
+
+#include <QElapsedTimer>
+#include <QMetaMethod>
+#include <QTcpServer>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <arpa/inet.h>
+#include <dlfcn.h>
+#include <memory>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+/// Where a connection to the daemon's own port goes while the test runs; 0 lets it pass.
+quint16 port_instead_of_3003 = 0;
+
+} // namespace
+
+// Taken by Qt's network library too: the client that always calls port 3003 reaches the test's server.
+extern "C" int connect(int descriptor, const sockaddr *address, socklen_t size) {
+  using Connect = int (*)(int, const sockaddr *, socklen_t);
+  static const auto real_connect = reinterpret_cast<Connect>(::dlsym(RTLD_NEXT, "connect"));
+  const auto *internet = reinterpret_cast<const sockaddr_in *>(address);
+  if (port_instead_of_3003 == 0 || address->sa_family != AF_INET || internet->sin_port != htons(3003) ||
+      internet->sin_addr.s_addr != htonl(INADDR_LOOPBACK))
+    return real_connect(descriptor, address, size);
+  sockaddr_in instead = *internet;
+  instead.sin_port = htons(port_instead_of_3003);
+  return real_connect(descriptor, reinterpret_cast<const sockaddr *>(&instead), sizeof instead);
+}
+
+namespace buttondriver {
+namespace {
+
+using std::vector;
+using test::from_hex;
+using test::process_events_until;
+using testing::AllOf;
+using testing::Ge;
+using testing::IsEmpty;
+using testing::Lt;
+
+const QString local_host = QStringLiteral("127.0.0.1");
+
+/// A port of this machine that nobody else gets; refuses connections until it listens.
+class ReservedPort {
+public:
+  ReservedPort() : _descriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    if (::bind(_descriptor, reinterpret_cast<const sockaddr *>(&address), size) == 0 &&
+        ::getsockname(_descriptor, reinterpret_cast<sockaddr *>(&address), &size) == 0)
+      _port = ntohs(address.sin_port);
+  }
+  ~ReservedPort() { ::close(_descriptor); }
+  ReservedPort(const ReservedPort &) = delete;
+  ReservedPort &operator=(const ReservedPort &) = delete;
+
+  quint16 port() const { return _port; }
+  void listen() const { ::listen(_descriptor, 5); }
+  /// Takes a connection that is there already and reads it to its end.
+  std::string read_one_connection() const {
+    const int connection = ::accept(_descriptor, nullptr, nullptr);
+    std::string all;
+    char part[4096];
+    for (ssize_t got = 0; (got = ::read(connection, part, sizeof part)) > 0;)
+      all.append(part, static_cast<std::size_t>(got));
+    ::close(connection);
+    return all;
+  }
+
+private:
+  int _descriptor;
+  quint16 _port = 0;
+};
+
+class QButtonDriverClientTest : public testing::Test {
+protected:
+  void SetUp() override { ASSERT_TRUE(_server.listen(QHostAddress::LocalHost)); }
+  void TearDown() override { port_instead_of_3003 = 0; }
+
+  QTcpSocket *next_connection() {
+    process_events_until([this] { return _server.hasPendingConnections(); });
+    return _server.nextPendingConnection();
+  }
+
+  /// What arrives at `peer` until there are `size` bytes.
+  static std::string received(QTcpSocket *peer, qint64 size) {
+    process_events_until([=] { return peer->bytesAvailable() >= size; });
+    return peer->readAll().toStdString();
+  }
+
+  QTcpServer _server;
+};
+
+TEST_F(QButtonDriverClientTest, has_its_three_slots_and_no_signals) {
+  const QMetaObject &meta = QButtonDriverClient::staticMetaObject;
+  EXPECT_STREQ(meta.className(), "buttondriver::QButtonDriverClient");
+  vector<std::string> slots_in_order;
+  for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+    EXPECT_EQ(meta.method(index).methodType(), QMetaMethod::Slot);
+    slots_in_order.push_back(meta.method(index).methodSignature().toStdString());
+  }
+  EXPECT_THAT(slots_in_order, testing::ElementsAre("msg(QByteArray)", "msg(vector<QByteArray>)", "connected()"));
+}
+
+TEST_F(QButtonDriverClientTest, a_message_of_132_bytes_leaves_as_136) {
+  QButtonDriverClient client(local_host, _server.serverPort());
+  const QByteArray message = QByteArray::fromHex("0000000600000001FFFFFFFF") + QByteArray(120, '\x5A');
+  client.msg(message);
+  EXPECT_TRUE(client.waitForBytesWritten(5000));
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  EXPECT_EQ(received(peer, 136), from_hex("00000084 00000006 00000001 FFFFFFFF") + std::string(120, '\x5A'));
+}
+
+TEST_F(QButtonDriverClientTest, without_arguments_calls_port_3003_of_this_machine) {
+  port_instead_of_3003 = _server.serverPort();
+  QButtonDriverClient client;
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  client.msg(QByteArray::fromHex("0000000C"));
+  EXPECT_EQ(received(peer, 8), from_hex("00000004 0000000C"));
+}
+
+TEST_F(QButtonDriverClientTest, takes_a_host_name) {
+  QButtonDriverClient client(QStringLiteral("localhost"), _server.serverPort());
+  test::CapturedLog log;
+  EXPECT_TRUE(client.waitForConnected(10000));
+  EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(QButtonDriverClientTest, a_list_leaves_in_its_order_and_an_empty_one_not_at_all) {
+  QButtonDriverClient client(local_host, _server.serverPort());
+  client.msg(vector<QByteArray>{});
+  client.msg(vector<QByteArray>{QByteArray("ab"), QByteArray(), QByteArray("c\0d", 3)});
+  client.msg(vector<QByteArray>{});
+  client.msg(QByteArray("e"));
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  EXPECT_EQ(received(peer, 22), from_hex("00000002 6162 00000000 00000003 630064 00000001 65"));
+}
+
+class Sender : public QObject {
+  Q_OBJECT
+signals:
+  void one(QByteArray message);
+  void list(vector<QByteArray> messages);
+};
+
+TEST_F(QButtonDriverClientTest, is_reached_from_another_thread_by_the_names_of_its_slots) {
+  QButtonDriverClient client(local_host, _server.serverPort());
+  Sender sender;
+  ASSERT_TRUE(QObject::connect(&sender, SIGNAL(list(vector<QByteArray>)), &client, SLOT(msg(vector<QByteArray>)),
+                               Qt::QueuedConnection));
+  ASSERT_TRUE(QObject::connect(&sender, SIGNAL(one(QByteArray)), &client, SLOT(msg(QByteArray)), Qt::QueuedConnection));
+  test::CapturedLog log;
+  std::thread other([&sender] {
+    emit sender.list({QByteArray("ab"), QByteArray("cd")});
+    emit sender.one(QByteArray("e"));
+  });
+  other.join();
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  EXPECT_EQ(received(peer, 17), from_hex("00000002 6162 00000002 6364 00000001 65"));
+  EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(QButtonDriverClientTest, drops_messages_after_a_second_without_a_server) {
+  const ReservedPort nobody;
+  test::CapturedLog log;
+  auto client = std::make_unique<QButtonDriverClient>(local_host, nobody.port());
+  QElapsedTimer timer;
+  timer.start();
+  client->msg(QByteArray("lost"));
+  EXPECT_THAT(timer.elapsed(), AllOf(Ge(950), Lt(5000)));
+  timer.start();
+  client->msg(vector<QByteArray>{QByteArray("lost"), QByteArray("too")});
+  EXPECT_THAT(timer.elapsed(), AllOf(Ge(950), Lt(5000)));
+  EXPECT_THAT(log.take(), IsEmpty());
+  // The server that comes now gets the next message and nothing of the others.
+  nobody.listen();
+  client->msg(QByteArray("kept"));
+  EXPECT_TRUE(client->waitForBytesWritten(5000));
+  client.reset();
+  EXPECT_EQ(nobody.read_one_connection(), from_hex("00000004") + "kept");
+}
+
+TEST_F(QButtonDriverClientTest, tries_again_until_the_server_is_there) {
+  const ReservedPort late;
+  QButtonDriverClient client(local_host, late.port());
+  EXPECT_FALSE(client.waitForConnected(1));
+  std::thread server([&late] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    late.listen();
+  });
+  EXPECT_TRUE(client.waitForConnected(30000));
+  server.join();
+}
+
+TEST_F(QButtonDriverClientTest, sends_to_a_server_that_accepts_late) {
+  const ReservedPort late;
+  late.listen();
+  auto client = std::make_unique<QButtonDriverClient>(local_host, late.port());
+  client->msg(QByteArray("early"));
+  EXPECT_TRUE(client->waitForBytesWritten(5000));
+  client.reset();
+  EXPECT_EQ(late.read_one_connection(), from_hex("00000005") + "early");
+}
+
+TEST_F(QButtonDriverClientTest, waiting_for_no_time_fails_at_once) {
+  const ReservedPort nobody;
+  QButtonDriverClient client(local_host, nobody.port());
+  QElapsedTimer timer;
+  timer.start();
+  for (const int msecs : {0, -1, -1000})
+    EXPECT_FALSE(client.waitForConnected(msecs));
+  EXPECT_LT(timer.elapsed(), 150);
+}
+
+/// Sends `message` until a new connection brings it, which must begin with its frame.
+void expect_frame_on_a_new_connection(QTcpServer &server, QButtonDriverClient &client, const QByteArray &message,
+                                      const std::string &frame) {
+  ASSERT_TRUE(process_events_until([&] {
+    client.msg(message);
+    return server.hasPendingConnections();
+  }));
+  QTcpSocket *peer = server.nextPendingConnection();
+  ASSERT_TRUE(process_events_until([&] { return peer->bytesAvailable() >= static_cast<qint64>(frame.size()); }));
+  EXPECT_EQ(peer->read(static_cast<qint64>(frame.size())).toStdString(), frame);
+}
+
+TEST_F(QButtonDriverClientTest, connects_again_after_a_server_that_hung_up_within_a_frame) {
+  QButtonDriverClient client(local_host, _server.serverPort());
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  peer->setReadBufferSize(6);
+  client.msg(QByteArray(20000000, 'x'));
+  ASSERT_EQ(received(peer, 6), from_hex("01312D00 7878"));
+  peer->abort();
+  expect_frame_on_a_new_connection(_server, client, QByteArray("whole"), from_hex("00000005") + "whole");
+}
+
+TEST_F(QButtonDriverClientTest, leaves_a_server_that_hung_up_but_does_not_read) {
+  test::CapturedLog log;
+  QButtonDriverClient client(local_host, _server.serverPort());
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  peer->setReadBufferSize(6);
+  client.msg(QByteArray(20000000, 'x'));
+  ASSERT_EQ(received(peer, 6), from_hex("01312D00 7878"));
+  ASSERT_EQ(::shutdown(static_cast<int>(peer->socketDescriptor()), SHUT_WR), 0);
+  expect_frame_on_a_new_connection(_server, client, QByteArray("whole"), from_hex("00000005") + "whole");
+  EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(QButtonDriverClientTest, throws_the_answers_away) {
+  QButtonDriverClient client(local_host, _server.serverPort());
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  // More than the two ends of a connection hold when nobody reads.
+  peer->write(QByteArray(20000000, 'a'));
+  EXPECT_TRUE(process_events_until([peer] { return peer->bytesToWrite() == 0; }));
+  client.msg(QByteArray("on"));
+  EXPECT_EQ(received(peer, 6), from_hex("00000002") + "on");
+}
+
+} // namespace
+} // namespace buttondriver
+
+#include "q_button_driver_client_test.moc"

@@ -1,0 +1,297 @@
+#include "stopwatch/stopwatch.h"
+
+#include "libraries/stopwatch/captured_stream.h"
+#include "libraries/stopwatch/golden_headers.h"
+#include "libraries/stopwatch/test_clock.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <sstream>
+
+namespace stopwatch {
+namespace {
+
+using test::CapturedStream;
+using test::delta_header;
+using test::TestClock;
+
+const char row_before_any_interval[] =
+    "draw           one screen                         0                    0.000       0.000";
+const char row_after_three_intervals[] =
+    "draw           one screen                         3                   20.000      30.000";
+
+void expect_nothing_measured(const Delta &delta) {
+  EXPECT_EQ(delta.samples(), 0);
+  EXPECT_EQ(delta.total(), 0.0);
+  EXPECT_EQ(delta.average(), 0.0);
+  EXPECT_EQ(delta.last(), 0.0);
+  EXPECT_EQ(delta.startTime().tv_sec, 0);
+  EXPECT_EQ(delta.startTime().tv_usec, 0);
+}
+
+/// Intervals of 10, 20 and 30 ms, the second one across the end of a second.
+void measure_three_intervals(Delta &delta, TestClock &clock) {
+  struct Reading {
+    time_t seconds;
+    suseconds_t microseconds;
+  };
+  const Reading readings[][2] = {
+      {{1000, 500000}, {1000, 510000}}, {{1000, 990000}, {1001, 10000}}, {{1002, 0}, {1002, 30000}}};
+  for (const auto &[start, end] : readings) {
+    clock.set(start.seconds, start.microseconds);
+    delta.start();
+    clock.set(end.seconds, end.microseconds);
+    delta.stop();
+  }
+}
+
+std::string report_of(const Event &event) {
+  std::ostringstream stream;
+  event.report(stream);
+  return stream.str();
+}
+
+TEST(Delta, begins_with_nothing_measured) {
+  const Delta delta("draw", "one screen", true);
+  EXPECT_EQ(delta.name(), "draw");
+  EXPECT_EQ(delta.description(), "one screen");
+  EXPECT_EQ(delta.type(), 0);
+  EXPECT_TRUE(delta.verbose());
+  EXPECT_FALSE(delta.headerPending());
+  EXPECT_FALSE(delta.autoReport());
+  EXPECT_FALSE(delta.running());
+  expect_nothing_measured(delta);
+}
+
+TEST(Delta, three_intervals_of_10_20_and_30_ms_average_20_ms) {
+  TestClock clock(0, 0);
+  Delta delta("draw", "one screen", false, clock.clock());
+  measure_three_intervals(delta, clock);
+  EXPECT_EQ(delta.samples(), 3);
+  EXPECT_DOUBLE_EQ(delta.total(), 60.0);
+  EXPECT_DOUBLE_EQ(delta.average(), 20.0);
+  EXPECT_DOUBLE_EQ(delta.last(), 30.0);
+  EXPECT_FALSE(delta.running());
+  EXPECT_EQ(report_of(delta), row_after_three_intervals);
+}
+
+TEST(Delta, started_twice_measures_one_interval_from_the_first_start) {
+  TestClock clock(1000, 0);
+  Delta delta("draw", "", false, clock.clock());
+  delta.start();
+  clock.set(1000, 7000);
+  delta.start();
+  EXPECT_EQ(clock.readings(), 1);
+  EXPECT_TRUE(delta.running());
+  clock.set(1000, 9000);
+  delta.stop();
+  EXPECT_EQ(delta.samples(), 1);
+  EXPECT_DOUBLE_EQ(delta.last(), 9.0);
+}
+
+TEST(Delta, stop_while_not_running_changes_nothing) {
+  TestClock clock(1000, 0);
+  Delta delta("draw", "", false, clock.clock());
+  delta.stop();
+  EXPECT_EQ(clock.readings(), 0);
+  expect_nothing_measured(delta);
+
+  measure_three_intervals(delta, clock);
+  delta.setVerbose(true);
+  delta.setAutoReport(true);
+  clock.set(5000, 0);
+  CapturedStream output(std::cout);
+  delta.stop();
+  EXPECT_EQ(output.take(), "");
+  EXPECT_EQ(clock.readings(), 6);
+  EXPECT_EQ(delta.samples(), 3);
+  EXPECT_DOUBLE_EQ(delta.total(), 60.0);
+  EXPECT_DOUBLE_EQ(delta.average(), 20.0);
+  EXPECT_DOUBLE_EQ(delta.last(), 30.0);
+  EXPECT_EQ(delta.startTime().tv_sec, 1002);
+  EXPECT_EQ(delta.startTime().tv_usec, 0);
+  EXPECT_FALSE(delta.running());
+}
+
+TEST(Delta, keeps_the_direction_of_a_clock_that_was_set_back) {
+  TestClock clock(1000, 2000);
+  Delta delta("draw", "", false, clock.clock());
+  delta.start();
+  clock.set(999, 999500);
+  delta.stop();
+  EXPECT_DOUBLE_EQ(delta.last(), -2.5);
+}
+
+TEST(Delta, is_silent_unless_verbose) {
+  TestClock clock(0, 0);
+  Delta delta("draw", "", false, clock.clock());
+  CapturedStream output(std::cout);
+  CapturedStream errors(std::cerr);
+  measure_three_intervals(delta, clock);
+  EXPECT_EQ(output.take(), "");
+  EXPECT_EQ(errors.take(), "");
+}
+
+TEST(Delta, tells_its_readings_when_verbose) {
+  TestClock clock(1000, 5);
+  Delta delta("draw", "", false, clock.clock());
+  delta.setVerbose(true);
+  CapturedStream output(std::cout);
+  delta.start();
+  EXPECT_EQ(output.take(), "Getting the starting reference time...\n_startTime = 1000 seconds, 5 usecs.\n");
+  delta.start();
+  EXPECT_EQ(output.take(), "");
+  clock.set(1001, 999999);
+  delta.stop();
+  EXPECT_EQ(output.take(), "Getting the current time...\nnow = 1001 seconds, 999999 usecs.\n");
+}
+
+TEST(Delta, runs_from_the_old_start_time_when_the_clock_fails_at_start) {
+  TestClock clock(1000, 0);
+  Delta delta("draw", "", true, clock.clock());
+  CapturedStream output(std::cout);
+  CapturedStream errors(std::cerr);
+  delta.start();
+  delta.stop();
+  output.take();
+
+  clock.fail(true);
+  delta.start();
+  EXPECT_TRUE(delta.running());
+  EXPECT_EQ(errors.take(), "Delta::start(): gettimeofday() failed\n");
+  EXPECT_EQ(output.take(), "Getting the starting reference time...\n_startTime = 1000 seconds, 0 usecs.\n");
+}
+
+TEST(Delta, goes_on_running_when_the_clock_fails_at_stop) {
+  TestClock clock(1000, 0);
+  Delta delta("draw", "", true, clock.clock());
+  delta.setAutoReport(true);
+  CapturedStream output(std::cout);
+  CapturedStream errors(std::cerr);
+  delta.start();
+  output.take();
+
+  clock.fail(true);
+  delta.stop();
+  EXPECT_TRUE(delta.running());
+  EXPECT_EQ(delta.samples(), 0);
+  EXPECT_EQ(delta.last(), 0.0);
+  EXPECT_EQ(errors.take(), "Delta::stop():  gettimeofday() failed\n");
+  EXPECT_EQ(output.take(), "Getting the current time...\n");
+
+  clock.fail(false);
+  clock.set(1000, 4000);
+  delta.stop();
+  EXPECT_FALSE(delta.running());
+  EXPECT_EQ(delta.samples(), 1);
+  EXPECT_DOUBLE_EQ(delta.last(), 4.0);
+  EXPECT_EQ(errors.take(), "");
+}
+
+TEST(Delta, reports_each_completed_stop_when_auto_report_is_set) {
+  TestClock clock(0, 0);
+  Delta delta("draw", "one screen", false, clock.clock());
+  delta.setAutoReport(true);
+  CapturedStream output(std::cout);
+  measure_three_intervals(delta, clock);
+  EXPECT_EQ(output.take(),
+            "draw           one screen                         1                   10.000      10.000\n"
+            "draw           one screen                         2                   15.000      20.000\n"
+            "draw           one screen                         3                   20.000      30.000\n");
+}
+
+TEST(Delta, reset_forgets_the_measurements_and_the_pending_header) {
+  TestClock clock(0, 0);
+  Delta delta("draw", "one screen", false, clock.clock());
+  measure_three_intervals(delta, clock);
+  delta.setHeaderPending(true);
+  delta.setAutoReport(true);
+  delta.start();
+  delta.reset();
+  expect_nothing_measured(delta);
+  EXPECT_FALSE(delta.running());
+  EXPECT_FALSE(delta.headerPending());
+  EXPECT_TRUE(delta.autoReport());
+  EXPECT_EQ(delta.name(), "draw");
+  EXPECT_EQ(report_of(delta), row_before_any_interval);
+}
+
+TEST(Delta, prints_its_header) {
+  std::ostringstream stream;
+  Delta("draw", "one screen", false).printHeader(stream);
+  EXPECT_EQ(stream.str(), delta_header);
+}
+
+TEST(Delta, every_report_begins_with_the_header_while_that_is_pending) {
+  Delta delta("draw", "one screen", false);
+  delta.setHeaderPending(true);
+  EXPECT_EQ(report_of(delta), delta_header + row_before_any_interval);
+  EXPECT_TRUE(delta.headerPending());
+  EXPECT_EQ(report_of(delta), delta_header + row_before_any_interval);
+  delta.setHeaderPending(false);
+  EXPECT_EQ(report_of(delta), row_before_any_interval);
+}
+
+TEST(Delta, long_texts_are_not_cut) {
+  EXPECT_EQ(report_of(Delta("sixteen letters!", "a description of thirty-six letters!", false)),
+            "sixteen letters!a description of thirty-six letters!0                    0.000       0.000");
+}
+
+TEST(Delta, intervals_are_rounded_to_three_decimals) {
+  TestClock clock(1000, 0);
+  Delta delta("draw", "", false, clock.clock());
+  for (const suseconds_t microseconds : {1, 1, 2}) {
+    clock.set(1000, 0);
+    delta.start();
+    clock.set(1000, microseconds);
+    delta.stop();
+  }
+  EXPECT_EQ(report_of(delta),
+            "draw                                              3                    0.001       0.002");
+}
+
+TEST(Delta, report_leaves_fixed_point_and_three_decimals_but_no_alignment) {
+  struct Row {
+    const char *name;
+    std::ios_base::fmtflags before;
+  };
+  const Row rows[] = {
+      {"nothing set", {}},
+      {"left", std::ios_base::left},
+      {"right", std::ios_base::right},
+      {"internal", std::ios_base::internal},
+      {"scientific", std::ios_base::scientific},
+  };
+  for (const Row &row : rows) {
+    std::ostringstream stream;
+    stream.flags(row.before | std::ios_base::dec);
+    const Delta delta("draw", "one screen", false);
+    delta.report(stream);
+    EXPECT_EQ(stream.str(), row_before_any_interval) << row.name;
+    EXPECT_EQ(stream.flags() & std::ios_base::adjustfield, std::ios_base::fmtflags{}) << row.name;
+    EXPECT_EQ(stream.flags() & std::ios_base::floatfield, std::ios_base::fixed) << row.name;
+    EXPECT_EQ(stream.precision(), 3) << row.name;
+  }
+}
+
+TEST(Delta, header_changes_neither_notation_nor_precision) {
+  std::ostringstream stream;
+  stream.precision(9);
+  Delta("draw", "one screen", false).printHeader(stream);
+  EXPECT_EQ(stream.flags() & std::ios_base::adjustfield, std::ios_base::fmtflags{});
+  EXPECT_EQ(stream.flags() & std::ios_base::floatfield, std::ios_base::fmtflags{});
+  EXPECT_EQ(stream.precision(), 9);
+}
+
+TEST(Delta, takes_the_time_of_the_machine_unless_given_a_clock) {
+  Delta delta("draw", "", false);
+  const std::time_t before = std::time(nullptr);
+  delta.start();
+  delta.stop();
+  EXPECT_EQ(delta.samples(), 1);
+  EXPECT_NEAR(static_cast<double>(delta.startTime().tv_sec), static_cast<double>(before), 60.0);
+}
+
+} // namespace
+} // namespace stopwatch

@@ -1,0 +1,75 @@
+#include "simulator/http/gate/request_head.h"
+
+#include <gtest/gtest.h>
+
+namespace buttondriver::simulator {
+namespace {
+
+TEST(RequestHeadTest, ends_at_the_empty_line) {
+  EXPECT_EQ(head_end(""), -1);
+  EXPECT_EQ(head_end("GET / HTTP/1.1\r\nHost: a\r\n"), -1);
+  EXPECT_EQ(head_end("GET / HTTP/1.1\r\nHost: a\r\n\r\nbody\r\n\r\n"), 27);
+}
+
+TEST(RequestHeadTest, has_what_decides) {
+  RequestHead head;
+  RefusedRequest refused;
+  ASSERT_TRUE(read_head("POST /reset?x=1 HTTP/1.1\r\nHOST: localhost:8080\r\norigin:http://localhost:8080 \r\n"
+                        "Content-Length: 12\r\nUpgrade: WebSocket\r\nConnection: keep-alive, Upgrade\r\nX-Empty:\r\n\r\n",
+                        &head, &refused));
+  EXPECT_EQ(head.method, "POST");
+  EXPECT_EQ(head.target, "/reset?x=1");
+  EXPECT_EQ(head.host, "localhost:8080");
+  EXPECT_EQ(head.origin, QByteArray("http://localhost:8080"));
+  EXPECT_EQ(head.body_size, 12);
+  EXPECT_TRUE(head.is_websocket);
+}
+
+TEST(RequestHeadTest, without_the_optional_lines_they_are_absent) {
+  RequestHead head;
+  RefusedRequest refused;
+  ASSERT_TRUE(read_head("GET / HTTP/1.0\r\nHost: a\r\n\r\n", &head, &refused));
+  EXPECT_FALSE(head.origin.has_value());
+  EXPECT_EQ(head.body_size, 0);
+  EXPECT_FALSE(head.is_websocket);
+}
+
+TEST(RequestHeadTest, refuses_what_could_be_read_in_two_ways) {
+  struct Row {
+    const char *head;
+    int status;
+  };
+  const Row rows[] = {
+      {"\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\nConnection: close\r\n\r\n", 400},
+      {"GET\r\nHost: a\r\n\r\n", 400},
+      {"GET  / HTTP/1.1\r\nHost: a\r\n\r\n", 400},
+      {"GET / HTTP/2.0\r\nHost: a\r\n\r\n", 400},
+      {"GET / HTTP/1.1 \r\nHost: a\r\n\r\n", 400},
+      {"GET http://evil/ HTTP/1.1\r\nHost: a\r\n\r\n", 400},
+      {"G\x01T / HTTP/1.1\r\nHost: a\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nhost: b\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nOrigin: b\r\nOrigin: b\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nno header\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\n folded: line\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nHost : b\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nContent-Length: -1\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nContent-Length: 1x\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nContent-Length:\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nContent-Length: 99999999999999999999\r\n\r\n", 400},
+      {"POST / HTTP/1.1\r\nHost: a\r\nTransfer-Encoding: chunked\r\n\r\n", 411},
+  };
+  for (const Row &row : rows) {
+    RequestHead head;
+    RefusedRequest refused{0, {}};
+    EXPECT_FALSE(read_head(row.head, &head, &refused)) << row.head;
+    EXPECT_EQ(refused.status, row.status) << row.head;
+    EXPECT_FALSE(refused.reason.isEmpty()) << row.head;
+  }
+}
+
+} // namespace
+} // namespace buttondriver::simulator

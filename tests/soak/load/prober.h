@@ -1,0 +1,30 @@
+#pragma once
+
+#include "soak/load/loads.h"
+
+#include <mutex>
+#include <vector>
+
+namespace buttondriver::soak {
+
+/// Asks the daemon on a connection of its own, fifty times a second, and measures how long the answers take.
+class Prober {
+public:
+  static constexpr int longest_wait_ms = 10'000;
+
+  /// Until the target stops.
+  void run(Target &target);
+
+  /// Milliseconds of the answers since the last call. One that did not come in time counts as longest_wait_ms.
+  std::vector<double> takeLatencies();
+  int unanswered() const;
+
+private:
+  void keep(double latency_ms, bool is_answered);
+
+  mutable std::mutex _mutex;
+  std::vector<double> _latencies;
+  int _unanswered = 0;
+};
+
+} // namespace buttondriver::soak
