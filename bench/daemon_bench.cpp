@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "app/daemon.h"
 #include "fpga/fpga_task.h"
 #include "logging/message_handler.h"
-#include "panel/tft/image.h"
 #include "panel/leds.h"
 #include "panel/registers/register_device.h"
+#include "panel/tft/image.h"
 #include "panel/tft/text.h"
 #include "panel/tft/tft.h"
 #include "protocol/encoders.h"

@@ -1,13 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/runner.h"
 
 #include "buttonctl/commands/batch.h"
 #include "buttonctl/commands/command_line.h"
-#include "buttonctl/session/console.h"
 #include "buttonctl/doctor/doctor.h"
-#include "buttonctl/session/exit_status.h"
 #include "buttonctl/recording/recorder.h"
 #include "buttonctl/replay/replay.h"
 #include "buttonctl/scenario/scenario_runner.h"
+#include "buttonctl/session/console.h"
+#include "buttonctl/session/exit_status.h"
 #include "buttonctl/session/session.h"
 
 #include <cstdio>

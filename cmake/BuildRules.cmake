@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # How every target of this project is built: language level, warnings, sanitizers, places.
 option(BUTTONDRIVER_TESTS "Build the tests" ON)
 option(BUTTONDRIVER_BENCH "Build the benchmarks" OFF)

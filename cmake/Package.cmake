@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # The CMake package of what the rooms install, for find_package(buttondriver COMPONENTS ...). To be included after them.
 include(CMakePackageConfigHelpers)
 

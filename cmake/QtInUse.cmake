@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Finds the one Qt that the whole build uses: Qt 6 where there is a choice, Qt 5.15 on older SDKs.
 set(BUTTONDRIVER_QT "" CACHE STRING "Major version of Qt: 6, 5, or empty for the newest one installed")
 set_property(CACHE BUTTONDRIVER_QT PROPERTY STRINGS "" 6 5)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Picture files.
 //
 // Input, from the end: the screen (one byte, signed), column and row of its corner (four bytes each, signed), the limit
@@ -8,8 +9,8 @@
 #include "fuzz/support/quiet.h"
 #include "fuzz/support/require.h"
 #include "panel/formats/bmp.h"
-#include "panel/tft/image.h"
 #include "panel/panel_lib.h"
+#include "panel/tft/image.h"
 
 #include <algorithm>
 #include <limits>

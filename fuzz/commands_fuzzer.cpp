@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A connection's stream, as its client sends it and in the pieces in which it may arrive, through the frame cutter, the
 // dispatcher, the facade and its worker, down to the records of the register transfers.
 //
@@ -9,9 +10,9 @@
 #include "fuzz/support/facade_rig.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/require.h"
-#include "server/frame_reader.h"
 #include "protocol/framing.h"
 #include "protocol/records.h"
+#include "server/frame_reader.h"
 
 #include <QIODevice>
 

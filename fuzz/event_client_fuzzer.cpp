@@ -1,14 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
 // The event client, called in any way, against a system and a peer that do what they like.
 //
 // Input, from the end: numbers only. Each call of the client takes one that says which, then its arguments; each call
 // that the client makes of the system takes one byte that says how it ends.
 #include "bytes/byte_view.h"
+#include "event_client/event_client.h"
+#include "event_client/event_client_testing.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/quiet.h"
 #include "fuzz/support/require.h"
-#include "event_client/event_client.h"
-#include "event_client/event_client_testing.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
 

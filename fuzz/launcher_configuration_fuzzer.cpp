@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Launcher configurations: the whole input is the file.
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/facade_rig.h"

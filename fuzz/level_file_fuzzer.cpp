@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Button level files, for both of their readers.
 //
 // Input, from the end: how many levels the reader of the service program has before (one byte). In front of it: the

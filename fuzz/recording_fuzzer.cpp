@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recordings, as `buttonctl replay` reads them: the whole input is the file.
+#include "buttonctl/recording/recording_reader.h"
+#include "buttonctl/recording/recording_writer.h"
 #include "bytes/byte_view.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/memory_file.h"
 #include "fuzz/support/require.h"
 #include "protocol/framing.h"
-#include "buttonctl/recording/recording_reader.h"
-#include "buttonctl/recording/recording_writer.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,11 +1,13 @@
-// Scenarios, as `buttonctl run` reads them. The pictures that they name lie in a folder with one good and one bad picture.
+// SPDX-License-Identifier: Apache-2.0
+// Scenarios, as `buttonctl run` reads them. The pictures that they name lie in a folder with one good and one bad
+// picture.
 //
 // Input, from the end: whether pictures are going to be replaced (one byte, its lowest bit). In front of it: the file.
+#include "buttonctl/scenario/scenario_reader.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/require.h"
 #include "tests/support/temporary_folder.h"
-#include "buttonctl/scenario/scenario_reader.h"
 
 #include <QByteArray>
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Texts in any font.
 //
 // Input, from the end: the length of the text (two bytes), the screen (one byte, signed), line, offset and number of

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "app/process.h"
+#include "simulator/http/web_page.h"
 #include "simulator/page_opening.h"
 #include "simulator/simulation.h"
-#include "simulator/http/web_page.h"
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/options.h"
 
 #include "simulator/http/web_page.h"

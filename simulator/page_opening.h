@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/options.h"
 #include "simulator/http/web_page.h"
+#include "simulator/options.h"
 
 namespace buttondriver::simulator {
 

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/simulation.h"
 
 #include "fpga/fpga_task.h"
-#include "threads/post.h"
 #include "logging/standard_output.h"
 #include "simulator/picture/panel_picture.h"
+#include "threads/post.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -77,10 +78,8 @@ bool Simulation::start() {
 }
 
 void Simulation::whenWorkIsDone(std::function<void(const PanelState &)> then) {
-  _daemon->fpga().queue(
-      std::make_unique<ReportStateTask>(_panel, [this, then = std::move(then)](const PanelState &state) {
-        post(this, [then, state] { then(state); });
-      }));
+  _daemon->fpga().queue(std::make_unique<ReportStateTask>(
+      _panel, [this, then = std::move(then)](const PanelState &state) { post(this, [then, state] { then(state); }); }));
 }
 
 SimulationCounters Simulation::counters() const {

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "app/daemon.h"
-#include "simulator/traffic/log_tap.h"
-#include "simulator/traffic/message_observer.h"
-#include "simulator/options.h"
 #include "simulator/device/transfer_recorder.h"
 #include "simulator/device/virtual_panel.h"
+#include "simulator/options.h"
+#include "simulator/traffic/log_tap.h"
+#include "simulator/traffic/message_observer.h"
 
 #include <QObject>
 

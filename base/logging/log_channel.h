@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <chrono>
@@ -7,9 +8,9 @@
 namespace buttondriver {
 
 /// A file descriptor that texts of the log are written to, and that never holds its writers up for long: they wait for
-/// a reader that does not keep up as long as the channel's patience lasts. It comes back slowly, so that in the long run
-/// a tenth of the time is waited at most. While it is used up, what the reader has no room for is lost, and a line of its
-/// own tells how many texts that were. A descriptor that fails is ignored.
+/// a reader that does not keep up as long as the channel's patience lasts. It comes back slowly, so that in the long
+/// run a tenth of the time is waited at most. While it is used up, what the reader has no room for is lost, and a line
+/// of its own tells how many texts that were. A descriptor that fails is ignored.
 class LogChannel {
 public:
   static constexpr std::chrono::milliseconds usual_patience{1000};

@@ -1,12 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "logging/visible_text.h"
 
 namespace buttondriver {
 
 namespace {
 
-bool is_control(unsigned char character) {
-  return character < 0x20 || (character >= 0x7F && character < 0xA0);
-}
+bool is_control(unsigned char character) { return character < 0x20 || (character >= 0x7F && character < 0xA0); }
 
 } // namespace
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // gcc tells by a macro that ThreadSanitizer is on, clang by a feature.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/host_port.h"
 
 #include "buttonctl/arguments/argument_reader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/option_parser.h"
 
 namespace buttondriver::buttonctl {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/command_help.h"
 
 #include <QStringList>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/command_line.h"
 
 #include "buttonctl/arguments/argument_reader.h"
-#include "buttonctl/commands/command_help.h"
-#include "buttonctl/commands/commands.h"
 #include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/arguments/option_parser.h"
+#include "buttonctl/commands/command_help.h"
+#include "buttonctl/commands/commands.h"
 
 #include <QCommandLineParser>
 

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "outcome/outcome.h"
 #include "buttonctl/commands/request.h"
 #include "buttonctl/commands/step.h"
+#include "outcome/outcome.h"
 
 #include <QByteArray>
 #include <QString>

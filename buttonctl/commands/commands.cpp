@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/commands.h"
 
-#include "protocol/encoders.h"
 #include "buttonctl/commands/messages.h"
-#include "buttonctl/pictures/picture_converter.h"
 #include "buttonctl/commands/tool_commands.h"
+#include "buttonctl/pictures/picture_converter.h"
+#include "protocol/encoders.h"
 
 #include <limits>
 

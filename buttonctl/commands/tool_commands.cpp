@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/tool_commands.h"
 
 #include <QHostAddress>

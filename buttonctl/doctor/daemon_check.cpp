@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/daemon_check.h"
 
-#include "protocol/encoders.h"
-#include "buttonctl/session/connection.h"
 #include "buttonctl/commands/messages.h"
+#include "buttonctl/session/connection.h"
+#include "protocol/encoders.h"
 
 namespace buttondriver::buttonctl {
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/doctor/finding.h"
 #include "buttonctl/commands/request.h"
+#include "buttonctl/doctor/finding.h"
 
 namespace buttondriver::buttonctl {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/device_check.h"
 
 #include "panel/registers/registers.h"

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/doctor.h"
 
-#include "buttonctl/session/console.h"
 #include "buttonctl/doctor/daemon_check.h"
 #include "buttonctl/doctor/device_check.h"
-#include "buttonctl/session/exit_status.h"
 #include "buttonctl/doctor/font_check.h"
 #include "buttonctl/doctor/level_check.h"
+#include "buttonctl/session/console.h"
+#include "buttonctl/session/exit_status.h"
 
 #include <QDir>
 #include <QHostAddress>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/commands/request.h"
 #include "buttonctl/doctor/file_facts.h"
 #include "buttonctl/doctor/finding.h"
-#include "buttonctl/commands/request.h"
 
 #include <QString>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/level_check.h"
 
 #include <QFile>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "files/system_paths.h"
 #include "buttonctl/doctor/file_facts.h"
 #include "buttonctl/doctor/finding.h"
+#include "files/system_paths.h"
 
 namespace buttondriver::buttonctl {
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/pictures/picture_converter.h"
 
-#include "bytes/byte_view.h"
 #include "buttonctl/pictures/bmp_file.h"
+#include "bytes/byte_view.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/recording/frame_splitter.h"
 
 #include "bytes/byte_view.h"

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/recording/frame_splitter.h"
 #include "buttonctl/commands/request.h"
+#include "buttonctl/recording/frame_splitter.h"
 
 #include <QByteArray>
 #include <QDeadlineTimer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/recording/recorder.h"
 
 #include "buttonctl/session/console.h"

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/commands/request.h"
 #include "buttonctl/recording/recorded_connection.h"
 #include "buttonctl/recording/recording_writer.h"
-#include "buttonctl/commands/request.h"
 
 #include <QElapsedTimer>
 #include <QTcpServer>

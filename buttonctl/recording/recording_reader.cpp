@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/recording/recording_reader.h"
 
+#include "buttonctl/commands/batch.h"
 #include "bytes/byte_view.h"
 #include "protocol/framing.h"
-#include "buttonctl/commands/batch.h"
 
 #include <QFile>
 #include <QList>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/replay/player.h"
 
 #include "buttonctl/commands/batch.h"

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "outcome/outcome.h"
 #include "buttonctl/recording/recording_reader.h"
+#include "outcome/outcome.h"
 
 #include <cstdint>
 #include <functional>

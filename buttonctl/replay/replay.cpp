@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/replay/replay.h"
 
+#include "buttonctl/replay/monotonic_clock.h"
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
-#include "buttonctl/replay/monotonic_clock.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

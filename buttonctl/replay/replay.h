@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/commands/request.h"
 #include "buttonctl/replay/player.h"
 #include "buttonctl/replay/replay_connection.h"
-#include "buttonctl/commands/request.h"
 
 #include <cstdint>
 #include <map>

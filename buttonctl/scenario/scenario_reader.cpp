@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/scenario_reader.h"
 
+#include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/commands/batch.h"
 #include "buttonctl/commands/command_line.h"
-#include "buttonctl/arguments/line_splitter.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/commands/step.h"
 #include "buttonctl/scenario/expectation.h"
 #include "outcome/outcome.h"
-#include "buttonctl/commands/step.h"
 
 #include <QByteArray>
 #include <QString>

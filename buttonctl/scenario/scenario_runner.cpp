@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/scenario_runner.h"
 
-#include "protocol/encoders.h"
-#include "buttonctl/session/console.h"
-#include "buttonctl/session/exit_status.h"
 #include "buttonctl/commands/messages.h"
 #include "buttonctl/pictures/picture_difference.h"
+#include "buttonctl/session/console.h"
+#include "buttonctl/session/exit_status.h"
+#include "protocol/encoders.h"
 
 #include <QEventLoop>
 #include <QFile>

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/scenario/panel_state_reader.h"
 #include "buttonctl/commands/request.h"
+#include "buttonctl/scenario/panel_state_reader.h"
 #include "buttonctl/scenario/scenario_reader.h"
 #include "buttonctl/session/session.h"
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "outcome/outcome.h"
 #include "buttonctl/commands/request.h"
+#include "outcome/outcome.h"
 
 #include <QByteArray>
 #include <QTcpSocket>

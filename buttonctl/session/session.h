@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/session/connection.h"
-#include "outcome/outcome.h"
 #include "buttonctl/commands/request.h"
 #include "buttonctl/commands/step.h"
+#include "buttonctl/session/connection.h"
+#include "outcome/outcome.h"
 
 namespace buttondriver::buttonctl {
 

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "buttons/button_setter_impl.h"
+#include "files/system_paths.h"
 #include "fpga/fpga.h"
 #include "server/connector.h"
-#include "files/system_paths.h"
 
 #include <QStringList>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "app/process.h"
 
 #include "logging/message_handler.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_factory.h"
 
 #include "logging/standard_output.h"

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_levels.h"
 
+#include "files/regular_file.h"
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
-#include "files/regular_file.h"
 
 #include <array>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_setter_impl.h"
 
 #include "fpga/fpga.h"
@@ -22,8 +23,8 @@ void print_sub_text_line(const BMS_TFTSubTextLine &line, std::string_view text) 
   constexpr std::size_t piece = 16 * 1024;
   char words[200];
   std::snprintf(words, sizeof words,
-                "buttondriver: _screen_id = %d, _line_id = %d,  _offset =%d, _num_chars = %d, _text = '", line._screen_id,
-                line._line_id, line._offset, line._num_chars);
+                "buttondriver: _screen_id = %d, _line_id = %d,  _offset =%d, _num_chars = %d, _text = '",
+                line._screen_id, line._line_id, line._offset, line._num_chars);
   std::string line_so_far = words;
   for (; text.size() > piece; text.remove_prefix(piece)) {
     line_so_far += visible_text(text.substr(0, piece));
@@ -147,8 +148,7 @@ void ButtonSetterImpl::writeSubTextLine(ByteView message) {
 }
 
 void ButtonSetterImpl::drawImage(const QByteArray &message) {
-  const auto image =
-      decode<BMS_DrawTFTImage>(ByteView(message.constData(), static_cast<std::size_t>(message.size())));
+  const auto image = decode<BMS_DrawTFTImage>(ByteView(message.constData(), static_cast<std::size_t>(message.size())));
   print("buttondriver(DRAW_TFT_IMAGE): _screen_id = %d, _xoffset =%d, _yoffset = %d, _size = %d.\n", image._screen_id,
         image._xoffset, image._yoffset, static_cast<int>(image._size));
   // The picture is all that follows the head; its own header says how much of that it needs.

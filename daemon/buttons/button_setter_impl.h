@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "buttons/blink_state.h"
 #include "buttons/button.h"
-#include "buttons/images/button_image.h"
 #include "buttons/button_levels.h"
 #include "buttons/button_setter.h"
+#include "buttons/images/button_image.h"
 #include "buttons/images/image_store.h"
 #include "buttons/null_message_log.h"
 #include "bytes/byte_view.h"

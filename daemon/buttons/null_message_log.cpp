@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/null_message_log.h"
 
 #include "bytes/byte_view.h"

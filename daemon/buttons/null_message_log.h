@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <QByteArray>
@@ -9,9 +10,9 @@
 
 namespace buttondriver {
 
-/// Writes the bytes of null messages to the log, a line for each: `at_once` bytes of messages when they come, and as many
-/// in each further round of the event loop, so that nobody waits for millions of lines. Messages are written in the
-/// order in which they came.
+/// Writes the bytes of null messages to the log, a line for each: `at_once` bytes of messages when they come, and as
+/// many in each further round of the event loop, so that nobody waits for millions of lines. Messages are written in
+/// the order in which they came.
 ///
 /// Lives on a thread that runs an event loop. What waits when it is destroyed is not written.
 class NullMessageLog : public QObject {

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/fpga.h"
 
-#include "threads/post.h"
 #include "fpga/tasks.h"
 #include "fpga/worker_thread.h"
 #include "logging/log_line.h"
 #include "panel/formats/font.h"
 #include "panel/panel_lib.h"
+#include "threads/post.h"
 
 #include <QFile>
 #include <QMutexLocker>
@@ -97,9 +98,9 @@ void FPGA::check_font_settings(const QString &path) {
   if (*settings == _font)
     return;
   _font = *settings;
-  const QString font = QStringLiteral("%1/%2x%3.pcf.gz")
-                           .arg(to_qstring(_paths.font_directory), QString::number(_font.width),
-                                QString::number(_font.height));
+  const QString font =
+      QStringLiteral("%1/%2x%3.pcf.gz")
+          .arg(to_qstring(_paths.font_directory), QString::number(_font.width), QString::number(_font.height));
 
   // The worker would have the mutex again before this thread wakes up: it is held at its queue.
   const auto hold = _queue.hold();

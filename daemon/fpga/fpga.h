@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "files/system_paths.h"
 #include "fpga/configuration_watcher.h"
 #include "fpga/font_settings.h"
 #include "fpga/shared_bytes.h"
 #include "fpga/task_queue.h"
 #include "threads/task_semaphore.h"
-#include "files/system_paths.h"
 
 #include <QMutex>
 #include <QObject>
@@ -21,8 +22,8 @@ namespace buttondriver {
 class WorkerThread;
 
 /// The one way to the panel's hardware. Each operation queues a task and returns at once; one worker thread carries the
-/// tasks out in order. Nothing is reported back: what is wrong with the arguments is said in the log when the task runs.
-/// Also follows the launcher configuration, which chooses the font of the screens.
+/// tasks out in order. Nothing is reported back: what is wrong with the arguments is said in the log when the task
+/// runs. Also follows the launcher configuration, which chooses the font of the screens.
 ///
 /// One object a process. All operations are called on the thread that made it, which runs an event loop.
 class FPGA : public QObject {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/task_queue.h"
 
 #include <utility>

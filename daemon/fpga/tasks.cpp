@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/tasks.h"
 
 #include "panel/formats/colour.h"
-#include "panel/tft/image.h"
 #include "panel/leds.h"
+#include "panel/tft/image.h"
 #include "panel/tft/text.h"
 #include "panel/tft/tft.h"
 

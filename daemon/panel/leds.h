@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Button LEDs, status indicators and toggle indicators. LED ids are not checked: an id above 31 spills into the bits

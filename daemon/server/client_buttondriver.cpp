@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "server/client_buttondriver.h"
 
 #include "buttons/button_setter.h"
 #include "logging/log_line.h"
+#include "protocol/framing.h"
 #include "server/large_frame_budget.h"
 #include "server/limits.h"
-#include "protocol/framing.h"
 
 #include <QTcpSocket>
 

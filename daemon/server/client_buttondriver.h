@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "server/frame_reader.h"
@@ -79,7 +80,7 @@ private:
   qint32 _client_id = 0;
   FrameChoice _choice = FrameChoice::all;
   bool _is_held = false;
-  QBuffer _rest; // open once the connection has ended and left something
+  QBuffer _rest;           // open once the connection has ended and left something
   qint64 _large_frame = 0; // bytes of the budget that this connection holds
   bool _is_blocked = false;
   bool _is_in_line = false;

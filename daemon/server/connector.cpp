@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "server/connector.h"
 
 #include "logging/log_line.h"
@@ -19,8 +20,7 @@ Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
   connect(&_turn_timer, SIGNAL(timeout()), this, SLOT(serveTurns()));
   _accept_timer.setInterval(limits::accept_retry_ms);
   _accept_timer.setSingleShot(true);
-  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this,
-          SLOT(restFromAccepting()));
+  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this, SLOT(restFromAccepting()));
   connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(newClient()));
 }
 

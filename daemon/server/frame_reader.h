@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <QByteArray>
@@ -12,10 +13,10 @@ namespace buttondriver {
 
 /// The frame that a stream begins with, as far as its length tells.
 struct FrameHead {
-  bool is_known = false;     ///< the length itself is there
-  quint32 length = 0;        ///< of the message
-  quint32 bytes_needed = 0;  ///< until the frame can be taken, its length included; wraps in 32 bits
-  bool is_complete = false;  ///< that many are there
+  bool is_known = false;    ///< the length itself is there
+  quint32 length = 0;       ///< of the message
+  quint32 bytes_needed = 0; ///< until the frame can be taken, its length included; wraps in 32 bits
+  bool is_complete = false; ///< that many are there
 };
 
 /// Looks at the beginning of `stream` and takes nothing.

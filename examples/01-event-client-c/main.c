@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Lights a button's LED, and shows which requests the client sends. */
 #include <buttondriver/event_client/event_client.h>
 

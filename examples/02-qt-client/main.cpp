@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes a text line on all screens and lets the LED of a button blink.
-#include <buttondriver/qt_client/q_button_driver_client.h>
 #include <buttondriver/protocol/encoders.h>
+#include <buttondriver/qt_client/q_button_driver_client.h>
 
 #include <QCoreApplication>
 

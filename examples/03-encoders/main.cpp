@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Builds messages and prints their bytes, for a program that sends them by its own means.
 #include <buttondriver/protocol/encoders.h>
 

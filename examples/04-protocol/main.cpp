@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lists the messages that the daemon acts on, builds a frame and reads one, without Qt.
 #include <buttondriver/protocol/converters.h>
 #include <buttondriver/protocol/decode.h>

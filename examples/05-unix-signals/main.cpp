@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reads its configuration again on SIGHUP and ends in order on SIGTERM, both in the event loop.
 #include <buttondriver/unixsignalhandler/unix_signal_handler.h>
 

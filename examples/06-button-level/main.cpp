@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Makes the screens half as bright in the level file; the daemon follows at the next BMS_Reconfig.
 #include <buttondriver/buttonlevel/buttonlevel.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Shows two lines on a character display. A block of memory stands for the registers here; a program on the panel maps
 // the real ones, and leaves out the function that watches what is stored.
 #include <buttondriver/character_display/character_display_register.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Measures what a loop takes, and when the run started and ended.
 #include <buttondriver/stopwatch/stopwatch.h>
 

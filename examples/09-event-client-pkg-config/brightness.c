@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Makes the panel read its brightness again. Built with cc, make and pkg-config, without CMake. */
 #include <buttondriver/event_client/event_client.h>
 

@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes inputs for the fuzz targets to start from, one folder a target:
 //
 //   write_fuzz_seeds FOLDER
 //
 // A target without seeds starts from its corpus alone.
-#include "tools/reference/worked_examples.h"
 #include "fuzz/seeds/seed.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
+#include "tools/reference/worked_examples.h"
 
 #include <cstdio>
 #include <exception>
@@ -203,8 +204,12 @@ void write_recording(const filesystem::path &parent) {
     all += std::to_string(time) + " " + std::to_string(1 + type.opcode % 3) + " " + digits + "\n";
   }
   folder.write("all", Seed(all));
-  const char *const lines[] = {"", "0 1 000000040000000c\n", "# x\n\n 5\t2  00000000 \r\n", "9 1 00000000\n8 1 00000000\n",
-                               "1000000000000000 2147483647 00000001FF", "1 1 0000000400\n1 1 00000000\n"};
+  const char *const lines[] = {"",
+                               "0 1 000000040000000c\n",
+                               "# x\n\n 5\t2  00000000 \r\n",
+                               "9 1 00000000\n8 1 00000000\n",
+                               "1000000000000000 2147483647 00000001FF",
+                               "1 1 0000000400\n1 1 00000000\n"};
   int number = 0;
   for (const char *line : lines)
     folder.write("lines-" + std::to_string(++number), Seed(title + line));
@@ -221,7 +226,10 @@ void write_scenario(const filesystem::path &parent) {
       "expect-toggle 1 on\nexpect-intensity 63\nexpect-text 2 127 'a b' # x\nexpect-text 0 0 \\#\n",
       "expect-screen 2 good.png\nexpect-screen 1 none.png\nexpect-screen 0 bad.png\n",
       "raw 0000000c\nraw --unframed 00 00 00 0c\nupload 40 good.png --invert\n",
-      "expect-led -- -1 on\n", "text 0 0 'open\n", "text 0 0 x\\", "expect-nothing\n"};
+      "expect-led -- -1 on\n",
+      "text 0 0 'open\n",
+      "text 0 0 x\\",
+      "expect-nothing\n"};
   int number = 0;
   for (const char *file : files)
     folder.write("file-" + std::to_string(++number), Seed(file).number(std::uint8_t{0}));
@@ -238,9 +246,8 @@ int main(int count, char **arguments) {
     return 2;
   }
   try {
-    for (const auto write :
-         {write_commands, write_bmp, write_text, write_level_file, write_launcher_configuration, write_event_client,
-          write_recording, write_scenario})
+    for (const auto write : {write_commands, write_bmp, write_text, write_level_file, write_launcher_configuration,
+                             write_event_client, write_recording, write_scenario})
       write(arguments[1]);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "write_fuzz_seeds: %s\n", error.what());

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fuzz/support/checked_panel.h"
 
 #include "fuzz/support/require.h"
-#include "panel/tft/pixel_window.h"
 #include "panel/registers/registers.h"
+#include "panel/tft/pixel_window.h"
 
 namespace buttondriver::fuzz {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fuzz/support/facade_rig.h"
 
 #include "fpga/fpga_task.h"

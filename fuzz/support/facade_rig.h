@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "files/system_paths.h"
 #include "fpga/fpga.h"
 #include "fuzz/support/checked_panel.h"
-#include "files/system_paths.h"
 #include "tests/support/temporary_folder.h"
 
 #include <QCoreApplication>

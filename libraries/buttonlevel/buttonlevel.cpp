@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonlevel/buttonlevel.h"
 
-#include "logging/log_line.h"
 #include "files/regular_file.h"
 #include "files/system_paths.h"
+#include "logging/log_line.h"
 
 #include <QByteArray>
 #include <QFile>

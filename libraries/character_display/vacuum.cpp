@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "character_display/vacuum.h"
 
 #include "character_display/character_display_register.h"

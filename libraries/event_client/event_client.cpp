@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "event_client/event_client.h"
 
-#include "logging/standard_output.h"
 #include "event_client/button_cache.h"
 #include "event_client/event_client_testing.h"
+#include "logging/standard_output.h"
 #include "protocol/converters.h"
 #include "protocol/framing.h"
 

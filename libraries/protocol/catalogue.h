@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <cstddef>
@@ -94,6 +95,7 @@ inline constexpr const char *colour = "0xRRGGBB";
 inline constexpr const char *text_count = "text length in bytes, the terminating NUL included";
 inline constexpr const char *always_zero = "always 0";
 
+// clang-format off
 inline constexpr MessageType rows[] = {
     {0, "TYPE_NULL_MESSAGE", 4, Counted::nothing, Handling::server_handles,
      "nothing; the daemon logs the message byte by byte", {
@@ -121,7 +123,7 @@ inline constexpr MessageType rows[] = {
          i32(4, "image_id", "0 to 22 shared by all connections, above that private to the connection"),
          i32(8, "size", "must be 120"),
          bytes(12, 120, "image",
-                                 "24 rows of 40 one-bit pixels, 5 bytes a row, most significant bit leftmost"),
+               "24 rows of 40 one-bit pixels, 5 bytes a row, most significant bit leftmost"),
      }},
     {7, "BMS_SetButtonImage", 12, Counted::nothing, Handling::server_ignores, "shows an image on a button", {
          opcode(),
@@ -212,6 +214,7 @@ inline constexpr MessageType rows[] = {
          i32(8, "state", "0: off, 1: on"),
      }},
 };
+// clang-format on
 
 } // namespace catalogue_detail
 
@@ -219,11 +222,13 @@ inline constexpr MessageType rows[] = {
 inline constexpr const auto &catalogue = catalogue_detail::rows;
 
 /// A layout for messages that are an opcode and some bytes: none of those above has it, but it can be converted.
+// clang-format off
 inline constexpr MessageType generic_layout = {
     0, "opcode, count and bytes", 8, Counted::image_bytes, Handling::server_ignores, "an opcode, n and n bytes", {
         catalogue_detail::opcode(),
         catalogue_detail::u32(4, "n", "number of bytes that follow"),
     }};
+// clang-format on
 
 /// The largest opcode that means anything.
 inline constexpr std::uint32_t highest_opcode = 22;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "protocol/encoders.h"
 
 #include "logging/standard_output.h"
@@ -70,9 +71,9 @@ QByteArray hton_BMS_TFTSubTextLine(std::int32_t screen_id, std::int32_t line_id,
                                    std::uint32_t back_colour) {
   const QByteArray latin1 = text.toLatin1();
   const std::uint32_t n = counted(latin1);
-  return encode(BMS_TFTSubTextLine{BMS_TFTSubTextLine::code, screen_id, line_id, offset, num_chars,
-                                   text_colour, back_colour, n},
-                latin1.constData(), n);
+  return encode(
+      BMS_TFTSubTextLine{BMS_TFTSubTextLine::code, screen_id, line_id, offset, num_chars, text_colour, back_colour, n},
+      latin1.constData(), n);
 }
 
 QByteArray hton_BMS_BlackoutScreen(std::int32_t screen_id) {

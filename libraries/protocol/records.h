@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "catalogue.h"
@@ -186,7 +187,8 @@ template <class Record> constexpr const MessageType &row() {
 template <class Record> inline constexpr const MessageType &type_of = records_detail::row<Record>();
 
 // One offset in each half of the records that mix widths; all others are plain runs of 32-bit fields.
-static_assert(offsetof(BMS_SetButtonColourPair, first_time) == 12 && offsetof(BMS_SetButtonColourPair, second_time) == 20);
+static_assert(offsetof(BMS_SetButtonColourPair, first_time) == 12 &&
+              offsetof(BMS_SetButtonColourPair, second_time) == 20);
 static_assert(offsetof(BMS_SetButtonColour, value_3) == 10 && offsetof(BMS_UploadImage, image) == 12);
 
 } // namespace buttondriver

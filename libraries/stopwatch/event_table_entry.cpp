@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "stopwatch/event_table_entry.h"
 
 #include "stopwatch/delta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "simulator/device/transfer.h"
@@ -14,7 +15,8 @@ namespace buttondriver::simulator {
 ///
 ///     51234 w 0900 1 6500
 ///
-/// Each line is in the file when `record` returns; that it cannot be written is said once on standard error. Called by one thread at a time.
+/// Each line is in the file when `record` returns; that it cannot be written is said once on standard error. Called by
+/// one thread at a time.
 class TransferRecorder {
 public:
   explicit TransferRecorder(const std::string &file_name);

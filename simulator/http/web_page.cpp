@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/web_page.h"
 
 #include "simulator/http/page/page_server.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The page of a build without Qt's HTTP server and WebSockets.
 
 #include "simulator/http/web_page.h"

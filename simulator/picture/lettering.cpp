@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/picture/lettering.h"
 
 #include <QPainterPath>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/picture/panel_picture.h"
 
-#include "simulator/picture/parts/lamp.h"
 #include "simulator/picture/lettering.h"
+#include "simulator/picture/panel_layout.h"
+#include "simulator/picture/parts/lamp.h"
 #include "simulator/picture/parts/panel_housing.h"
 #include "simulator/picture/parts/panel_key.h"
-#include "simulator/picture/panel_layout.h"
 #include "simulator/picture/screen_image.h"
 
 #include <QBuffer>

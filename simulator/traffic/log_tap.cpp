@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/traffic/log_tap.h"
 
 #include "logging/standard_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Says politely what has changed on the screens, and not everything when much has.
 const interval = 1000;
 const mostSentences = 6;

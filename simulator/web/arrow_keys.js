@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Makes a group of buttons one stop of the tabulator key, in which the arrow keys move by what is seen.
 export function moveWithArrows(group, buttons) {
   const choose = (chosen) => {

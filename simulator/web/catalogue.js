@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The messages as the server's catalogue has them, and how their bytes are made.
 export class Catalogue {
   static async load() {

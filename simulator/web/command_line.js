@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The line for a shell that sends the same message.
 import { hexOf } from './catalogue.js';
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The side of the page that sends: a form for each message, and the same as a line for a shell.
 import { commandLine } from './command_line.js';
 import { MessageForm, rawName } from './message_form.js';

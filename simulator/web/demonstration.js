@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A scene that shows what the panel can do, as the messages that a client would send.
 import { bmpOf } from './picture.js';
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The inputs of the form, one kind of thing each. An input has an `element`, says by `read()` what it holds, and by
 // `fault()` what is wrong with that, if anything is.
 import { bytesOf, isLatin1 } from './catalogue.js';

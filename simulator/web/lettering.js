@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel's own lettering: strokes on a grid 12 high, as the picture of the panel has them.
 const gridHeight = 12;
 let glyphs = {};

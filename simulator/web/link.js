@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The WebSocket to the server. It comes back by itself when the server has gone and come again.
 const firstDelay = 250;
 const longestDelay = 4000;

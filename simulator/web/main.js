@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Puts the page together: what comes over the link goes to the panel and the lists, what the reader does goes back.
 import { Link } from './link.js';
 import { loadLettering, letterAll } from './lettering.js';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which inputs a message has, and what they hold at first.
 import { BytesInput, ChoiceInput, ColourInput, IdsInput, NumberInput, TextInput } from './inputs.js';
 import { PictureInput } from './picture_input.js';

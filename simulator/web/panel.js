@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel: screens, keys and lamps. Pressing a key or a lamp sends the message that turns its light over.
 import { lettered } from './lettering.js';
 import { Screen } from './screen.js';

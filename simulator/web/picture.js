@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Pictures of all kinds, as the panel takes them.
 const screenSide = 128;
 const buttonWidth = 40;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Takes a picture: dropped, chosen, or pasted. `onchange` is called when there is another one.
 import { readPicture } from './picture.js';
 

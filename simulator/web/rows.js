@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rows of the running lists. What clients have sent is only ever set as text.
 function made(tag, className, text) {
   const element = document.createElement(tag);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A list that grows at its end and forgets its beginning. It follows its end unless the reader has scrolled away.
 const mostRows = 500;
 const nearTheEnd = 24;

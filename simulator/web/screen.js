@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One of the three screens: its pixels on a canvas, and its texts for those who listen.
 import { lettered } from './lettering.js';
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The daemon itself, as it runs on a machine without the panel's hardware.
 
 #include "support/program.h"
@@ -89,8 +90,8 @@ TEST(ButtondriverProgram, starts_even_when_the_reader_of_its_log_has_gone_alread
 }
 
 TEST(ButtondriverProgram, goes_on_when_its_log_cannot_be_written) {
-  Program daemon(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("exec \"$0\" map '' 0 >/dev/full 2>&1"),
-                                             program});
+  Program daemon(QStringLiteral("/bin/sh"),
+                 {QStringLiteral("-c"), QStringLiteral("exec \"$0\" map '' 0 >/dev/full 2>&1"), program});
   const auto client = daemon.connectTo();
   test::send_frames(*client, "0000000c 00000006 00000001 00000077");
   EXPECT_TRUE(test::answered_ping(*client));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every printable character of every shipped font, from a message over TCP to the panel's pixels, against the glyph as
 // FreeType gives it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A scene over TCP: what the daemon says, every register transfer, and the picture, against those kept in scene/.
 
 #include "support/program.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The virtual panel's command line, pictures and recording.
 
 #include "simulator/http/web_page.h"

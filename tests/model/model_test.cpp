@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 // Random commands, given to the daemon on a virtual panel and to a model of it, have to show the same.
 //
 //   model_test [--sequences=N] [--seed=S]        other sequences than those that the tests always play
 //   model_test --gtest_filter='Replay*' --replay=FILE     what a failed test has printed, once more
 
-#include "model/comparison.h"
 #include "model/commands/sequence_generator.h"
 #include "model/commands/shrinker.h"
+#include "model/comparison.h"
 #include "support/test_root.h"
 
 #include <QCoreApplication>

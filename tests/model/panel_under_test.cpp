@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/panel_under_test.h"
 
 #include "buttons/button_factory.h"

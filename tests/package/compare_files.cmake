@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Compares the files of PACKAGE with LIST, whose lines may name a component behind the file. The fonts are the machine's
 # own, and the pages are whatever docs/ has; the names of the LIBRARIES' folder and of the CONFIGURATION are the build's.
 file(GLOB_RECURSE installed RELATIVE "${PACKAGE}" "${PACKAGE}/*")

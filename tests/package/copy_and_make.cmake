@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Builds a copy of the folder SOURCE in BINARY with MAKE.
 file(REMOVE_RECURSE "${BINARY}")
 file(COPY "${SOURCE}/" DESTINATION "${BINARY}")

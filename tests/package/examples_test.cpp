@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The examples, built from the installed package, say and do what they are there for.
 
 #include "support/event_loop.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Fails for each text file of PACKAGE that names one of FOLDERS. The unit may: units have absolute paths.
 string(REPLACE "," ";" folders "${FOLDERS}")
 file(GLOB_RECURSE files "${PACKAGE}/include/*" "${PACKAGE}/${LIBRARIES}/*.cmake" "${PACKAGE}/${LIBRARIES}/*.pc"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Installs only what a panel needs of BUILD into TREE, and looks at what is there.
 file(REMOVE_RECURSE "${TREE}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${TREE}" --component daemon OUTPUT_QUIET

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs kept inputs through a fuzz target, without a fuzzer: every file that is named, and every file in every folder
 // that is named. A fault ends the program, as it does under the fuzzer; so does an input that takes too long.
 //

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
 # Usage: check_arrows_test.sh CHECK_ARROWS
 #
 # Puts one include at a time into a tree of its own, and looks at what the check says to it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loads a running daemon with everything at once, watches it meanwhile, and says whether it stayed flat.
 //
 //   soak_load PID ROOT SECONDS CSV SVG PICTURE [LOAD...]

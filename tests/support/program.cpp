@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "support/program.h"
 
 #include "support/event_loop.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "support/test_root.h"
 
 #include <QDir>
@@ -11,7 +12,8 @@ namespace buttondriver::test {
 TestRoot::TestRoot() {
   QDir(_folder.path()).mkpath(QStringLiteral("etc/rv1000e"));
   QDir(_folder.path()).mkpath(QStringLiteral("opt/rv1000e"));
-  EXPECT_TRUE(QFile::link(QStringLiteral(BUTTONDRIVER_TEST_FONTS), _folder.path() + QStringLiteral("/opt/rv1000e/fonts")));
+  EXPECT_TRUE(
+      QFile::link(QStringLiteral(BUTTONDRIVER_TEST_FONTS), _folder.path() + QStringLiteral("/opt/rv1000e/fonts")));
 }
 
 SystemPaths TestRoot::paths() const { return SystemPaths::under(_folder.path().toStdString()); }

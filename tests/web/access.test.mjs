@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The page without a mouse, and without eyes.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How the page looks: on a desk and on a phone. The pictures are left in the build folder.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';

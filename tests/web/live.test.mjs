@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the page shows, and what it sends.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The page when its simulator ends and comes again.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Starts what the tests of the page need, and ends it again: a simulator, a browser, buttonctl.
 import { spawn, execFile } from 'node:child_process';
 import { createRequire } from 'node:module';

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "tools/reference/hex_bytes.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
+#include "tools/reference/hex_bytes.h"
 
 #include <cstddef>
 #include <cstdint>

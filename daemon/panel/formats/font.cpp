@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/formats/font.h"
 
 #include "logging/standard_output.h"
@@ -31,8 +32,8 @@ void release_face() {
 FT_Error open_face(const char *file) {
   if (const FT_Error error = read_font_file(file, current_file); error != 0)
     return error;
-  const FT_Error error = FT_New_Memory_Face(library, current_file.data(), static_cast<FT_Long>(current_file.size()), 0,
-                                            &current_face);
+  const FT_Error error =
+      FT_New_Memory_Face(library, current_file.data(), static_cast<FT_Long>(current_file.size()), 0, &current_face);
   if (error == 0)
     return 0;
   current_face = nullptr;

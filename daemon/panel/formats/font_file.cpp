@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/formats/font_file.h"
 
 #include "files/regular_file.h"

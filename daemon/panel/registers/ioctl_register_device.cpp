@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/registers/ioctl_register_device.h"
 
 #include <fcntl.h>

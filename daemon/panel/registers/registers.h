@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <cstdint>
@@ -7,10 +8,10 @@ namespace buttondriver::panel {
 
 /// 16-bit registers of the FPGA. "High byte" says that an 8-bit value travels in bits 8 to 15.
 namespace fpga_register {
-inline constexpr unsigned tft_intensity = 0x800;     ///< high byte: intensity_enable | level
-inline constexpr unsigned led_command = 0x900;       ///< high byte: LED command, see led_command_bits
-inline constexpr unsigned tft_index_base = 0xA00;    ///< + 2 x controller mask; high byte: half of an index
-inline constexpr unsigned tft_data_base = 0xA01;     ///< + 2 x controller mask; register values and pixels
+inline constexpr unsigned tft_intensity = 0x800;      ///< high byte: intensity_enable | level
+inline constexpr unsigned led_command = 0x900;        ///< high byte: LED command, see led_command_bits
+inline constexpr unsigned tft_index_base = 0xA00;     ///< + 2 x controller mask; high byte: half of an index
+inline constexpr unsigned tft_data_base = 0xA01;      ///< + 2 x controller mask; register values and pixels
 inline constexpr unsigned toggle_indicators = 0x1003; ///< bit 0 and bit 1, one for each indicator
 } // namespace fpga_register
 

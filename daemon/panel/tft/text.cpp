@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/text.h"
 
 #include "logging/standard_output.h"
 #include "panel/formats/colour.h"
 #include "panel/formats/font.h"
-#include "panel/tft/pixel_window.h"
 #include "panel/registers/registers.h"
+#include "panel/tft/pixel_window.h"
 #include "panel/tft/tft.h"
 
 #include <algorithm>
@@ -61,8 +62,8 @@ private:
   std::unique_ptr<std::uint16_t[]> _pixels;
 };
 
-/// A character is one pixel wide at least, or stands where others stood: in a font whose pen does not move, this keeps a
-/// text of millions of characters from taking seconds.
+/// A character is one pixel wide at least, or stands where others stood: in a font whose pen does not move, this keeps
+/// a text of millions of characters from taking seconds.
 constexpr int most_drawn_characters = 4096;
 
 void draw_glyph(TextBlock &block, const FT_Bitmap &bitmap, std::int64_t pen_x, std::int64_t pen_y,

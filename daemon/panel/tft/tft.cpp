@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/tft.h"
 
 #include "logging/standard_output.h"
 #include "panel/formats/colour.h"
-#include "panel/tft/pixel_window.h"
 #include "panel/registers/register_access.h"
 #include "panel/registers/registers.h"
+#include "panel/tft/pixel_window.h"
 
 #include <array>
 #include <ctime>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/gate/gated_server.h"
 
 #include "simulator/http/gate/request_gate.h"

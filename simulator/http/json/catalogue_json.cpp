@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/json/catalogue_json.h"
 
 #include "protocol/catalogue.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/page/daemon_link.h"
 
 #include "bytes/byte_view.h"

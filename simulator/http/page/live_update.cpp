@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/page/live_update.h"
 
 #include "simulator/http/json/state_json.h"

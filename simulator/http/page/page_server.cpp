@@ -1,14 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/page/page_server.h"
 
-#include "threads/post.h"
 #include "simulator/http/gate/access_rule.h"
-#include "simulator/http/json/catalogue_json.h"
 #include "simulator/http/gate/gated_server.h"
+#include "simulator/http/json/catalogue_json.h"
 #include "simulator/http/json/lettering_json.h"
-#include "simulator/http/page/page_file.h"
 #include "simulator/http/json/state_json.h"
+#include "simulator/http/page/page_file.h"
 #include "simulator/picture/panel_picture.h"
 #include "simulator/picture/screen_image.h"
+#include "threads/post.h"
 
 #include <QBuffer>
 #include <QHttpServerRequest>

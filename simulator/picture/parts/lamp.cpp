@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/picture/parts/lamp.h"
 
 #include "simulator/picture/parts/shading.h"

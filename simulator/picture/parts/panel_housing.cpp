@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/picture/parts/panel_housing.h"
 
-#include "simulator/picture/parts/lamp.h"
 #include "simulator/picture/lettering.h"
-#include "simulator/picture/parts/panel_key.h"
 #include "simulator/picture/panel_layout.h"
+#include "simulator/picture/parts/lamp.h"
+#include "simulator/picture/parts/panel_key.h"
 #include "simulator/picture/parts/panel_plate.h"
 #include "simulator/picture/parts/shading.h"
 

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/picture/parts/panel_key.h"
 
-#include "simulator/picture/parts/lamp.h"
 #include "simulator/picture/lettering.h"
 #include "simulator/picture/panel_layout.h"
+#include "simulator/picture/parts/lamp.h"
 #include "simulator/picture/parts/shading.h"
 
 #include <string>

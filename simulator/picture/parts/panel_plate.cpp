@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/picture/parts/panel_plate.h"
 
 #include "simulator/picture/panel_layout.h"
-#include "simulator/picture/screen_image.h"
 #include "simulator/picture/parts/shading.h"
+#include "simulator/picture/screen_image.h"
 
 #include <QPainter>
 #include <QRadialGradient>

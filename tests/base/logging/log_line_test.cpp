@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "logging/log_line.h"
 
 #include "logging/message_handler.h"

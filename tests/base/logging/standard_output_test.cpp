@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "logging/standard_output.h"
 
 #include "support/captured_log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/line_splitter.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/command_line.h"
 
-#include "support/hex.h"
 #include "buttonctl/commands/commands.h"
 #include "buttonctl/support/pictures.h"
 #include "buttonctl/support/working_folder.h"
+#include "support/hex.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/commands/command_line.h"
 #include "buttonctl/commands/commands.h"
-#include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/support/pictures.h"
 #include "buttonctl/support/working_folder.h"
 

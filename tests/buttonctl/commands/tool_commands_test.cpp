@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The command lines of record, replay, run and doctor.
 
 #include "buttonctl/commands/command_line.h"

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/doctor.h"
 
-#include "support/test_root.h"
 #include "buttonctl/doctor/device_check.h"
-#include "buttonctl/support/fake_daemon.h"
 #include "buttonctl/doctor/font_check.h"
 #include "buttonctl/doctor/level_check.h"
+#include "buttonctl/support/fake_daemon.h"
+#include "support/test_root.h"
 
 #include <QDir>
 

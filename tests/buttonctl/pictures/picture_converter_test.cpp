@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/pictures/picture_converter.h"
 
-#include "support/hex.h"
 #include "buttonctl/support/pictures.h"
+#include "support/hex.h"
 
 #include <QImageReader>
 

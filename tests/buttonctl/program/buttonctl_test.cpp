@@ -1,7 +1,8 @@
-#include "support/hex.h"
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/support/fake_daemon.h"
 #include "buttonctl/support/tool_run.h"
 #include "buttonctl/support/working_folder.h"
+#include "support/hex.h"
 
 #include <QEventLoop>
 #include <QTimer>

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 // `buttonctl doctor`: what it prints, and how it ends.
 
-#include "support/program.h"
-#include "support/test_root.h"
 #include "buttonctl/support/fake_daemon.h"
 #include "buttonctl/support/tool_run.h"
+#include "support/program.h"
+#include "support/test_root.h"
 
 #include <gmock/gmock.h>
 

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 // The first example among the scenarios, with the virtual panel. Its screens are cut out of the snapshots that it takes
 // on a signal; what it says about its state is written by hand.
 
-#include "simulator/picture/panel_layout.h"
-#include "support/program.h"
 #include "buttonctl/support/panel_double.h"
 #include "buttonctl/support/pictures.h"
 #include "buttonctl/support/tool_run.h"
+#include "simulator/picture/panel_layout.h"
+#include "support/program.h"
 
 #include <QTemporaryDir>
 

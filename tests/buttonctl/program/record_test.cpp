@@ -1,13 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
 // `buttonctl record` and `buttonctl replay`, with the virtual panel and with a daemon that only listens.
 
-#include "support/event_loop.h"
-#include "support/hex.h"
-#include "support/program.h"
-#include "support/test_root.h"
 #include "buttonctl/support/fake_daemon.h"
 #include "buttonctl/support/pictures.h"
 #include "buttonctl/support/tool_run.h"
 #include "buttonctl/support/working_folder.h"
+#include "support/event_loop.h"
+#include "support/hex.h"
+#include "support/program.h"
+#include "support/test_root.h"
 
 #include <QElapsedTimer>
 #include <QHostAddress>

@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
 // `buttonctl run` against a daemon and a virtual panel that say what the test wants.
 
-#include "support/hex.h"
-#include "support/test_root.h"
 #include "buttonctl/support/fake_daemon.h"
 #include "buttonctl/support/panel_double.h"
 #include "buttonctl/support/pictures.h"
 #include "buttonctl/support/tool_run.h"
 #include "buttonctl/support/working_folder.h"
+#include "support/hex.h"
+#include "support/test_root.h"
 
 #include <QFile>
 

@@ -1,8 +1,9 @@
-#include "support/hex.h"
-#include "support/temporary_folder.h"
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/recording/frame_splitter.h"
 #include "buttonctl/recording/recording_reader.h"
 #include "buttonctl/recording/recording_writer.h"
+#include "support/hex.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

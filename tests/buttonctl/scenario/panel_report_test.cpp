@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/panel_report.h"
 
 #include "buttonctl/scenario/expectation.h"
@@ -10,7 +11,13 @@ namespace buttondriver::buttonctl {
 namespace {
 
 /// F and T as false and true.
-QByteArray spelled_out(QByteArray json) { return json.replace("F,", "false,").replace("F]", "false]").replace("T,", "true,").replace("T]", "true]").replace("F ", "false "); }
+QByteArray spelled_out(QByteArray json) {
+  return json.replace("F,", "false,")
+      .replace("F]", "false]")
+      .replace("T,", "true,")
+      .replace("T]", "true]")
+      .replace("F ", "false ");
+}
 
 /// LED 5 blinks and is lit, LED 6 is lit, LED 31 is lit, all others are dark.
 const QByteArray state = R"({
@@ -39,7 +46,8 @@ TEST(PanelReport, reads_every_member) {
   EXPECT_TRUE(report->toggles[1]);
   EXPECT_EQ(report->intensity, 40);
   EXPECT_EQ(report->blinking, (std::map<int, int>{{5, 500}}));
-  EXPECT_EQ(report->text[0], (std::map<int, QString>{{0, QStringLiteral("Start ")}, {1, QString()}, {2, QStringLiteral("Ready")}}));
+  EXPECT_EQ(report->text[0],
+            (std::map<int, QString>{{0, QStringLiteral("Start ")}, {1, QString()}, {2, QStringLiteral("Ready")}}));
   EXPECT_TRUE(report->text[1].empty());
   EXPECT_EQ(report->text[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/support/fake_daemon.h"
 
 #include <QHostAddress>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/support/panel_double.h"
 
 #include <QHostAddress>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "app/daemon.h"
 
-#include "server/client_buttondriver.h"
 #include "panel/panel_lib.h"
+#include "server/client_buttondriver.h"
 #include "support/captured_log.h"
-#include "support/event_loop.h"
 #include "support/device/recording_device.h"
+#include "support/event_loop.h"
 #include "support/test_root.h"
 
 #include <QTcpServer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A device that takes two milliseconds for a transfer, and one that fails, slow down their own work only.
 
 #include "app/daemon.h"
@@ -7,8 +8,8 @@
 #include "protocol/encoders.h"
 #include "protocol/framing.h"
 #include "support/captured_log.h"
-#include "support/event_loop.h"
 #include "support/device/recording_device.h"
+#include "support/event_loop.h"
 #include "support/test_root.h"
 
 #include <QTcpSocket>
@@ -91,8 +92,8 @@ TEST_F(SlowDeviceTest, a_flood_waits_with_its_sender_while_others_are_answered_a
   EXPECT_GT(answers, 100);
   for (int i = 0; i < flood_size; ++i) {
     char expected[32];
-    std::snprintf(expected, sizeof expected, "w 0900 1 %02x00", 0x80U + static_cast<unsigned>(i % 32) +
-                                                                    (i / 32 % 2 == 1 ? 0x20U : 0U));
+    std::snprintf(expected, sizeof expected, "w 0900 1 %02x00",
+                  0x80U + static_cast<unsigned>(i % 32) + (i / 32 % 2 == 1 ? 0x20U : 0U));
     ASSERT_EQ(lines[static_cast<std::size_t>(12 + i)], expected) << i;
   }
 }

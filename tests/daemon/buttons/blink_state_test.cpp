@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/blink_state.h"
 
 #include <gtest/gtest.h>
@@ -25,10 +26,19 @@ TEST(BlinkState, sends_one_value_a_phase) {
     const char *expected;
   };
   const Row rows[] = {
-      {1, "01010101"},         {19, "01010101"},          {20, "01010101"},          {39, "01010101"},
-      {40, "0.1.0.1.0."},      {60, "0..1..0..1..0"},     {100, "0....1....0....1"}, {-1, "0101"},
-      {-19, "0101"},           {-20, "1111"},             {-500, "1111"},
-      {std::numeric_limits<std::int32_t>::min(), "1111"}, {std::numeric_limits<std::int32_t>::max(), "0......."},
+      {1, "01010101"},
+      {19, "01010101"},
+      {20, "01010101"},
+      {39, "01010101"},
+      {40, "0.1.0.1.0."},
+      {60, "0..1..0..1..0"},
+      {100, "0....1....0....1"},
+      {-1, "0101"},
+      {-19, "0101"},
+      {-20, "1111"},
+      {-500, "1111"},
+      {std::numeric_limits<std::int32_t>::min(), "1111"},
+      {std::numeric_limits<std::int32_t>::max(), "0......."},
   };
   for (const Row &row : rows)
     EXPECT_EQ(ticks(row.time, static_cast<int>(std::string(row.expected).size())), row.expected) << row.time;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_levels.h"
 
 #include "support/captured_log.h"
@@ -55,7 +56,12 @@ TEST(ButtonLevels, lines_set_levels_and_send_the_screen_level) {
       {"number with a tail", "scr 12abc\n", 100, 100, 12, {12}, ""},
       {"control bytes", QByteArray("\x1b[2J 1\n"), 100, 100, 100, {}, "buttondriver:unknown type \\x1b[2J\n"},
       {"a line of 255 characters is read as it is, its rest as another",
-       "scr" + QByteArray(252, ' ') + "55\n", 100, 100, 100, {100}, "buttondriver:unknown type 55\n"},
+       "scr" + QByteArray(252, ' ') + "55\n",
+       100,
+       100,
+       100,
+       {100},
+       "buttondriver:unknown type 55\n"},
   };
   const QTemporaryDir folder;
   const QString file = folder.filePath(QStringLiteral("buttonlevel"));
@@ -91,8 +97,8 @@ TEST(ButtonLevels, what_is_no_regular_file_changes_nothing_and_does_not_wait) {
   const QTemporaryDir folder;
   const QString pipe = folder.filePath(QStringLiteral("pipe"));
   ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0);
-  for (const QString &file : {folder.filePath(QStringLiteral("missing")), folder.path(), pipe,
-                              QStringLiteral("/dev/zero")}) {
+  for (const QString &file :
+       {folder.filePath(QStringLiteral("missing")), folder.path(), pipe, QStringLiteral("/dev/zero")}) {
     const Reading reading = read(file);
     EXPECT_EQ(reading.levels.scr, 100) << file.toStdString();
     EXPECT_TRUE(reading.sent.empty()) << file.toStdString();

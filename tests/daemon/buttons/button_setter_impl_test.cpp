@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "support/device/dispatcher_fixture.h"
 
 #include <gmock/gmock.h>
@@ -32,9 +33,11 @@ TEST_F(ButtonSetterImplTest, a_null_message_is_dumped_byte_by_byte) {
   EXPECT_THAT(log.take(),
               ElementsAre(opcode_line(0, 4), "critical: ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE ",
                           "critical: size  =  4 ", opcode_line(0, 6),
-                          "critical: ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE ", "critical: size  =  6 "));
-  EXPECT_EQ(output.take(), "data[0] = 0x0\ndata[1] = 0x0\ndata[2] = 0x0\ndata[3] = 0x0\n"
-                           "data[0] = 0x0\ndata[1] = 0x0\ndata[2] = 0x0\ndata[3] = 0x0\ndata[4] = 0xff\ndata[5] = 0xa\n");
+                          "critical: ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE ",
+                          "critical: size  =  6 "));
+  EXPECT_EQ(output.take(),
+            "data[0] = 0x0\ndata[1] = 0x0\ndata[2] = 0x0\ndata[3] = 0x0\n"
+            "data[0] = 0x0\ndata[1] = 0x0\ndata[2] = 0x0\ndata[3] = 0x0\ndata[4] = 0xff\ndata[5] = 0xa\n");
 }
 
 TEST_F(ButtonSetterImplTest, an_empty_message_counts_as_a_null_message) {
@@ -46,7 +49,8 @@ TEST_F(ButtonSetterImplTest, an_empty_message_counts_as_a_null_message) {
 }
 
 TEST_F(ButtonSetterImplTest, every_other_opcode_is_reported_and_ignored) {
-  for (const unsigned opcode : {1U, 2U, 3U, 4U, 5U, 7U, 8U, 9U, 11U, 13U, 14U, 20U, 23U, 24U, 0x80000000U, 0xFFFFFFFFU}) {
+  for (const unsigned opcode :
+       {1U, 2U, 3U, 4U, 5U, 7U, 8U, 9U, 11U, 13U, 14U, 20U, 23U, 24U, 0x80000000U, 0xFFFFFFFFU}) {
     test::CapturedLog log;
     deliver({QByteArray::number(opcode, 16).rightJustified(8, '0') + "0000000500000005"});
     EXPECT_THAT(log.take(), ElementsAre(opcode_line(opcode, 12),
@@ -124,14 +128,13 @@ TEST_F(ButtonSetterImplTest, a_text_line_ends_at_its_nul_its_count_or_its_messag
 TEST_F(ButtonSetterImplTest, the_flag_chooses_white_on_black_or_black_on_white) {
   test::CapturedLog log;
   deliver({"0000000f 00000002 00000007 00000000 00000001 00"});
-  EXPECT_THAT(finishedTransfers(),
-              ElementsAre("w 0a08 1 0000", "w 0a08 1 4500", "w 0a09 1 8071", //
-                          "w 0a08 1 0000", "w 0a08 1 2100", "w 0a09 1 0000", //
-                          "w 0a08 1 0000", "w 0a08 1 2200", "w 0a09 2048 ffff * 2048", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
+  EXPECT_THAT(finishedTransfers(), ElementsAre("w 0a08 1 0000", "w 0a08 1 4500", "w 0a09 1 8071",           //
+                                               "w 0a08 1 0000", "w 0a08 1 2100", "w 0a09 1 0000",           //
+                                               "w 0a08 1 0000", "w 0a08 1 2200", "w 0a09 2048 ffff * 2048", //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304",           //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001",           //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304",           //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
   EXPECT_THAT(log.take(), ElementsAre(opcode_line(15, 21), "debug: buttondriver: Got a TFT text line message "));
   deliver({"0000000f 00000002 00000000 80000000 00000001 00"});
   EXPECT_EQ(finishedTransfers().at(8), "w 0a09 2048 0000 * 2048");
@@ -141,13 +144,12 @@ TEST_F(ButtonSetterImplTest, a_sub_text_line_is_logged_and_drawn) {
   test::CapturedLog log;
   test::CapturedOutput output;
   deliver({"00000012 00000000 00000002 00000003 00000004 00ff0000 0000ff00 00000005 2020202000"});
-  EXPECT_THAT(finishedTransfers(),
-              ElementsAre("w 0a02 1 0000", "w 0a02 1 4400", "w 0a03 1 3b1c", //
-                          "w 0a02 1 0000", "w 0a02 1 4500", "w 0a03 1 3121", //
-                          "w 0a02 1 0000", "w 0a02 1 2100", "w 0a03 1 0000", //
-                          "w 0a02 1 0000", "w 0a02 1 2200", "w 0a03 512 07e0 * 512", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
+  EXPECT_THAT(finishedTransfers(), ElementsAre("w 0a02 1 0000", "w 0a02 1 4400", "w 0a03 1 3b1c",         //
+                                               "w 0a02 1 0000", "w 0a02 1 4500", "w 0a03 1 3121",         //
+                                               "w 0a02 1 0000", "w 0a02 1 2100", "w 0a03 1 0000",         //
+                                               "w 0a02 1 0000", "w 0a02 1 2200", "w 0a03 512 07e0 * 512", //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304",         //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
   EXPECT_THAT(log.take(), ElementsAre(opcode_line(18, 37), "debug: buttondriver: Got a TFT sub-text line message "));
   EXPECT_EQ(output.take(), "buttondriver: _screen_id = 0, _line_id = 2,  _offset =3, _num_chars = 4, _text = '    ', "
                            "_text_colour = 0xff0000, _back_colour = 0xff00.\n");
@@ -166,13 +168,13 @@ TEST_F(ButtonSetterImplTest, a_picture_is_logged_with_its_size_and_drawn_as_its_
            "424d 3a000000 0000 0000 36000000 28000000 01000000 01000000 0100 1800"
            "00000000 00000000 00000000 00000000 00000000 00000000 00ff00 00"});
   EXPECT_THAT(finishedTransfers(), Contains("w 0a05 1 07e0"));
-  EXPECT_EQ(output.take(),
-            "buttondriver(DRAW_TFT_IMAGE): _screen_id = 1, _xoffset =0, _yoffset = 0, _size = 2.\n");
+  EXPECT_EQ(output.take(), "buttondriver(DRAW_TFT_IMAGE): _screen_id = 1, _xoffset =0, _yoffset = 0, _size = 2.\n");
 }
 
 TEST_F(ButtonSetterImplTest, a_picture_message_without_a_picture_is_the_null_message) {
   test::CapturedOutput output;
-  for (const auto &[message, screen] : {std::pair{"00000013 00000001 00000000 00000000 00000000", "1"}, {"00000013", "0"}}) {
+  for (const auto &[message, screen] :
+       {std::pair{"00000013 00000001 00000000 00000000 00000000", "1"}, {"00000013", "0"}}) {
     deliver({message});
     EXPECT_THAT(finishedTransfers(), ElementsAre());
     EXPECT_EQ(output.take(), std::string("buttondriver(DRAW_TFT_IMAGE): _screen_id = ") + screen +
@@ -207,8 +209,8 @@ TEST_F(ButtonSetterImplTest, rejects_an_upload_of_another_size) {
   for (const auto &[size, number] : {std::pair{"00000077", "119"}, {"00000079", "121"}, {"ffffffff", "-1"}}) {
     test::CapturedOutput output;
     deliver({upload("00000030", size, 0x11)});
-    EXPECT_EQ(output.take(), std::string("invalid image data, size = ") + number +
-                                 "\nbuttondriver:failed to upload image 48\n");
+    EXPECT_EQ(output.take(),
+              std::string("invalid image data, size = ") + number + "\nbuttondriver:failed to upload image 48\n");
     EXPECT_EQ(dispatcher->image(1048), nullptr);
   }
 }

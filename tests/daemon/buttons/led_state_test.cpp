@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "support/device/dispatcher_fixture.h"
 
 #include "support/event_loop.h"

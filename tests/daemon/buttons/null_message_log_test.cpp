@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/null_message_log.h"
 
 #include "support/captured_log.h"
@@ -41,7 +42,8 @@ protected:
   /// Until all of `expected` is written; false when it is not, or something else is.
   bool process_until(const std::string &expected) {
     std::string written;
-    const bool is_enough = test::process_events_until([&] { return (written += output.take()).size() >= expected.size(); });
+    const bool is_enough =
+        test::process_events_until([&] { return (written += output.take()).size() >= expected.size(); });
     return is_enough && written == expected;
   }
 

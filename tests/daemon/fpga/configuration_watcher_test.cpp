@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/configuration_watcher.h"
 
 #include "support/event_loop.h"
@@ -10,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <unistd.h>
 #include <optional>
+#include <unistd.h>
 
 namespace buttondriver {
 namespace {

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/fpga.h"
 
 #include "support/captured_log.h"
-#include "support/event_loop.h"
 #include "support/device/facade_fixture.h"
+#include "support/event_loop.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/fpga.h"
 
 #include "support/captured_log.h"
@@ -45,13 +46,12 @@ TEST_F(FPGATest, a_picture_outlives_the_message_that_brought_it) {
     fpga->drawTFTImage(1, 10, 20, SharedBytes(message, 20));
     message.fill('\xFF');
   }
-  EXPECT_THAT(finishedTransfers(),
-              ElementsAre("w 0a04 1 0000", "w 0a04 1 4500", "w 0a05 1 1515", //
-                          "w 0a04 1 0000", "w 0a04 1 4400", "w 0a05 1 0e0e", //
-                          "w 0a04 1 0000", "w 0a04 1 2100", "w 0a05 1 0000", //
-                          "w 0a04 1 0000", "w 0a04 1 2200", "w 0a05 1 f800", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304", //
-                          "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
+  EXPECT_THAT(finishedTransfers(), ElementsAre("w 0a04 1 0000", "w 0a04 1 4500", "w 0a05 1 1515", //
+                                               "w 0a04 1 0000", "w 0a04 1 4400", "w 0a05 1 0e0e", //
+                                               "w 0a04 1 0000", "w 0a04 1 2100", "w 0a05 1 0000", //
+                                               "w 0a04 1 0000", "w 0a04 1 2200", "w 0a05 1 f800", //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4400", "w 0a0f 1 8304", //
+                                               "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
 }
 
 TEST_F(FPGATest, faults_are_said_only_when_the_task_runs_and_the_next_one_follows) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fpga/task_queue.h"
 
 #include <gtest/gtest.h>
@@ -79,7 +80,8 @@ TEST(TaskQueue, tells_of_each_mark_once_on_the_way_up_and_once_on_the_way_down) 
     int drained = 0;
     TaskQueue queue({8, 4, 100, 50}, [&drained] { ++drained; });
     for (int i = 1; i <= row.appended_until_high + 3; ++i)
-      EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high) << row.name << i;
+      EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high)
+          << row.name << i;
     for (int i = 0; i < 3; ++i)
       queue.remove_front();
     EXPECT_EQ(drained, 0) << row.name;

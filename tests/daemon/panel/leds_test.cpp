@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/leds.h"
 
 #include "panel_test.h"

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 // What clients can make the server hold, and how they wait for each other.
 
+#include "daemon/server/remembering_setter.h"
 #include "server/client_buttondriver.h"
 #include "server/connector.h"
 #include "server/limits.h"
-#include "daemon/server/remembering_setter.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
 
@@ -38,9 +39,8 @@ protected:
     const std::size_t before = connector.clients().size();
     auto socket = std::make_unique<QTcpSocket>();
     socket->connectToHost(QHostAddress::LocalHost, connector.port());
-    EXPECT_TRUE(process_events_until([&] {
-      return connector.clients().size() > before && socket->state() == QAbstractSocket::ConnectedState;
-    }));
+    EXPECT_TRUE(process_events_until(
+        [&] { return connector.clients().size() > before && socket->state() == QAbstractSocket::ConnectedState; }));
     return socket;
   }
 
@@ -360,7 +360,8 @@ TEST_F(BackpressureTest, clients_beyond_the_limit_wait_until_others_end) {
     sockets.back()->connectToHost(QHostAddress::LocalHost, connector.port());
     if (!process_events_until([&] { return sockets.back()->state() == QAbstractSocket::ConnectedState; }))
       GTEST_SKIP() << "not enough descriptors for this test";
-    process_events_until([&] { return connector.clients().size() > i; }, std::chrono::milliseconds(i < 850 ? 1000 : 20));
+    process_events_until([&] { return connector.clients().size() > i; },
+                         std::chrono::milliseconds(i < 850 ? 1000 : 20));
   }
   EXPECT_EQ(connector.clients().size(), limits::connections);
   // Of those that wait one has something to say, one gives up, and one has said something and gives up.

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "server/connector.h"
 
-#include "server/client_buttondriver.h"
 #include "daemon/server/remembering_setter.h"
+#include "server/client_buttondriver.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
 
@@ -81,9 +82,7 @@ TEST_F(ConnectorTest, ids_grow_by_1000_whatever_became_of_the_first_ones) {
   const qint32 first_id = connector.clients().front()->clientId();
   EXPECT_EQ(first_id % 1000, 0);
   EXPECT_GE(first_id, 1000);
-  {
-    const auto second = connectClient();
-  }
+  { const auto second = connectClient(); }
   ASSERT_TRUE(process_events_until([&] { return connector.clients().size() == 1; }));
   const auto third = connectClient();
   EXPECT_EQ(connector.clients().back()->clientId(), first_id + 2000);
@@ -149,9 +148,8 @@ TEST(ClientButtondriver, without_a_socket_it_stays_unconnected_and_says_so) {
   EXPECT_EQ(client.descriptor(), -1);
   ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientData"));
   ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientDisconnected"));
-  EXPECT_THAT(log.take(),
-              ElementsAre("debug: collector: ClientButtondriver::ClientButtondriver, null socket ",
-                          "critical: buttondriver::ClientButtondriver::clientData NULL socket "));
+  EXPECT_THAT(log.take(), ElementsAre("debug: collector: ClientButtondriver::ClientButtondriver, null socket ",
+                                      "critical: buttondriver::ClientButtondriver::clientData NULL socket "));
   EXPECT_TRUE(setter.calls.empty());
 }
 

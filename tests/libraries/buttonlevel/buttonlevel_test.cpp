@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttonlevel/buttonlevel.h"
 
 #include "support/captured_log.h"

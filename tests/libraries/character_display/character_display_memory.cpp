@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "libraries/character_display/character_display_memory.h"
 
 #include "character_display/character_display_register.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "protocol/converters.h"
 
 #include "support/hex.h"
@@ -32,8 +33,7 @@ const Row rows[] = {
      "00000008 00000009 00000001"},
     {"Reconfig", hton_BMS_Reconfig, ntoh_BMS_Reconfig, "0a000000 00000000", "0000000a 00000000"},
     {"SetButtonColourPair", hton_BMS_SetButtonColourPair, ntoh_BMS_SetButtonColourPair,
-     "0b000000 02000000 01020300 f4010000 04050600 e8030000",
-     "0000000b 00000002 01020300 000001f4 04050600 000003e8"},
+     "0b000000 02000000 01020300 f4010000 04050600 e8030000", "0000000b 00000002 01020300 000001f4 04050600 000003e8"},
     {"Ping", hton_BMS_Ping, ntoh_BMS_Ping, "0c000000", "0000000c"},
     {"SetButtonImageList", hton_BMS_SetButtonImageList, ntoh_BMS_SetButtonImageList,
      "0d000000 03000000 00000000 0b000000 0a000000 02000000 17000000 18000000",

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "protocol/encoders.h"
 
 #include "support/captured_log.h"
@@ -47,8 +48,7 @@ TEST(Encoders, an_empty_text_is_21_bytes_with_n_1) {
 
 TEST(Encoders, upload_is_132_bytes_whatever_the_image) {
   const QByteArray image(120, '\x5A');
-  EXPECT_EQ(hex(hton_BMS_UploadImage(23, image.constData(), 120)),
-            golden("00000006 00000017 00000078") + hex(image));
+  EXPECT_EQ(hex(hton_BMS_UploadImage(23, image.constData(), 120)), golden("00000006 00000017 00000078") + hex(image));
   const QByteArray long_image(500, '\x5A');
   EXPECT_EQ(hex(hton_BMS_UploadImage(23, long_image.constData(), 500)),
             golden("00000006 00000017 000001f4") + hex(image));

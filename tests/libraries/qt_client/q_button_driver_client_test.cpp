@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "qt_client/q_button_driver_client.h"
 
 #include "support/captured_log.h"

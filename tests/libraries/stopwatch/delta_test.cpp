@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "stopwatch/stopwatch.h"
 
 #include "libraries/stopwatch/captured_stream.h"

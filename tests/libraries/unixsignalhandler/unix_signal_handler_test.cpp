@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include "logging/message_handler.h"

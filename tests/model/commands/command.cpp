@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/commands/command.h"
 
 #include "model/commands/message_bytes.h"

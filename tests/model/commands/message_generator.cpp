@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/commands/message_generator.h"
 
 #include "model/commands/message_bytes.h"

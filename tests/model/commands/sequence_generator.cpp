@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/commands/sequence_generator.h"
 
 #include "model/commands/message_generator.h"

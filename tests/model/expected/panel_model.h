@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "model/expected/bdf_font.h"
 #include "model/commands/command.h"
+#include "model/expected/bdf_font.h"
 #include "model/expected/drawings.h"
 #include "model/expected/lamp_model.h"
 #include "model/expected/level_model.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the model says, against values worked out by hand: a model that is wrong in the same way as the daemon would
 // never complain.
 

@@ -1,5 +1,6 @@
-#include "model/expected/drawings.h"
+// SPDX-License-Identifier: Apache-2.0
 #include "model/commands/message_bytes.h"
+#include "model/expected/drawings.h"
 
 namespace buttondriver::test {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/expected/drawings.h"
 
 namespace buttondriver::test {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/device/transfer.h"
 
 #include "transfer_bytes.h"

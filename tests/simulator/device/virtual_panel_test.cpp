@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/device/virtual_panel.h"
 
 #include "panel/leds.h"

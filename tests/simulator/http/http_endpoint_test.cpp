@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/http_endpoint.h"
-#include "simulator/options.h"
 #include "simulator/http/web_page.h"
+#include "simulator/options.h"
 
 #include <gtest/gtest.h>
 

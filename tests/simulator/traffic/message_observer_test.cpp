@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/traffic/message_observer.h"
 
 #include <QBuffer>

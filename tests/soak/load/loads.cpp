@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "soak/load/loads.h"
 
 #include "soak/load/frames.h"
@@ -162,14 +163,10 @@ void never_end_a_frame(Target &target) {
 
 const std::vector<Load> &all_loads() {
   static const std::vector<Load> loads = {
-      {"floods", flood},
-      {"pictures", flood_with_pictures},
-      {"reconnects", reconnect},
-      {"endings", leave_work},
-      {"fonts", swap_fonts},
-      {"levels", change_levels},
-      {"stalled", stall},
-      {"endless", never_end_a_frame},
+      {"floods", flood},         {"pictures", flood_with_pictures},
+      {"reconnects", reconnect}, {"endings", leave_work},
+      {"fonts", swap_fonts},     {"levels", change_levels},
+      {"stalled", stall},        {"endless", never_end_a_frame},
   };
   return loads;
 }

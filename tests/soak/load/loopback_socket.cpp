@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "soak/load/loopback_socket.h"
 
 #include <cerrno>

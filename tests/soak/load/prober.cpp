@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "soak/load/prober.h"
 
 #include "soak/load/frames.h"

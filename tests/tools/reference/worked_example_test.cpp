@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tools/reference/worked_example.h"
 
 #include <gtest/gtest.h>

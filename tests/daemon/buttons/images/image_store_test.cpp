@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "buttons/images/image_store.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/formats/bmp.h"
 
 #include "bmp_file.h"

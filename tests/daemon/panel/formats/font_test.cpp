@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/formats/font.h"
 
+#include "daemon/panel/tft/text_test.h"
 #include "panel/panel_lib.h"
 #include "support/temporary_folder.h"
-#include "daemon/panel/tft/text_test.h"
 
 #include <filesystem>
 #include <utility>

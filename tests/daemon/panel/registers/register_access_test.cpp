@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/registers/register_access.h"
 
-#include "panel/tft/tft.h"
 #include "daemon/panel/panel_test.h"
+#include "panel/tft/tft.h"
 #include "support/hex.h"
 #include "support/temporary_folder.h"
 

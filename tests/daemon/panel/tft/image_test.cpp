@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/image.h"
 
 #include "daemon/panel/formats/bmp_file.h"

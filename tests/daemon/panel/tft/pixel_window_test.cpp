@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/pixel_window.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/text.h"
 
 #include "panel/panel_lib.h"

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "panel/formats/font.h"
 #include "daemon/panel/panel_test.h"
+#include "panel/formats/font.h"
 
 #include <cstdint>
 #include <stdexcept>

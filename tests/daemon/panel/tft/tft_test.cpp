@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/tft.h"
 
 #include "daemon/panel/panel_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/gate/request_head.h"
 
 #include <gtest/gtest.h>
@@ -14,9 +15,10 @@ TEST(RequestHeadTest, ends_at_the_empty_line) {
 TEST(RequestHeadTest, has_what_decides) {
   RequestHead head;
   RefusedRequest refused;
-  ASSERT_TRUE(read_head("POST /reset?x=1 HTTP/1.1\r\nHOST: localhost:8080\r\norigin:http://localhost:8080 \r\n"
-                        "Content-Length: 12\r\nUpgrade: WebSocket\r\nConnection: keep-alive, Upgrade\r\nX-Empty:\r\n\r\n",
-                        &head, &refused));
+  ASSERT_TRUE(
+      read_head("POST /reset?x=1 HTTP/1.1\r\nHOST: localhost:8080\r\norigin:http://localhost:8080 \r\n"
+                "Content-Length: 12\r\nUpgrade: WebSocket\r\nConnection: keep-alive, Upgrade\r\nX-Empty:\r\n\r\n",
+                &head, &refused));
   EXPECT_EQ(head.method, "POST");
   EXPECT_EQ(head.target, "/reset?x=1");
   EXPECT_EQ(head.host, "localhost:8080");

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Requests of other sites, of no HTTP at all, and of clients that want to keep the server busy.
 
 #include "support/event_loop.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The live feed, as a page sees it.
 
 #include "support/event_loop.h"

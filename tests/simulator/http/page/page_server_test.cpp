@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The pictures, the state and the files that the page's server answers with.
 
 #include "fpga/fpga_task.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "web_page_fixture.h"
 
 #include "panel/leds.h"

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/simulation.h"
 #include "simulator/http/web_page.h"
+#include "simulator/simulation.h"
 #include "support/captured_log.h"
 #include "support/test_root.h"
 
