@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
 # Usage: check_log_lines_test.sh CHECK_LOG_LINES
 #
 # Puts one source and one page at a time into a tree of its own, and looks at what the check reports.
