@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_levels.h"
 
+#include "files/owned_file.h"
 #include "files/regular_file.h"
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
@@ -8,27 +9,10 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <memory>
-#include <unistd.h>
 
 namespace buttondriver {
 
 namespace {
-
-struct CloseFile {
-  void operator()(std::FILE *file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-File open_file(const std::string &name) {
-  const int descriptor = open_regular_file(name.c_str());
-  if (descriptor < 0)
-    return nullptr;
-  File file(::fdopen(descriptor, "r"));
-  if (!file)
-    ::close(descriptor);
-  return file;
-}
 
 /// Lines that begin beyond this are not read; a file of two or three levels has some thirty bytes.
 constexpr long most_bytes_read = 4096;
@@ -46,7 +30,7 @@ void read_level(const Buffer &line, std::int32_t &level) {
 } // namespace
 
 void ButtonLevels::read(const std::string &file_name, const std::function<void(std::int32_t scr)> &on_screen_level) {
-  const File file = open_file(file_name);
+  const OwnedFile file = file_of(open_regular_file(file_name.c_str()), "r");
   if (!file)
     return;
   Buffer line{};

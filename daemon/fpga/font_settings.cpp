@@ -25,9 +25,10 @@ std::optional<FontSettings> read_font_settings(const QString &path) {
   if (!QFileInfo::exists(path))
     return FontSettings{};
   QFile file;
-  const int descriptor = open_regular_file(QFile::encodeName(path).constData());
-  if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+  OwnedDescriptor descriptor = open_regular_file(QFile::encodeName(path).constData());
+  if (!descriptor || !file.open(descriptor.get(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
     return std::nullopt;
+  descriptor.release(); // the QFile closes it
   // Of hostile lists in lists, QSettings takes as much stack as they have levels: the length bounds them.
   if (file.size() > most_bytes)
     return std::nullopt;

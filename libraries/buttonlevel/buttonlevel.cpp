@@ -22,13 +22,11 @@ constexpr qint64 highest_file_size = 64 * 1024;
 QString default_level() { return QStringLiteral("100"); }
 
 bool open_text_file(QFile &file, const std::string &path, int flags, QIODevice::OpenMode mode) {
-  const int descriptor = open_regular_file(path.c_str(), flags);
-  if (descriptor < 0)
+  OwnedDescriptor descriptor = open_regular_file(path.c_str(), flags);
+  if (!descriptor || !file.open(descriptor.get(), mode | QIODevice::Text, QFileDevice::AutoCloseHandle))
     return false;
-  if (file.open(descriptor, mode | QIODevice::Text, QFileDevice::AutoCloseHandle))
-    return true;
-  ::close(descriptor);
-  return false;
+  descriptor.release(); // the QFile closes it
+  return true;
 }
 
 /// The lines of `content` without their ends; the last one needs no end, unless it was `cut` in two.

@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <zlib.h>
 
 namespace buttondriver::panel {
@@ -28,15 +27,13 @@ bool is_packed_otherwise(const std::vector<unsigned char> &content) {
 
 /// Null when there is nothing to read a font from.
 std::unique_ptr<gzFile_s, CloseGzip> open_packed(const char *path) {
-  const int descriptor = open_regular_file(path);
-  if (descriptor < 0)
-    return nullptr;
+  OwnedDescriptor descriptor = open_regular_file(path);
   struct stat status = {};
-  std::unique_ptr<gzFile_s, CloseGzip> file;
-  if (::fstat(descriptor, &status) == 0 && status.st_size <= static_cast<off_t>(largest_font_file))
-    file.reset(gzdopen(descriptor, "rb"));
-  if (!file)
-    ::close(descriptor);
+  if (!descriptor || ::fstat(descriptor.get(), &status) != 0 || status.st_size > static_cast<off_t>(largest_font_file))
+    return nullptr;
+  std::unique_ptr<gzFile_s, CloseGzip> file(gzdopen(descriptor.get(), "rb"));
+  if (file)
+    descriptor.release();
   return file;
 }
 
