@@ -26,30 +26,26 @@ void write(std::string_view text) {
     observer(text);
 }
 
-/// For texts that are longer than most.
-void write_long(std::size_t size, const char *format, std::va_list arguments) {
-  std::string text(size + 1, '\0');
-  std::vsnprintf(text.data(), text.size(), format, arguments);
-  text.pop_back();
-  write(text);
-}
-
 } // namespace
 
 void print(const char *format, ...) {
   std::va_list arguments;
+  char usual_text[512];
   va_start(arguments, format);
-  std::va_list again;
-  va_copy(again, arguments);
-  char text[512];
-  const int formatted = std::vsnprintf(text, sizeof text, format, arguments);
-  const auto size = static_cast<std::size_t>(formatted);
-  if (formatted >= 0 && size < sizeof text)
-    write({text, size});
-  else if (formatted >= 0)
-    write_long(size, format, again);
-  va_end(again);
+  const int formatted = std::vsnprintf(usual_text, sizeof usual_text, format, arguments);
   va_end(arguments);
+  if (formatted < 0)
+    return;
+  const auto size = static_cast<std::size_t>(formatted);
+  if (size < sizeof usual_text) {
+    write({usual_text, size});
+    return;
+  }
+  std::string long_text(size + 1, '\0'); // with the NUL at its end
+  va_start(arguments, format);
+  std::vsnprintf(long_text.data(), long_text.size(), format, arguments);
+  va_end(arguments);
+  write({long_text.data(), size});
 }
 
 void print_line(const char *text) { print("%s\n", text); }
