@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "panel/leds.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "panel/registers/register_access.h"
 #include "panel/registers/registers.h"
 
@@ -29,7 +30,7 @@ int led_set_status_indicator(int led_id, unsigned state) {
 }
 
 int led_set_toggle_indicator(unsigned indicator, unsigned state) {
-  if (indicator > 1)
+  if (indicator >= dimensions::toggle_indicator_count)
     return 1;
   if (state > 1)
     return 2;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
+#include "dimensions/panel_dimensions.h"
 
-/// The register map of the panel, as its datasheet would have it.
+/// The register map of the panel, as its data sheet would have it.
 namespace buttondriver::panel {
 
 /// 16-bit registers of the FPGA. "High byte" says that an 8-bit value travels in bits 8 to 15.
@@ -25,14 +25,17 @@ inline constexpr unsigned status_indicator = 0x80;
 /// Button LED commands are kept this far apart.
 inline constexpr unsigned led_pause_microseconds = 50;
 
-/// The intensity byte: two enable bits, then a level of 0 to 63.
+/// The intensity byte: two enable bits, then a level of 0 to dimensions::highest_intensity_level.
 inline constexpr unsigned intensity_enable = 0xC0;
-inline constexpr unsigned highest_intensity_level = 63;
+inline constexpr unsigned full_intensity = intensity_enable | dimensions::highest_intensity_level;
 
-/// One bit a TFT controller; a write with several bits set reaches them all in one transfer.
-inline constexpr unsigned all_controllers = 7;
+/// The mask of the controller of one screen, 0 to dimensions::screen_count - 1. A write with several bits set reaches
+/// all these controllers in one transfer.
+constexpr unsigned controller_mask(int screen_id) { return 1U << screen_id; }
+inline constexpr unsigned all_controllers = controller_mask(dimensions::screen_count) - 1;
 
-/// 16-bit registers of a TFT controller. An index goes out as two bytes on the index port, high byte first.
+/// 16-bit registers of a TFT controller. An index goes out as two bytes on the index port, high byte first. The others
+/// appear in the power-on sequence only, by their numbers.
 namespace tft_register {
 inline constexpr unsigned ram_address = 0x21;       ///< 0: the corner of the window
 inline constexpr unsigned write_ram = 0x22;         ///< the pixels follow on the data port
@@ -40,14 +43,11 @@ inline constexpr unsigned horizontal_window = 0x44; ///< end column in the high 
 inline constexpr unsigned vertical_window = 0x45;   ///< end row in the high byte, start row in the low byte
 } // namespace tft_register
 
-/// The glass: 128 x 128 pixels at these columns and rows of the controller, both ends included.
-inline constexpr int screen_width = 128;
-inline constexpr int screen_height = 128;
+/// Where the pixels of the screen lie in a controller's memory, both ends included.
 inline constexpr int first_column = 4;
-inline constexpr int last_column = 131;
+inline constexpr int last_column = first_column + dimensions::screen_width - 1;
 inline constexpr int first_row = 1;
-inline constexpr int last_row = 128;
-inline constexpr unsigned screen_pixels = screen_width * screen_height;
+inline constexpr int last_row = first_row + dimensions::screen_height - 1;
 
 /// Device node of the FPGA's registers.
 inline constexpr const char *register_device_path = "/dev/fpga-reg";

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "dimensions/panel_dimensions.h"
 #include "panel/registers/registers.h"
 
 #include <algorithm>
 #include <cstdint>
 
 /// The part of a screen that the next pixels go to, as values of the controller's window registers. Coordinates are
-/// those of the glass, 0 to 127, both ends included; they are in 64 bits, because clients may ask for anything.
-/// Each edge is clamped on its own side only and then cut to 8 bits, so a window far outside comes out odd, not safe.
+/// those of the screen, from 0, both ends included; they are in 64 bits, because clients may ask for anything.
+/// Each edge is clamped on its own side only and then cut to 8 bits: the start of a window that lies to the right of
+/// the screen, or below it, is not clamped, nor is the end of one that lies to the left or above.
 namespace buttondriver::panel {
 
 namespace pixel_window_detail {
@@ -33,8 +35,8 @@ constexpr std::uint16_t window_rows(std::int64_t first, std::int64_t last) {
                                     std::min<std::int64_t>(last + first_row, last_row));
 }
 
-inline constexpr std::uint16_t all_columns = window_columns(0, screen_width - 1);
-inline constexpr std::uint16_t all_rows = window_rows(0, screen_height - 1);
+inline constexpr std::uint16_t all_columns = window_columns(0, dimensions::screen_width - 1);
+inline constexpr std::uint16_t all_rows = window_rows(0, dimensions::screen_height - 1);
 static_assert(all_columns == 0x8304 && all_rows == 0x8001);
 
 } // namespace buttondriver::panel

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "panel/tft/text.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "logging/standard_output.h"
 #include "panel/formats/colour.h"
 #include "panel/formats/font.h"
@@ -42,8 +43,8 @@ public:
   }
 
   std::int64_t width() const { return _width; }
-  std::int64_t drawable_width() const { return std::min<std::int64_t>(_width, screen_width); }
-  std::int64_t drawable_height() const { return std::min<std::int64_t>(_height, screen_height); }
+  std::int64_t drawable_width() const { return std::min<std::int64_t>(_width, dimensions::screen_width); }
+  std::int64_t drawable_height() const { return std::min<std::int64_t>(_height, dimensions::screen_height); }
 
   void set(std::int64_t row, std::int64_t column, std::uint16_t pixel) {
     if (row < 0 || column < 0 || row >= drawable_height() || column >= drawable_width())
@@ -114,7 +115,7 @@ bool draw_characters(TextBlock &block, std::string_view text, int count, std::ui
       return false;
     const FT_Bitmap &bitmap = glyph.bitmap();
     // Nothing can be drawn beyond the screen's own width, however long the text claims to be.
-    if (pen.x + bitmap.width > block.width() || pen.x >= screen_width)
+    if (pen.x + bitmap.width > block.width() || pen.x >= dimensions::screen_width)
       break;
     if (bitmap.pitch != glyph_pitch)
       return false;
@@ -130,15 +131,16 @@ bool draw_characters(TextBlock &block, std::string_view text, int count, std::ui
   return true;
 }
 
-/// What tft_text_line and tft_sub_text_line have in common. Without `columns` the window keeps the full width that
-/// every drawing leaves behind.
+/// What tft_text_line and tft_sub_text_line have in common.
 struct Line {
   int screen_id;
   int line_id;
   std::string_view text;
-  int count;
+  int count; ///< characters to draw
   std::uint32_t text_colour;
   std::uint32_t back_colour;
+  /// The character cell where the text begins. Without it the line is a whole one: its window keeps the full width,
+  /// which every drawing restores at its end.
   std::optional<int> offset;
 };
 
@@ -198,7 +200,7 @@ int tft_render_text(unsigned mask, std::string_view text, int count, std::uint16
   int cell_height = 0;
   if (glyph_cell_size(&cell_width, &cell_height) != 0)
     return -1;
-  TextBlock block(whole_line ? screen_width : std::int64_t{cell_width} * count, cell_height);
+  TextBlock block(whole_line ? dimensions::screen_width : std::int64_t{cell_width} * count, cell_height);
   if (!block.allocate(static_cast<std::uint16_t>((back_pixel & 0xFF) * 0x0101)))
     return -1;
 
