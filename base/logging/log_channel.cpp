@@ -13,16 +13,16 @@ namespace buttondriver {
 
 namespace {
 
-/// What a pipe that has room at all takes without waiting.
-constexpr std::size_t sure_to_fit = PIPE_BUF;
+/// A pipe that is writable at all takes this many bytes without waiting.
+constexpr std::size_t bytes_at_once = PIPE_BUF;
 
-/// Patience comes back in this many times the time that was waited.
-constexpr int recovery = 10;
+/// Time without waiting, for each part of it that comes back as patience.
+constexpr int recovery_factor = 10;
 
 } // namespace
 
 void LogChannel::write(std::string_view text) {
-  // One for all channels: two may lead into one pipe, and its last free place is for one writer.
+  // One for all channels: two may write to one pipe, whose last room would be promised to both.
   static std::mutex mutex;
   const std::lock_guard lock(mutex);
   if (_lost > 0) {
@@ -43,7 +43,7 @@ bool LogChannel::writeAll(std::string_view text) {
   while (!text.empty()) {
     if (!becomesWritable())
       return false;
-    const ssize_t written = ::write(_descriptor, text.data(), std::min(text.size(), sure_to_fit));
+    const ssize_t written = ::write(_descriptor, text.data(), std::min(text.size(), bytes_at_once));
     if (written > 0)
       text.remove_prefix(static_cast<std::size_t>(written));
     else if (written == 0 || (errno != EINTR && errno != EAGAIN))
@@ -52,12 +52,12 @@ bool LogChannel::writeAll(std::string_view text) {
   return true;
 }
 
-/// Waits, if it must, as long as there is patience.
+/// Waits, if need be, as long as there is patience.
 bool LogChannel::becomesWritable() {
   if (isWritableWithin(std::chrono::milliseconds(0)))
     return true;
   const Clock::time_point start = Clock::now();
-  _patience = std::min(_most_patience, _patience + (start - _last_wait) / recovery);
+  _patience = std::min(_most_patience, _patience + (start - _last_wait) / recovery_factor);
   const bool is_writable = isWritableWithin(std::chrono::duration_cast<std::chrono::milliseconds>(_patience));
   _last_wait = Clock::now();
   _patience = std::max(Clock::duration::zero(), _patience - (_last_wait - start));

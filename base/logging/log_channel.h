@@ -7,10 +7,11 @@
 
 namespace buttondriver {
 
-/// A file descriptor that texts of the log are written to, and that never holds its writers up for long: they wait for
-/// a reader that does not keep up as long as the channel's patience lasts. It comes back slowly, so that in the long
-/// run a tenth of the time is waited at most. While it is used up, what the reader has no room for is lost, and a line
-/// of its own tells how many texts that were. A descriptor that fails is ignored.
+/// A file descriptor that texts of the log are written to. It never holds its writers up for long: they wait for a slow
+/// reader as long as the channel's patience lasts. Waiting uses up the patience, and each ten seconds without waiting
+/// give one second of it back, so that in the long run at most a tenth of the time is spent waiting. While there is
+/// none left, texts that the reader has no room for are lost, and a line of its own gives their number. A descriptor
+/// that fails is ignored.
 class LogChannel {
 public:
   static constexpr std::chrono::milliseconds usual_patience{1000};
@@ -31,7 +32,7 @@ private:
 
   const int _descriptor;
   const Clock::duration _most_patience;
-  Clock::duration _patience; // what was left of it when it was last used
+  Clock::duration _patience; // what was left after the last wait
   Clock::time_point _last_wait{};
   std::uint64_t _lost = 0; // texts since the patience was used up
 };

@@ -16,7 +16,7 @@ void print_line(const char *text);
 /// Writes `text` as it is; otherwise as `print`.
 void print_text(std::string_view text);
 
-/// Sees every text that these write, as it is written and in the same order.
+/// Called with every text that these functions write, as it is written and in the same order.
 using PrintObserver = void (*)(std::string_view text);
 
 /// Has `observer` called from now on, by whichever thread prints; null ends that. It must not print itself.

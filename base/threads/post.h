@@ -11,7 +11,7 @@
 namespace buttondriver {
 
 /// A function on its way to another thread. Qt orders what was done before it was handed over and what is done when it
-/// runs; here the sanitizer is told. Every copy tells anew, because the last one is the one that Qt keeps.
+/// runs; this tells ThreadSanitizer so. Every copy does it again, because Qt keeps only the last one.
 template <class Function> class HandedOver {
 public:
   explicit HandedOver(Function function) : _function(std::move(function)) { thread_sanitizer::happens_before(this); }
@@ -21,7 +21,7 @@ public:
   }
   HandedOver &operator=(const HandedOver &) = delete;
   HandedOver &operator=(HandedOver &&) = delete;
-  // One that never runs is destroyed on the other thread all the same.
+  // One that never runs is also destroyed on the other thread.
   ~HandedOver() { thread_sanitizer::happens_after(this); }
 
   void operator()() {
@@ -33,7 +33,7 @@ private:
   Function _function;
 };
 
-/// Has `function` called on the thread of `context` when the event loop there next comes by; never, when `context` is
+/// Has `function` called on the thread of `context` when the event loop there gets to it; never, when `context` is
 /// destroyed before that. May be called from any thread while `context` lives.
 template <class Function> void post(QObject *context, Function function) {
   QMetaObject::invokeMethod(context, HandedOver<Function>(std::move(function)), Qt::QueuedConnection);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// gcc tells by a macro that ThreadSanitizer is on, clang by a feature.
+// With ThreadSanitizer gcc defines a macro and clang a feature.
 #if defined(__SANITIZE_THREAD__)
 #define BUTTONDRIVER_THREAD_SANITIZER 1
 #elif defined(__has_feature)
@@ -15,9 +15,9 @@ extern "C" void __tsan_acquire(void *address);
 extern "C" void __tsan_release(void *address);
 #endif
 
-/// What ThreadSanitizer has to be told, because Debian's Qt is not instrumented: that what a thread did before
+/// Hints for ThreadSanitizer, which cannot look into Qt as Debian builds it: what a thread did before
 /// `happens_before(x)` is seen by the thread that passes `happens_after(x)` later. Without the sanitizer both are
-/// nothing. They stand only where Qt itself orders the two.
+/// nothing. They are used only where Qt itself orders the two.
 namespace buttondriver::thread_sanitizer {
 
 inline void happens_before([[maybe_unused]] void *object) {

@@ -9,7 +9,7 @@ namespace buttondriver {
 
 namespace {
 
-/// An editor empties, writes and renames within a few milliseconds; what is read in between is not meant.
+/// An editor empties, writes and renames within a few milliseconds; the states in between are not to be read.
 constexpr int settling_ms = 50;
 
 QString nearest_folder(const QString &file) {
@@ -47,7 +47,7 @@ void ConfigurationWatcher::followFolder() {
   _settling.start();
 }
 
-/// A watch holds on to a file, not to its name: it may still be on a predecessor that a link or an open descriptor
+/// A watch follows a file, not its name: it may still be on an earlier file that another link or an open descriptor
 /// keeps alive.
 void ConfigurationWatcher::watchAgain() {
   _seen = identity();
@@ -58,7 +58,7 @@ void ConfigurationWatcher::watchAgain() {
 }
 
 void ConfigurationWatcher::watchNearestFolder() {
-  // Folders may come into being while we look.
+  // Folders may be made while this looks for them.
   for (QString folder = nearest_folder(_file); _watcher.directories() != QStringList(folder);
        folder = nearest_folder(_file)) {
     if (!_watcher.directories().isEmpty())

@@ -11,9 +11,9 @@
 
 namespace buttondriver {
 
-/// Tells of changes of one file, for as long as it lives: also after an editor has replaced the file, after it was
-/// deleted and written anew, when a symbolic link is turned to another file, and when the file, or its folder, appears
-/// only later. Changes in quick succession are told once, when they have settled. Works by its thread's event loop.
+/// Reports each change of one file: also after an editor has replaced the file, after it was deleted and written again,
+/// when a symbolic link is turned to another file, and when the file, or its folder, appears only later. Changes in
+/// quick succession are reported once, when none has come for 50 ms. Needs the event loop of its thread.
 class ConfigurationWatcher : public QObject {
   Q_OBJECT
 
@@ -27,7 +27,7 @@ signals:
   void fileChanged(const QString &path);
 
 private:
-  /// What tells one file, and one state of it, from another.
+  /// Differs between two files, and between two states of one file.
   struct Identity {
     bool exists = false;
     dev_t device = 0;

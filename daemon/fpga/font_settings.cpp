@@ -29,7 +29,7 @@ std::optional<FontSettings> read_font_settings(const QString &path) {
   if (!descriptor || !file.open(descriptor.get(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
     return std::nullopt;
   descriptor.release(); // the QFile closes it
-  // Of hostile lists in lists, QSettings takes as much stack as they have levels: the length bounds them.
+  // QSettings reads nested lists recursively; the limit on the length bounds the stack that a hostile file can take.
   if (file.size() > most_bytes)
     return std::nullopt;
   // QSettings remembers what it has read under a name, and reads again only for another size or time. A copy under a

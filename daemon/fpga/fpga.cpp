@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fpga/fpga.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "fpga/tasks.h"
 #include "fpga/worker_thread.h"
 #include "logging/log_line.h"
@@ -37,11 +38,11 @@ FPGA::FPGA(const SystemPaths &paths, const QueueMarks &marks)
   panel::panel_lib_init();
   check_font_settings(to_qstring(_paths.launcher_configuration));
   debug_line() << "Files being watched: " << _watcher.files();
-  connect(&_watcher, SIGNAL(fileChanged(const QString &)), this, SLOT(check_font_settings(const QString &)));
+  connect(&_watcher, &ConfigurationWatcher::fileChanged, this, &FPGA::check_font_settings);
   _running = true;
   _worker = std::make_unique<WorkerThread>(&_mutex, &_semaphore, &_queue, &_running);
   _worker->start(QThread::InheritPriority);
-  blackoutScreen(-1);
+  blackoutScreen(dimensions::all_screens);
 }
 
 FPGA::~FPGA() {
@@ -102,7 +103,7 @@ void FPGA::check_font_settings(const QString &path) {
       QStringLiteral("%1/%2x%3.pcf.gz")
           .arg(to_qstring(_paths.font_directory), QString::number(_font.width), QString::number(_font.height));
 
-  // The worker would have the mutex again before this thread wakes up: it is held at its queue.
+  // The worker would take the mutex again before this thread wakes up; so it is stopped at its queue.
   const auto hold = _queue.hold();
   QMutexLocker lock(&_mutex);
   debug_line() << "buttondriver: Loading font '" << font << "' from configuration file.";

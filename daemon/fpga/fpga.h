@@ -22,8 +22,8 @@ namespace buttondriver {
 class WorkerThread;
 
 /// The one way to the panel's hardware. Each operation queues a task and returns at once; one worker thread carries the
-/// tasks out in order. Nothing is reported back: what is wrong with the arguments is said in the log when the task
-/// runs. Also follows the launcher configuration, which chooses the font of the screens.
+/// tasks out in order. Nothing is reported back: wrong arguments are printed when the task runs. Also follows the
+/// launcher configuration, which chooses the font of the screens.
 ///
 /// One object a process. All operations are called on the thread that made it, which runs an event loop.
 class FPGA : public QObject {
@@ -48,15 +48,15 @@ public:
   void drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp);
   void setTFTIntensity(int percent);
 
-  /// Queues a task of the caller's own, behind all that were queued before.
+  /// Queues a task of the caller's own, after all that were queued before.
   void queue(std::unique_ptr<FPGATask> task);
   /// How many tasks are not finished yet, the one that is being carried out among them.
   std::size_t queueLength() const { return _queue.size(); }
 
   /// The number of the task that was queued last, counted from 1.
   std::uint64_t newestTask() const { return _queue.newest(); }
-  /// Whether the task of that number has been carried out. Work that repeats by itself waits for that, so that a slow
-  /// device is not left behind.
+  /// Whether the task of that number has been carried out. Work that repeats by itself waits for that, so that no
+  /// backlog grows on a slow device.
   bool isDone(std::uint64_t task) const { return _queue.hasRemoved(task); }
 
 signals:

@@ -21,7 +21,7 @@ bool TaskQueue::append(std::unique_ptr<FPGATask> task) {
 }
 
 FPGATask *TaskQueue::front() {
-  const std::lock_guard gate(_gate);
+  const std::lock_guard gate(_front_gate);
   const std::lock_guard lock(_mutex);
   return _tasks.empty() ? nullptr : _tasks.front().task.get();
 }

@@ -21,8 +21,8 @@ struct QueueMarks {
 };
 
 /// The pending tasks, first in, first out. It owns them. Tasks are appended by the main thread and removed by the
-/// worker; how many there are to take, the worker learns from the facade's semaphore. Nothing is ever refused: the
-/// marks only tell when it is time to pause.
+/// worker; the facade's semaphore counts those that the worker has to take. Nothing is ever refused: the
+/// marks only show when it is time to pause.
 class TaskQueue {
 public:
   /// `when_drained` is called on the removing thread when the queue was high and has come down to both low marks.
@@ -44,7 +44,7 @@ public:
   bool hasRemoved(std::uint64_t number) const;
 
   /// While the result lives, `front` waits: the remover begins no further task.
-  [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(_gate); }
+  [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(_front_gate); }
 
 private:
   struct Entry {
@@ -54,7 +54,7 @@ private:
 
   const QueueMarks _marks;
   const std::function<void()> _when_drained;
-  std::mutex _gate;
+  std::mutex _front_gate;
   mutable std::mutex _mutex;
   std::deque<Entry> _tasks;
   std::uint64_t _newest = 0;

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <string>
 
-/// The tasks that the facade queues. Arguments are kept as given; the panel layer checks them when the task runs, says
-/// what is wrong, and the worker goes on. Screen ids are 0, 1, 2, and -1 for all; colours are 0xRRGGBB.
+/// The tasks that the facade queues. Arguments are kept as given; the panel layer checks them when the task runs and
+/// prints what is wrong, and the worker goes on. Screen ids are 0, 1, 2, and -1 for all; colours are 0xRRGGBB.
 namespace buttondriver {
 
 /// `flag` true: white text on black; false: black on white.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Button LEDs, status indicators and toggle indicators. LED ids are not checked: an id above 31 spills into the bits
-/// that tell the kinds apart, and the hardware gets what comes out.
+/// Button LEDs, status indicators and toggle indicators. LED ids are not checked: the bits above the lowest five
+/// are added to those for the kind and for on, and the hardware gets the sum.
 namespace buttondriver::panel {
 
 /// `state` 1 is on, all else off. Waits 50 microseconds, so that commands reach the LEDs spaced. Result of the wait.

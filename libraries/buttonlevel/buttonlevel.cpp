@@ -16,7 +16,7 @@ namespace buttondriver {
 namespace {
 
 constexpr int level_count = 2;
-/// The file has some twenty bytes; what is far beyond that is not ours and must not fill the memory.
+/// The file has some twenty bytes; a much larger one is not ours and must not fill the memory.
 constexpr qint64 highest_file_size = 64 * 1024;
 
 QString default_level() { return QStringLiteral("100"); }

@@ -16,7 +16,7 @@
 /// opened, so that none of them ever waits for a pipe's other end.
 namespace buttondriver {
 
-/// Where the file lies unless the caller says otherwise.
+/// The path of the file unless the caller gives another.
 const std::string &buttonlevel_path();
 
 /// Writes both levels, replacing what the file held; makes the file when it is missing, but not its folder. A level
@@ -26,11 +26,12 @@ void writeButtonlevelFile(const QStringList &levels, const std::string &path = b
 /// Writes the default, 100, for both levels.
 void writeDefaultButtonlevelFile(const std::string &path = buttonlevel_path());
 
-/// Reads both levels into `levels`; a missing file is first written with the defaults. Only what the file says is
-/// replaced: other lines, lines without a level and whatever lies past the first 64 KiB are skipped, and the last line
-/// of a key counts. A list that is too short is filled up to two elements, with empty texts, before a level is stored.
+/// Reads both levels into `levels`; a missing file is first written with the defaults. Only levels that the file holds
+/// are replaced: other lines, lines without a level and whatever lies past the first 64 KiB are skipped, and the last
+/// line of a key counts. A list that is too short is filled up to two elements, with empty texts, before a level is
+/// stored.
 ///
-/// True when `levels` holds an element in the end, whether or not the file had something to say. False when it holds
+/// True when `levels` holds an element in the end, whether or not the file held a level. False when it holds
 /// none, or when the file cannot be opened: then `levels` is unchanged, and there is one log line.
 bool readButtonlevelFile(QStringList &levels, const std::string &path = buttonlevel_path());
 

@@ -57,7 +57,7 @@ void Vacuum::start_writing() {
 
 void Vacuum::run() {
   VacuumWriter writer(_register_base, _store);
-  connect(this, SIGNAL(text_signal(int, QString)), &writer, SLOT(text(int, QString)), Qt::QueuedConnection);
+  connect(this, &Vacuum::text_signal, &writer, &VacuumWriter::text, Qt::QueuedConnection);
   {
     const std::lock_guard lock(_mutex);
     _writer_exists = true;

@@ -20,12 +20,12 @@ class Vacuum : public QThread {
   Q_OBJECT
 
 public:
-  /// `register_base` and `store` as VacuumWriter has them. The thread is started by the first setText().
+  /// `register_base` and `store` as in VacuumWriter. The thread is started by the first setText().
   Vacuum(QObject *parent, void *register_base, RegisterStore store = store_in_memory);
   ~Vacuum() override;
 
   /// Shows `text`: line 1, a line feed, line 2. A line is cut to 20 characters and filled up with blanks; a missing one
-  /// is blank, further ones are dropped. `channel` says which display, as VacuumWriter has it. Does nothing when the
+  /// is blank, further ones are dropped. `channel` selects the display, as in VacuumWriter. Does nothing when the
   /// last text was the same, whatever its channel. Waits for nothing but, if need be, the start of the thread.
   void setText(int channel, const QString &text);
 

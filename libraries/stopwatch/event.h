@@ -52,7 +52,7 @@ public:
   bool headerPending() const { return _headerPending; }
   bool autoReport() const { return _autoReport; }
 
-  /// Whether start and stop tell on standard output what they do.
+  /// Whether start and stop print on standard output what they do.
   void setVerbose(bool verbose) { _verbose = verbose; }
   /// Whether reports begin with the header; off at first, and again after a reset.
   void setHeaderPending(bool pending) { _headerPending = pending; }
@@ -65,7 +65,7 @@ protected:
   /// Reads the clock into `time` after the line `announcement` when verbose. Returns false, with `failure_text` on
   /// standard error, when the clock failed.
   bool readClock(timeval &time, const char *announcement, const char *failure_text);
-  /// Tells `time` under the name `label` when verbose.
+  /// Prints `time` under the name `label` when verbose.
   void tellTime(const char *label, const timeval &time) const;
   /// What a completed stop prints when auto report is set.
   void reportAutomatically() const;

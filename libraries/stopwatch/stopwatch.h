@@ -28,7 +28,7 @@ namespace stopwatch {
 class StopWatch {
 public:
   /// A table for at most `maximum` events. The log file, if `log_file_name` is not empty, is emptied; when it can't be
-  /// opened, what goes there is lost. `verbose` tells warnings and the deleting of events, and is handed on to the
+  /// opened, what goes there is lost. `verbose` prints warnings and the deleting of events, and is passed on to the
   /// events. `clock` is the time of all events of the table.
   StopWatch(unsigned maximum, const std::string &log_file_name, bool verbose, Clock clock = time_of_day);
   /// Reports all, if so set, closes the log file and destroys all events that are still in the table.

@@ -11,7 +11,7 @@ class QSocketNotifier;
 
 namespace unixsignalhandler {
 
-/// Called for one Unix signal, inside the event loop, so it may do whatever a slot may. It is not told which signal
+/// Called for one Unix signal, inside the event loop, so it may do whatever a slot may. It does not learn which signal
 /// came: a component that handles several registers a function for each.
 using SignalCallback = void (*)();
 
@@ -20,9 +20,10 @@ using SignalCallback = void (*)();
 ///
 /// One bridge for each process, made on the thread that runs the event loop; callbacks are installed after that, from
 /// the same thread, and the bridge is destroyed last. The registry of callbacks belongs to the class, not to the
-/// object: each construction and each destruction empties it, while what the kernel was told stays as it is. Each
-/// construction opens a new pair of descriptors, closed on exec, that lives until the process ends, so that a signal
-/// that comes late never writes into somebody else's file. A second bridge takes over all signals from the first.
+/// object: each construction and each destruction empties it, while the handlers that the kernel has stay as they are.
+/// Each construction opens a new pair of descriptors, closed on exec, that lives until the process ends, so that a
+/// signal that comes late never writes into somebody else's file. A second bridge takes over all signals from the
+/// first.
 class UnixSignalHandler : public QObject {
   Q_OBJECT
 

@@ -55,7 +55,7 @@ Comparison::Comparison(const std::string &font_sources, const std::string &font_
 std::string Comparison::difference(const Sequence &sequence) {
   const Silence silence;
   PanelModel model(_fonts, first_font_width, first_font_height);
-  _panel->startAnew(first_font_width, first_font_height);
+  _panel->restart(first_font_width, first_font_height);
   for (const Command &command : sequence) {
     model.apply(command);
     _panel->apply(command);

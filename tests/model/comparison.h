@@ -20,7 +20,7 @@ public:
   Comparison(const std::string &font_sources, const std::string &font_folder, LossyWire loses = {});
 
   /// What was different at the first look that showed a difference; empty when there was none. There is always a last
-  /// look at the end. What the daemon says meanwhile is thrown away.
+  /// look at the end. What the daemon prints and logs meanwhile is thrown away.
   std::string difference(const Sequence &sequence);
 
 private:

@@ -20,7 +20,7 @@ namespace {
 constexpr std::uint64_t usual_sequences = 1000;
 constexpr std::uint64_t usual_seed = 1;
 
-/// What the command line says behind `name`=, empty when it says nothing.
+/// What the command line has after `name`=, empty when it has no such word.
 QString argument(const QString &name) {
   for (const QString &word : QCoreApplication::arguments())
     if (word.startsWith(name + u'='))
@@ -80,13 +80,13 @@ TEST_P(RandomCommands, show_what_the_model_shows) {
 INSTANTIATE_TEST_SUITE_P(Of, RandomCommands, testing::Values(texts, pictures, lamps, everything),
                          [](const auto &row) { return std::string(row.param.name); });
 
-/// The sequences of a file: they are parted by lines that say "anew".
+/// The sequences of a file, with a line "next" between two of them.
 std::vector<Sequence> sequences_of(const QByteArray &text) {
   std::vector<Sequence> sequences;
   std::string lines;
-  const QList<QByteArray> all_lines = (text + "\nanew").split('\n');
+  const QList<QByteArray> all_lines = (text + "\nnext").split('\n');
   for (const QByteArray &line : all_lines) {
-    if (line.trimmed() != "anew") {
+    if (line.trimmed() != "next") {
       lines += line.toStdString() + '\n';
       continue;
     }

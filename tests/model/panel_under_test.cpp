@@ -52,7 +52,7 @@ PanelUnderTest::~PanelUnderTest() {
   panel::use_register_device(nullptr);
 }
 
-void PanelUnderTest::startAnew(int width, int height) {
+void PanelUnderTest::restart(int width, int height) {
   _undelivered.clear();
   waitForWorker();
   _wire.panel.emplace();
@@ -74,7 +74,7 @@ void PanelUnderTest::apply(const Command &command) {
   deliver();
   switch (command.kind) {
   case Command::Kind::tick:
-    // A worker that is behind would miss a phase.
+    // A worker with a backlog would miss a phase.
     waitForWorker();
     return _dispatcher->update_timer();
   case Command::Kind::font:
@@ -122,7 +122,7 @@ void PanelUnderTest::waitForWorker() {
 /// Lines that were asked for before still get the font of before.
 void PanelUnderTest::chooseFont(int width, int height) {
   waitForWorker();
-  // QSettings reads a file anew only when its size or its time has changed, and file times are coarse.
+  // QSettings reads a file again only when its size or its time has changed, and file times are coarse.
   const QByteArray padding(++_configurations_written % 2, '\n');
   _root.writeLauncherConfiguration(
       QStringLiteral("[font]\nwidth=%1\nheight=%2\n").arg(width, 3).arg(height, 3).toLatin1() + padding);

@@ -30,7 +30,7 @@ public:
 
   /// A new panel and a new dispatcher, no level file, and the font of `width` x `height`. The facade and its worker
   /// stay: the system takes its time to end the watch on a file.
-  void startAnew(int width, int height);
+  void restart(int width, int height);
 
   /// Messages are given to the daemon together with those that follow, at the next command of another kind.
   void apply(const Command &command);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-// Loads a running daemon with everything at once, watches it meanwhile, and says whether it stayed flat.
+// Loads a running daemon with everything at once, watches it meanwhile, and prints whether it stayed flat.
 //
 //   soak_load PID ROOT SECONDS CSV SVG PICTURE [LOAD...]
 //
-// PID is the daemon's, ROOT the folder that its files lie under, PICTURE the snapshot that it writes when it is told by
-// SIGUSR1; it is not there yet. Without LOAD all loads run. Exit status: 0 flat, 1
-// not, 2 a bad command line, or no daemon.
+// PID is the daemon's, ROOT the folder that its files lie under, PICTURE the snapshot that it writes when it is asked
+// to by SIGUSR1; it is not there yet. Without LOAD all loads run. Exit status: 0 flat, 1 not, 2 a bad command line, or
+// no daemon.
 
 #include "soak/load/loads.h"
 #include "soak/load/prober.h"

@@ -40,7 +40,7 @@ TEST(Verdict, does_not_count_growth_within_the_warm_up) {
 struct Fault {
   const char *name;
   std::function<void(SoakRun &)> happens;
-  const char *said;
+  const char *message;
 };
 
 std::ostream &operator<<(std::ostream &stream, const Fault &row) { return stream << row.name; }
@@ -52,7 +52,8 @@ TEST_P(Faults, make_a_run_that_is_not_flat) {
   GetParam().happens(run);
   const Verdict verdict = judge(run, {});
   EXPECT_FALSE(verdict.is_flat);
-  EXPECT_NE(verdict.summary.find(std::string("\nNOT FLAT: ") + GetParam().said), std::string::npos) << verdict.summary;
+  EXPECT_NE(verdict.summary.find(std::string("\nNOT FLAT: ") + GetParam().message), std::string::npos)
+      << verdict.summary;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -44,7 +44,7 @@ double WatchedProcess::processorSeconds() const {
   std::ifstream stat(_folder + "/stat");
   std::string line;
   std::getline(stat, line);
-  // The name in parentheses may hold anything; user and system time are the 12th and 13th word behind it.
+  // The name in parentheses may hold anything; user and system time are the 12th and 13th word after it.
   std::istringstream words(line.substr(std::min(line.rfind(')'), line.size() - 1) + 1));
   std::string skipped;
   for (int i = 0; i < 11; ++i)

@@ -7,7 +7,7 @@
 
 namespace buttondriver::soak {
 
-/// Another process, as /proc tells about it.
+/// Another process, as /proc shows it.
 class WatchedProcess {
 public:
   explicit WatchedProcess(int pid) : _folder("/proc/" + std::to_string(pid)) {}

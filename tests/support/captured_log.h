@@ -18,7 +18,7 @@ public:
   CapturedLog(const CapturedLog &) = delete;
   CapturedLog &operator=(const CapturedLog &) = delete;
 
-  /// What came so far; the collection starts anew.
+  /// What came so far; the collection then starts again.
   std::vector<std::string> take();
 };
 
@@ -30,7 +30,7 @@ public:
   CapturedOutput(const CapturedOutput &) = delete;
   CapturedOutput &operator=(const CapturedOutput &) = delete;
 
-  /// What came so far; the collection starts anew.
+  /// What came so far; the collection then starts again.
   std::string take();
 
 private:

@@ -9,8 +9,8 @@
 #include <limits>
 #include <memory>
 
-/// Uncompressed 24-bit BMP files. The bytes are only read; those past their end read as zero. Faults are said on
-/// standard output, and the result is then -1.
+/// Uncompressed 24-bit BMP files. The bytes are only read; those past their end read as zero. A fault is printed
+/// on standard output, and the result is then -1.
 namespace buttondriver::panel {
 
 inline constexpr std::size_t bmp_header_size = 54;
@@ -28,7 +28,7 @@ int bmp_check_header(ByteView bmp, BmpHeader *copy);
 
 /// Decodes a picture into a new array. Of a picture with more than `limit` pixels only the first `limit` are decoded
 /// and kept. A negative height means that the rows are stored top-down; `height` is then its magnitude.
-/// On failure the places hold -1, -1 and null, as far as the picture was looked at.
+/// When the pixels cannot be decoded, the places hold -1, -1 and null; after an earlier fault they are unchanged.
 int bmp_decode_24(ByteView bmp, std::int32_t *width, std::int32_t *height, PixelArray *pixels,
                   std::size_t limit = std::numeric_limits<std::size_t>::max());
 

@@ -16,8 +16,8 @@ void freetype_start();
 void freetype_end();
 bool freetype_ready();
 
-/// Loads the bitmap font in `file` and selects its first size. Returns 0, or -1 after saying why where there is
-/// something to say. A missing file keeps the font in use; a file that exists but is no font leaves none at all.
+/// Loads the bitmap font in `file` and selects its first size. Returns 0, or -1. A file that is missing or is
+/// no font is printed on standard output. A missing file keeps the font in use; one that is no font leaves none at all.
 int font_load(const char *file);
 
 struct DoneGlyph {
@@ -38,8 +38,8 @@ struct RenderedGlyph {
 /// The bitmap of a character; empty when there is no font, or the font has no bitmap for it.
 RenderedGlyph render_glyph(unsigned char character);
 
-/// The size of the character cells in pixels: that of the bitmap of "A". Returns 0, or -1 when a place is missing or
-/// the glyph cannot be had.
+/// The size of the character cells in pixels: that of the bitmap of "A". Returns 0, or -1 when a place is null or
+/// there is no such glyph.
 int glyph_cell_size(int *width, int *height);
 
 } // namespace buttondriver::panel

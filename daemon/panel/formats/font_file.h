@@ -14,7 +14,7 @@ inline constexpr std::size_t largest_font_file = 4 * 1024 * 1024;
 inline constexpr std::size_t largest_font = 16 * 1024 * 1024;
 
 /// Reads the font file at `path`, unpacked if it is compressed by gzip; no other compression is undone. Returns 0, or
-/// FreeType's number for what is wrong, and then nothing is said about `content`.
+/// FreeType's number for what is wrong, and `content` then holds nothing of use.
 FT_Error read_font_file(const char *path, std::vector<unsigned char> &content);
 
 } // namespace buttondriver::panel

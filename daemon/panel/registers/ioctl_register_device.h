@@ -5,7 +5,7 @@
 
 namespace buttondriver::panel {
 
-/// The panel's own FPGA, behind the kernel's character device.
+/// The panel's own FPGA, reached through the kernel's character device.
 class IoctlRegisterDevice : public RegisterDevice {
 public:
   int open(const char *path) override;

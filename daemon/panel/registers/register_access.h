@@ -11,7 +11,7 @@ namespace buttondriver::panel {
 extern int fpga_reg_fd;
 /// Transfers tried so far, reads and writes, failed ones included.
 extern std::uint32_t spi_call_count;
-/// How many of them the device did not carry out. Nothing is said about a failure; this is where it shows.
+/// How many of them the device did not carry out. A failure is not printed; this counter is its only trace.
 extern std::uint32_t spi_failure_count;
 
 /// Opens `path`, or the panel's own device node when `path` is null. Returns the descriptor, or -1.

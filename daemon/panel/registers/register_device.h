@@ -7,7 +7,7 @@
 
 namespace buttondriver::panel {
 
-/// The boundary to the hardware. Everything that the panel is told goes through `transfer`.
+/// The boundary to the hardware. Every write to the panel and every read goes through `transfer`.
 /// Called by one thread at a time: the worker, or the main thread while it holds the facade's mutex.
 class RegisterDevice {
 public:
@@ -17,7 +17,7 @@ public:
   virtual int open(const char *path) = 0;
 
   /// Carries out one transfer. `words` are the caller's `record.count` words: a record has room for a 32-bit address
-  /// only, so on a 64-bit machine they travel beside it. Returns what `ioctl` returns: negative on failure.
+  /// only, so on a 64-bit machine they are passed beside it. Returns what `ioctl` returns: negative on failure.
   virtual int transfer(int descriptor, unsigned long request, TransferRecord &record, std::uint16_t *words) = 0;
 };
 

@@ -6,7 +6,7 @@
 /// The register map of the panel, as its data sheet would have it.
 namespace buttondriver::panel {
 
-/// 16-bit registers of the FPGA. "High byte" says that an 8-bit value travels in bits 8 to 15.
+/// 16-bit registers of the FPGA. "High byte": an 8-bit value, in bits 8 to 15.
 namespace fpga_register {
 inline constexpr unsigned tft_intensity = 0x800;      ///< high byte: intensity_enable | level
 inline constexpr unsigned led_command = 0x900;        ///< high byte: LED command, see led_command_bits

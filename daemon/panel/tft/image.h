@@ -7,7 +7,8 @@ namespace buttondriver::panel {
 
 /// Draws an uncompressed 24-bit BMP file with its top left corner at column `x`, row `y` of a screen (0, 1, 2, or -1
 /// for all). A picture that sticks out is not clipped: the window ends at the screen's edge, and all pixels are sent.
-/// Returns 0; -1 after saying why when the screen does not exist or the picture cannot be read, the screen unchanged.
+/// Returns 0. When the screen does not exist or the picture cannot be read, prints why on standard output and returns
+/// -1; the screen is then unchanged.
 int tft_draw_image(int screen_id, int x, int y, ByteView bmp);
 
 } // namespace buttondriver::panel

@@ -33,12 +33,12 @@ public:
   bool allocate(std::uint16_t background) {
     if (_width < 0 || _height < 0 || (_height > 0 && _width > most_pixels / _height))
       return false;
-    // A transfer's count has 16 bits: what lies above them is never sent.
-    _sent = static_cast<std::uint32_t>(_width * _height) & 0xFFFF;
-    _pixels.reset(new (std::nothrow) std::uint16_t[std::max<std::uint32_t>(_sent, 1)]);
+    // A transfer's count is the low 16 bits of the number of pixels; those after that many are never sent.
+    _sent_count = static_cast<std::uint32_t>(_width * _height) & 0xFFFF;
+    _pixels.reset(new (std::nothrow) std::uint16_t[std::max<std::uint32_t>(_sent_count, 1)]);
     if (!_pixels)
       return false;
-    std::fill_n(_pixels.get(), _sent, background);
+    std::fill_n(_pixels.get(), _sent_count, background);
     return true;
   }
 
@@ -50,16 +50,16 @@ public:
     if (row < 0 || column < 0 || row >= drawable_height() || column >= drawable_width())
       return;
     const std::int64_t index = row * _width + column;
-    if (index < _sent)
+    if (index < _sent_count)
       _pixels[static_cast<std::size_t>(index)] = pixel;
   }
 
-  void send(unsigned mask) { tft_write_pixels(mask, _pixels.get(), _sent); }
+  void send(unsigned mask) { tft_write_pixels(mask, _pixels.get(), _sent_count); }
 
 private:
   std::int64_t _width;
   std::int64_t _height;
-  std::uint32_t _sent = 0;
+  std::uint32_t _sent_count = 0;
   std::unique_ptr<std::uint16_t[]> _pixels;
 };
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// Text on the screens, in a grid of character cells as large as the glyph "A" of the font in use. Texts are Latin-1;
-/// colours are 0xRRGGBB. Screen ids are 0, 1, 2, and -1 for all. Faults are said on standard output.
+/// colours are 0xRRGGBB. Screen ids are 0, 1, 2, and -1 for all. A fault is printed on standard output.
 namespace buttondriver::panel {
 
 /// Writes `text` as line `line_id` (0 is topmost), over the whole width; what does not fit is dropped.

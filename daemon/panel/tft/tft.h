@@ -10,7 +10,7 @@ namespace buttondriver::panel {
 /// The controllers of `screen_id`; nothing for an id that does not exist.
 std::optional<unsigned> tft_select_mask(int screen_id);
 
-/// As tft_select_mask, and says so on standard output when the id does not exist.
+/// As tft_select_mask, with a line on standard output for an id that does not exist.
 std::optional<unsigned> tft_checked_mask(int screen_id);
 
 /// One half of a 16-bit register index.
@@ -27,14 +27,16 @@ int tft_write_register(unsigned mask, std::uint8_t index, std::uint16_t value);
 
 /// The pixels that follow start at the corner of the window.
 void tft_start_pixels(unsigned mask);
-/// The whole glass as the window, on all three controllers.
+/// Makes the whole screen the window, on all three controllers.
 void tft_reset_window();
 /// The controllers' power-on sequence; takes about 110 ms. The daemon finds the controllers running.
 void tft_controller_init();
 
-/// Sets the brightness of all screens, 0 to 100 percent. Returns -1, and says so, when out of range.
+/// Sets the brightness of all screens, 0 to 100 percent. Returns 0; -1, with a line on standard output,
+/// when out of range.
 int tft_set_intensity(unsigned percent);
-/// Clears a screen to black. Returns the transfer's result; negative, and says so, for an id that does not exist.
+/// Clears a screen to black. Returns the transfer's result; -1, with a line on standard output, for an id
+/// that does not exist.
 int tft_blackout(int screen_id);
 
 } // namespace buttondriver::panel

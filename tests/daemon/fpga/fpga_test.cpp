@@ -81,7 +81,7 @@ TEST_F(FPGATest, a_failing_device_changes_nothing_for_the_callers) {
   EXPECT_THAT(finishedTransfers(), ElementsAre("w 0900 1 a100", "w 0900 1 a200"));
 }
 
-/// Waits when executed until it is let go, and tells of its end.
+/// Waits when executed until it is let go, and reports its end.
 class GatedTask : public FPGATask {
 public:
   struct Gate {

@@ -12,8 +12,8 @@
 
 namespace buttondriver::simulator {
 
-/// Two virtual character displays behind a block of memory that stands for their registers. Memory cannot tell one
-/// store from the next, so the driver's stores pass through store(), which performs them in the block and shows each
+/// Two virtual character displays, and a block of memory in place of their registers. Two stores of the same word leave
+/// the same memory, so the driver's stores pass through store(), which performs them in the block and shows each
 /// one to the displays.
 ///
 /// Any thread may use it.
@@ -29,7 +29,7 @@ public:
 
   CharacterDisplayMemory();
 
-  /// The block's first byte, for the driver. The block ends behind the data register.
+  /// The block's first byte, for the driver. The block ends after the data register.
   void *register_base() { return _block.data(); }
 
   /// Stores `word` at `address`. A place outside the block is recorded but not written.

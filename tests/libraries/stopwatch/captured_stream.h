@@ -22,7 +22,7 @@ public:
   CapturedStream(const CapturedStream &) = delete;
   CapturedStream &operator=(const CapturedStream &) = delete;
 
-  /// What came so far; the collection starts anew.
+  /// What came so far; the collection then starts again.
   std::string take() {
     std::string text = _buffer.str();
     _buffer.str("");

@@ -5,7 +5,7 @@
 
 namespace stopwatch::test {
 
-/// A clock that stands still until it is told otherwise, and that can fail. Outlives the events that read it.
+/// A clock that stands still until it is set, and that can fail. Outlives the events that read it.
 class TestClock {
 public:
   TestClock(time_t seconds, suseconds_t microseconds) { set(seconds, microseconds); }

@@ -376,7 +376,7 @@ TEST(UnixSignalHandlerDeathTest, ends_the_process_when_no_descriptor_is_left) {
 }
 
 TEST(UnixSignalHandlerDeathTest, a_signal_before_the_first_bridge_is_harmless) {
-  // Starts the program anew for this test alone, so that no bridge has ever been made.
+  // Starts the program again for this test alone, so that no bridge has ever been made.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(take_a_signal_without_a_bridge(), testing::ExitedWithCode(0), "");
 }

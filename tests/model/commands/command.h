@@ -27,10 +27,10 @@ bool operator==(const Command &one, const Command &other);
 using Sequence = std::vector<Command>;
 
 /// A line for each command that a person can read, send and give back to read_sequence. A message is its frame in
-/// hexadecimal, with a remark behind a '#'.
+/// hexadecimal, with a remark after a '#'.
 std::string to_text(const Sequence &sequence);
 
-/// Reads what to_text writes; empty lines and what stands behind a '#' are skipped. Throws std::invalid_argument.
+/// Reads what to_text writes; empty lines and remarks after a '#' are skipped. Throws std::invalid_argument.
 Sequence read_sequence(const std::string &text);
 
 } // namespace buttondriver::test

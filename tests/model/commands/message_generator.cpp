@@ -94,7 +94,7 @@ std::uint32_t perhaps_wrong(Dice &dice, std::uint32_t value) {
   return dice.chance(98) ? value : dice.chance(50) ? value + 1 : dice.word();
 }
 
-/// Where the header says that the pixels begin; sometimes nowhere in the file, or before it.
+/// The header's offset of the pixels; sometimes outside of the file.
 std::uint32_t pixels_begin(Dice &dice) {
   const std::uint32_t kind = dice.below(100);
   if (kind < 90)

@@ -18,7 +18,7 @@ std::string random_toggle_indicator(Dice &dice);
 std::string random_image_upload(Dice &dice);
 std::string random_unknown_message(Dice &dice);
 
-/// `message` as it is, or cut short, or with more behind it.
+/// `message` as it is, or cut short, or with more bytes after it.
 std::string perhaps_of_another_length(Dice &dice, std::string message);
 
 } // namespace buttondriver::test

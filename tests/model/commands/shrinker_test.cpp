@@ -24,7 +24,7 @@ TEST(Shrinker, leaves_the_two_commands_that_a_failure_needs) {
 }
 
 TEST(Shrinker, cuts_messages_and_brings_their_numbers_down_to_those_that_still_fail) {
-  const Sequence sequence = {message(std::string("\0\0\0\x10\0\0\x12\x34 and much more behind it", 31))};
+  const Sequence sequence = {message(std::string("\0\0\0\x10\0\0\x12\x34 and much more after it.", 31))};
   const auto fails = [](const Sequence &candidate) {
     if (candidate.size() != 1 || candidate[0].bytes.size() < 8)
       return false;

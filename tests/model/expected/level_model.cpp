@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t longest_piece = 255;
 constexpr const char *blanks = " \t\n\v\f\r";
 
-/// The number that `text` begins with behind blanks.
+/// The number that `text` begins with, after blanks.
 std::optional<std::int64_t> leading_number(const std::string &text) {
   std::size_t place = std::min(text.find_first_not_of(blanks), text.size());
   const bool is_negative = place < text.size() && text[place] == '-';
@@ -43,15 +43,15 @@ void LevelModel::reconfig(const std::optional<std::string> &file) {
 /// `key` stays what it was when there is no word in the piece.
 void LevelModel::read_piece(const std::string &piece, std::string &key) {
   const std::size_t word = piece.find_first_not_of(blanks);
-  std::string behind_word;
+  std::string after_word;
   if (word != std::string::npos) {
     const std::size_t word_end = std::min(piece.find_first_of(blanks, word), piece.size());
     key = piece.substr(word, word_end - word);
-    behind_word = piece.substr(word_end);
+    after_word = piece.substr(word_end);
   }
   if (key != "scr")
     return;
-  _percent = leading_number(behind_word).value_or(_percent);
+  _percent = leading_number(after_word).value_or(_percent);
   if (_percent >= 0 && _percent <= 100)
     _intensity = static_cast<unsigned>(_percent * 63 / 100);
 }

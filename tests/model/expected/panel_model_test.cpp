@@ -72,7 +72,7 @@ TEST_F(PanelModelTest, draws_a_picture_from_its_last_row_up) {
 }
 
 TEST_F(PanelModelTest, writes_all_pixels_of_a_picture_that_hangs_over_into_what_is_left_of_its_window) {
-  // The window is one column wide: the pixels go down it, and begin anew at its top.
+  // The window is one column wide: the pixels go down it, and begin again at its top.
   const ShownPanel panel = after({picture_message("00000000 0000007f 00000000").c_str()});
   EXPECT_EQ(pixel(panel, 0, 127, 0), 0x001F);
   EXPECT_EQ(pixel(panel, 0, 127, 1), 0x07E0);

@@ -76,7 +76,7 @@ std::optional<std::vector<std::uint16_t>> set_text(const BdfFont &font, int heig
   return paper.cut(width, static_cast<std::size_t>(width * height) & 0xFFFFU);
 }
 
-/// One row more than the line has, as the panel has always been told.
+/// One row more than the line has, as the daemon has always set the window.
 Span rows_of_line(std::int64_t line_id, int height) { return {line_id * height + 1, (line_id + 1) * height + 1}; }
 
 } // namespace

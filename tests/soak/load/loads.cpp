@@ -58,7 +58,7 @@ void flood(Target &target) { send_without_end(target, many_small_frames()); }
 
 void flood_with_pictures(Target &target) { send_without_end(target, picture_frame()); }
 
-/// Comes, says something, half a word more, and goes: politely or not, with answers unread or not.
+/// Connects, sends a few frames and a part of one more, and leaves: with or without a reset, answers read or not.
 void reconnect(Target &target) {
   const std::string words = ping_frame() + reconfig_frame() + ping_frame().substr(0, 6);
   for (unsigned turn = 0; !target.stop; ++turn) {
@@ -72,7 +72,7 @@ void reconnect(Target &target) {
   }
 }
 
-/// Leaves more work behind than the daemon takes at once, and is gone before it is done; politely or not.
+/// Sends more work than the daemon takes at once, and leaves before it is done; with or without a reset.
 void leave_work(Target &target) {
   std::string work;
   for (int i = 0; i < 12; ++i)
@@ -144,7 +144,7 @@ void stall(Target &target) {
   }
 }
 
-/// Announces almost four gigabytes, delivers drop by drop, and begins anew after ten seconds.
+/// Announces almost four gigabytes, delivers drop by drop, and begins again after ten seconds.
 void never_end_a_frame(Target &target) {
   const std::string announcement = "\xFF\xFF\xFF\xF0";
   const std::string drop(8192, 'x');

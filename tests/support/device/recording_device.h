@@ -33,7 +33,7 @@ public:
   /// Called on the transferring thread before a transfer is remembered; may change the record, and may wait.
   std::function<void(panel::TransferRecord &)> before_transfer;
 
-  /// The transfers so far; the memory starts anew.
+  /// The transfers so far; the record then starts again.
   std::vector<Transfer> take();
   /// As take, each as "w 0a0e 1 0000", pixels runs of more than four words as "w 0a0f 16384 0000 * 16384" when all are
   /// alike and as their count alone, "w 0a03 2048 ...", when not.
