@@ -22,14 +22,14 @@ using test::Program;
 
 const QString program = QStringLiteral(BUTTONDRIVER_PROGRAM);
 
-TEST(ButtondriverProgram, without_a_map_file_it_says_so_and_exits_with_1) {
+TEST(ButtondriverProgramTest, missing_map_file_is_logged_and_ends_it_with_status_1) {
   Program daemon(program, {});
   EXPECT_EQ(daemon.waitForEnd(), 1);
   EXPECT_TRUE(daemon.standardError().endsWith("buttondriver:map file must be specified as first argument!!! \n"));
   EXPECT_EQ(daemon.standardOutput(), "");
 }
 
-TEST(ButtondriverProgram, without_a_device_it_serves_clients_all_the_same) {
+TEST(ButtondriverProgramTest, serves_clients_without_a_device) {
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = daemon.connectTo();
   test::send_frames(*client, "0000000c 00000015 00000001 00000001");
@@ -37,13 +37,13 @@ TEST(ButtondriverProgram, without_a_device_it_serves_clients_all_the_same) {
   EXPECT_TRUE(daemon.waitForError("buttondriver: opcode =  21 , size =  12 \n"));
 }
 
-TEST(ButtondriverProgram, a_port_that_is_no_number_is_any_free_port) {
+TEST(ButtondriverProgramTest, a_port_that_is_no_number_is_any_free_port) {
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("abc")});
   EXPECT_NE(daemon.listeningPort(), 0);
   EXPECT_EQ(daemon.standardOutput(), "buttondriver:reconfig \n");
 }
 
-TEST(ButtondriverProgram, a_taken_port_is_said_and_the_daemon_runs_on) {
+TEST(ButtondriverProgramTest, taken_port_is_logged_and_the_daemon_runs_on) {
   QTcpServer taken;
   ASSERT_TRUE(taken.listen(QHostAddress::Any));
   Program daemon(program, {QStringLiteral("map"), QString(), QString::number(taken.serverPort())});
@@ -51,7 +51,7 @@ TEST(ButtondriverProgram, a_taken_port_is_said_and_the_daemon_runs_on) {
   EXPECT_TRUE(daemon.isRunning());
 }
 
-TEST(ButtondriverProgram, goes_on_when_nobody_reads_its_log_any_more) {
+TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_is_gone) {
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = daemon.connectTo();
   ASSERT_TRUE(test::answered_ping(*client));
@@ -63,7 +63,7 @@ TEST(ButtondriverProgram, goes_on_when_nobody_reads_its_log_any_more) {
   EXPECT_TRUE(daemon.isRunning());
 }
 
-TEST(ButtondriverProgram, goes_on_when_the_reader_of_its_log_does_not_read) {
+TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_does_not_read) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   const QString redirected = QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&1").arg(ends[1]);
@@ -78,7 +78,7 @@ TEST(ButtondriverProgram, goes_on_when_the_reader_of_its_log_does_not_read) {
   EXPECT_TRUE(test::answered_ping(*client));
 }
 
-TEST(ButtondriverProgram, starts_even_when_the_reader_of_its_log_has_gone_already) {
+TEST(ButtondriverProgramTest, starts_even_when_the_reader_of_its_log_has_gone_already) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   ::close(ends[0]);
@@ -89,7 +89,7 @@ TEST(ButtondriverProgram, starts_even_when_the_reader_of_its_log_has_gone_alread
   EXPECT_TRUE(test::answered_ping(*client));
 }
 
-TEST(ButtondriverProgram, goes_on_when_its_log_cannot_be_written) {
+TEST(ButtondriverProgramTest, goes_on_when_its_log_cannot_be_written) {
   Program daemon(QStringLiteral("/bin/sh"),
                  {QStringLiteral("-c"), QStringLiteral("exec \"$0\" map '' 0 >/dev/full 2>&1"), program});
   const auto client = daemon.connectTo();
@@ -97,7 +97,7 @@ TEST(ButtondriverProgram, goes_on_when_its_log_cannot_be_written) {
   EXPECT_TRUE(test::answered_ping(*client));
 }
 
-TEST(ButtondriverProgram, no_environment_variable_acts_on_it) {
+TEST(ButtondriverProgramTest, no_environment_variable_acts_on_it) {
   for (const char *variable : {"QT_LOGGING_RULES=*=false", "QT_FATAL_CRITICALS=1", "QT_FATAL_WARNINGS=1",
                                "QT_MESSAGE_PATTERN=other", "QT_LOGGING_TO_CONSOLE=0"}) {
     Program daemon(QStringLiteral("/usr/bin/env"), {QString::fromLatin1(variable), program});
@@ -107,7 +107,7 @@ TEST(ButtondriverProgram, no_environment_variable_acts_on_it) {
   }
 }
 
-TEST(ButtondriverProgram, a_ping_is_answered_to_a_client_that_has_closed_its_side) {
+TEST(ButtondriverProgramTest, a_ping_is_answered_to_a_client_that_has_closed_its_side) {
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
   const quint16 port = daemon.listeningPort();
   for (int i = 0; i < 20; ++i) {
@@ -125,7 +125,7 @@ TEST(ButtondriverProgram, a_ping_is_answered_to_a_client_that_has_closed_its_sid
   }
 }
 
-TEST(ButtondriverProgram, serves_on_when_connections_took_all_descriptors_for_a_while) {
+TEST(ButtondriverProgramTest, serves_again_after_connections_took_all_descriptors) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the sanitizer looks at memory through descriptors of its own, and takes their lack for a fault";
 #endif
@@ -144,7 +144,7 @@ TEST(ButtondriverProgram, serves_on_when_connections_took_all_descriptors_for_a_
   EXPECT_TRUE(test::answered_ping(*late));
 }
 
-TEST(ButtondriverProgram, listens_on_port_3003_by_default) {
+TEST(ButtondriverProgramTest, listens_on_port_3003_by_default) {
   {
     QTcpServer probe;
     if (!probe.listen(QHostAddress::Any, 3003))

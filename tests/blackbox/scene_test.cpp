@@ -111,13 +111,13 @@ Traces SceneTest::traces;
 
 QByteArray expected(const char *name) { return test::read_file(scene + QLatin1Char('/') + QLatin1String(name)); }
 
-TEST_F(SceneTest, says_on_standard_output_what_it_should) {
+TEST_F(SceneTest, prints_the_expected_texts) {
   EXPECT_EQ(traces.output.toStdString(), expected("output.txt").toStdString());
 }
 
-TEST_F(SceneTest, logs_what_it_should) { EXPECT_EQ(traces.log.toStdString(), expected("log.txt").toStdString()); }
+TEST_F(SceneTest, logs_the_expected_lines) { EXPECT_EQ(traces.log.toStdString(), expected("log.txt").toStdString()); }
 
-TEST_F(SceneTest, tells_the_panel_what_it_should) {
+TEST_F(SceneTest, makes_the_expected_transfers) {
   const QList<QByteArray> actual = traces.transfers.split('\n');
   const QList<QByteArray> wanted = expected("transfers.txt").split('\n');
   for (int i = 0; i < wanted.size() && i < actual.size(); ++i)
@@ -125,7 +125,7 @@ TEST_F(SceneTest, tells_the_panel_what_it_should) {
   EXPECT_EQ(actual.size(), wanted.size());
 }
 
-TEST_F(SceneTest, shows_what_it_should) {
+TEST_F(SceneTest, shows_the_expected_picture) {
   const QImage wanted(scene + QStringLiteral("/panel.png"));
   ASSERT_FALSE(wanted.isNull()) << "the expected picture is missing";
   ASSERT_EQ(traces.picture.size(), wanted.size());

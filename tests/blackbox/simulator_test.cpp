@@ -23,7 +23,7 @@ const QString program = QStringLiteral(BUTTONDRIVER_SIM_PROGRAM);
 /// The port of the page is the same for everybody: tests that run side by side leave it alone.
 const QString without_page = QStringLiteral("--http=off");
 
-TEST(SimulatorProgram, answers_help_and_version_on_standard_output) {
+TEST(SimulatorProgramTest, answers_help_and_version_on_standard_output) {
   Program help(program, {QStringLiteral("--help")});
   EXPECT_EQ(help.waitForEnd(), 0);
   for (const char *word : {"--root", "--snapshot", "--record", "--http", "MAP", "ADDRESS", "PORT"})
@@ -33,7 +33,7 @@ TEST(SimulatorProgram, answers_help_and_version_on_standard_output) {
   EXPECT_TRUE(version.standardOutput().startsWith("buttondriver-sim "));
 }
 
-TEST(SimulatorProgram, a_bad_command_line_is_one_line_and_exit_status_2) {
+TEST(SimulatorProgramTest, a_bad_command_line_is_one_line_and_exit_status_2) {
   for (const QStringList &arguments :
        {QStringList{QStringLiteral("--bogus")}, QStringList{QStringLiteral("--root")},
         QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("0"), QStringLiteral("d")}}) {
@@ -46,13 +46,13 @@ TEST(SimulatorProgram, a_bad_command_line_is_one_line_and_exit_status_2) {
   }
 }
 
-TEST(SimulatorProgram, a_recording_that_cannot_be_written_is_said) {
+TEST(SimulatorProgramTest, unwritable_recording_is_one_line_on_standard_error) {
   Program simulator(program, {QStringLiteral("--record"), QStringLiteral("/nowhere/at/all")});
   EXPECT_EQ(simulator.waitForEnd(), 1);
   EXPECT_EQ(simulator.standardError().count("buttondriver-sim: cannot write the recording /nowhere/at/all\n"), 1);
 }
 
-TEST(SimulatorProgram, a_page_that_was_asked_for_and_cannot_be_had_is_one_line_and_a_failure) {
+TEST(SimulatorProgramTest, page_that_cannot_be_served_is_one_line_and_a_failure) {
   QTcpServer taken;
   ASSERT_TRUE(taken.listen(QHostAddress(QHostAddress::LocalHost)));
   Program simulator(program, {QStringLiteral("--http"), QString::number(taken.serverPort()), QStringLiteral("map"),
@@ -63,13 +63,13 @@ TEST(SimulatorProgram, a_page_that_was_asked_for_and_cannot_be_had_is_one_line_a
   EXPECT_EQ(simulator.standardError().count(reason), 1) << simulator.standardError().toStdString();
 }
 
-TEST(SimulatorProgram, a_root_that_does_not_exist_is_said) {
+TEST(SimulatorProgramTest, missing_root_is_reported) {
   Program simulator(program, {without_page, QStringLiteral("--root"), QStringLiteral("/nowhere/at/all")});
   EXPECT_EQ(simulator.waitForEnd(), 1);
   EXPECT_EQ(simulator.standardError().count("buttondriver-sim: there is no folder /nowhere/at/all\n"), 1);
 }
 
-TEST(SimulatorProgram, the_ready_made_root_has_a_font) {
+TEST(SimulatorProgramTest, the_ready_made_root_has_a_font) {
   Program simulator(program, {without_page, QStringLiteral("map"), QString(), QStringLiteral("0")});
   const auto client = simulator.connectTo();
   ASSERT_TRUE(test::answered_ping(*client));
@@ -77,7 +77,7 @@ TEST(SimulatorProgram, the_ready_made_root_has_a_font) {
   EXPECT_TRUE(simulator.standardError().contains("/8x16.pcf.gz\" \n"));
 }
 
-TEST(SimulatorProgram, takes_a_picture_on_usr1_and_at_the_end) {
+TEST(SimulatorProgramTest, takes_a_picture_on_usr1_and_at_the_end) {
   const test::TestRoot root;
   const QTemporaryDir folder;
   const QString picture = folder.filePath(QStringLiteral("panel.png"));
@@ -100,7 +100,7 @@ TEST(SimulatorProgram, takes_a_picture_on_usr1_and_at_the_end) {
 }
 
 /// A simulator on a free port that records its transfers.
-class RecordedSimulator : public testing::Test {
+class RecordedSimulatorTest : public testing::Test {
 protected:
   const test::TestRoot root;
   const QTemporaryDir folder;
@@ -110,7 +110,7 @@ protected:
                      QStringLiteral("map"), QString(), QStringLiteral("0")}};
 };
 
-TEST_F(RecordedSimulator, a_picture_shows_all_work_that_was_accepted_before_it) {
+TEST_F(RecordedSimulatorTest, a_picture_shows_all_work_that_was_accepted_before_it) {
   const auto client = simulator.connectTo();
   QByteArray blackouts;
   for (int i = 0; i < 200; ++i)
@@ -122,7 +122,7 @@ TEST_F(RecordedSimulator, a_picture_shows_all_work_that_was_accepted_before_it) 
   EXPECT_EQ(test::read_file(record).count('\n'), 12 * 201);
 }
 
-TEST_F(RecordedSimulator, blinking_goes_on_by_itself) {
+TEST_F(RecordedSimulatorTest, blinking_goes_on_by_itself) {
   const auto client = simulator.connectTo();
   test::send_frames(*client, "00000010 00000011 00000005 ffffffff 00000014");
   // Each ping is a round trip through the daemon, so this waits for its timer, not for a clock.
@@ -136,7 +136,7 @@ TEST_F(RecordedSimulator, blinking_goes_on_by_itself) {
   EXPECT_TRUE(values.startsWith("4500 6500 4500 6500 4500 6500 ")) << values.toStdString();
 }
 
-TEST_F(RecordedSimulator, records_microseconds_direction_address_count_and_words) {
+TEST_F(RecordedSimulatorTest, records_microseconds_direction_address_count_and_words) {
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   simulator.sendSignal(SIGTERM);
   EXPECT_EQ(simulator.waitForEnd(), 0);

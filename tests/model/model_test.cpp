@@ -65,9 +65,9 @@ constexpr Mixture pictures = {"pictures", 3, 5, 60, 5, 0, 0, 1, 0, 0, 1};
 constexpr Mixture lamps = {"lamps", 0, 0, 0, 0, 45, 35, 0, 12, 20, 4};
 constexpr Mixture everything = {"everything", 20, 20, 15, 5, 12, 12, 6, 6, 8, 8};
 
-class RandomCommands : public testing::TestWithParam<Mixture> {};
+class RandomCommandsTest : public testing::TestWithParam<Mixture> {};
 
-TEST_P(RandomCommands, show_what_the_model_shows) {
+TEST_P(RandomCommandsTest, show_what_the_model_shows) {
   Comparison comparison = comparison_with();
   const auto finding = find_difference(comparison, GetParam(), number_argument(QStringLiteral("--seed"), usual_seed),
                                        number_argument(QStringLiteral("--sequences"), usual_sequences));
@@ -77,7 +77,7 @@ TEST_P(RandomCommands, show_what_the_model_shows) {
            << finding->difference;
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, RandomCommands, testing::Values(texts, pictures, lamps, everything),
+INSTANTIATE_TEST_SUITE_P(Of, RandomCommandsTest, testing::Values(texts, pictures, lamps, everything),
                          [](const auto &row) { return std::string(row.param.name); });
 
 /// The sequences of a file, with a line "next" between two of them.
@@ -96,7 +96,7 @@ std::vector<Sequence> sequences_of(const QByteArray &text) {
   return sequences;
 }
 
-TEST(Replay, shows_what_the_model_shows) {
+TEST(ReplayTest, shows_what_the_model_shows) {
   const QString file = argument(QStringLiteral("--replay"));
   const QByteArray text = read_file(file.isEmpty() ? QStringLiteral(BUTTONDRIVER_FOUND_COMMANDS) : file);
   Comparison comparison = comparison_with();
@@ -115,9 +115,9 @@ struct LostTransfer {
 
 std::ostream &operator<<(std::ostream &stream, const LostTransfer &row) { return stream << row.name; }
 
-class LostTransfers : public testing::TestWithParam<LostTransfer> {};
+class LostTransfersTest : public testing::TestWithParam<LostTransfer> {};
 
-TEST_P(LostTransfers, are_found_with_few_commands) {
+TEST_P(LostTransfersTest, are_found_with_few_commands) {
   Comparison comparison = comparison_with([](const panel::TransferRecord &record) {
     return (record.address_low & 0x1FFF) == GetParam().address && record.count == 1 &&
            (record.value & 0xFFFF) == GetParam().word;
@@ -127,7 +127,7 @@ TEST_P(LostTransfers, are_found_with_few_commands) {
   EXPECT_LE(finding->shortest.size(), GetParam().most_commands) << to_text(finding->shortest) << finding->difference;
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, LostTransfers,
+INSTANTIATE_TEST_SUITE_P(Of, LostTransfersTest,
                          testing::Values(LostTransfer{"columns_of_the_whole_glass", 0xA0F, 0x8304, texts, 2},
                                          LostTransfer{"rows_of_the_whole_glass", 0xA0F, 0x8001, everything, 3},
                                          LostTransfer{"return_to_the_corner", 0xA03, 0x0000, pictures, 1},

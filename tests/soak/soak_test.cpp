@@ -21,7 +21,7 @@ SoakRun flat_run() {
   return run;
 }
 
-TEST(Verdict, calls_a_run_flat_in_which_nothing_moves) {
+TEST(VerdictTest, calls_a_run_flat_in_which_nothing_moves) {
   const Verdict verdict = judge(flat_run(), {});
   EXPECT_TRUE(verdict.is_flat) << verdict.summary;
   EXPECT_EQ(verdict.summary,
@@ -30,7 +30,7 @@ TEST(Verdict, calls_a_run_flat_in_which_nothing_moves) {
             "at the end: 0.0 s\nflat\n");
 }
 
-TEST(Verdict, does_not_count_growth_within_the_warm_up) {
+TEST(VerdictTest, does_not_count_growth_within_the_warm_up) {
   SoakRun run = flat_run();
   for (std::size_t second = 0; second < 15; ++second)
     run.samples[second].memory_kib = static_cast<long>(20 * 1024 + second * 600);
@@ -45,9 +45,9 @@ struct Fault {
 
 std::ostream &operator<<(std::ostream &stream, const Fault &row) { return stream << row.name; }
 
-class Faults : public testing::TestWithParam<Fault> {};
+class FaultTest : public testing::TestWithParam<Fault> {};
 
-TEST_P(Faults, make_a_run_that_is_not_flat) {
+TEST_P(FaultTest, makes_a_run_that_is_not_flat) {
   SoakRun run = flat_run();
   GetParam().happens(run);
   const Verdict verdict = judge(run, {});
@@ -57,7 +57,7 @@ TEST_P(Faults, make_a_run_that_is_not_flat) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Of, Faults,
+    Of, FaultTest,
     testing::Values(Fault{"growth",
                           [](SoakRun &run) {
                             for (Sample &sample : run.samples)
@@ -82,14 +82,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Fault{"short_run", [](SoakRun &run) { run.samples.resize(10); }, "the run is too short to tell"}),
     [](const auto &row) { return std::string(row.param.name); });
 
-TEST(Quantile, is_the_value_that_so_many_do_not_pass) {
+TEST(QuantileTest, is_the_value_below_which_that_part_lies) {
   EXPECT_EQ(quantile({5, 1, 4, 2, 3}, 0), 1);
   EXPECT_EQ(quantile({5, 1, 4, 2, 3}, 0.5), 3);
   EXPECT_EQ(quantile({5, 1, 4, 2, 3}, 1), 5);
   EXPECT_EQ(quantile({}, 0.5), 0);
 }
 
-TEST(WatchedProcess, sees_memory_and_descriptors_of_a_process) {
+TEST(WatchedProcessTest, sees_memory_and_descriptors_of_a_process) {
   const WatchedProcess own(::getpid());
   EXPECT_GT(own.memoryKib(), 500);
   const int before = own.descriptors();
@@ -98,7 +98,7 @@ TEST(WatchedProcess, sees_memory_and_descriptors_of_a_process) {
   ::close(another);
 }
 
-TEST(WatchedProcess, is_not_alive_when_there_is_none) { EXPECT_FALSE(WatchedProcess(-1).isAlive()); }
+TEST(WatchedProcessTest, missing_process_is_not_alive) { EXPECT_FALSE(WatchedProcess(-1).isAlive()); }
 
 } // namespace
 } // namespace buttondriver::soak

@@ -18,7 +18,7 @@ int open_anything() { return ::open("/dev/null", O_RDONLY | O_CLOEXEC); }
 
 bool is_open(int descriptor) { return ::fcntl(descriptor, F_GETFD) != -1; }
 
-TEST(OwnedDescriptor, is_closed_at_the_end_of_its_owner) {
+TEST(OwnedDescriptorTest, is_closed_at_the_end_of_its_owner) {
   const int descriptor = open_anything();
   {
     const OwnedDescriptor owner(descriptor);
@@ -29,7 +29,7 @@ TEST(OwnedDescriptor, is_closed_at_the_end_of_its_owner) {
   EXPECT_FALSE(is_open(descriptor));
 }
 
-TEST(OwnedDescriptor, is_none_by_default_and_when_the_number_is_negative) {
+TEST(OwnedDescriptorTest, is_none_by_default_and_when_the_number_is_negative) {
   const OwnedDescriptor owners[] = {OwnedDescriptor(), OwnedDescriptor(-1)};
   for (const OwnedDescriptor &owner : owners) {
     EXPECT_FALSE(owner);
@@ -37,13 +37,13 @@ TEST(OwnedDescriptor, is_none_by_default_and_when_the_number_is_negative) {
   }
 }
 
-TEST(OwnedDescriptor, zero_is_a_descriptor_like_any_other) {
+TEST(OwnedDescriptorTest, zero_is_a_descriptor_like_any_other) {
   OwnedDescriptor owner(0);
   EXPECT_TRUE(owner);
   EXPECT_EQ(owner.release(), 0);
 }
 
-TEST(OwnedDescriptor, moves_to_its_new_owner) {
+TEST(OwnedDescriptorTest, moves_to_its_new_owner) {
   const int descriptor = open_anything();
   OwnedDescriptor first(descriptor);
   OwnedDescriptor second(std::move(first));
@@ -58,7 +58,7 @@ TEST(OwnedDescriptor, moves_to_its_new_owner) {
   EXPECT_FALSE(is_open(replaced));
 }
 
-TEST(OwnedDescriptor, moved_to_itself_stays_open) {
+TEST(OwnedDescriptorTest, moved_to_itself_stays_open) {
   const int descriptor = open_anything();
   OwnedDescriptor owner(descriptor);
   OwnedDescriptor &same = owner;
@@ -67,7 +67,7 @@ TEST(OwnedDescriptor, moved_to_itself_stays_open) {
   EXPECT_TRUE(is_open(descriptor));
 }
 
-TEST(OwnedDescriptor, released_stays_open_and_has_no_owner) {
+TEST(OwnedDescriptorTest, released_stays_open_and_has_no_owner) {
   OwnedDescriptor owner(open_anything());
   const OwnedDescriptor other(owner.release());
   EXPECT_FALSE(owner);
@@ -75,7 +75,7 @@ TEST(OwnedDescriptor, released_stays_open_and_has_no_owner) {
   EXPECT_TRUE(is_open(other.get()));
 }
 
-TEST(OwnedDescriptor, reset_closes_the_old_one_and_takes_the_new_one) {
+TEST(OwnedDescriptorTest, reset_closes_the_old_one_and_takes_the_new_one) {
   const int old = open_anything();
   const int fresh = open_anything();
   OwnedDescriptor owner(old);
@@ -87,7 +87,7 @@ TEST(OwnedDescriptor, reset_closes_the_old_one_and_takes_the_new_one) {
   EXPECT_FALSE(owner);
 }
 
-TEST(OwnedDescriptor, closing_leaves_errno_as_it_is) {
+TEST(OwnedDescriptorTest, closing_leaves_errno_as_it_is) {
   constexpr int closed = 1'000'000;
   OwnedDescriptor owner(closed);
   errno = ENOENT;

@@ -13,7 +13,7 @@ namespace {
 
 bool is_open(int descriptor) { return ::fcntl(descriptor, F_GETFD) != -1; }
 
-TEST(OwnedFile, is_written_out_and_closed_at_its_end) {
+TEST(OwnedFileTest, is_written_out_and_closed_at_its_end) {
   const test::TemporaryFolder folder;
   const std::string path = folder.path("text");
   int descriptor = -1;
@@ -28,7 +28,7 @@ TEST(OwnedFile, is_written_out_and_closed_at_its_end) {
   EXPECT_FALSE(is_open(descriptor));
 }
 
-TEST(OwnedFile, of_a_descriptor_owns_it) {
+TEST(OwnedFileTest, made_of_a_descriptor_owns_it) {
   const test::TemporaryFolder folder;
   const std::string path = folder.write("text", "one line\n");
   OwnedDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -42,12 +42,12 @@ TEST(OwnedFile, of_a_descriptor_owns_it) {
   EXPECT_FALSE(is_open(number));
 }
 
-TEST(OwnedFile, of_no_descriptor_is_null) {
+TEST(OwnedFileTest, made_of_no_descriptor_is_null) {
   EXPECT_EQ(file_of(OwnedDescriptor(), "r"), nullptr);
   EXPECT_EQ(errno, EBADF);
 }
 
-TEST(OwnedFile, that_cannot_be_had_closes_its_descriptor_and_keeps_the_reason) {
+TEST(OwnedFileTest, refused_mode_closes_the_descriptor_and_keeps_the_reason) {
   const int number = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
   EXPECT_EQ(file_of(OwnedDescriptor(number), "w"), nullptr);
   EXPECT_EQ(errno, EINVAL);

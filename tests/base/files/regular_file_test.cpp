@@ -12,7 +12,7 @@
 namespace buttondriver {
 namespace {
 
-TEST(OpenRegularFile, opens_a_regular_file_also_through_a_link) {
+TEST(RegularFileTest, opens_a_regular_file_also_through_a_link) {
   const test::TemporaryFolder folder;
   const std::string path = folder.write("file", "content");
   const std::string link = folder.path("link");
@@ -26,7 +26,7 @@ TEST(OpenRegularFile, opens_a_regular_file_also_through_a_link) {
   }
 }
 
-TEST(OpenRegularFile, makes_a_missing_file_when_asked_to) {
+TEST(RegularFileTest, makes_a_missing_file_when_asked_to) {
   const test::TemporaryFolder folder;
   const std::string path = folder.path("file");
   const mode_t umask_before = ::umask(0);
@@ -38,7 +38,7 @@ TEST(OpenRegularFile, makes_a_missing_file_when_asked_to) {
   EXPECT_EQ(status.st_mode & 0777, mode_t{0666});
 }
 
-TEST(OpenRegularFile, refuses_what_is_missing_or_not_regular_and_leaves_nothing_open) {
+TEST(RegularFileTest, refuses_what_is_missing_or_not_regular_and_leaves_nothing_open) {
   const test::TemporaryFolder folder;
   const std::string pipe = folder.path("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);

@@ -44,7 +44,7 @@ protected:
   int writing_end = -1;
 };
 
-TEST_F(LogChannelTest, a_reader_that_does_not_read_loses_texts_and_is_told_when_it_reads_again) {
+TEST_F(LogChannelTest, texts_that_find_no_room_are_lost_and_counted_in_the_log) {
   LogChannel channel(writing_end, short_patience);
   const std::string fitting(pipe_size, 'a');
   channel.write(fitting);

@@ -13,7 +13,7 @@ namespace buttondriver {
 namespace {
 
 /// What a reader at the other end of a pipe has got, without anybody flushing.
-TEST(StandardOutput, reaches_a_pipe_at_once_without_a_line_feed) {
+TEST(StandardOutputTest, reaches_a_pipe_at_once_without_a_line_feed) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   std::fflush(stdout);
@@ -32,7 +32,7 @@ TEST(StandardOutput, reaches_a_pipe_at_once_without_a_line_feed) {
   EXPECT_STREQ(text, "no line feed 7; a line\n");
 }
 
-TEST(StandardOutput, takes_texts_of_any_length) {
+TEST(StandardOutputTest, takes_texts_of_any_length) {
   test::CapturedOutput output;
   for (const std::size_t length : {0U, 511U, 512U, 513U, 100'000U}) {
     const std::string text(length, 'x');
@@ -45,7 +45,7 @@ TEST(StandardOutput, takes_texts_of_any_length) {
 
 std::string observed;
 
-TEST(StandardOutput, is_shown_to_its_observer_as_it_is_written) {
+TEST(StandardOutputTest, passes_each_text_to_the_observer_as_it_is_written) {
   test::CapturedOutput output;
   observed.clear();
   observe_prints([](std::string_view text) { observed += "<" + std::string(text) + ">"; });

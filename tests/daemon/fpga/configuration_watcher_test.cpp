@@ -50,7 +50,7 @@ protected:
   int changes = 0;
 };
 
-TEST_F(ConfigurationWatcherTest, tells_of_a_rewrite_in_place) {
+TEST_F(ConfigurationWatcherTest, reports_a_rewrite_in_place) {
   write_file(file, "one");
   watch();
   EXPECT_EQ(watcher->files(), QStringList(file));
@@ -91,7 +91,7 @@ TEST_F(ConfigurationWatcherTest, follows_a_symbolic_link_that_is_turned_to_anoth
   EXPECT_TRUE(tells([&] { write_file(second, "two again"); }));
 }
 
-TEST_F(ConfigurationWatcherTest, changes_in_quick_succession_are_told_once_they_have_settled) {
+TEST_F(ConfigurationWatcherTest, reports_changes_in_quick_succession_once) {
   write_file(file, "one");
   watch();
   EXPECT_TRUE(tells([&] {
@@ -103,7 +103,7 @@ TEST_F(ConfigurationWatcherTest, changes_in_quick_succession_are_told_once_they_
   EXPECT_EQ(changes, 1);
 }
 
-TEST_F(ConfigurationWatcherTest, finds_a_file_that_is_deleted_and_written_anew) {
+TEST_F(ConfigurationWatcherTest, finds_a_file_that_is_deleted_and_written_again) {
   write_file(file, "one");
   watch();
   EXPECT_TRUE(tells([&] { QFile::remove(file); }));

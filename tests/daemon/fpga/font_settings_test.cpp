@@ -65,7 +65,7 @@ TEST_F(FontSettingsTest, the_same_size_again_loads_nothing) {
   EXPECT_THAT(check(), ElementsAre(change()));
 }
 
-TEST_F(FontSettingsTest, a_size_without_a_file_is_said_once_and_not_tried_again) {
+TEST_F(FontSettingsTest, size_without_a_file_is_printed_once_and_not_tried_again) {
   root.writeFontSize(8, 16);
   startFacade();
   root.writeFontSize(99, 7);
@@ -128,7 +128,7 @@ TEST_F(FontSettingsTest, a_configuration_that_never_ends_changes_nothing) {
   EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
 }
 
-TEST_F(FontSettingsTest, another_file_of_the_same_length_and_time_is_read_all_the_same) {
+TEST_F(FontSettingsTest, reads_another_file_of_the_same_length_and_time) {
   root.writeLauncherConfiguration("[font]\nwidth=8\nheight=16\n");
   startFacade();
   struct stat status {};

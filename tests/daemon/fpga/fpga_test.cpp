@@ -54,7 +54,7 @@ TEST_F(FPGATest, a_picture_outlives_the_message_that_brought_it) {
                                                "w 0a0e 1 0000", "w 0a0e 1 4500", "w 0a0f 1 8001"));
 }
 
-TEST_F(FPGATest, faults_are_said_only_when_the_task_runs_and_the_next_one_follows) {
+TEST_F(FPGATest, faults_are_printed_when_the_task_runs_and_the_next_one_follows) {
   startFacade();
   test::CapturedOutput output;
   fpga->blackoutScreen(3);

@@ -19,7 +19,7 @@ private:
   int *_alive;
 };
 
-TEST(TaskQueue, gives_tasks_in_the_order_they_came) {
+TEST(TaskQueueTest, gives_tasks_in_the_order_they_came) {
   int alive = 0;
   TaskQueue queue;
   EXPECT_EQ(queue.front(), nullptr);
@@ -40,7 +40,7 @@ TEST(TaskQueue, gives_tasks_in_the_order_they_came) {
   EXPECT_EQ(queue.size(), 0U);
 }
 
-TEST(TaskQueue, deletes_what_is_left_and_takes_null_entries) {
+TEST(TaskQueueTest, deletes_what_is_left_and_takes_null_entries) {
   int alive = 0;
   {
     TaskQueue queue;
@@ -62,7 +62,7 @@ private:
   std::size_t _bytes;
 };
 
-TEST(TaskQueue, tells_of_each_mark_once_on_the_way_up_and_once_on_the_way_down) {
+TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_down) {
   struct Row {
     const char *name;
     std::size_t bytes_each;
@@ -98,7 +98,7 @@ TEST(TaskQueue, tells_of_each_mark_once_on_the_way_up_and_once_on_the_way_down) 
   }
 }
 
-TEST(TaskQueue, numbers_its_tasks_and_knows_which_are_done) {
+TEST(TaskQueueTest, numbers_its_tasks_and_knows_which_are_done) {
   TaskQueue queue;
   EXPECT_EQ(queue.newest(), 0U);
   EXPECT_TRUE(queue.hasRemoved(0));
@@ -113,7 +113,7 @@ TEST(TaskQueue, numbers_its_tasks_and_knows_which_are_done) {
   EXPECT_TRUE(queue.hasRemoved(3));
 }
 
-TEST(TaskQueue, hands_out_nothing_while_it_is_held) {
+TEST(TaskQueueTest, hands_out_nothing_while_it_is_held) {
   TaskQueue queue;
   queue.append(std::make_unique<HeavyTask>(0));
   std::atomic<bool> is_handed_out{false};

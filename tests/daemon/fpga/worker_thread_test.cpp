@@ -38,7 +38,7 @@ protected:
   WorkerThread worker{&mutex, &semaphore, &queue, &running};
 };
 
-TEST_F(WorkerThreadTest, runs_tasks_in_order_and_leaves_those_behind_the_stop) {
+TEST_F(WorkerThreadTest, runs_tasks_in_order_and_leaves_those_after_the_stop) {
   std::vector<int> ran;
   append([&] { ran.push_back(1); });
   queue.append(nullptr);

@@ -21,9 +21,9 @@ struct Row {
 
 void PrintTo(const Row &row, std::ostream *out) { *out << row.condition; }
 
-class Led : public PanelTest, public testing::WithParamInterface<Row> {};
+class LedCommandTest : public PanelTest, public testing::WithParamInterface<Row> {};
 
-TEST_P(Led, command_is_id_kind_and_on_bit_cut_to_a_byte) {
+TEST_P(LedCommandTest, command_is_id_kind_and_on_bit_cut_to_a_byte) {
   EXPECT_EQ(led_set_button_state(GetParam().led_id, GetParam().state), 0);
   EXPECT_EQ(led_set_status_indicator(GetParam().led_id, GetParam().state), 0);
   EXPECT_THAT(device.takeLines(), ElementsAre(std::string("w 0900 1 ") + GetParam().button,
@@ -31,7 +31,7 @@ TEST_P(Led, command_is_id_kind_and_on_bit_cut_to_a_byte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, Led,
+    Rows, LedCommandTest,
     testing::Values(Row{"first off", 0, 0, "4000", "8000"}, Row{"first on", 0, 1, "6000", "a000"},
                     Row{"fifth on", 5, 1, "6500", "a500"}, Row{"last on", 31, 1, "7f00", "bf00"},
                     Row{"last off", 31, 0, "5f00", "9f00"}, Row{"state 2", 5, 2, "4500", "8500"},
@@ -43,23 +43,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"highest id", 2147483647, 1, "5f00", "9f00"},
                     Row{"lowest id", -2147483647 - 1, 1, "6000", "a000"}));
 
-class Leds : public PanelTest {};
+class LedsTest : public PanelTest {};
 
-TEST_F(Leds, wait_50_microseconds_after_a_button_led) {
+TEST_F(LedsTest, wait_50_microseconds_after_a_button_led) {
   std::chrono::steady_clock::time_point written;
   device.before_transfer = [&](TransferRecord &) { written = std::chrono::steady_clock::now(); };
   led_set_button_state(0, 1);
   EXPECT_GE(std::chrono::steady_clock::now() - written, std::chrono::microseconds(50));
 }
 
-TEST_F(Leds, give_the_transfer_s_result_for_a_status_indicator_only) {
+TEST_F(LedsTest, return_the_transfer_s_result_for_a_status_indicator_only) {
   device.result = -1;
   EXPECT_EQ(led_set_button_state(0, 1), 0);
   EXPECT_EQ(led_set_status_indicator(0, 1), -1);
   EXPECT_EQ(led_set_toggle_indicator(0, 1), 0);
 }
 
-TEST_F(Leds, toggle_indicators_are_written_together) {
+TEST_F(LedsTest, toggle_indicators_are_written_together) {
   EXPECT_EQ(led_set_toggle_indicator(1, 1), 0);
   EXPECT_EQ(led_set_toggle_indicator(0, 1), 0);
   EXPECT_EQ(led_set_toggle_indicator(0, 1), 0);
@@ -69,7 +69,7 @@ TEST_F(Leds, toggle_indicators_are_written_together) {
               ElementsAre("w 1003 1 0002", "w 1003 1 0003", "w 1003 1 0003", "w 1003 1 0001", "w 1003 1 0000"));
 }
 
-TEST_F(Leds, toggle_indicator_out_of_range_is_told_before_its_state) {
+TEST_F(LedsTest, toggle_indicator_out_of_range_is_reported_before_its_state) {
   led_set_toggle_indicator(0, 1);
   device.take();
   EXPECT_EQ(led_set_toggle_indicator(2, 1), 1);

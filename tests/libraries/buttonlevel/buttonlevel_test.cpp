@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class ButtonlevelFile : public testing::Test {
+class ButtonlevelFileTest : public testing::Test {
 protected:
   std::string in_folder(const char *name) const { return _folder.filePath(QLatin1String(name)).toStdString(); }
 
@@ -40,14 +40,14 @@ protected:
   test::CapturedLog _log;
 };
 
-TEST_F(ButtonlevelFile, lies_under_etc) { EXPECT_EQ(buttonlevel_path(), "/etc/rv1000e/buttonlevel"); }
+TEST_F(ButtonlevelFileTest, lies_under_etc) { EXPECT_EQ(buttonlevel_path(), "/etc/rv1000e/buttonlevel"); }
 
 struct WriteRow {
   QStringList levels;
   const char *content;
 };
 
-TEST_F(ButtonlevelFile, holds_what_was_written_and_nothing_older) {
+TEST_F(ButtonlevelFileTest, holds_what_was_written_and_nothing_older) {
   const WriteRow rows[] = {
       {{"80", "40"}, "lcd 80\nscr 40\n"},
       {{"80", "40", "7"}, "lcd 80\nscr 40\n"},
@@ -65,12 +65,12 @@ TEST_F(ButtonlevelFile, holds_what_was_written_and_nothing_older) {
   EXPECT_THAT(_log.take(), IsEmpty());
 }
 
-TEST_F(ButtonlevelFile, is_made_with_the_defaults_of_100) {
+TEST_F(ButtonlevelFileTest, is_made_with_the_defaults_of_100) {
   writeDefaultButtonlevelFile(_path);
   EXPECT_EQ(content(), "lcd 100\nscr 100\n");
 }
 
-TEST_F(ButtonlevelFile, reading_a_missing_file_makes_it) {
+TEST_F(ButtonlevelFileTest, reading_a_missing_file_makes_it) {
   QStringList levels;
   EXPECT_TRUE(readButtonlevelFile(levels, _path));
   EXPECT_EQ(content(), "lcd 100\nscr 100\n");
@@ -88,9 +88,9 @@ struct ReadRow {
 
 std::ostream &operator<<(std::ostream &stream, const ReadRow &row) { return stream << row.what; }
 
-class ButtonlevelRead : public ButtonlevelFile, public testing::WithParamInterface<ReadRow> {};
+class ButtonlevelReadTest : public ButtonlevelFileTest, public testing::WithParamInterface<ReadRow> {};
 
-TEST_P(ButtonlevelRead, gives_the_levels_of_the_row) {
+TEST_P(ButtonlevelReadTest, gives_the_levels_of_the_row) {
   const ReadRow &row = GetParam();
   write(row.content);
   QStringList levels = row.before;
@@ -131,10 +131,10 @@ const ReadRow read_rows[] = {
     {"one_huge_line", "lcd 80\nlcd " + QByteArray(1000000, '9') + "\nscr 40\n", {"1", "2"}, {"80", "2"}, true},
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, ButtonlevelRead, testing::ValuesIn(read_rows),
+INSTANTIATE_TEST_SUITE_P(Rows, ButtonlevelReadTest, testing::ValuesIn(read_rows),
                          [](const testing::TestParamInfo<ReadRow> &row) { return std::string(row.param.what); });
 
-TEST_F(ButtonlevelFile, logs_each_line_in_quotes) {
+TEST_F(ButtonlevelFileTest, logs_each_line_in_quotes) {
   write(QByteArray("led  5\n\n\x1b[2J\"\0", 14));
   QStringList levels;
   readButtonlevelFile(levels, _path);
@@ -142,7 +142,7 @@ TEST_F(ButtonlevelFile, logs_each_line_in_quotes) {
                                        "debug: line =  \"\\u001B[2J\\\"\\u0000\" \n"));
 }
 
-TEST_F(ButtonlevelFile, that_cannot_be_made_gives_one_line_for_each_attempt) {
+TEST_F(ButtonlevelFileTest, missing_folder_gives_one_line_for_each_attempt) {
   const std::string path = in_folder("no folder/buttonlevel");
   QStringList levels{"1"};
   EXPECT_FALSE(readButtonlevelFile(levels, path));
@@ -151,7 +151,7 @@ TEST_F(ButtonlevelFile, that_cannot_be_made_gives_one_line_for_each_attempt) {
                                        "debug: readButtonlevelFile: Unable to open file  " + path + " \n"));
 }
 
-TEST_F(ButtonlevelFile, that_is_a_folder_cannot_be_opened) {
+TEST_F(ButtonlevelFileTest, folder_in_its_place_is_not_opened) {
   ASSERT_EQ(::mkdir(_path.c_str(), 0700), 0);
   QStringList levels{"1", "2"};
   EXPECT_FALSE(readButtonlevelFile(levels, _path));
@@ -161,7 +161,7 @@ TEST_F(ButtonlevelFile, that_is_a_folder_cannot_be_opened) {
                                        "debug: writeButtonlevelFile : Unable to open  " + _path + " "));
 }
 
-TEST_F(ButtonlevelFile, that_is_a_pipe_is_not_waited_for) {
+TEST_F(ButtonlevelFileTest, pipe_in_its_place_is_not_waited_for) {
   ASSERT_EQ(::mkfifo(_path.c_str(), 0600), 0);
   QStringList levels{"1", "2"};
   EXPECT_FALSE(readButtonlevelFile(levels, _path));
@@ -177,7 +177,7 @@ TEST_F(ButtonlevelFile, that_is_a_pipe_is_not_waited_for) {
   EXPECT_THAT(_log.take(), SizeIs(4));
 }
 
-TEST_F(ButtonlevelFile, leaves_no_descriptor_open) {
+TEST_F(ButtonlevelFileTest, leaves_no_descriptor_open) {
   const int before = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
   ::close(before);
   QStringList levels;

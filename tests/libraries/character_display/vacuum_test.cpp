@@ -43,7 +43,7 @@ struct StrobeRow {
   std::array<std::uint32_t, 4> words;
 };
 
-TEST(VacuumWriter, pulses_the_strobe_of_the_channel_with_four_stores) {
+TEST(VacuumWriterTest, pulses_the_strobe_of_the_channel_with_four_stores) {
   const StrobeRow rows[] = {
       {0, u'A', {0x01000141, 0x01000041, 0x01000041, 0x01000141}},
       {1, u'A', {0x01410100, 0x00410100, 0x00410100, 0x01410100}},
@@ -68,7 +68,7 @@ TEST(VacuumWriter, pulses_the_strobe_of_the_channel_with_four_stores) {
   }
 }
 
-TEST(VacuumWriter, takes_a_millisecond_for_each_character) {
+TEST(VacuumWriterTest, takes_a_millisecond_for_each_character) {
   CharacterDisplayMemory memory;
   VacuumWriter writer(memory.register_base(), into(memory));
   QElapsedTimer timer;
@@ -78,7 +78,7 @@ TEST(VacuumWriter, takes_a_millisecond_for_each_character) {
   EXPECT_EQ(memory.stores().size(), 160U);
 }
 
-TEST(VacuumWriter, stores_in_plain_memory_unless_told_otherwise) {
+TEST(VacuumWriterTest, stores_in_plain_memory_unless_told_otherwise) {
   CharacterDisplayMemory memory;
   VacuumWriter writer(memory.register_base());
   writer.text(0, QStringLiteral("xA"));
@@ -88,7 +88,7 @@ TEST(VacuumWriter, stores_in_plain_memory_unless_told_otherwise) {
   EXPECT_EQ(memory.word_at(0x8054), 0x01410100U);
 }
 
-TEST(VacuumWriter, writes_nothing_for_no_text) {
+TEST(VacuumWriterTest, writes_nothing_for_no_text) {
   CharacterDisplayMemory memory;
   VacuumWriter(memory.register_base(), into(memory)).text(0, QString());
   EXPECT_THAT(memory.stores(), IsEmpty());

@@ -53,7 +53,7 @@ std::string report_of(const Event &event) {
   return stream.str();
 }
 
-TEST(Delta, begins_with_nothing_measured) {
+TEST(DeltaTest, begins_with_nothing_measured) {
   const Delta delta("draw", "one screen", true);
   EXPECT_EQ(delta.name(), "draw");
   EXPECT_EQ(delta.description(), "one screen");
@@ -65,7 +65,7 @@ TEST(Delta, begins_with_nothing_measured) {
   expect_nothing_measured(delta);
 }
 
-TEST(Delta, three_intervals_of_10_20_and_30_ms_average_20_ms) {
+TEST(DeltaTest, three_intervals_of_10_20_and_30_ms_average_20_ms) {
   TestClock clock(0, 0);
   Delta delta("draw", "one screen", false, clock.clock());
   measure_three_intervals(delta, clock);
@@ -77,7 +77,7 @@ TEST(Delta, three_intervals_of_10_20_and_30_ms_average_20_ms) {
   EXPECT_EQ(report_of(delta), row_after_three_intervals);
 }
 
-TEST(Delta, started_twice_measures_one_interval_from_the_first_start) {
+TEST(DeltaTest, started_twice_measures_one_interval_from_the_first_start) {
   TestClock clock(1000, 0);
   Delta delta("draw", "", false, clock.clock());
   delta.start();
@@ -91,7 +91,7 @@ TEST(Delta, started_twice_measures_one_interval_from_the_first_start) {
   EXPECT_DOUBLE_EQ(delta.last(), 9.0);
 }
 
-TEST(Delta, stop_while_not_running_changes_nothing) {
+TEST(DeltaTest, stop_while_not_running_changes_nothing) {
   TestClock clock(1000, 0);
   Delta delta("draw", "", false, clock.clock());
   delta.stop();
@@ -115,7 +115,7 @@ TEST(Delta, stop_while_not_running_changes_nothing) {
   EXPECT_FALSE(delta.running());
 }
 
-TEST(Delta, keeps_the_direction_of_a_clock_that_was_set_back) {
+TEST(DeltaTest, keeps_the_direction_of_a_clock_that_was_set_back) {
   TestClock clock(1000, 2000);
   Delta delta("draw", "", false, clock.clock());
   delta.start();
@@ -124,7 +124,7 @@ TEST(Delta, keeps_the_direction_of_a_clock_that_was_set_back) {
   EXPECT_DOUBLE_EQ(delta.last(), -2.5);
 }
 
-TEST(Delta, is_silent_unless_verbose) {
+TEST(DeltaTest, is_silent_unless_verbose) {
   TestClock clock(0, 0);
   Delta delta("draw", "", false, clock.clock());
   CapturedStream output(std::cout);
@@ -134,7 +134,7 @@ TEST(Delta, is_silent_unless_verbose) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST(Delta, tells_its_readings_when_verbose) {
+TEST(DeltaTest, tells_its_readings_when_verbose) {
   TestClock clock(1000, 5);
   Delta delta("draw", "", false, clock.clock());
   delta.setVerbose(true);
@@ -148,7 +148,7 @@ TEST(Delta, tells_its_readings_when_verbose) {
   EXPECT_EQ(output.take(), "Getting the current time...\nnow = 1001 seconds, 999999 usecs.\n");
 }
 
-TEST(Delta, runs_from_the_old_start_time_when_the_clock_fails_at_start) {
+TEST(DeltaTest, runs_from_the_old_start_time_when_the_clock_fails_at_start) {
   TestClock clock(1000, 0);
   Delta delta("draw", "", true, clock.clock());
   CapturedStream output(std::cout);
@@ -164,7 +164,7 @@ TEST(Delta, runs_from_the_old_start_time_when_the_clock_fails_at_start) {
   EXPECT_EQ(output.take(), "Getting the starting reference time...\n_startTime = 1000 seconds, 0 usecs.\n");
 }
 
-TEST(Delta, goes_on_running_when_the_clock_fails_at_stop) {
+TEST(DeltaTest, goes_on_running_when_the_clock_fails_at_stop) {
   TestClock clock(1000, 0);
   Delta delta("draw", "", true, clock.clock());
   delta.setAutoReport(true);
@@ -190,7 +190,7 @@ TEST(Delta, goes_on_running_when_the_clock_fails_at_stop) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST(Delta, reports_each_completed_stop_when_auto_report_is_set) {
+TEST(DeltaTest, reports_each_completed_stop_when_auto_report_is_set) {
   TestClock clock(0, 0);
   Delta delta("draw", "one screen", false, clock.clock());
   delta.setAutoReport(true);
@@ -202,7 +202,7 @@ TEST(Delta, reports_each_completed_stop_when_auto_report_is_set) {
             "draw           one screen                         3                   20.000      30.000\n");
 }
 
-TEST(Delta, reset_forgets_the_measurements_and_the_pending_header) {
+TEST(DeltaTest, reset_forgets_the_measurements_and_the_pending_header) {
   TestClock clock(0, 0);
   Delta delta("draw", "one screen", false, clock.clock());
   measure_three_intervals(delta, clock);
@@ -218,13 +218,13 @@ TEST(Delta, reset_forgets_the_measurements_and_the_pending_header) {
   EXPECT_EQ(report_of(delta), row_before_any_interval);
 }
 
-TEST(Delta, prints_its_header) {
+TEST(DeltaTest, prints_its_header) {
   std::ostringstream stream;
   Delta("draw", "one screen", false).printHeader(stream);
   EXPECT_EQ(stream.str(), delta_header);
 }
 
-TEST(Delta, every_report_begins_with_the_header_while_that_is_pending) {
+TEST(DeltaTest, every_report_begins_with_the_header_while_that_is_pending) {
   Delta delta("draw", "one screen", false);
   delta.setHeaderPending(true);
   EXPECT_EQ(report_of(delta), delta_header + row_before_any_interval);
@@ -234,12 +234,12 @@ TEST(Delta, every_report_begins_with_the_header_while_that_is_pending) {
   EXPECT_EQ(report_of(delta), row_before_any_interval);
 }
 
-TEST(Delta, long_texts_are_not_cut) {
+TEST(DeltaTest, long_texts_are_not_cut) {
   EXPECT_EQ(report_of(Delta("sixteen letters!", "a description of thirty-six letters!", false)),
             "sixteen letters!a description of thirty-six letters!0                    0.000       0.000");
 }
 
-TEST(Delta, intervals_are_rounded_to_three_decimals) {
+TEST(DeltaTest, intervals_are_rounded_to_three_decimals) {
   TestClock clock(1000, 0);
   Delta delta("draw", "", false, clock.clock());
   for (const suseconds_t microseconds : {1, 1, 2}) {
@@ -252,7 +252,7 @@ TEST(Delta, intervals_are_rounded_to_three_decimals) {
             "draw                                              3                    0.001       0.002");
 }
 
-TEST(Delta, report_leaves_fixed_point_and_three_decimals_but_no_alignment) {
+TEST(DeltaTest, report_leaves_fixed_point_and_three_decimals_but_no_alignment) {
   struct Row {
     const char *name;
     std::ios_base::fmtflags before;
@@ -276,7 +276,7 @@ TEST(Delta, report_leaves_fixed_point_and_three_decimals_but_no_alignment) {
   }
 }
 
-TEST(Delta, header_changes_neither_notation_nor_precision) {
+TEST(DeltaTest, header_changes_neither_notation_nor_precision) {
   std::ostringstream stream;
   stream.precision(9);
   Delta("draw", "one screen", false).printHeader(stream);
@@ -285,7 +285,7 @@ TEST(Delta, header_changes_neither_notation_nor_precision) {
   EXPECT_EQ(stream.precision(), 9);
 }
 
-TEST(Delta, takes_the_time_of_the_machine_unless_given_a_clock) {
+TEST(DeltaTest, takes_the_time_of_the_machine_unless_given_a_clock) {
   Delta delta("draw", "", false);
   const std::time_t before = std::time(nullptr);
   delta.start();

@@ -15,7 +15,7 @@ namespace {
 using test::CapturedStream;
 using test::TestClock;
 
-TEST(EventTableEntry, creates_the_event_of_its_type) {
+TEST(EventTableEntryTest, creates_the_event_of_its_type) {
   TestClock clock(1000, 5);
   CapturedStream errors(std::cerr);
   const EventTableEntry interval("draw", "one screen", 0, false, clock.clock());
@@ -37,7 +37,7 @@ TEST(EventTableEntry, creates_the_event_of_its_type) {
   EXPECT_TRUE(time_stamp->verbose());
 }
 
-TEST(EventTableEntry, has_no_event_of_an_unknown_type) {
+TEST(EventTableEntryTest, has_no_event_of_an_unknown_type) {
   struct Row {
     std::int32_t type;
     const char *text;

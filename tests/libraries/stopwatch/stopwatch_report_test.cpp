@@ -26,7 +26,7 @@ const std::string text = "text           one line                           0   
 const std::string boot = "boot           until ready                        00:00:00.000 00:00:00.000 \n";
 const std::string load = "load           all fonts                          00:00:00.000 00:00:00.000 \n";
 
-class StopWatchReport : public testing::Test {
+class StopWatchReportTest : public testing::Test {
 protected:
   /// Both kinds in turn, each with the mode of its place.
   void addFour(StopWatch &watch, const std::int32_t (&modes)[4]) {
@@ -42,7 +42,7 @@ protected:
   CapturedStream _output{std::cout};
 };
 
-TEST_F(StopWatchReport, prints_each_kind_under_one_header_in_table_order) {
+TEST_F(StopWatchReportTest, prints_each_kind_under_one_header_in_table_order) {
   StopWatch watch(4, "", false);
   addFour(watch, {1, 1, 1, 1});
   const std::string expected = delta_header + draw + text + "\n" + time_stamp_header + boot + load + "\n";
@@ -52,7 +52,7 @@ TEST_F(StopWatchReport, prints_each_kind_under_one_header_in_table_order) {
   EXPECT_EQ(_output.take(), expected);
 }
 
-TEST_F(StopWatchReport, prints_the_measurements) {
+TEST_F(StopWatchReportTest, prints_the_measurements) {
   TestClock clock(1000, 0);
   StopWatch watch(2, "", false, clock.clock());
   Event *interval = watch.addEvent("draw", "one screen", delta_event, log_to_standard_output);
@@ -73,14 +73,14 @@ TEST_F(StopWatchReport, prints_the_measurements) {
                 "\n");
 }
 
-TEST_F(StopWatchReport, is_two_empty_lines_for_an_empty_table) {
+TEST_F(StopWatchReportTest, is_two_empty_lines_for_an_empty_table) {
   StopWatch watch(4, _log, false);
   watch.reportAll();
   EXPECT_EQ(_output.take(), "\n\n");
   EXPECT_EQ(content_of(_log), "");
 }
 
-TEST_F(StopWatchReport, goes_where_the_log_modes_say) {
+TEST_F(StopWatchReportTest, goes_where_the_log_modes_say) {
   struct Row {
     const char *name;
     std::int32_t modes[4];
@@ -114,7 +114,7 @@ TEST_F(StopWatchReport, goes_where_the_log_modes_say) {
   }
 }
 
-TEST_F(StopWatchReport, goes_to_standard_output_without_a_log_file_whatever_mode_was_asked_for) {
+TEST_F(StopWatchReportTest, goes_to_standard_output_without_a_log_file_whatever_mode_was_asked_for) {
   for (const std::int32_t mode : {0, 1, 2, 3}) {
     StopWatch watch(1, "", false);
     watch.addEvent("draw", "one screen", delta_event, mode);
@@ -123,7 +123,7 @@ TEST_F(StopWatchReport, goes_to_standard_output_without_a_log_file_whatever_mode
   }
 }
 
-TEST_F(StopWatchReport, a_log_file_set_later_does_not_change_the_modes) {
+TEST_F(StopWatchReportTest, a_log_file_set_later_does_not_change_the_modes) {
   StopWatch watch(2, "", false);
   watch.addEvent("draw", "one screen", delta_event, log_to_file);
   EXPECT_TRUE(watch.setLogFile(_log));
@@ -133,7 +133,7 @@ TEST_F(StopWatchReport, a_log_file_set_later_does_not_change_the_modes) {
   EXPECT_EQ(content_of(_log), text);
 }
 
-TEST_F(StopWatchReport, follows_a_changed_log_mode_of_the_first_event_of_a_name) {
+TEST_F(StopWatchReportTest, follows_a_changed_log_mode_of_the_first_event_of_a_name) {
   StopWatch watch(2, _log, false);
   watch.addEvent("draw", "one screen", delta_event, log_to_standard_output);
   watch.addEvent("draw", "one screen", delta_event, log_to_standard_output);
@@ -143,7 +143,7 @@ TEST_F(StopWatchReport, follows_a_changed_log_mode_of_the_first_event_of_a_name)
   EXPECT_EQ(content_of(_log), delta_header + draw);
 }
 
-TEST_F(StopWatchReport, goes_to_the_new_log_file_after_a_change) {
+TEST_F(StopWatchReportTest, goes_to_the_new_log_file_after_a_change) {
   const std::string other = _folder.file("other.log");
   StopWatch watch(1, _log, false);
   watch.addEvent("draw", "one screen", delta_event, log_to_file);
@@ -157,7 +157,7 @@ TEST_F(StopWatchReport, goes_to_the_new_log_file_after_a_change) {
   EXPECT_EQ(content_of(other), "");
 }
 
-TEST_F(StopWatchReport, prints_and_takes_back_a_header_that_was_pending_already) {
+TEST_F(StopWatchReportTest, prints_and_takes_back_a_header_that_was_pending_already) {
   StopWatch watch(4, "", false);
   addFour(watch, {1, 1, 1, 1});
   watch.findEvent("text")->setHeaderPending(true);
@@ -167,7 +167,7 @@ TEST_F(StopWatchReport, prints_and_takes_back_a_header_that_was_pending_already)
     EXPECT_FALSE(watch.findEvent(name)->headerPending()) << name;
 }
 
-TEST_F(StopWatchReport, passes_over_an_entry_without_event_in_silence) {
+TEST_F(StopWatchReportTest, passes_over_an_entry_without_event_in_silence) {
   CapturedStream errors(std::cerr);
   StopWatch watch(2, "", false);
   watch.addEvent("odd", "", 7, log_to_standard_output);
@@ -178,7 +178,7 @@ TEST_F(StopWatchReport, passes_over_an_entry_without_event_in_silence) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(StopWatchReport, destruction_reports_only_when_told_and_tells_the_deleting_only_when_verbose) {
+TEST_F(StopWatchReportTest, destruction_reports_only_when_set_and_prints_the_deleting_only_when_verbose) {
   struct Row {
     bool report;
     bool verbose;
@@ -201,7 +201,7 @@ TEST_F(StopWatchReport, destruction_reports_only_when_told_and_tells_the_deletin
   }
 }
 
-TEST_F(StopWatchReport, destruction_tells_only_the_events_still_in_the_table) {
+TEST_F(StopWatchReportTest, destruction_prints_only_the_events_still_in_the_table) {
   const CapturedStream errors(std::cerr);
   Event *deleted = nullptr;
   {

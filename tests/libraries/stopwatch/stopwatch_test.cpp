@@ -19,7 +19,7 @@ using test::TestClock;
 
 void write_file(const std::string &path, const std::string &content) { std::ofstream(path) << content; }
 
-TEST(StopWatch, adds_events_of_both_kinds) {
+TEST(StopWatchTest, adds_events_of_both_kinds) {
   StopWatch watch(2, "", false);
   Event *draw = watch.addEvent("draw", "one screen", delta_event, log_to_standard_output);
   Event *boot = watch.addEvent("boot", "until ready", time_stamp_event, log_to_standard_output);
@@ -31,7 +31,7 @@ TEST(StopWatch, adds_events_of_both_kinds) {
   EXPECT_EQ(boot->description(), "until ready");
 }
 
-TEST(StopWatch, hands_its_clock_and_verbose_to_its_events) {
+TEST(StopWatchTest, hands_its_clock_and_verbose_to_its_events) {
   TestClock clock(1000, 5);
   CapturedStream output(std::cout);
   CapturedStream errors(std::cerr);
@@ -44,7 +44,7 @@ TEST(StopWatch, hands_its_clock_and_verbose_to_its_events) {
   }
 }
 
-TEST(StopWatch, refuses_events_beyond_its_maximum) {
+TEST(StopWatchTest, refuses_events_beyond_its_maximum) {
   const TemporaryFolder folder;
   struct Row {
     unsigned maximum;
@@ -73,7 +73,7 @@ TEST(StopWatch, refuses_events_beyond_its_maximum) {
   }
 }
 
-TEST(StopWatch, has_room_again_after_a_deletion) {
+TEST(StopWatchTest, has_room_again_after_a_deletion) {
   StopWatch watch(1, "", false);
   Event *first = watch.addEvent("first", "", delta_event, log_to_standard_output);
   EXPECT_EQ(watch.addEvent("second", "", delta_event, log_to_standard_output), nullptr);
@@ -82,7 +82,7 @@ TEST(StopWatch, has_room_again_after_a_deletion) {
   delete first;
 }
 
-TEST(StopWatch, warns_about_a_missing_log_file_when_verbose) {
+TEST(StopWatchTest, warns_about_a_missing_log_file_when_verbose) {
   struct Row {
     bool verbose;
     const char *errors;
@@ -101,7 +101,7 @@ TEST(StopWatch, warns_about_a_missing_log_file_when_verbose) {
   }
 }
 
-TEST(StopWatch, an_unknown_type_fills_a_place_without_an_event) {
+TEST(StopWatchTest, an_unknown_type_fills_a_place_without_an_event) {
   CapturedStream errors(std::cerr);
   StopWatch watch(2, "", false);
   EXPECT_EQ(watch.addEvent("odd", "", 7, log_to_standard_output), nullptr);
@@ -110,7 +110,7 @@ TEST(StopWatch, an_unknown_type_fills_a_place_without_an_event) {
   EXPECT_EQ(watch.addEvent("third", "", delta_event, log_to_standard_output), nullptr);
 }
 
-TEST(StopWatch, every_look_up_warns_about_the_entries_without_event_that_it_passes) {
+TEST(StopWatchTest, every_look_up_warns_about_the_entries_without_event_that_it_passes) {
   CapturedStream errors(std::cerr);
   StopWatch watch(5, "", false);
   watch.addEvent("odd", "", 7, log_to_standard_output);
@@ -140,7 +140,7 @@ TEST(StopWatch, every_look_up_warns_about_the_entries_without_event_that_it_pass
   delete first;
 }
 
-TEST(StopWatch, look_up_finds_the_first_event_of_exactly_that_name) {
+TEST(StopWatchTest, look_up_finds_the_first_event_of_exactly_that_name) {
   StopWatch watch(6, "", false);
   Event *first = watch.addEvent("draw", "first", delta_event, log_to_standard_output);
   Event *second = watch.addEvent("draw", "second", time_stamp_event, log_to_standard_output);
@@ -159,7 +159,7 @@ TEST(StopWatch, look_up_finds_the_first_event_of_exactly_that_name) {
   EXPECT_EQ(watch.findEvent("drawing", "first"), nullptr);
 }
 
-TEST(StopWatch, deletes_the_first_event_of_a_name_and_keeps_the_order_of_the_rest) {
+TEST(StopWatchTest, deletes_the_first_event_of_a_name_and_keeps_the_order_of_the_rest) {
   CapturedStream output(std::cout);
   Event *deleted = nullptr;
   {
@@ -185,7 +185,7 @@ TEST(StopWatch, deletes_the_first_event_of_a_name_and_keeps_the_order_of_the_res
   delete deleted;
 }
 
-TEST(StopWatch, a_deleted_event_outlives_the_table) {
+TEST(StopWatchTest, a_deleted_event_outlives_the_table) {
   TestClock clock(1000, 0);
   Event *held = nullptr;
   Event *forgotten = nullptr;
@@ -209,7 +209,7 @@ TEST(StopWatch, a_deleted_event_outlives_the_table) {
   delete held;
 }
 
-TEST(StopWatch, log_modes_that_need_a_log_file_are_refused_without_one) {
+TEST(StopWatchTest, log_modes_that_need_a_log_file_are_refused_without_one) {
   StopWatch watch(1, "", false);
   watch.addEvent("draw", "", delta_event, log_to_standard_output);
   struct Row {
@@ -229,7 +229,7 @@ TEST(StopWatch, log_modes_that_need_a_log_file_are_refused_without_one) {
   EXPECT_FALSE(watch.setLogMode("other", 2));
 }
 
-TEST(StopWatch, a_refused_log_mode_leaves_the_old_one) {
+TEST(StopWatchTest, a_refused_log_mode_leaves_the_old_one) {
   StopWatch watch(1, "", false);
   watch.addEvent("draw", "one screen", delta_event, log_to_standard_output);
   EXPECT_FALSE(watch.setLogMode("draw", log_to_file));
@@ -238,14 +238,14 @@ TEST(StopWatch, a_refused_log_mode_leaves_the_old_one) {
   EXPECT_NE(output.take().find("draw           one screen"), std::string::npos);
 }
 
-TEST(StopWatch, construction_empties_the_log_file) {
+TEST(StopWatchTest, construction_empties_the_log_file) {
   const TemporaryFolder folder;
   write_file(folder.file("times.log"), "old\n");
   const StopWatch watch(1, folder.file("times.log"), false);
   EXPECT_EQ(content_of(folder.file("times.log")), "");
 }
 
-TEST(StopWatch, an_empty_log_file_name_is_refused_and_the_log_file_kept) {
+TEST(StopWatchTest, an_empty_log_file_name_is_refused_and_the_log_file_kept) {
   const TemporaryFolder folder;
   const CapturedStream output(std::cout);
   CapturedStream errors(std::cerr);
@@ -257,7 +257,7 @@ TEST(StopWatch, an_empty_log_file_name_is_refused_and_the_log_file_kept) {
   EXPECT_NE(content_of(folder.file("times.log")).find("\ndraw "), std::string::npos);
 }
 
-TEST(StopWatch, a_log_file_that_cannot_be_opened_is_no_error) {
+TEST(StopWatchTest, a_log_file_that_cannot_be_opened_is_no_error) {
   const TemporaryFolder folder;
   const std::string nowhere = folder.file("no such folder/times.log");
   CapturedStream output(std::cout);

@@ -32,7 +32,7 @@ void expect_time(const timeval &time, time_t seconds, suseconds_t microseconds) 
   EXPECT_EQ(time.tv_usec, microseconds);
 }
 
-TEST(TimeStamp, begins_with_no_times) {
+TEST(TimeStampTest, begins_with_no_times) {
   const TimeStamp stamp("boot", "until ready", true);
   EXPECT_EQ(stamp.name(), "boot");
   EXPECT_EQ(stamp.description(), "until ready");
@@ -45,7 +45,7 @@ TEST(TimeStamp, begins_with_no_times) {
   expect_time(stamp.endTime(), 0, 0);
 }
 
-TEST(TimeStamp, takes_the_times_of_start_and_stop) {
+TEST(TimeStampTest, takes_the_times_of_start_and_stop) {
   TestClock clock(1000, 1);
   TimeStamp stamp("boot", "", false, clock.clock());
   stamp.start();
@@ -60,7 +60,7 @@ TEST(TimeStamp, takes_the_times_of_start_and_stop) {
   expect_time(stamp.endTime(), 2000, 3);
 }
 
-TEST(TimeStamp, stop_without_start_changes_nothing) {
+TEST(TimeStampTest, stop_without_start_changes_nothing) {
   TestClock clock(1000, 1);
   TimeStamp stamp("boot", "", true, clock.clock());
   stamp.setAutoReport(true);
@@ -72,7 +72,7 @@ TEST(TimeStamp, stop_without_start_changes_nothing) {
   EXPECT_EQ(output.take(), "");
 }
 
-TEST(TimeStamp, is_silent_unless_verbose) {
+TEST(TimeStampTest, is_silent_unless_verbose) {
   TestClock clock(1000, 0);
   TimeStamp stamp("boot", "", false, clock.clock());
   CapturedStream output(std::cout);
@@ -83,7 +83,7 @@ TEST(TimeStamp, is_silent_unless_verbose) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST(TimeStamp, tells_its_readings_when_verbose) {
+TEST(TimeStampTest, tells_its_readings_when_verbose) {
   TestClock clock(1000, 5);
   TimeStamp stamp("boot", "", true, clock.clock());
   CapturedStream output(std::cout);
@@ -94,7 +94,7 @@ TEST(TimeStamp, tells_its_readings_when_verbose) {
   EXPECT_EQ(output.take(), "Getting the end time...\n_endTime = 1001 seconds, 999999 usecs.\n");
 }
 
-TEST(TimeStamp, runs_when_the_clock_fails_at_start) {
+TEST(TimeStampTest, runs_when_the_clock_fails_at_start) {
   TestClock clock(1000, 0);
   TimeStamp stamp("boot", "", true, clock.clock());
   CapturedStream output(std::cout);
@@ -106,7 +106,7 @@ TEST(TimeStamp, runs_when_the_clock_fails_at_start) {
   EXPECT_EQ(output.take(), "Getting the starting time...\n_startTime = 0 seconds, 0 usecs.\n");
 }
 
-TEST(TimeStamp, goes_on_running_when_the_clock_fails_at_stop) {
+TEST(TimeStampTest, goes_on_running_when_the_clock_fails_at_stop) {
   TestClock clock(1000, 0);
   TimeStamp stamp("boot", "", true, clock.clock());
   stamp.setAutoReport(true);
@@ -127,14 +127,14 @@ TEST(TimeStamp, goes_on_running_when_the_clock_fails_at_stop) {
   expect_time(stamp.endTime(), 1003, 0);
 }
 
-TEST(TimeStamp, prints_its_header) {
+TEST(TimeStampTest, prints_its_header) {
   std::ostringstream stream;
   TimeStamp("boot", "until ready", false).printHeader(stream);
   EXPECT_EQ(stream.str(), time_stamp_header);
   EXPECT_EQ(stream.flags() & std::ios_base::adjustfield, std::ios_base::fmtflags{});
 }
 
-TEST(TimeStamp, every_report_begins_with_the_header_while_that_is_pending) {
+TEST(TimeStampTest, every_report_begins_with_the_header_while_that_is_pending) {
   const TimeZone zone("UTC0");
   TimeStamp stamp("boot", "until ready", false);
   stamp.setHeaderPending(true);
@@ -144,7 +144,7 @@ TEST(TimeStamp, every_report_begins_with_the_header_while_that_is_pending) {
   EXPECT_EQ(report_of(stamp), row_of_nothing);
 }
 
-TEST(TimeStamp, reports_local_times_with_truncated_milliseconds) {
+TEST(TimeStampTest, reports_local_times_with_truncated_milliseconds) {
   struct Row {
     const char *zone;
     timeval start;
@@ -178,13 +178,13 @@ TEST(TimeStamp, reports_local_times_with_truncated_milliseconds) {
   }
 }
 
-TEST(TimeStamp, long_texts_are_not_cut) {
+TEST(TimeStampTest, long_texts_are_not_cut) {
   const TimeZone zone("UTC0");
   EXPECT_EQ(report_of(TimeStamp("sixteen letters!", "a description of thirty-six letters!", false)),
             "sixteen letters!a description of thirty-six letters!00:00:00.000 00:00:00.000 ");
 }
 
-TEST(TimeStamp, report_leaves_no_alignment_and_nothing_else_changed) {
+TEST(TimeStampTest, report_leaves_no_alignment_and_nothing_else_changed) {
   const TimeZone zone("UTC0");
   for (const std::ios_base::fmtflags before : {std::ios_base::fmtflags{}, std::ios_base::left, std::ios_base::right}) {
     std::ostringstream stream;
@@ -197,7 +197,7 @@ TEST(TimeStamp, report_leaves_no_alignment_and_nothing_else_changed) {
   }
 }
 
-TEST(TimeStamp, reset_forgets_the_times_and_the_pending_header) {
+TEST(TimeStampTest, reset_forgets_the_times_and_the_pending_header) {
   TestClock clock(1000, 1);
   TimeStamp stamp("boot", "", false, clock.clock());
   stamp.start();
@@ -230,7 +230,7 @@ private:
   std::vector<bool> _seen;
 };
 
-TEST(TimeStamp, reports_a_completed_stop_before_it_stops_running_when_auto_report_is_set) {
+TEST(TimeStampTest, reports_a_completed_stop_before_it_stops_running_when_auto_report_is_set) {
   const TimeZone zone("UTC0");
   TestClock clock(60, 0);
   TimeStamp stamp("boot", "until ready", false, clock.clock());

@@ -8,7 +8,7 @@
 namespace buttondriver::test {
 namespace {
 
-TEST(CommandText, has_a_line_for_each_command) {
+TEST(CommandTest, has_a_line_for_each_command) {
   const Sequence sequence = {
       {Command::Kind::message, std::string("\0\0\0\x10\xFF\xFF\xFF\xFF", 8), 0, 0},
       {Command::Kind::message, std::string("\0\0", 2), 0, 0},
@@ -31,15 +31,15 @@ TEST(CommandText, has_a_line_for_each_command) {
   EXPECT_EQ(read_sequence(text), sequence);
 }
 
-TEST(CommandText, skips_empty_lines_and_remarks) {
+TEST(CommandTest, skips_empty_lines_and_remarks) {
   EXPECT_EQ(read_sequence("# a remark\n\n  \ntick # another\n"), (Sequence{{Command::Kind::tick, {}, 0, 0}}));
 }
 
-class BadCommandText : public testing::TestWithParam<const char *> {};
+class BadCommandTest : public testing::TestWithParam<const char *> {};
 
-TEST_P(BadCommandText, is_refused) { EXPECT_THROW(read_sequence(GetParam()), std::invalid_argument); }
+TEST_P(BadCommandTest, is_refused) { EXPECT_THROW(read_sequence(GetParam()), std::invalid_argument); }
 
-INSTANTIATE_TEST_SUITE_P(Of, BadCommandText,
+INSTANTIATE_TEST_SUITE_P(Of, BadCommandTest,
                          testing::Values("sing", "000000", "0000000500000010", "font 8", "levels 73"));
 
 } // namespace

@@ -11,7 +11,7 @@ namespace {
 
 Command message(std::string bytes) { return {Command::Kind::message, std::move(bytes), 0, 0}; }
 
-TEST(Shrinker, leaves_the_two_commands_that_a_failure_needs) {
+TEST(ShrinkerTest, leaves_the_two_commands_that_a_failure_needs) {
   Sequence sequence(20, {Command::Kind::tick, {}, 0, 0});
   sequence[4] = {Command::Kind::font, {}, 7, 5};
   sequence[17] = {Command::Kind::remove_levels, {}, 0, 0};
@@ -23,7 +23,7 @@ TEST(Shrinker, leaves_the_two_commands_that_a_failure_needs) {
   EXPECT_EQ(to_text(shortest_failing(sequence, fails)), "font 7 5\nremove-levels\n");
 }
 
-TEST(Shrinker, cuts_messages_and_brings_their_numbers_down_to_those_that_still_fail) {
+TEST(ShrinkerTest, cuts_messages_and_brings_their_numbers_down_to_those_that_still_fail) {
   const Sequence sequence = {message(std::string("\0\0\0\x10\0\0\x12\x34 and much more after it.", 31))};
   const auto fails = [](const Sequence &candidate) {
     if (candidate.size() != 1 || candidate[0].bytes.size() < 8)
@@ -33,7 +33,7 @@ TEST(Shrinker, cuts_messages_and_brings_their_numbers_down_to_those_that_still_f
   EXPECT_EQ(to_text(shortest_failing(sequence, fails)), "00000008000000100000012c  # blackout 300\n");
 }
 
-TEST(Shrinker, asks_no_more_often_than_it_may) {
+TEST(ShrinkerTest, asks_no_more_often_than_it_may) {
   int asked = 0;
   const Sequence sequence(50, {Command::Kind::tick, {}, 0, 0});
   const auto fails = [&](const Sequence &candidate) {

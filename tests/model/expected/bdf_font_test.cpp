@@ -20,7 +20,7 @@ std::vector<std::string> picture_of(const BdfGlyph &glyph) {
   return picture;
 }
 
-TEST(BdfFont, gives_the_bits_of_a_glyph) {
+TEST(BdfFontTest, gives_the_bits_of_a_glyph) {
   const BdfFont fonts = font("7x5");
   const BdfGlyph *glyph = fonts.glyph('M');
   ASSERT_NE(glyph, nullptr);
@@ -29,15 +29,17 @@ TEST(BdfFont, gives_the_bits_of_a_glyph) {
   EXPECT_EQ(glyph->advance, 13);
 }
 
-TEST(BdfFont, gives_the_default_character_for_one_that_it_does_not_have) {
+TEST(BdfFontTest, gives_the_default_character_for_one_that_it_does_not_have) {
   const BdfFont fonts = font("7x5");
   ASSERT_NE(fonts.glyph('?'), nullptr);
   EXPECT_EQ(fonts.glyph('?'), fonts.glyph('i'));
 }
 
-TEST(BdfFont, has_nothing_for_a_missing_character_without_a_default) { EXPECT_EQ(font("33x2").glyph('?'), nullptr); }
+TEST(BdfFontTest, has_nothing_for_a_missing_character_without_a_default) {
+  EXPECT_EQ(font("33x2").glyph('?'), nullptr);
+}
 
-TEST(BdfFont, throws_without_a_file) { EXPECT_THROW(font("none"), std::runtime_error); }
+TEST(BdfFontTest, throws_without_a_file) { EXPECT_THROW(font("none"), std::runtime_error); }
 
 } // namespace
 } // namespace buttondriver::test

@@ -22,7 +22,7 @@ const std::string golden_header = test::from_hex("424d 36000100 0500 0600 360000
                                                  "28000000 0a000000 14000000 0100 1800 01000000"
                                                  "02010000 130b0000 140b0000 07000000 ffffffff");
 
-TEST(BmpHeader, is_refused_for_its_signature_only_when_both_letters_are_wrong) {
+TEST(BmpHeaderTest, is_refused_for_its_signature_only_when_both_letters_are_wrong) {
   BmpFile file;
   for (const char *good : {"BM", "BA", "AM", "B\xFF"}) {
     file.signature = good;
@@ -36,14 +36,14 @@ TEST(BmpHeader, is_refused_for_its_signature_only_when_both_letters_are_wrong) {
   EXPECT_EQ(check(file.bytes()), Answer("Invalid BMP Signature ('b', 'm')!  Exiting.\n", -1));
 }
 
-TEST(BmpHeader, shows_control_characters_of_a_wrong_signature_as_numbers) {
+TEST(BmpHeaderTest, shows_control_characters_of_a_wrong_signature_as_numbers) {
   BmpFile file;
   file.signature = "\n\x1b";
   EXPECT_EQ(check(file.bytes()), Answer("Invalid BMP Signature ('\\x0a', '\\x1b')!  Exiting.\n", -1));
   EXPECT_EQ(check("M"), Answer("Invalid BMP Signature ('M', '\\x00')!  Exiting.\n", -1));
 }
 
-TEST(BmpHeader, is_of_40_bytes) {
+TEST(BmpHeaderTest, information_size_other_than_40_bytes_is_refused) {
   BmpFile file;
   for (const std::uint32_t size : {0U, 12U, 39U, 41U, 124U, 0x01000028U}) {
     file.header_size = size;
@@ -51,7 +51,7 @@ TEST(BmpHeader, is_of_40_bytes) {
   }
 }
 
-TEST(BmpHeader, has_one_colour_plane) {
+TEST(BmpHeaderTest, number_of_planes_other_than_one_is_refused) {
   BmpFile file;
   for (const std::uint16_t planes : {std::uint16_t{0}, std::uint16_t{2}, std::uint16_t{0x0101}}) {
     file.planes = planes;
@@ -59,7 +59,7 @@ TEST(BmpHeader, has_one_colour_plane) {
   }
 }
 
-TEST(BmpHeader, faults_are_found_in_order) {
+TEST(BmpHeaderTest, faults_are_found_in_order) {
   BmpFile file;
   file.planes = 0;
   file.header_size = 0;
@@ -68,7 +68,7 @@ TEST(BmpHeader, faults_are_found_in_order) {
   EXPECT_EQ(check(file.bytes()), Answer("Invalid BMP Signature ('A', 'A')!  Exiting.\n", -1));
 }
 
-TEST(BmpHeader, that_is_missing_or_cut_short_is_refused) {
+TEST(BmpHeaderTest, missing_or_short_header_is_refused) {
   int result = 0;
   EXPECT_EQ(output_of([&] { result = bmp_check_header({}, nullptr); }), "BMP Data pointer is NULL! Exiting.");
   EXPECT_EQ(result, -1);
@@ -77,7 +77,7 @@ TEST(BmpHeader, that_is_missing_or_cut_short_is_refused) {
   EXPECT_EQ(check(golden_header.substr(0, 27)), Answer("", 0));
 }
 
-TEST(BmpHeader, is_copied_when_it_is_good) {
+TEST(BmpHeaderTest, is_copied_when_it_is_good) {
   BmpHeader copy;
   copy.fill(0xEE);
   EXPECT_EQ(bmp_check_header(view(golden_header + "pixels"), &copy), 0);
@@ -87,7 +87,7 @@ TEST(BmpHeader, is_copied_when_it_is_good) {
             test::to_hex(golden_header.substr(0, 30) + std::string(24, '\0')));
 }
 
-TEST(BmpHeader, is_not_copied_when_it_is_bad) {
+TEST(BmpHeaderTest, is_not_copied_when_it_is_bad) {
   BmpHeader copy;
   copy.fill(0xEE);
   BmpFile file;
@@ -97,7 +97,7 @@ TEST(BmpHeader, is_not_copied_when_it_is_bad) {
   EXPECT_EQ(copy.back(), 0xEE);
 }
 
-TEST(BmpHeader, is_printed_field_by_field) {
+TEST(BmpHeaderTest, is_printed_field_by_field) {
   EXPECT_EQ(output_of([] { bmp_print_header(view(golden_header)); }), "BMP Magic Signature = BM\n"
                                                                       "Overall BMP File Size = 65590 bytes\n"
                                                                       "Creator 1 = 5\n"
@@ -117,7 +117,7 @@ TEST(BmpHeader, is_printed_field_by_field) {
                                                                       "\tNumber of important colours = -1\n");
 }
 
-TEST(BmpHeader, that_is_bad_is_not_printed) {
+TEST(BmpHeaderTest, bad_header_is_not_printed) {
   EXPECT_EQ(output_of([] { bmp_print_header({}); }), "BMP Data pointer is NULL! Exiting.");
   BmpFile file;
   file.header_size = 12;

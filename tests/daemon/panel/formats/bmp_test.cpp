@@ -63,7 +63,7 @@ BmpFile three_by_two() {
   return file;
 }
 
-TEST(Bmp, rows_are_stored_bottom_up_and_padded) {
+TEST(BmpTest, rows_are_stored_bottom_up_and_padded) {
   const Decoded decoded = decode(three_by_two());
   EXPECT_EQ(decoded.output, "");
   EXPECT_EQ(decoded.result, 0);
@@ -72,7 +72,7 @@ TEST(Bmp, rows_are_stored_bottom_up_and_padded) {
   EXPECT_THAT(decoded.pixels, ElementsAre(0xFFFF, 0x0000, 0x11AA, 0x001F, 0x07E0, 0xF800));
 }
 
-TEST(Bmp, negative_height_is_stored_top_down) {
+TEST(BmpTest, negative_height_is_stored_top_down) {
   BmpFile file = three_by_two();
   file.height = -2;
   const Decoded decoded = decode(file);
@@ -81,7 +81,7 @@ TEST(Bmp, negative_height_is_stored_top_down) {
   EXPECT_THAT(decoded.pixels, ElementsAre(0x001F, 0x07E0, 0xF800, 0xFFFF, 0x0000, 0x11AA));
 }
 
-TEST(Bmp, padding_is_the_width_modulo_4) {
+TEST(BmpTest, padding_is_the_width_modulo_4) {
   for (const int width : {1, 2, 3, 4, 5}) {
     BmpFile file;
     file.width = width;
@@ -92,7 +92,7 @@ TEST(Bmp, padding_is_the_width_modulo_4) {
   }
 }
 
-TEST(Bmp, pixels_start_where_the_header_says) {
+TEST(BmpTest, pixels_start_where_the_header_says) {
   BmpFile file;
   file.pixel_offset = 57;
   file.pixels = test::from_hex("111111 0000ff");
@@ -101,13 +101,13 @@ TEST(Bmp, pixels_start_where_the_header_says) {
   EXPECT_THAT(decode(file).pixels, ElementsAre(0x4268));
 }
 
-TEST(Bmp, compression_is_not_looked_at) {
+TEST(BmpTest, compression_is_not_looked_at) {
   BmpFile file = three_by_two();
   file.compression = 1;
   EXPECT_THAT(decode(file).pixels, ElementsAre(0xFFFF, 0x0000, 0x11AA, 0x001F, 0x07E0, 0xF800));
 }
 
-TEST(Bmp, bytes_past_the_end_read_as_zero) {
+TEST(BmpTest, bytes_past_the_end_read_as_zero) {
   BmpFile file = three_by_two();
   file.pixels.resize(13); // the first stored row, its padding, and one byte of the second
   EXPECT_THAT(decode(file).pixels, ElementsAre(0x001F, 0x0000, 0x0000, 0x001F, 0x07E0, 0xF800));
@@ -117,13 +117,13 @@ TEST(Bmp, bytes_past_the_end_read_as_zero) {
   }
 }
 
-TEST(Bmp, bytes_before_the_start_read_as_zero) {
+TEST(BmpTest, bytes_before_the_start_read_as_zero) {
   BmpFile file = three_by_two();
   file.pixel_offset = 0xFFFFFFF0; // the upper row starts at -4: 0 0 0, 0 'B' 'M', and the file size's 44 33 22
   EXPECT_THAT(decode(file).pixels, ElementsAre(0x0000, 0x4A00, 0x2188, 0, 0, 0));
 }
 
-TEST(Bmp, limit_keeps_the_first_pixels_from_the_top) {
+TEST(BmpTest, limit_keeps_the_first_pixels_from_the_top) {
   EXPECT_THAT(decode(three_by_two(), 4).pixels, ElementsAre(0xFFFF, 0x0000, 0x11AA, 0x001F));
   EXPECT_THAT(decode(three_by_two(), 2).pixels, ElementsAre(0xFFFF, 0x0000));
   EXPECT_THAT(decode(three_by_two(), 6).pixels, testing::SizeIs(6));
@@ -134,7 +134,7 @@ TEST(Bmp, limit_keeps_the_first_pixels_from_the_top) {
   EXPECT_TRUE(none.has_array);
 }
 
-TEST(Bmp, without_width_or_height_has_no_pixels) {
+TEST(BmpTest, zero_width_or_height_gives_no_pixels) {
   const std::pair<int, int> sizes[] = {{0, 0}, {0, 5}, {5, 0}, {0, 2147483647}, {2147483647, 0}};
   for (const auto &[width, height] : sizes) {
     BmpFile file;
@@ -148,7 +148,7 @@ TEST(Bmp, without_width_or_height_has_no_pixels) {
   }
 }
 
-TEST(Bmp, of_negative_width_or_more_than_67108864_pixels_cannot_be_held) {
+TEST(BmpTest, negative_width_or_more_than_67108864_pixels_are_refused) {
   constexpr std::int32_t lowest = -2147483647 - 1;
   const std::pair<int, int> sizes[] = {
       {-1, 1},     {-1, -1},     {-1, 0},       {lowest, 1},   {1, lowest},
@@ -162,7 +162,7 @@ TEST(Bmp, of_negative_width_or_more_than_67108864_pixels_cannot_be_held) {
   }
 }
 
-TEST(Bmp, of_67108864_pixels_is_the_largest) {
+TEST(BmpTest, picture_of_67108864_pixels_is_decoded) {
   BmpFile file;
   file.width = 8192;
   file.height = 8192;
@@ -173,7 +173,7 @@ TEST(Bmp, of_67108864_pixels_is_the_largest) {
   EXPECT_THAT(decoded.pixels, ElementsAreArray(std::vector<int>(16, 0)));
 }
 
-TEST(Bmp, failure_gives_up_an_older_array) {
+TEST(BmpTest, failure_gives_up_an_older_array) {
   PixelArray array(new std::uint16_t[3]);
   std::int32_t width = 3;
   std::int32_t height = 1;
@@ -183,7 +183,7 @@ TEST(Bmp, failure_gives_up_an_older_array) {
   EXPECT_EQ(array, nullptr);
 }
 
-TEST(Bmp, of_another_depth_is_refused) {
+TEST(BmpTest, depth_other_than_24_bits_is_refused) {
   for (const std::uint16_t bits : {std::uint16_t{1}, std::uint16_t{8}, std::uint16_t{16}, std::uint16_t{32}}) {
     BmpFile file;
     file.bits_per_pixel = bits;
@@ -193,7 +193,7 @@ TEST(Bmp, of_another_depth_is_refused) {
   }
 }
 
-TEST(Bmp, header_is_checked_before_the_depth) {
+TEST(BmpTest, header_is_checked_before_the_depth) {
   BmpFile file;
   file.bits_per_pixel = 16;
   file.planes = 0;
@@ -201,7 +201,7 @@ TEST(Bmp, header_is_checked_before_the_depth) {
   EXPECT_EQ(decode(file).result, -1);
 }
 
-TEST(Bmp, wants_bytes_and_all_result_places) {
+TEST(BmpTest, wants_bytes_and_all_result_places) {
   const std::string bytes = three_by_two().bytes();
   std::int32_t size = 7;
   PixelArray array;
@@ -243,7 +243,7 @@ private:
   void *_place;
 };
 
-TEST(Bmp, whose_pixels_would_lie_at_address_null_is_corrupted) {
+TEST(BmpTest, pixels_at_address_null_are_refused) {
   const LowMemory memory;
   if (!memory.data())
     GTEST_SKIP() << "the kernel maps nothing at this address";
@@ -259,7 +259,7 @@ TEST(Bmp, whose_pixels_would_lie_at_address_null_is_corrupted) {
   EXPECT_EQ(decode(ByteView(memory.data(), next.size())).result, 0);
 }
 
-TEST(Bmp, is_never_written_to) {
+TEST(BmpTest, is_never_written_to) {
   const std::string bytes = three_by_two().bytes();
   const std::string before = bytes;
   decode(view(bytes));

@@ -29,12 +29,12 @@ std::pair<std::string, int> load_result(const std::string &file) {
 
 std::pair<std::string, int> quiet(int result) { return {"", result}; }
 
-class Font : public TextTest {
+class FontTest : public TextTest {
 protected:
   const test::TemporaryFolder folder;
 };
 
-TEST_F(Font, sets_the_cell_size_by_its_letter_a) {
+TEST_F(FontTest, sets_the_cell_size_by_its_letter_a) {
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/5x4.pcf.gz"), quiet(0));
   EXPECT_EQ(cell_size(), Size(5, 4));
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/8x16-in-two-bytes.pcf.gz"), quiet(0));
@@ -43,31 +43,31 @@ TEST_F(Font, sets_the_cell_size_by_its_letter_a) {
   EXPECT_EQ(cell_size(), Size(33, 2));
 }
 
-TEST_F(Font, without_the_letter_a_has_the_cells_of_its_default_character) {
+TEST_F(FontTest, missing_letter_a_gives_the_cells_of_the_default_character) {
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/without-a.pcf.gz"), quiet(0));
   EXPECT_EQ(cell_size(), Size(8, 16));
 }
 
-TEST_F(Font, that_has_no_glyph_for_a_has_no_cells) {
+TEST_F(FontTest, no_glyph_for_a_gives_no_cells) {
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/unencoded.pcf.gz"), quiet(0));
   EXPECT_EQ(cell_size(), Size(-1, -1));
 }
 
-TEST_F(Font, cell_size_wants_both_places) {
+TEST_F(FontTest, cell_size_wants_both_places) {
   int size = 7;
   EXPECT_EQ(glyph_cell_size(nullptr, &size), -1);
   EXPECT_EQ(glyph_cell_size(&size, nullptr), -1);
   EXPECT_EQ(size, 7);
 }
 
-TEST_F(Font, that_is_missing_leaves_the_old_one) {
+TEST_F(FontTest, missing_file_leaves_the_old_font) {
   const std::string file = folder.path("9x99.pcf.gz");
   EXPECT_EQ(load_result(file), std::make_pair("Font file '" + file + "' doesn't exist.\n", -1));
   EXPECT_EQ(load_result(""), std::make_pair(std::string("Font file '' doesn't exist.\n"), -1));
   EXPECT_EQ(cell_size(), Size(8, 16));
 }
 
-TEST_F(Font, that_cannot_be_looked_at_leaves_the_old_one) {
+TEST_F(FontTest, unreachable_file_leaves_the_old_font) {
   const std::string file = folder.write("file", "") + "/8x16.pcf.gz";
   EXPECT_EQ(load_result(file), std::make_pair("stat('" + file + "') returned error 20.\n", -1));
   const std::string name = folder.path(std::string(300, 'x'));
@@ -75,14 +75,14 @@ TEST_F(Font, that_cannot_be_looked_at_leaves_the_old_one) {
   EXPECT_EQ(cell_size(), Size(8, 16));
 }
 
-TEST_F(Font, without_a_file_name_leaves_the_old_one) {
+TEST_F(FontTest, null_file_name_leaves_the_old_font) {
   int result = 0;
   EXPECT_EQ(output_of([&] { result = font_load(nullptr); }), "");
   EXPECT_EQ(result, -1);
   EXPECT_EQ(cell_size(), Size(8, 16));
 }
 
-TEST_F(Font, that_is_none_leaves_no_font_until_the_next_one) {
+TEST_F(FontTest, file_that_is_no_font_leaves_none_until_the_next_one) {
   const std::string file = folder.write("8x16.pcf.gz", "this is no font");
   EXPECT_EQ(load_result(file), std::make_pair(std::string("Error calling FT_New_Face(): error = 2\n"), -1));
   EXPECT_EQ(cell_size(), Size(-1, -1));
@@ -91,7 +91,7 @@ TEST_F(Font, that_is_none_leaves_no_font_until_the_next_one) {
   EXPECT_EQ(cell_size(), Size(5, 4));
 }
 
-TEST_F(Font, in_use_outlives_its_file) {
+TEST_F(FontTest, font_in_use_outlives_its_file) {
   // Large enough that its glyphs are read when they are wanted.
   const std::string file = folder.path("10x20.pcf.gz");
   std::filesystem::copy_file(PANEL_ROOT_FONTS "/10x20.pcf.gz", file);
@@ -102,7 +102,7 @@ TEST_F(Font, in_use_outlives_its_file) {
   EXPECT_EQ(cell_size(), Size(10, 20));
 }
 
-TEST_F(Font, that_would_take_too_much_is_refused) {
+TEST_F(FontTest, file_that_would_take_too_much_memory_is_refused) {
   const std::string bomb = folder.path("bomb.pcf.gz");
   const gzFile packed = gzopen(bomb.c_str(), "wb9");
   const std::string zeros(1024 * 1024, '\0');
@@ -128,11 +128,11 @@ TEST_F(Font, that_would_take_too_much_is_refused) {
         << row.file;
 }
 
-TEST_F(Font, whose_size_cannot_be_selected_fails_quietly) {
+TEST_F(FontTest, size_that_cannot_be_selected_fails_quietly) {
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/unsized.pcf.gz"), quiet(-1));
 }
 
-TEST_F(Font, is_not_loaded_without_freetype) {
+TEST_F(FontTest, is_not_loaded_without_freetype) {
   panel_lib_done();
   EXPECT_FALSE(freetype_ready());
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/8x16.pcf.gz"), quiet(-1));
@@ -141,7 +141,7 @@ TEST_F(Font, is_not_loaded_without_freetype) {
   EXPECT_EQ(load_result(missing), std::make_pair("Font file '" + missing + "' doesn't exist.\n", -1));
 }
 
-TEST_F(Font, is_gone_when_the_layer_has_ended) {
+TEST_F(FontTest, is_gone_when_the_layer_has_ended) {
   panel_lib_done();
   panel_lib_init();
   EXPECT_TRUE(freetype_ready());

@@ -33,9 +33,9 @@ struct Row {
 
 void PrintTo(const Row &row, std::ostream *out) { *out << row.condition; }
 
-class Record : public PanelTest, public testing::WithParamInterface<Row> {};
+class TransferRecordTest : public PanelTest, public testing::WithParamInterface<Row> {};
 
-TEST_P(Record, has_the_bytes_of_its_form) {
+TEST_P(TransferRecordTest, has_the_bytes_of_its_form) {
   const Row &row = GetParam();
   std::uint16_t word = row.word;
   fpga_spi_transfer(9, row.address, row.read, &word, row.count);
@@ -46,7 +46,7 @@ TEST_P(Record, has_the_bytes_of_its_form) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, Record,
+    Rows, TransferRecordTest,
     testing::Values(
         Row{"short write", 0x0900, 0, 1, 0x6500, 0xC0102400, "00000000 0029 0000 01000000 00650000"},
         Row{"short read", 0x1003, 1, 1, 0xBEEF, 0xC0102400, "00000000 0370 0000 01000000 efbe0000"},
@@ -59,9 +59,9 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"address above 29 bits", 0xF2345678, 0, 1, 0, 0xC0102401, "00000000 78563432 01000000 00000000"},
         Row{"no words", 0x0900, 0, 0, 0xFFFF, 0xC0102400, "00000000 0029 0000 00000000 00000000"}));
 
-class RegisterAccess : public PanelTest {};
+class RegisterAccessTest : public PanelTest {};
 
-TEST_F(RegisterAccess, gives_the_address_of_more_than_one_word) {
+TEST_F(RegisterAccessTest, gives_the_address_of_more_than_one_word) {
   std::uint16_t words[] = {0x0102, 0x0304, 0xFFFF};
   fpga_spi_transfer(9, 0x0A03, 0, words, 3);
   const auto transfers = device.take();
@@ -72,13 +72,13 @@ TEST_F(RegisterAccess, gives_the_address_of_more_than_one_word) {
   EXPECT_THAT(words, ElementsAre(0x0102, 0x0304, 0xFFFF));
 }
 
-TEST_F(RegisterAccess, stores_a_count_above_16_bits_as_given) {
+TEST_F(RegisterAccessTest, stores_a_count_above_16_bits_as_given) {
   std::vector<std::uint16_t> words(0x12345);
   fpga_spi_transfer(9, 0x0A03, 0, words.data(), 0x12345);
   EXPECT_EQ(device.take().at(0).record.count, 0x12345U);
 }
 
-TEST_F(RegisterAccess, copies_a_single_word_back_whatever_the_direction_and_the_result) {
+TEST_F(RegisterAccessTest, copies_a_single_word_back_whatever_the_direction_and_the_result) {
   for (const int read : {0, 1}) {
     for (const int result : {0, -1}) {
       device.result = result;
@@ -90,7 +90,7 @@ TEST_F(RegisterAccess, copies_a_single_word_back_whatever_the_direction_and_the_
   }
 }
 
-TEST_F(RegisterAccess, copies_nothing_back_for_other_counts) {
+TEST_F(RegisterAccessTest, copies_nothing_back_for_other_counts) {
   device.before_transfer = [](TransferRecord &record) { record.value = 0xAAAA7654; };
   std::uint16_t words[] = {0x1111, 0x2222};
   fpga_spi_transfer(9, 0x1000, 1, words, 2);
@@ -98,7 +98,7 @@ TEST_F(RegisterAccess, copies_nothing_back_for_other_counts) {
   EXPECT_THAT(words, ElementsAre(0x1111, 0x2222));
 }
 
-TEST_F(RegisterAccess, counts_every_transfer_before_it_is_made) {
+TEST_F(RegisterAccessTest, counts_every_transfer_before_it_is_made) {
   std::vector<std::uint32_t> seen;
   device.before_transfer = [&](TransferRecord &) { seen.push_back(spi_call_count); };
   device.result = -1;
@@ -109,7 +109,7 @@ TEST_F(RegisterAccess, counts_every_transfer_before_it_is_made) {
   EXPECT_THAT(seen, ElementsAre(0xFFFFFFFF, 0U, 1U));
 }
 
-TEST_F(RegisterAccess, returns_the_device_s_result) {
+TEST_F(RegisterAccessTest, returns_the_device_s_result) {
   device.result = 17;
   std::uint16_t word = 0;
   EXPECT_EQ(fpga_spi_transfer(9, 0x1003, 1, &word, 1), 17);
@@ -118,27 +118,27 @@ TEST_F(RegisterAccess, returns_the_device_s_result) {
   EXPECT_EQ(fpga_reg_write8(0x0900, 0), 17);
 }
 
-TEST_F(RegisterAccess, reads_one_word) {
+TEST_F(RegisterAccessTest, reads_one_word) {
   device.before_transfer = [](TransferRecord &record) { record.value = 0xFFFF8001; };
   EXPECT_EQ(fpga_reg_read(9, 0x1004), 0x8001);
   EXPECT_THAT(device.takeLines(), ElementsAre("r 1004 1"));
 }
 
-TEST_F(RegisterAccess, writes_the_low_16_bits_or_a_high_byte) {
+TEST_F(RegisterAccessTest, writes_the_low_16_bits_or_a_high_byte) {
   fpga_reg_write16(0x1003, 0xABCD1234);
   fpga_reg_write8(0x0900, 0x65);
   fpga_reg_write8(0x0900, 0xFF);
   EXPECT_THAT(device.takeLines(), ElementsAre("w 1003 1 1234", "w 0900 1 6500", "w 0900 1 ff00"));
 }
 
-TEST_F(RegisterAccess, start_opens_the_panel_s_own_device_node) {
+TEST_F(RegisterAccessTest, start_opens_the_panel_s_own_device_node) {
   EXPECT_THAT(device.opened_paths, ElementsAre("/dev/fpga-reg"));
   EXPECT_EQ(fpga_reg_fd, 42);
   EXPECT_EQ(fpga_reg_open("/somewhere/else"), 42);
   EXPECT_EQ(device.opened_paths.back(), "/somewhere/else");
 }
 
-TEST(RealDevice, opens_for_reading_and_writing) {
+TEST(IoctlRegisterDeviceTest, opens_for_reading_and_writing) {
   const test::TemporaryFolder folder;
   const std::string file = folder.write("node", "");
   use_register_device(nullptr);
@@ -149,7 +149,7 @@ TEST(RealDevice, opens_for_reading_and_writing) {
   EXPECT_EQ(fpga_reg_open(folder.path("missing").c_str()), -1);
 }
 
-TEST(RealDevice, failed_transfers_are_quiet_counted_and_leave_the_word) {
+TEST(IoctlRegisterDeviceTest, failed_transfers_are_quiet_counted_and_leave_the_word) {
   use_register_device(nullptr);
   fpga_reg_fd = -1;
   spi_call_count = 0;

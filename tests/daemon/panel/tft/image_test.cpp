@@ -11,7 +11,7 @@ namespace {
 
 using testing::IsEmpty;
 
-class Image : public PanelTest {};
+class ImageTest : public PanelTest {};
 
 /// A picture of alike pixels, 0x8410.
 BmpFile grey(int width, int height) {
@@ -35,12 +35,12 @@ Lines on_screen_1(const std::string &rows, const std::string &columns, const std
          whole_window;
 }
 
-TEST_F(Image, opens_a_window_of_its_size_and_sends_its_pixels) {
+TEST_F(ImageTest, opens_a_window_of_its_size_and_sends_its_pixels) {
   EXPECT_EQ(draw(1, 10, 20, grey(40, 24)), 0);
   EXPECT_EQ(device.takeLines(), on_screen_1("2c15", "350e", "960 8410 * 960"));
 }
 
-TEST_F(Image, goes_to_the_ports_of_its_screen) {
+TEST_F(ImageTest, goes_to_the_ports_of_its_screen) {
   struct {
     int screen;
     const char *index_port;
@@ -57,7 +57,7 @@ TEST_F(Image, goes_to_the_ports_of_its_screen) {
   }
 }
 
-TEST_F(Image, window_stays_on_the_glass_and_all_pixels_are_sent) {
+TEST_F(ImageTest, window_stays_on_the_glass_and_all_pixels_are_sent) {
   constexpr int highest = std::numeric_limits<int>::max();
   constexpr int lowest = std::numeric_limits<int>::min();
   struct {
@@ -74,22 +74,22 @@ TEST_F(Image, window_stays_on_the_glass_and_all_pixels_are_sent) {
   }
 }
 
-TEST_F(Image, as_large_as_the_glass_fills_it) {
+TEST_F(ImageTest, picture_of_the_screen_s_size_fills_it) {
   EXPECT_EQ(draw(1, 0, 0, grey(128, 128)), 0);
   EXPECT_EQ(device.takeLines(), on_screen_1("8001", "8304", "16384 8410 * 16384"));
 }
 
-TEST_F(Image, of_65536_pixels_sends_none) {
+TEST_F(ImageTest, picture_of_65536_pixels_sends_none) {
   EXPECT_EQ(draw(1, 0, 0, grey(256, 256)), 0);
   EXPECT_EQ(device.takeLines(), on_screen_1("8001", "8304", "0"));
 }
 
-TEST_F(Image, of_65535_pixels_sends_them_all) {
+TEST_F(ImageTest, picture_of_65535_pixels_sends_them_all) {
   EXPECT_EQ(draw(1, 0, 0, grey(255, 257)), 0);
   EXPECT_EQ(device.takeLines(), on_screen_1("8001", "8304", "65535 8410 * 65535"));
 }
 
-TEST_F(Image, of_more_pixels_sends_the_first_from_the_top) {
+TEST_F(ImageTest, larger_picture_sends_its_first_pixels_from_the_top) {
   BmpFile file = grey(300, 300); // 90000 pixels, 24464 above 65536: 81 rows and 164 pixels
   const std::size_t stride = 900;
   file.pixels.replace(299 * stride, stride, stride, '\xFF');        // the topmost row: white
@@ -103,12 +103,12 @@ TEST_F(Image, of_more_pixels_sends_the_first_from_the_top) {
     ASSERT_EQ(words[i], i < 300 ? 0xFFFF : i < 24300 ? 0x8410 : 0x0000) << i;
 }
 
-TEST_F(Image, of_no_pixels_sends_none) {
+TEST_F(ImageTest, empty_picture_sends_no_pixels) {
   EXPECT_EQ(draw(1, 10, 20, grey(0, 0)), 0);
   EXPECT_EQ(device.takeLines(), on_screen_1("1415", "0d0e", "0"));
 }
 
-TEST_F(Image, stored_top_down_is_drawn_upright) {
+TEST_F(ImageTest, picture_stored_top_down_is_drawn_upright) {
   BmpFile file = grey(1, 2);
   file.pixels = std::string(3, '\xFF') + std::string(1, '\0') + std::string(4, '\0');
   EXPECT_EQ(draw(1, 0, 0, file), 0);
@@ -118,7 +118,7 @@ TEST_F(Image, stored_top_down_is_drawn_upright) {
   EXPECT_EQ(device.takeLines(), on_screen_1("0201", "0404", "2 ffff 0000"));
 }
 
-TEST_F(Image, that_cannot_be_read_says_so_and_writes_nothing) {
+TEST_F(ImageTest, unreadable_picture_is_reported_and_writes_nothing) {
   BmpFile shallow = grey(4, 4);
   shallow.bits_per_pixel = 16;
   BmpFile other_file = grey(4, 4);
@@ -137,14 +137,14 @@ TEST_F(Image, that_cannot_be_read_says_so_and_writes_nothing) {
   }
 }
 
-TEST_F(Image, without_bytes_is_told_before_the_screen) {
+TEST_F(ImageTest, missing_bytes_are_reported_before_a_wrong_screen) {
   int result = 0;
   EXPECT_EQ(output_of([&] { result = tft_draw_image(9, 0, 0, {}); }), "Input parameter 'data' pointer is NULL.");
   EXPECT_EQ(result, -1);
   EXPECT_THAT(device.takeLines(), IsEmpty());
 }
 
-TEST_F(Image, for_a_screen_that_does_not_exist_is_not_even_read) {
+TEST_F(ImageTest, wrong_screen_is_reported_before_the_picture_is_read) {
   for (const int screen : {3, -2}) {
     int result = 0;
     EXPECT_EQ(output_of([&] { result = tft_draw_image(screen, 0, 0, ByteView("AA", 2)); }),

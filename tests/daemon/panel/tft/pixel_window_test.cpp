@@ -28,7 +28,7 @@ const Row windows[] = {{0, 127, 0x8304, 0x8001},
                        {2147483647, 2147483648, 0x8303, 0x8000},
                        {-2147483648, -2147483609, 0x2B04, 0x2801}};
 
-TEST(PixelWindow, clamps_each_edge_on_its_own_side_and_cuts_it_to_a_byte) {
+TEST(PixelWindowTest, clamps_each_edge_on_its_own_side_and_cuts_it_to_a_byte) {
   for (const Row &row : windows) {
     EXPECT_EQ(window_columns(row.first, row.last), row.columns) << row.first << " to " << row.last;
     EXPECT_EQ(window_rows(row.first, row.last), row.rows) << row.first << " to " << row.last;

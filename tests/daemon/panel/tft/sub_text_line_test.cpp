@@ -9,7 +9,7 @@ namespace {
 
 using testing::IsEmpty;
 
-class SubTextLine : public TextTest {};
+class SubTextLineTest : public TextTest {};
 
 const Lines start_pixels_on_screen_1 = {"w 0a04 1 0000", "w 0a04 1 2100", "w 0a05 1 0000", "w 0a04 1 0000",
                                         "w 0a04 1 2200"};
@@ -19,13 +19,13 @@ Lines window_on_screen_1(const std::string &columns, const std::string &rows) {
           "w 0a04 1 0000", "w 0a04 1 4500", "w 0a05 1 " + rows};
 }
 
-TEST_F(SubTextLine, sets_its_columns_then_its_rows_and_sends_one_run_of_pixels) {
+TEST_F(SubTextLineTest, sets_its_columns_then_its_rows_and_sends_one_run_of_pixels) {
   EXPECT_EQ(tft_sub_text_line(1, 2, 3, "ABAB", 4, red, green), 0);
   EXPECT_EQ(device.takeLines(),
             window_on_screen_1("3b1c", "3121") + start_pixels_on_screen_1 + Lines{"w 0a05 512 ..."} + whole_window);
 }
 
-TEST_F(SubTextLine, columns_stay_on_the_glass_on_their_own_side) {
+TEST_F(SubTextLineTest, columns_stay_on_the_glass_on_their_own_side) {
   struct {
     int offset;
     int count;
@@ -43,7 +43,7 @@ TEST_F(SubTextLine, columns_stay_on_the_glass_on_their_own_side) {
   }
 }
 
-TEST_F(SubTextLine, draws_a_block_as_wide_as_its_characters) {
+TEST_F(SubTextLineTest, draws_a_block_as_wide_as_its_characters) {
   tft_sub_text_line(1, 0, 3, "AB", 2, red, green);
   EXPECT_EQ(picture_of(sentPixels(), 16), beside({letter_a, letter_b}));
   tft_sub_text_line(1, 0, 3, "ABBBB", 2, red, green);
@@ -52,21 +52,21 @@ TEST_F(SubTextLine, draws_a_block_as_wide_as_its_characters) {
   EXPECT_EQ(picture_of(sentPixels(), 8), period());
 }
 
-TEST_F(SubTextLine, draws_blanks_past_the_end_of_its_text) {
+TEST_F(SubTextLineTest, draws_blanks_past_the_end_of_its_text) {
   tft_sub_text_line(1, 0, 0, "A", 3, red, green);
   EXPECT_EQ(picture_of(sentPixels(), 24), beside({letter_a, blank, blank}));
   tft_sub_text_line(1, 0, 0, "", 1, red, green);
   EXPECT_EQ(picture_of(sentPixels(), 8), blank);
 }
 
-TEST_F(SubTextLine, ends_at_the_first_character_wider_than_what_is_left) {
+TEST_F(SubTextLineTest, ends_at_the_first_character_wider_than_what_is_left) {
   tft_sub_text_line(1, 0, 0, "WA", 2, red, green);
   EXPECT_EQ(picture_of(sentPixels(), 16), beside({letter_w, bare(4)}));
   tft_sub_text_line(1, 0, 0, "W", 1, red, green);
   EXPECT_EQ(picture_of(sentPixels(), 8), bare(8));
 }
 
-TEST_F(SubTextLine, draws_nothing_past_the_width_of_the_glass) {
+TEST_F(SubTextLineTest, draws_nothing_past_the_width_of_the_glass) {
   tft_sub_text_line(1, 0, 0, std::string(20, 'A'), 20, red, green);
   EXPECT_EQ(picture_of(sentPixels(), 160), beside({times(16, letter_a), bare(32)}));
   tft_sub_text_line(1, 0, 0, std::string(20, 'W'), 20, red, green);
@@ -76,14 +76,14 @@ TEST_F(SubTextLine, draws_nothing_past_the_width_of_the_glass) {
   EXPECT_EQ(picture_of(sentPixels(), 160), beside({cut, bare(32)}));
 }
 
-TEST_F(SubTextLine, does_not_look_at_characters_past_the_width_of_the_glass) {
+TEST_F(SubTextLineTest, does_not_look_at_characters_past_the_width_of_the_glass) {
   int result = -1;
   EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 0, 0, "AAAAAAAAAAAAAAAA_", 17, red, green); }), "");
   EXPECT_EQ(result, 0);
   EXPECT_EQ(picture_of(sentPixels(), 136), beside({times(16, letter_a), bare(8)}));
 }
 
-TEST_F(SubTextLine, sends_a_count_cut_to_16_bits) {
+TEST_F(SubTextLineTest, sends_a_count_cut_to_16_bits) {
   // 600 cells are 4800 columns, 76800 pixels, 11264 above 65536: two rows and 1664 pixels.
   EXPECT_EQ(tft_sub_text_line(1, 0, 0, std::string(600, 'B'), 600, red, green), 0);
   const std::vector<std::uint16_t> pixels = sentPixels();
@@ -96,13 +96,13 @@ TEST_F(SubTextLine, sends_a_count_cut_to_16_bits) {
   EXPECT_EQ(picture[2], times(16, {"######.."})[0] + std::string(1664 - 128, 'o'));
 }
 
-TEST_F(SubTextLine, of_no_characters_sends_no_pixels) {
+TEST_F(SubTextLineTest, count_of_zero_sends_no_pixels) {
   EXPECT_EQ(tft_sub_text_line(1, 0, 3, "A", 0, red, green), 0);
   EXPECT_EQ(device.takeLines(),
             window_on_screen_1("1b1c", "1101") + start_pixels_on_screen_1 + Lines{"w 0a05 0"} + whole_window);
 }
 
-TEST_F(SubTextLine, shows_the_blank_that_was_drawn_last_where_the_pen_goes_back) {
+TEST_F(SubTextLineTest, shows_the_blank_that_was_drawn_last_where_the_pen_goes_back) {
   load("backwards");
   // At column 0 "B", then blanks at 20, 17 and so on; the one at -1 is the last to be seen.
   const std::string seen = "..#..#..#..#..#..#..#..#";
@@ -113,7 +113,7 @@ TEST_F(SubTextLine, shows_the_blank_that_was_drawn_last_where_the_pen_goes_back)
   }
 }
 
-TEST_F(SubTextLine, shows_the_blanks_that_come_back_from_the_left) {
+TEST_F(SubTextLineTest, shows_the_blanks_that_come_back_from_the_left) {
   load("forwards");
   // "A" at 0, -4 and -8, then blanks from -12 on, each 3 columns further.
   const std::pair<int, std::string> rows[] = {{3, ""}, {6, ""}, {7, "#"}, {8, "#..#"}, {9, "#..#..#"}};
@@ -128,7 +128,7 @@ TEST_F(SubTextLine, shows_the_blanks_that_come_back_from_the_left) {
   }
 }
 
-TEST_F(SubTextLine, of_as_many_characters_as_there_can_be_ends_where_the_pen_does_not_get_on) {
+TEST_F(SubTextLineTest, highest_count_ends_early_where_the_pen_does_not_advance) {
   struct {
     const char *font;
     int most_characters;
@@ -146,14 +146,14 @@ TEST_F(SubTextLine, of_as_many_characters_as_there_can_be_ends_where_the_pen_doe
   }
 }
 
-TEST_F(SubTextLine, of_67108864_pixels_is_the_largest) {
+TEST_F(SubTextLineTest, line_of_67108864_pixels_is_drawn) {
   // 128 pixels a cell; 524288 cells are the limit, cut to 16 bits a count of 0.
   EXPECT_EQ(tft_sub_text_line(1, 0, 0, "A", 524288, red, green), 0);
   EXPECT_EQ(device.takeLines(),
             window_on_screen_1("8304", "1101") + start_pixels_on_screen_1 + Lines{"w 0a05 0"} + whole_window);
 }
 
-TEST_F(SubTextLine, that_is_too_large_or_negative_says_so_and_resets_the_window) {
+TEST_F(SubTextLineTest, too_large_or_negative_count_is_reported_and_resets_the_window) {
   const std::pair<int, const char *> rows[] = {
       {524289, "831c"}, {2147483647, "831c"}, {-1, "131c"}, {-2147483647 - 1, "1b1c"}};
   for (const auto &[count, columns] : rows) {
@@ -166,14 +166,14 @@ TEST_F(SubTextLine, that_is_too_large_or_negative_says_so_and_resets_the_window)
   }
 }
 
-TEST_F(SubTextLine, of_a_screen_that_does_not_exist_writes_nothing) {
+TEST_F(SubTextLineTest, wrong_screen_is_reported_and_writes_nothing) {
   int result = 0;
   EXPECT_EQ(output_of([&] { result = tft_sub_text_line(7, 0, 0, "A", 1, red, green); }), "Invalid screen ID 7.\n");
   EXPECT_EQ(result, -1);
   EXPECT_THAT(device.takeLines(), IsEmpty());
 }
 
-TEST_F(SubTextLine, that_cannot_be_drawn_says_so_and_resets_the_window) {
+TEST_F(SubTextLineTest, undrawable_glyph_is_reported_and_resets_the_window) {
   const std::pair<const char *, Lines> rows[] = {{"8x16-in-two-bytes", window_on_screen_1("3b1c", "2111")},
                                                  {"unencoded", window_on_screen_1("0304", "0101")}};
   for (const auto &[font, window] : rows) {
@@ -184,7 +184,7 @@ TEST_F(SubTextLine, that_cannot_be_drawn_says_so_and_resets_the_window) {
   }
 }
 
-TEST_F(SubTextLine, sends_no_pixels_and_is_quiet_without_freetype) {
+TEST_F(SubTextLineTest, sends_no_pixels_and_is_quiet_without_freetype) {
   panel_lib_done();
   int result = -1;
   EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 1, 3, "AAAA", 4, red, green); }), "");

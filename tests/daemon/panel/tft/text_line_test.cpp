@@ -10,20 +10,20 @@ namespace {
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class TextLine : public TextTest {};
+class TextLineTest : public TextTest {};
 
 const Lines start_pixels_on_screen_0 = {"w 0a02 1 0000", "w 0a02 1 2100", "w 0a03 1 0000", "w 0a02 1 0000",
                                         "w 0a02 1 2200"};
 
 Lines rows_on_screen_0(const std::string &value) { return {"w 0a02 1 0000", "w 0a02 1 4500", "w 0a03 1 " + value}; }
 
-TEST_F(TextLine, sets_its_rows_and_sends_one_run_of_pixels) {
+TEST_F(TextLineTest, sets_its_rows_and_sends_one_run_of_pixels) {
   EXPECT_EQ(tft_text_line(0, 2, "AB", red, green), 0);
   EXPECT_EQ(device.takeLines(),
             rows_on_screen_0("3121") + start_pixels_on_screen_0 + Lines{"w 0a03 2048 ..."} + whole_window);
 }
 
-TEST_F(TextLine, rows_reach_one_past_the_line_and_stay_on_the_glass) {
+TEST_F(TextLineTest, rows_reach_one_past_the_line_and_stay_on_the_glass) {
   const std::pair<int, const char *> rows[] = {{0, "1101"},  {1, "2111"},          {6, "7161"},
                                                {7, "8071"},  {8, "8081"},          {-1, "0101"},
                                                {-2, "f101"}, {2147483647, "80f1"}, {-2147483647 - 1, "1101"}};
@@ -35,7 +35,7 @@ TEST_F(TextLine, rows_reach_one_past_the_line_and_stay_on_the_glass) {
   }
 }
 
-TEST_F(TextLine, goes_to_the_ports_of_its_screen) {
+TEST_F(TextLineTest, goes_to_the_ports_of_its_screen) {
   struct {
     int screen;
     const char *index_port;
@@ -52,56 +52,56 @@ TEST_F(TextLine, goes_to_the_ports_of_its_screen) {
   }
 }
 
-TEST_F(TextLine, draws_characters_from_the_left_on_a_bare_back) {
+TEST_F(TextLineTest, draws_characters_from_the_left_on_a_bare_back) {
   tft_text_line(0, 0, "AB", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({letter_a, letter_b, bare(112)}));
 }
 
-TEST_F(TextLine, takes_characters_as_unsigned) {
+TEST_F(TextLineTest, takes_characters_as_unsigned) {
   tft_text_line(0, 0, "\xE9", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({letter_e_acute, bare(120)}));
 }
 
-TEST_F(TextLine, shows_the_back_colour_only_inside_of_glyphs) {
+TEST_F(TextLineTest, shows_the_back_colour_only_inside_of_glyphs) {
   tft_text_line(0, 0, "A.A ", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({letter_a, period(), letter_a, blank, bare(96)}));
 }
 
-TEST_F(TextLine, black_and_white_backs_come_out_exact) {
+TEST_F(TextLineTest, black_and_white_backs_come_out_exact) {
   tft_text_line(0, 0, "", red, 0xFFFFFF);
   EXPECT_THAT(device.takeLines(), testing::Contains("w 0a03 2048 ffff * 2048"));
   tft_text_line(0, 0, "", red, 0x000000);
   EXPECT_THAT(device.takeLines(), testing::Contains("w 0a03 2048 0000 * 2048"));
 }
 
-TEST_F(TextLine, holds_16_characters_of_8_pixels) {
+TEST_F(TextLineTest, holds_16_characters_of_8_pixels) {
   tft_text_line(0, 0, "AAAAAAAAAAAAAAAA", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), times(16, letter_a));
   tft_text_line(0, 0, "AAAAAAAAAAAAAAAAB", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), times(16, letter_a));
 }
 
-TEST_F(TextLine, ends_at_the_first_character_that_does_not_fit) {
+TEST_F(TextLineTest, ends_at_the_first_character_that_does_not_fit) {
   tft_text_line(0, 0, "WWWWWWWWWWW.A", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({times(10, letter_w), bare(8)}));
 }
 
-TEST_F(TextLine, draws_characters_that_fill_the_last_columns) {
+TEST_F(TextLineTest, draws_characters_that_fill_the_last_columns) {
   tft_text_line(0, 0, "WWWWWWWWWWA", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({times(10, letter_w), letter_a}));
 }
 
-TEST_F(TextLine, cuts_a_character_taller_than_the_cell) {
+TEST_F(TextLineTest, cuts_a_character_taller_than_the_cell) {
   tft_text_line(0, 0, "|A", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({Picture(16, "#ooooooo"), letter_a, bare(112)}));
 }
 
-TEST_F(TextLine, draws_the_font_s_default_for_a_character_without_a_glyph) {
+TEST_F(TextLineTest, draws_the_font_s_default_for_a_character_without_a_glyph) {
   tft_text_line(0, 0, "Z", red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({letter_b, bare(120)}));
 }
 
-TEST_F(TextLine, follows_a_change_of_the_font) {
+TEST_F(TextLineTest, follows_a_change_of_the_font) {
   tft_text_line(0, 1, "A", red, green);
   device.take();
   load("5x4");
@@ -112,13 +112,13 @@ TEST_F(TextLine, follows_a_change_of_the_font) {
             rows_on_screen_0("0905") + start_pixels_on_screen_0 + Lines{"w 0a03 512 ..."} + whole_window);
 }
 
-TEST_F(TextLine, drops_what_does_not_fit_between_cells_of_5_pixels) {
+TEST_F(TextLineTest, drops_what_does_not_fit_between_cells_of_5_pixels) {
   load("5x4");
   tft_text_line(0, 0, std::string(26, 'A'), red, green);
   EXPECT_EQ(picture_of(sentPixels(), 128), beside({times(25, {"..#..", ".#.#.", "#####", "#...#"}), bare(3, 4)}));
 }
 
-TEST_F(TextLine, by_default_is_black_on_white_and_resets_the_window_twice) {
+TEST_F(TextLineTest, default_colours_are_black_on_white_and_the_window_is_reset_twice) {
   EXPECT_EQ(tft_text_line_default(0, 0, "A"), 0);
   EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + Lines{"w 0a03 2048 ..."} +
                                     whole_window + whole_window);
@@ -129,7 +129,7 @@ TEST_F(TextLine, by_default_is_black_on_white_and_resets_the_window_twice) {
     ASSERT_EQ(pixels[i], i % 128 < 8 && letter_a[i / 128][i % 128] == '#' ? 0x0000 : 0xFFFF) << i;
 }
 
-TEST_F(TextLine, of_a_screen_that_does_not_exist_writes_nothing) {
+TEST_F(TextLineTest, wrong_screen_is_reported_and_writes_nothing) {
   int result = 0;
   EXPECT_EQ(output_of([&] { result = tft_text_line(3, 0, "A", red, green); }), "Invalid screen ID 3.\n");
   EXPECT_EQ(result, -1);
@@ -138,7 +138,7 @@ TEST_F(TextLine, of_a_screen_that_does_not_exist_writes_nothing) {
   EXPECT_THAT(device.takeLines(), IsEmpty());
 }
 
-TEST_F(TextLine, that_cannot_be_drawn_says_so_and_resets_the_window) {
+TEST_F(TextLineTest, undrawable_glyph_is_reported_and_resets_the_window) {
   const char *const fonts[] = {"8x16-in-two-bytes", "8x16-in-one-byte", "33x2", "unencoded"};
   for (const std::string font : fonts) {
     load(font);
@@ -152,18 +152,18 @@ TEST_F(TextLine, that_cannot_be_drawn_says_so_and_resets_the_window) {
   }
 }
 
-TEST_F(TextLine, fails_for_one_empty_glyph_among_good_ones) {
+TEST_F(TextLineTest, fails_for_one_empty_glyph_among_good_ones) {
   EXPECT_EQ(output_of([] { tft_text_line(0, 0, "AB_", red, green); }),
             "Error generating line bitmap using FreeType.\n");
   EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + whole_window);
 }
 
-TEST_F(TextLine, fails_without_a_text) {
+TEST_F(TextLineTest, fails_without_a_text) {
   EXPECT_EQ(output_of([] { tft_text_line(0, 0, {}, red, green); }), "Error generating line bitmap using FreeType.\n");
   EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + whole_window);
 }
 
-TEST_F(TextLine, fails_by_default_too_and_resets_the_window_twice) {
+TEST_F(TextLineTest, fails_by_default_too_and_resets_the_window_twice) {
   load("unencoded");
   int result = 0;
   EXPECT_EQ(output_of([&] { result = tft_text_line_default(0, 0, "A"); }),
@@ -172,7 +172,7 @@ TEST_F(TextLine, fails_by_default_too_and_resets_the_window_twice) {
   EXPECT_EQ(device.takeLines(), rows_on_screen_0("0101") + start_pixels_on_screen_0 + whole_window + whole_window);
 }
 
-TEST_F(TextLine, sends_no_pixels_and_is_quiet_without_freetype) {
+TEST_F(TextLineTest, sends_no_pixels_and_is_quiet_without_freetype) {
   panel_lib_done();
   int result = -1;
   EXPECT_EQ(output_of([&] { result = tft_text_line(0, 3, "A", red, green); }), "");

@@ -12,9 +12,9 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Tft : public PanelTest {};
+class TftTest : public PanelTest {};
 
-TEST_F(Tft, screens_have_one_controller_each_and_minus_one_has_all) {
+TEST_F(TftTest, screens_have_one_controller_each_and_minus_one_has_all) {
   EXPECT_EQ(tft_select_mask(0), 1U);
   EXPECT_EQ(tft_select_mask(1), 2U);
   EXPECT_EQ(tft_select_mask(2), 4U);
@@ -23,7 +23,7 @@ TEST_F(Tft, screens_have_one_controller_each_and_minus_one_has_all) {
     EXPECT_EQ(tft_select_mask(id), std::nullopt) << id;
 }
 
-TEST_F(Tft, ports_lie_two_registers_a_mask_apart) {
+TEST_F(TftTest, ports_lie_two_registers_a_mask_apart) {
   std::uint16_t pixels[] = {1, 2};
   for (const unsigned mask : {1U, 2U, 4U, 7U}) {
     tft_write_index(mask, 0x44);
@@ -36,7 +36,7 @@ TEST_F(Tft, ports_lie_two_registers_a_mask_apart) {
                           "w 0a0f 1 8304", "w 0a0f 2 0001 0002"));
 }
 
-TEST_F(Tft, pixel_count_is_cut_to_16_bits) {
+TEST_F(TftTest, pixel_count_is_cut_to_16_bits) {
   std::vector<std::uint16_t> pixels(0x10002, 0x0003);
   tft_write_pixels(1, pixels.data(), 0x10002);
   tft_write_pixels(1, pixels.data(), 0x10000);
@@ -44,7 +44,7 @@ TEST_F(Tft, pixel_count_is_cut_to_16_bits) {
   EXPECT_THAT(device.takeLines(), ElementsAre("w 0a03 2 0003 0003", "w 0a03 0", "w 0a03 65535 0003 * 65535"));
 }
 
-TEST_F(Tft, functions_return_the_device_s_result) {
+TEST_F(TftTest, functions_return_the_device_s_result) {
   device.result = -1;
   std::uint16_t pixel = 0;
   EXPECT_EQ(tft_write_index(1, 0), -1);
@@ -54,7 +54,7 @@ TEST_F(Tft, functions_return_the_device_s_result) {
   EXPECT_EQ(tft_set_intensity(0), 0);
 }
 
-TEST_F(Tft, window_reset_opens_the_whole_glass_on_all_controllers) {
+TEST_F(TftTest, window_reset_opens_the_whole_screen_on_all_controllers) {
   tft_reset_window();
   EXPECT_EQ(device.takeLines(), whole_window);
 }
@@ -67,7 +67,7 @@ Lines all_controllers_registers(const std::vector<std::pair<const char *, const 
   return lines;
 }
 
-TEST_F(Tft, power_on_sequence_is_complete_in_order_and_waits) {
+TEST_F(TftTest, power_on_sequence_is_complete_in_order_and_waits) {
   std::vector<std::chrono::steady_clock::time_point> times;
   device.before_transfer = [&](TransferRecord &) { times.push_back(std::chrono::steady_clock::now()); };
   tft_controller_init();
@@ -88,7 +88,7 @@ TEST_F(Tft, power_on_sequence_is_complete_in_order_and_waits) {
   EXPECT_GE(times[92] - times[91], 100ms);
 }
 
-TEST_F(Tft, intensity_is_a_level_of_0_to_63_with_both_enable_bits) {
+TEST_F(TftTest, intensity_is_a_level_of_0_to_63_with_both_enable_bits) {
   const std::pair<unsigned, const char *> rows[] = {{0, "w 0800 1 c000"},  {1, "w 0800 1 c000"},
                                                     {2, "w 0800 1 c100"},  {50, "w 0800 1 df00"},
                                                     {99, "w 0800 1 fe00"}, {100, "w 0800 1 ff00"}};
@@ -98,7 +98,7 @@ TEST_F(Tft, intensity_is_a_level_of_0_to_63_with_both_enable_bits) {
   }
 }
 
-TEST_F(Tft, intensity_outside_0_to_100_is_refused) {
+TEST_F(TftTest, intensity_outside_0_to_100_is_refused) {
   for (const int percent : {101, 163, 256, -1, -2147483647 - 1}) {
     int result = 0;
     EXPECT_EQ(output_of([&] { result = tft_set_intensity(static_cast<unsigned>(percent)); }),
@@ -108,7 +108,7 @@ TEST_F(Tft, intensity_outside_0_to_100_is_refused) {
   EXPECT_THAT(device.takeLines(), IsEmpty());
 }
 
-TEST_F(Tft, blackout_resets_the_window_everywhere_and_clears_its_own_screen) {
+TEST_F(TftTest, blackout_resets_the_window_everywhere_and_clears_its_own_screen) {
   struct {
     int screen;
     const char *index_port;
@@ -125,7 +125,7 @@ TEST_F(Tft, blackout_resets_the_window_everywhere_and_clears_its_own_screen) {
   }
 }
 
-TEST_F(Tft, blackout_of_a_screen_that_does_not_exist_writes_nothing) {
+TEST_F(TftTest, blackout_of_a_wrong_screen_writes_nothing) {
   EXPECT_EQ(output_of([] { tft_blackout(3); }), "Invalid screen ID 3.\n");
   EXPECT_EQ(output_of([] { tft_blackout(-2); }), "Invalid screen ID -2.\n");
   EXPECT_THAT(device.takeLines(), IsEmpty());
