@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
@@ -23,6 +24,14 @@ bool process_events_until(Condition done, std::chrono::milliseconds limit = std:
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
   return true;
+}
+
+/// Runs the event loop of the calling thread until nothing is left to do at once: no event is posted, no descriptor is
+/// ready, no timer is due.
+inline void process_ready_events() {
+  QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
+  while (dispatcher->processEvents(QEventLoop::AllEvents)) {
+  }
 }
 
 } // namespace buttondriver::test

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <chrono>
 #include <future>
 #include <memory>
 
@@ -183,22 +184,32 @@ TEST_F(VacuumTest, the_caller_does_not_wait_for_the_display) {
   EXPECT_EQ(_memory.line(0, 0), "10                  ");
 }
 
-/// A thread that gets no processor for longer than anybody would guess.
-class SlowVacuum : public Vacuum {
+/// A thread that has started, but gets no processor until it is let go.
+class HeldVacuum : public Vacuum {
 public:
   using Vacuum::Vacuum;
+  void letGo() { _gate.set_value(); }
 
 protected:
   void run() override {
-    msleep(500);
+    _opened.wait();
     Vacuum::run();
   }
+
+private:
+  std::promise<void> _gate;
+  std::shared_future<void> _opened = _gate.get_future().share();
 };
 
 TEST_F(VacuumTest, loses_no_text_while_the_thread_is_slow_to_start) {
-  SlowVacuum vacuum(nullptr, _memory.register_base(), into(_memory));
-  vacuum.setText(0, QStringLiteral("first"));
-  vacuum.setText(1, QStringLiteral("second"));
+  HeldVacuum vacuum(nullptr, _memory.register_base(), into(_memory));
+  const std::future<void> caller = std::async(std::launch::async, [&] {
+    vacuum.setText(0, QStringLiteral("first"));
+    vacuum.setText(1, QStringLiteral("second"));
+  });
+  // Longer than the caller waits in one go; ends at once if it gives up.
+  EXPECT_EQ(caller.wait_for(std::chrono::milliseconds(300)), std::future_status::timeout);
+  vacuum.letGo();
   ASSERT_TRUE(_memory.wait_for_stores(2 * stores_of_a_text, limit));
   EXPECT_EQ(_memory.line(0, 0), "first               ");
   EXPECT_EQ(_memory.line(1, 0), "second              ");

@@ -3,19 +3,19 @@
 
 #include "libraries/stopwatch/captured_stream.h"
 #include "libraries/stopwatch/golden_headers.h"
-#include "libraries/stopwatch/temporary_folder.h"
 #include "libraries/stopwatch/test_clock.h"
 #include "libraries/stopwatch/time_zone.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 namespace stopwatch {
 namespace {
 
+using buttondriver::test::read_file;
+using buttondriver::test::TemporaryFolder;
 using test::CapturedStream;
-using test::content_of;
 using test::delta_header;
-using test::TemporaryFolder;
 using test::TestClock;
 using test::time_stamp_header;
 using test::TimeZone;
@@ -37,7 +37,7 @@ protected:
   }
 
   const TemporaryFolder _folder;
-  const std::string _log = _folder.file("times.log");
+  const std::string _log = _folder.path("times.log");
   const TimeZone _zone{"UTC0"};
   CapturedStream _output{std::cout};
 };
@@ -77,7 +77,7 @@ TEST_F(StopWatchReportTest, is_two_empty_lines_for_an_empty_table) {
   StopWatch watch(4, _log, false);
   watch.reportAll();
   EXPECT_EQ(_output.take(), "\n\n");
-  EXPECT_EQ(content_of(_log), "");
+  EXPECT_EQ(read_file(_log), "");
 }
 
 TEST_F(StopWatchReportTest, goes_where_the_log_modes_say) {
@@ -110,7 +110,7 @@ TEST_F(StopWatchReportTest, goes_where_the_log_modes_say) {
     addFour(watch, row.modes);
     watch.reportAll();
     EXPECT_EQ(_output.take(), row.output) << row.name;
-    EXPECT_EQ(content_of(_log), row.log) << row.name;
+    EXPECT_EQ(read_file(_log), row.log) << row.name;
   }
 }
 
@@ -130,7 +130,7 @@ TEST_F(StopWatchReportTest, a_log_file_set_later_does_not_change_the_modes) {
   watch.addEvent("text", "one line", delta_event, log_to_file);
   watch.reportAll();
   EXPECT_EQ(_output.take(), delta_header + draw + "\n\n");
-  EXPECT_EQ(content_of(_log), text);
+  EXPECT_EQ(read_file(_log), text);
 }
 
 TEST_F(StopWatchReportTest, follows_a_changed_log_mode_of_the_first_event_of_a_name) {
@@ -140,21 +140,21 @@ TEST_F(StopWatchReportTest, follows_a_changed_log_mode_of_the_first_event_of_a_n
   EXPECT_TRUE(watch.setLogMode("draw", log_to_file));
   watch.reportAll();
   EXPECT_EQ(_output.take(), draw + "\n\n");
-  EXPECT_EQ(content_of(_log), delta_header + draw);
+  EXPECT_EQ(read_file(_log), delta_header + draw);
 }
 
 TEST_F(StopWatchReportTest, goes_to_the_new_log_file_after_a_change) {
-  const std::string other = _folder.file("other.log");
+  const std::string other = _folder.path("other.log");
   StopWatch watch(1, _log, false);
   watch.addEvent("draw", "one screen", delta_event, log_to_file);
   watch.reportAll();
   EXPECT_TRUE(watch.setLogFile(other));
   watch.reportAll();
   watch.reportAll();
-  EXPECT_EQ(content_of(_log), delta_header + draw);
-  EXPECT_EQ(content_of(other), delta_header + draw + delta_header + draw);
+  EXPECT_EQ(read_file(_log), delta_header + draw);
+  EXPECT_EQ(read_file(other), delta_header + draw + delta_header + draw);
   EXPECT_TRUE(watch.setLogFile(other));
-  EXPECT_EQ(content_of(other), "");
+  EXPECT_EQ(read_file(other), "");
 }
 
 TEST_F(StopWatchReportTest, prints_and_takes_back_a_header_that_was_pending_already) {
@@ -197,7 +197,7 @@ TEST_F(StopWatchReportTest, destruction_reports_only_when_set_and_prints_the_del
       EXPECT_EQ(_output.take(), "");
     }
     EXPECT_EQ(_output.take(), row.output);
-    EXPECT_EQ(content_of(_log), row.report ? delta_header + draw + text + time_stamp_header + boot + load : "");
+    EXPECT_EQ(read_file(_log), row.report ? delta_header + draw + text + time_stamp_header + boot + load : "");
   }
 }
 

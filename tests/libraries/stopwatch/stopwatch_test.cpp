@@ -2,8 +2,8 @@
 #include "stopwatch/stopwatch.h"
 
 #include "libraries/stopwatch/captured_stream.h"
-#include "libraries/stopwatch/temporary_folder.h"
 #include "libraries/stopwatch/test_clock.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +12,9 @@
 namespace stopwatch {
 namespace {
 
+using buttondriver::test::read_file;
+using buttondriver::test::TemporaryFolder;
 using test::CapturedStream;
-using test::content_of;
-using test::TemporaryFolder;
 using test::TestClock;
 
 void write_file(const std::string &path, const std::string &content) { std::ofstream(path) << content; }
@@ -63,7 +63,7 @@ TEST(StopWatchTest, refuses_events_beyond_its_maximum) {
   for (const Row &row : rows) {
     const CapturedStream output(std::cout);
     CapturedStream errors(std::cerr);
-    StopWatch watch(row.maximum, folder.file("times.log"), row.verbose);
+    StopWatch watch(row.maximum, folder.path("times.log"), row.verbose);
     for (unsigned i = 0; i < row.maximum; ++i)
       EXPECT_NE(watch.addEvent("fits", "", delta_event, log_to_both), nullptr);
     EXPECT_EQ(errors.take(), "");
@@ -223,7 +223,7 @@ TEST(StopWatchTest, log_modes_that_need_a_log_file_are_refused_without_one) {
     EXPECT_EQ(watch.setLogMode(row.name, row.mode), row.accepted) << row.name << ' ' << row.mode;
 
   const TemporaryFolder folder;
-  EXPECT_TRUE(watch.setLogFile(folder.file("times.log")));
+  EXPECT_TRUE(watch.setLogFile(folder.path("times.log")));
   for (const std::int32_t mode : {0, 1, 2, 3})
     EXPECT_TRUE(watch.setLogMode("draw", mode)) << mode;
   EXPECT_FALSE(watch.setLogMode("other", 2));
@@ -240,26 +240,26 @@ TEST(StopWatchTest, a_refused_log_mode_leaves_the_old_one) {
 
 TEST(StopWatchTest, construction_empties_the_log_file) {
   const TemporaryFolder folder;
-  write_file(folder.file("times.log"), "old\n");
-  const StopWatch watch(1, folder.file("times.log"), false);
-  EXPECT_EQ(content_of(folder.file("times.log")), "");
+  write_file(folder.path("times.log"), "old\n");
+  const StopWatch watch(1, folder.path("times.log"), false);
+  EXPECT_EQ(read_file(folder.path("times.log")), "");
 }
 
 TEST(StopWatchTest, an_empty_log_file_name_is_refused_and_the_log_file_kept) {
   const TemporaryFolder folder;
   const CapturedStream output(std::cout);
   CapturedStream errors(std::cerr);
-  StopWatch watch(1, folder.file("times.log"), false);
+  StopWatch watch(1, folder.path("times.log"), false);
   watch.addEvent("draw", "", delta_event, log_to_file);
   EXPECT_FALSE(watch.setLogFile(""));
   EXPECT_EQ(errors.take(), "Error: Log file name supplied is empty.");
   watch.reportAll();
-  EXPECT_NE(content_of(folder.file("times.log")).find("\ndraw "), std::string::npos);
+  EXPECT_NE(read_file(folder.path("times.log")).find("\ndraw "), std::string::npos);
 }
 
 TEST(StopWatchTest, a_log_file_that_cannot_be_opened_is_no_error) {
   const TemporaryFolder folder;
-  const std::string nowhere = folder.file("no such folder/times.log");
+  const std::string nowhere = folder.path("no such folder/times.log");
   CapturedStream output(std::cout);
   CapturedStream errors(std::cerr);
   StopWatch watch(2, nowhere, true);
@@ -269,9 +269,9 @@ TEST(StopWatchTest, a_log_file_that_cannot_be_opened_is_no_error) {
   EXPECT_EQ(output.take(), "\n\n");
   EXPECT_EQ(errors.take(), "");
 
-  EXPECT_TRUE(watch.setLogFile(folder.file("times.log")));
+  EXPECT_TRUE(watch.setLogFile(folder.path("times.log")));
   watch.reportAll();
-  EXPECT_NE(content_of(folder.file("times.log")).find("\ndraw           one screen"), std::string::npos);
+  EXPECT_NE(read_file(folder.path("times.log")).find("\ndraw           one screen"), std::string::npos);
 }
 
 } // namespace

@@ -52,6 +52,7 @@ namespace {
 
 using buttondriver::test::CapturedLog;
 using buttondriver::test::process_events_until;
+using buttondriver::test::process_ready_events;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -70,8 +71,7 @@ void destroying_the_bridge() {
 void slow() {
   ++calls_under_way;
   calls.push_back("slow " + std::to_string(calls_under_way));
-  for (int round = 0; round < 10; ++round)
-    QCoreApplication::processEvents();
+  process_ready_events();
   --calls_under_way;
 }
 
@@ -109,8 +109,7 @@ protected:
   static testing::AssertionResult see_calls(std::size_t count) {
     if (!process_events_until([count] { return calls.size() >= count; }))
       return testing::AssertionFailure() << "only " << calls.size() << " calls";
-    for (int round = 0; round < 10; ++round)
-      QCoreApplication::processEvents();
+    process_ready_events();
     return testing::AssertionSuccess();
   }
 
@@ -330,7 +329,7 @@ TEST_F(UnixSignalHandlerTest, a_signal_after_the_destruction_is_harmless) {
   ASSERT_TRUE(UnixSignalHandler::installSignalHandler(SIGUSR1, first));
   bridge.reset();
   ::raise(SIGUSR1);
-  QCoreApplication::processEvents();
+  process_ready_events();
   EXPECT_THAT(calls, IsEmpty());
   EXPECT_FALSE(UnixSignalHandler::removeSignalHandler(SIGUSR1));
 }
