@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The daemon itself, as it runs on a machine without the panel's hardware.
 
+#include "files/owned_descriptor.h"
 #include "support/program.h"
 
 #include <QHostAddress>
@@ -66,25 +67,28 @@ TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_is_gone) {
 TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_does_not_read) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
-  const QString redirected = QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&1").arg(ends[1]);
+  OwnedDescriptor reading_end(ends[0]);
+  OwnedDescriptor writing_end(ends[1]);
+  const QString redirected = QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&1").arg(writing_end.get());
   Program daemon(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), redirected, program});
-  ::close(ends[1]);
+  writing_end.reset();
   const auto client = daemon.connectTo();
   // Each byte makes a line: far more than the pipe takes.
   client->write(QByteArray::fromHex("00010004 00000000") + QByteArray(0x10000, 'x'));
   EXPECT_TRUE(test::answered_ping(*client));
   EXPECT_TRUE(test::answered_ping(*client));
-  ::close(ends[0]);
+  reading_end.reset();
   EXPECT_TRUE(test::answered_ping(*client));
 }
 
 TEST(ButtondriverProgramTest, starts_even_when_the_reader_of_its_log_has_gone_already) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
-  ::close(ends[0]);
-  const QString redirected = QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&1").arg(ends[1]);
+  OwnedDescriptor(ends[0]).reset();
+  OwnedDescriptor writing_end(ends[1]);
+  const QString redirected = QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&1").arg(writing_end.get());
   Program daemon(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), redirected, program});
-  ::close(ends[1]);
+  writing_end.reset();
   const auto client = daemon.connectTo();
   EXPECT_TRUE(test::answered_ping(*client));
 }
@@ -111,17 +115,16 @@ TEST(ButtondriverProgramTest, a_ping_is_answered_to_a_client_that_has_closed_its
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
   const quint16 port = daemon.listeningPort();
   for (int i = 0; i < 20; ++i) {
-    const int client = ::socket(AF_INET, SOCK_STREAM, 0);
+    const OwnedDescriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ASSERT_EQ(::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-    ASSERT_EQ(::send(client, "\0\0\0\x04\0\0\0\x0c", 8, 0), 8);
-    ASSERT_EQ(::shutdown(client, SHUT_WR), 0);
+    ASSERT_EQ(::connect(client.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    ASSERT_EQ(::send(client.get(), "\0\0\0\x04\0\0\0\x0c", 8, 0), 8);
+    ASSERT_EQ(::shutdown(client.get(), SHUT_WR), 0);
     char answer[16];
-    EXPECT_EQ(::recv(client, answer, sizeof answer, MSG_WAITALL), 8) << i;
-    ::close(client);
+    EXPECT_EQ(::recv(client.get(), answer, sizeof answer, MSG_WAITALL), 8) << i;
   }
 }
 

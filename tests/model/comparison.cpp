@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/comparison.h"
 
+#include "files/owned_descriptor.h"
+
 #include <QFile>
 
 #include <cstdio>
@@ -17,21 +19,19 @@ class Silence {
 public:
   Silence() : _saved(::dup(STDOUT_FILENO)), _handler(qInstallMessageHandler([](auto, const auto &, const auto &) {})) {
     std::fflush(stdout);
-    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    ::dup2(nowhere, STDOUT_FILENO);
-    ::close(nowhere);
+    const OwnedDescriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    ::dup2(nowhere.get(), STDOUT_FILENO);
   }
   ~Silence() {
     std::fflush(stdout);
-    ::dup2(_saved, STDOUT_FILENO);
-    ::close(_saved);
+    ::dup2(_saved.get(), STDOUT_FILENO);
     qInstallMessageHandler(_handler);
   }
   Silence(const Silence &) = delete;
   Silence &operator=(const Silence &) = delete;
 
 private:
-  int _saved;
+  OwnedDescriptor _saved;
   QtMessageHandler _handler;
 };
 

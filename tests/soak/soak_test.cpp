@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "files/owned_descriptor.h"
 #include "soak/verdict.h"
 #include "soak/watched_process.h"
 
@@ -93,9 +94,8 @@ TEST(WatchedProcessTest, sees_memory_and_descriptors_of_a_process) {
   const WatchedProcess own(::getpid());
   EXPECT_GT(own.memoryKib(), 500);
   const int before = own.descriptors();
-  const int another = ::dup(STDOUT_FILENO);
+  const OwnedDescriptor another(::dup(STDOUT_FILENO));
   EXPECT_EQ(own.descriptors(), before + 1);
-  ::close(another);
 }
 
 TEST(WatchedProcessTest, missing_process_is_not_alive) { EXPECT_FALSE(WatchedProcess(-1).isAlive()); }

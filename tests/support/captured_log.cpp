@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/captured_log.h"
 
+#include "files/owned_file.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
@@ -41,35 +43,32 @@ std::vector<std::string> CapturedLog::take() {
 
 CapturedOutput::CapturedOutput() {
   std::fflush(stdout);
-  std::FILE *file = std::tmpfile();
+  const OwnedFile file(std::tmpfile());
   if (!file)
     throw std::runtime_error("no temporary file");
-  _file = ::dup(::fileno(file));
-  std::fclose(file);
-  _saved = ::dup(STDOUT_FILENO);
-  ::dup2(_file, STDOUT_FILENO);
+  _file.reset(::dup(::fileno(file.get())));
+  _saved.reset(::dup(STDOUT_FILENO));
+  ::dup2(_file.get(), STDOUT_FILENO);
 }
 
 CapturedOutput::~CapturedOutput() {
   // What nobody took may be the report of a failed expectation.
   const std::string rest = take();
-  ::dup2(_saved, STDOUT_FILENO);
+  ::dup2(_saved.get(), STDOUT_FILENO);
   std::fputs(rest.c_str(), stdout);
   std::fflush(stdout);
-  ::close(_saved);
-  ::close(_file);
 }
 
 std::string CapturedOutput::take() {
   std::fflush(stdout);
   std::string text;
-  const off_t size = ::lseek(_file, 0, SEEK_END);
+  const off_t size = ::lseek(_file.get(), 0, SEEK_END);
   text.resize(static_cast<std::size_t>(size));
-  const ssize_t got = ::pread(_file, text.data(), text.size(), 0);
+  const ssize_t got = ::pread(_file.get(), text.data(), text.size(), 0);
   text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-  if (::ftruncate(_file, 0) != 0)
+  if (::ftruncate(_file.get(), 0) != 0)
     throw std::runtime_error("the captured output cannot be emptied");
-  ::lseek(_file, 0, SEEK_SET);
+  ::lseek(_file.get(), 0, SEEK_SET);
   return text;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "files/owned_descriptor.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -34,8 +36,8 @@ public:
   std::string take();
 
 private:
-  int _saved;
-  int _file;
+  OwnedDescriptor _saved;
+  OwnedDescriptor _file;
 };
 
 } // namespace buttondriver::test

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "logging/log_channel.h"
 
+#include "files/owned_descriptor.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -9,7 +11,6 @@
 #include <string>
 #include <thread>
 #include <unistd.h>
-#include <utility>
 
 namespace buttondriver {
 namespace {
@@ -19,33 +20,29 @@ protected:
   LogChannelTest() {
     int ends[2];
     EXPECT_EQ(::pipe(ends), 0);
-    reading_end = ends[0];
-    writing_end = ends[1];
-    EXPECT_EQ(::fcntl(writing_end, F_SETPIPE_SZ, pipe_size), pipe_size);
-  }
-  ~LogChannelTest() override {
-    ::close(reading_end);
-    ::close(writing_end);
+    reading_end.reset(ends[0]);
+    writing_end.reset(ends[1]);
+    EXPECT_EQ(::fcntl(writing_end.get(), F_SETPIPE_SZ, pipe_size), pipe_size);
   }
 
   /// What is in the pipe, without waiting for more.
   std::string takeAll() const {
-    ::fcntl(reading_end, F_SETFL, O_NONBLOCK);
+    ::fcntl(reading_end.get(), F_SETFL, O_NONBLOCK);
     std::string all;
     char piece[4096];
-    for (ssize_t got = 0; (got = ::read(reading_end, piece, sizeof piece)) > 0;)
+    for (ssize_t got = 0; (got = ::read(reading_end.get(), piece, sizeof piece)) > 0;)
       all.append(piece, static_cast<std::size_t>(got));
     return all;
   }
 
   static constexpr int pipe_size = 16 * 1024;
   static constexpr std::chrono::milliseconds short_patience{1};
-  int reading_end = -1;
-  int writing_end = -1;
+  OwnedDescriptor reading_end;
+  OwnedDescriptor writing_end;
 };
 
 TEST_F(LogChannelTest, texts_that_find_no_room_are_lost_and_counted_in_the_log) {
-  LogChannel channel(writing_end, short_patience);
+  LogChannel channel(writing_end.get(), short_patience);
   const std::string fitting(pipe_size, 'a');
   channel.write(fitting);
   for (int i = 0; i < 3; ++i)
@@ -58,7 +55,7 @@ TEST_F(LogChannelTest, texts_that_find_no_room_are_lost_and_counted_in_the_log) 
 }
 
 TEST_F(LogChannelTest, a_text_that_was_cut_off_does_not_run_into_the_next) {
-  LogChannel channel(writing_end, short_patience);
+  LogChannel channel(writing_end.get(), short_patience);
   channel.write(std::string(pipe_size, 'a') + "cut off\n");
   EXPECT_EQ(takeAll(), std::string(pipe_size, 'a'));
   channel.write("whole\n");
@@ -71,29 +68,28 @@ TEST_F(LogChannelTest, a_slow_reader_loses_nothing) {
   std::thread reader([&] {
     char piece[1000];
     while (received.size() < length) {
-      const ssize_t got = ::read(reading_end, piece, sizeof piece);
+      const ssize_t got = ::read(reading_end.get(), piece, sizeof piece);
       if (got <= 0)
         return;
       received.append(piece, static_cast<std::size_t>(got));
     }
   });
-  LogChannel(writing_end, std::chrono::seconds(20)).write(std::string(length, 'x'));
+  LogChannel(writing_end.get(), std::chrono::seconds(20)).write(std::string(length, 'x'));
   reader.join();
   EXPECT_EQ(received, std::string(length, 'x'));
 }
 
 TEST_F(LogChannelTest, descriptors_that_fail_are_ignored) {
-  const int full = ::open("/dev/full", O_WRONLY);
+  const OwnedDescriptor full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
   constexpr int closed = 1'000'000;
   // As the programs do.
   std::signal(SIGPIPE, SIG_IGN);
-  ::close(std::exchange(reading_end, -1));
-  for (const int descriptor : {full, closed, writing_end}) {
+  reading_end.reset();
+  for (const int descriptor : {full.get(), closed, writing_end.get()}) {
     LogChannel channel(descriptor);
     channel.write("one\n");
     channel.write("two\n");
   }
-  ::close(full);
 }
 
 } // namespace

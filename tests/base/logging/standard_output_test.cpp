@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "logging/standard_output.h"
 
+#include "files/owned_descriptor.h"
 #include "support/captured_log.h"
 
 #include <gtest/gtest.h>
@@ -17,18 +18,18 @@ TEST(StandardOutputTest, reaches_a_pipe_at_once_without_a_line_feed) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   std::fflush(stdout);
-  const int saved = ::dup(STDOUT_FILENO);
-  ::dup2(ends[1], STDOUT_FILENO);
+  const OwnedDescriptor reading_end(ends[0]);
+  OwnedDescriptor writing_end(ends[1]);
+  const OwnedDescriptor saved(::dup(STDOUT_FILENO));
+  ::dup2(writing_end.get(), STDOUT_FILENO);
   print("no line feed %d", 7);
   print_line("; a line");
-  ::dup2(saved, STDOUT_FILENO);
-  ::close(saved);
-  ::close(ends[1]);
+  ::dup2(saved.get(), STDOUT_FILENO);
+  writing_end.reset();
   char text[64] = {};
   std::size_t length = 0;
   for (ssize_t got = 1; got > 0; length += static_cast<std::size_t>(got))
-    got = ::read(ends[0], text + length, sizeof text - length - 1);
-  ::close(ends[0]);
+    got = ::read(reading_end.get(), text + length, sizeof text - length - 1);
   EXPECT_STREQ(text, "no line feed 7; a line\n");
 }
 

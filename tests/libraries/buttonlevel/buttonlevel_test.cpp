@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonlevel/buttonlevel.h"
 
+#include "files/owned_descriptor.h"
 #include "support/captured_log.h"
 
 #include <QFile>
@@ -167,25 +168,22 @@ TEST_F(ButtonlevelFileTest, pipe_in_its_place_is_not_waited_for) {
   EXPECT_FALSE(readButtonlevelFile(levels, _path));
   writeButtonlevelFile(levels, _path);
   // The same with somebody at the other end.
-  const int other_end = ::open(_path.c_str(), O_RDWR | O_CLOEXEC);
+  const OwnedDescriptor other_end(::open(_path.c_str(), O_RDWR | O_CLOEXEC));
   EXPECT_FALSE(readButtonlevelFile(levels, _path));
   writeButtonlevelFile(levels, _path);
-  EXPECT_EQ(::fcntl(other_end, F_SETFL, O_NONBLOCK), 0);
+  EXPECT_EQ(::fcntl(other_end.get(), F_SETFL, O_NONBLOCK), 0);
   char byte = 0;
-  EXPECT_EQ(::read(other_end, &byte, 1), -1) << "nothing was written";
-  ::close(other_end);
+  EXPECT_EQ(::read(other_end.get(), &byte, 1), -1) << "nothing was written";
   EXPECT_THAT(_log.take(), SizeIs(4));
 }
 
 TEST_F(ButtonlevelFileTest, leaves_no_descriptor_open) {
-  const int before = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-  ::close(before);
+  const int before = OwnedDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).get();
   QStringList levels;
   readButtonlevelFile(levels, _path);
   readButtonlevelFile(levels, in_folder("."));
   writeButtonlevelFile(levels, _path);
-  const int after = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-  ::close(after);
+  const int after = OwnedDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).get();
   EXPECT_EQ(after, before);
 }
 

@@ -7,63 +7,48 @@
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
-#include <utility>
 
 namespace buttondriver::soak {
 
 LoopbackSocket::LoopbackSocket(std::uint16_t port, int receive_buffer)
     : _descriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   if (receive_buffer > 0)
-    ::setsockopt(_descriptor, SOL_SOCKET, SO_RCVBUF, &receive_buffer, sizeof receive_buffer);
+    ::setsockopt(_descriptor.get(), SOL_SOCKET, SO_RCVBUF, &receive_buffer, sizeof receive_buffer);
   const int at_once = 1;
-  ::setsockopt(_descriptor, IPPROTO_TCP, TCP_NODELAY, &at_once, sizeof at_once);
+  ::setsockopt(_descriptor.get(), IPPROTO_TCP, TCP_NODELAY, &at_once, sizeof at_once);
   const timeval limit{5, 0};
-  ::setsockopt(_descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+  ::setsockopt(_descriptor.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (::connect(_descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+  if (::connect(_descriptor.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
     close();
   else
-    ::fcntl(_descriptor, F_SETFL, O_NONBLOCK);
-}
-
-LoopbackSocket::LoopbackSocket(LoopbackSocket &&other) noexcept : _descriptor(std::exchange(other._descriptor, -1)) {}
-
-LoopbackSocket &LoopbackSocket::operator=(LoopbackSocket &&other) noexcept {
-  std::swap(_descriptor, other._descriptor);
-  return *this;
-}
-
-void LoopbackSocket::close() {
-  if (_descriptor >= 0)
-    ::close(_descriptor);
-  _descriptor = -1;
+    ::fcntl(_descriptor.get(), F_SETFL, O_NONBLOCK);
 }
 
 void LoopbackSocket::reset() {
   const linger at_once{1, 0};
-  ::setsockopt(_descriptor, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+  ::setsockopt(_descriptor.get(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
   close();
 }
 
 std::size_t LoopbackSocket::send(std::string_view bytes) {
-  return isOpen() ? countOrClose(::send(_descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL)) : 0;
+  return isOpen() ? countOrClose(::send(_descriptor.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL)) : 0;
 }
 
 std::size_t LoopbackSocket::receive(char *place, std::size_t count) {
   if (!isOpen())
     return 0;
-  const ssize_t received = ::recv(_descriptor, place, count, 0);
+  const ssize_t received = ::recv(_descriptor.get(), place, count, 0);
   if (received == 0)
     close();
   return countOrClose(received);
 }
 
 bool LoopbackSocket::waitForData(int limit_ms) const {
-  pollfd socket{_descriptor, POLLIN, 0};
+  pollfd socket{_descriptor.get(), POLLIN, 0};
   return ::poll(&socket, 1, limit_ms) > 0;
 }
 

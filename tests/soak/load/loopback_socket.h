@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "files/owned_descriptor.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -15,12 +17,9 @@ public:
   LoopbackSocket() = default;
   /// With a `receive_buffer` above 0 the kernel keeps only about so many unread bytes.
   explicit LoopbackSocket(std::uint16_t port, int receive_buffer = 0);
-  ~LoopbackSocket() { close(); }
-  LoopbackSocket(LoopbackSocket &&other) noexcept;
-  LoopbackSocket &operator=(LoopbackSocket &&other) noexcept;
 
-  bool isOpen() const { return _descriptor >= 0; }
-  void close();
+  bool isOpen() const { return bool(_descriptor); }
+  void close() { _descriptor.reset(); }
   /// Ends the connection without the farewell of TCP: the peer gets a reset.
   void reset();
 
@@ -34,7 +33,7 @@ public:
 private:
   std::size_t countOrClose(ssize_t result);
 
-  int _descriptor = -1;
+  OwnedDescriptor _descriptor;
 };
 
 } // namespace buttondriver::soak

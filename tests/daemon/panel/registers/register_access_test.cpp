@@ -2,13 +2,13 @@
 #include "panel/registers/register_access.h"
 
 #include "daemon/panel/panel_test.h"
+#include "files/owned_descriptor.h"
 #include "panel/tft/tft.h"
 #include "support/hex.h"
 #include "support/temporary_folder.h"
 
 #include <cstring>
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace buttondriver::panel {
 namespace {
@@ -142,10 +142,9 @@ TEST(IoctlRegisterDeviceTest, opens_for_reading_and_writing) {
   const test::TemporaryFolder folder;
   const std::string file = folder.write("node", "");
   use_register_device(nullptr);
-  const int descriptor = fpga_reg_open(file.c_str());
-  ASSERT_GE(descriptor, 0);
-  EXPECT_EQ(::fcntl(descriptor, F_GETFL) & O_ACCMODE, O_RDWR);
-  ::close(descriptor);
+  const OwnedDescriptor descriptor(fpga_reg_open(file.c_str()));
+  ASSERT_TRUE(descriptor);
+  EXPECT_EQ(::fcntl(descriptor.get(), F_GETFL) & O_ACCMODE, O_RDWR);
   EXPECT_EQ(fpga_reg_open(folder.path("missing").c_str()), -1);
 }
 
