@@ -2,12 +2,10 @@
 #pragma once
 
 #include "buttonctl/recording/recording.h"
+#include "files/owned_file.h"
 #include "outcome/outcome.h"
 
 #include <QString>
-
-#include <cstdio>
-#include <memory>
 
 namespace buttondriver::buttonctl {
 
@@ -21,14 +19,10 @@ public:
   Outcome<Done> write(const RecordedFrame &frame);
 
 private:
-  struct CloseFile {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-  };
-
   Outcome<Done> write_line(const QByteArray &line);
 
   QString _name;
-  std::unique_ptr<std::FILE, CloseFile> _file;
+  OwnedFile _file;
 };
 
 } // namespace buttondriver::buttonctl

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "files/owned_file.h"
 #include "simulator/device/transfer.h"
 
 #include <chrono>
-#include <cstdio>
-#include <memory>
 #include <string>
 
 namespace buttondriver::simulator {
@@ -26,12 +25,8 @@ public:
   void record(const Transfer &transfer);
 
 private:
-  struct CloseFile {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-  };
-
   std::chrono::steady_clock::time_point _start = std::chrono::steady_clock::now();
-  std::unique_ptr<std::FILE, CloseFile> _file;
+  OwnedFile _file;
   bool _has_failed = false;
 };
 
