@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace buttondriver::test {
 namespace {
 
@@ -65,20 +67,32 @@ constexpr Mixture pictures = {"pictures", 3, 5, 60, 5, 0, 0, 1, 0, 0, 1};
 constexpr Mixture lamps = {"lamps", 0, 0, 0, 0, 45, 35, 0, 12, 20, 4};
 constexpr Mixture everything = {"everything", 20, 20, 15, 5, 12, 12, 6, 6, 8, 8};
 
-class RandomCommandsTest : public testing::TestWithParam<Mixture> {};
+/// The sequences of each mixture come in so many tests of the same size, so that none of them takes long.
+constexpr std::uint64_t parts = 5;
+
+class RandomCommandsTest : public testing::TestWithParam<std::tuple<Mixture, std::uint64_t>> {};
 
 TEST_P(RandomCommandsTest, show_what_the_model_shows) {
+  const auto &[mixture, part] = GetParam();
+  const std::uint64_t sequences = number_argument(QStringLiteral("--sequences"), usual_sequences);
+  const std::uint64_t seed = number_argument(QStringLiteral("--seed"), usual_seed);
+  const std::uint64_t first = part * sequences / parts;
+  const std::uint64_t end = (part + 1) * sequences / parts;
   Comparison comparison = comparison_with();
-  const auto finding = find_difference(comparison, GetParam(), number_argument(QStringLiteral("--seed"), usual_seed),
-                                       number_argument(QStringLiteral("--sequences"), usual_sequences));
+  const auto finding = find_difference(comparison, mixture, seed + first, end - first);
   if (finding)
     FAIL() << "seed " << finding->seed << ", the shortest that is still different:\n\n"
            << to_text(finding->shortest) << '\n'
            << finding->difference;
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, RandomCommandsTest, testing::Values(texts, pictures, lamps, everything),
-                         [](const auto &row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Of, RandomCommandsTest,
+                         testing::Combine(testing::Values(texts, pictures, lamps, everything),
+                                          testing::Range(std::uint64_t{0}, parts)),
+                         [](const auto &row) {
+                           return std::get<0>(row.param).name + std::string("_part_") +
+                                  std::to_string(std::get<1>(row.param) + 1);
+                         });
 
 /// The sequences of a file, with a line "next" between two of them.
 std::vector<Sequence> sequences_of(const QByteArray &text) {
