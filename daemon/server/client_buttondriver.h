@@ -38,10 +38,6 @@ public:
   /// Whether this client alone has to wait, whatever the choice: then nothing but pings is delivered.
   void setHeld(bool is_held) { _is_held = is_held; }
 
-  /// Whether the connection stands in the line of those that want a turn; kept here for whoever keeps that line.
-  bool isInLine() const { return _is_in_line; }
-  void setInLine(bool is_in_line) { _is_in_line = is_in_line; }
-
 public slots:
   /// Delivers what has arrived, as much as belongs to one turn. Goes on when the connection has ended, until all is
   /// delivered that was read from it; answers to that are lost.
@@ -83,7 +79,6 @@ private:
   QBuffer _rest;           // open once the connection has ended and left something
   qint64 _large_frame = 0; // bytes of the budget that this connection holds
   bool _is_blocked = false;
-  bool _is_in_line = false;
 };
 
 } // namespace buttondriver

@@ -13,15 +13,15 @@
 namespace buttondriver {
 
 Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
-    : _address(address), _port(port), _setter(setter) {
-  connect(&_server, SIGNAL(newConnection()), this, SLOT(newClient()));
-  // With no interval it fires once in each round of the event loop, and sockets have their turn in between.
-  _turn_timer.setInterval(0);
-  connect(&_turn_timer, SIGNAL(timeout()), this, SLOT(serveTurns()));
+    : _address(address), _port(port), _setter(setter), _turns([](ClientButtondriver *client) {
+        if (client->takesTurns())
+          client->clientData();
+      }) {
+  connect(&_server, &QTcpServer::newConnection, this, &Connector::newClient);
+  connect(&_server, &QTcpServer::acceptError, this, &Connector::pauseAcceptingBriefly);
   _accept_timer.setInterval(limits::accept_retry_ms);
   _accept_timer.setSingleShot(true);
-  connect(&_server, SIGNAL(acceptError(QAbstractSocket::SocketError)), this, SLOT(restFromAccepting()));
-  connect(&_accept_timer, SIGNAL(timeout()), this, SLOT(newClient()));
+  connect(&_accept_timer, &QTimer::timeout, this, &Connector::newClient);
 }
 
 Connector::~Connector() {
@@ -43,8 +43,8 @@ void Connector::newClient() {
   while (canAccept() && _server.hasPendingConnections()) {
     // This object owns it.
     auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter, &_budget);
-    connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { queueTurn(client); });
-    connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::queueAllTurns);
+    connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { _turns.join(client); });
+    connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::giveAllATurn);
     connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
     client->setHeld(_is_everybody_held);
     _clients.push_back(client);
@@ -73,7 +73,7 @@ void Connector::resumeReading() {
   _is_paused = false;
   for (ClientButtondriver *client : _clients)
     client->setChoice(FrameChoice::all);
-  queueAllTurns();
+  giveAllATurn();
   newClient();
 }
 
@@ -93,48 +93,21 @@ void Connector::releaseClients() {
   _is_everybody_held = false;
   for (ClientButtondriver *client : _clients)
     client->setHeld(false);
-  queueAllTurns();
+  giveAllATurn();
 }
 
-/// Gives every connection a turn. Another one begins each time: a pause may come before all have had theirs.
-void Connector::queueAllTurns() {
-  ++_first_turn;
-  for (std::size_t i = 0; i < _clients.size(); ++i)
-    queueTurn(_clients[(_first_turn + i) % _clients.size()]);
-}
-
-void Connector::queueTurn(ClientButtondriver *client) {
-  if (client->isInLine())
-    return;
-  client->setInLine(true);
-  _turns.push_back(client);
-  if (!_turn_timer.isActive())
-    _turn_timer.start();
-}
-
-void Connector::serveTurns() {
-  // Those that come back for more have to wait for the next round.
-  for (std::size_t left = _turns.size(); left > 0 && !_turns.empty(); --left) {
-    ClientButtondriver *client = _turns.front();
-    _turns.pop_front();
-    client->setInLine(false);
-    if (client->takesTurns())
-      client->clientData();
-  }
-  if (_turns.empty())
-    _turn_timer.stop();
-}
+void Connector::giveAllATurn() { _turns.joinAll(_clients); }
 
 void Connector::forget(ClientButtondriver *client) {
   _clients.erase(std::remove(_clients.begin(), _clients.end(), client), _clients.end());
-  _turns.erase(std::remove(_turns.begin(), _turns.end(), client), _turns.end());
+  _turns.leave(client);
   emit clientGone(client->clientId());
   client->deleteLater();
   newClient();
 }
 
 /// The system refused a connection, for want of descriptors as a rule, and would refuse it again at once.
-void Connector::restFromAccepting() {
+void Connector::pauseAcceptingBriefly() {
   _server.pauseAccepting();
   _accept_timer.start();
 }

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "server/large_frame_budget.h"
+#include "server/turn_line.h"
 
 #include <QObject>
 #include <QString>
 #include <QTcpServer>
 #include <QTimer>
 
-#include <deque>
 #include <vector>
 
 namespace buttondriver {
@@ -53,13 +53,11 @@ signals:
 
 private slots:
   void newClient();
-  void serveTurns();
-  void restFromAccepting();
 
 private:
   void forget(ClientButtondriver *client);
-  void queueTurn(ClientButtondriver *client);
-  void queueAllTurns();
+  void giveAllATurn();
+  void pauseAcceptingBriefly();
   bool canAccept() const;
 
   QString _address;
@@ -68,10 +66,8 @@ private:
   LargeFrameBudget _budget;
   QTcpServer _server;
   std::vector<ClientButtondriver *> _clients; // children of this object
-  std::deque<ClientButtondriver *> _turns;    // those that have more to deliver, each once
-  QTimer _turn_timer;
-  QTimer _accept_timer;
-  std::size_t _first_turn = 0;
+  TurnLine _turns;                            // those that have more to deliver
+  QTimer _accept_timer;                       // runs while the system is given time to accept again
   bool _is_paused = false;
   bool _is_everybody_held = false;
 };
