@@ -35,39 +35,47 @@ ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, Butt
   // A peer that is cut off without a word is noticed in the end, after hours, and its place is free again.
   _socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
   _descriptor = _socket->socketDescriptor();
-  _connected = true;
-  connect(_socket, SIGNAL(errorOccurred(QAbstractSocket::SocketError)), this, SLOT(keepRest()));
-  connect(_socket, SIGNAL(disconnected()), this, SLOT(clientDisconnected()));
-  connect(_socket, SIGNAL(readyRead()), this, SLOT(clientData()));
-  connect(_socket, SIGNAL(bytesWritten(qint64)), this, SLOT(answersRead()));
   _client_id = take_client_id();
+  _state = State::reading;
+  connect(_socket, &QTcpSocket::readyRead, this, &ClientButtondriver::clientData);
+  connect(_socket, &QTcpSocket::bytesWritten, this, &ClientButtondriver::answersRead);
+  connect(_socket, &QTcpSocket::errorOccurred, this, &ClientButtondriver::saveUndelivered);
+  connect(_socket, &QTcpSocket::disconnected, this, &ClientButtondriver::clientDisconnected);
 }
 
 ClientButtondriver::~ClientButtondriver() {
   if (_socket)
     releaseSocket();
+  endLargeFrame();
 }
 
 void ClientButtondriver::clientData() {
-  if (_rest.isOpen())
-    return deliverRest();
-  if (!_socket) {
-    critical_line() << "buttondriver::ClientButtondriver::clientData NULL socket";
-    return;
-  }
-  if (_is_blocked) {
-    // Read and thrown away, so that the connection's end is noticed.
+  switch (_state) {
+  case State::reading:
+    return readSocket();
+  case State::blocked:
     _socket->skip(_socket->bytesAvailable());
     return;
-  }
-  if (_socket->bytesToWrite() > limits::unread_answers) {
-    readNoFurther();
+  case State::draining:
+    drain();
+    if (_state == State::gone)
+      leave();
     return;
+  case State::gone:
+    critical_line() << "buttondriver::ClientButtondriver::clientData NULL socket";
   }
+}
+
+/// A turn of an open connection.
+void ClientButtondriver::readSocket() {
+  if (_socket->bytesToWrite() > limits::unread_answers)
+    return readNoFurther();
   const std::size_t delivered = deliver(*_socket, *_socket);
-  sendAnswers();
+  // At once: a client that has closed its side is gone when the event loop next comes by.
+  if (_socket->bytesToWrite() > 0)
+    _socket->flush();
   // Where the answers could not be sent any more, the connection has just ended.
-  if (!_socket)
+  if (_state != State::reading)
     return;
   prepareNextFrame();
   keepReading();
@@ -75,40 +83,28 @@ void ClientButtondriver::clientData() {
     emit wantsTurn();
 }
 
+/// A turn of a connection that has ended. Nobody hears its answers. What is held back gets its turn later.
+void ClientButtondriver::drain() {
+  QBuffer unheard;
+  unheard.open(QIODevice::WriteOnly);
+  const std::size_t delivered = deliver(_undelivered, unheard);
+  if (delivered == limits::messages_per_turn)
+    return emit wantsTurn();
+  if (peek_frame(_undelivered).is_complete)
+    return;
+  _state = State::gone;
+}
+
 std::size_t ClientButtondriver::deliver(QIODevice &stream, QIODevice &reply) {
-  const std::vector<QByteArray> messages = take_frames(stream, limits::messages_per_turn, choice());
+  const std::vector<QByteArray> messages = take_frames(stream, limits::messages_per_turn, _delivery);
   _setter->process_messages(messages, &reply, _client_id);
   return messages.size();
 }
 
-/// At once: a client that has closed its side is gone when the event loop next comes by.
-void ClientButtondriver::sendAnswers() {
-  if (_socket->bytesToWrite() > 0)
-    _socket->flush();
-}
-
-/// Called before a socket whose answers cannot be sent throws away what was read.
-void ClientButtondriver::keepRest() {
-  if (!_socket || _is_blocked || _rest.isOpen() || _socket->bytesAvailable() == 0)
-    return;
-  _rest.setData(_socket->readAll());
-  _rest.open(QIODevice::ReadOnly);
-}
-
-/// A turn of a connection that has ended. Nobody hears its answers.
-void ClientButtondriver::deliverRest() {
-  QBuffer unheard;
-  unheard.open(QIODevice::WriteOnly);
-  const std::size_t delivered = deliver(_rest, unheard);
-  if (delivered == limits::messages_per_turn)
-    return emit wantsTurn();
-  // What is held back gets its turn when that is over.
-  if (peek_frame(_rest).is_complete)
-    return;
-  _rest.close();
-  endLargeFrame();
-  if (!_connected)
-    emit closed();
+/// The socket throws away what was read when its answers cannot be sent; before that it tells that it has failed.
+void ClientButtondriver::saveUndelivered() {
+  if (_state == State::reading && _socket->bytesAvailable() > 0)
+    _undelivered.buffer() += _socket->readAll();
 }
 
 /// Sees to it that the frame that now comes first can be put together.
@@ -129,7 +125,7 @@ void ClientButtondriver::prepareNextFrame() {
   }
 }
 
-/// Until the next turn: the end of the connection would be noticed in front of the answers to what is there.
+/// Until the next turn. Otherwise the end of the connection would be noticed before what is there has been answered.
 void ClientButtondriver::readNoFurther() {
   if (_socket->bytesAvailable() > 0)
     _socket->setReadBufferSize(_socket->bytesAvailable());
@@ -147,7 +143,7 @@ void ClientButtondriver::keepReading() {
 
 void ClientButtondriver::blockForGood(quint32 length) {
   endLargeFrame();
-  _is_blocked = true;
+  _state = State::blocked;
   critical_line() << "buttondriver: frame too large, connection blocked, descriptor" << qint64{_descriptor} << "size"
                   << length;
   _socket->skip(_socket->bytesAvailable());
@@ -163,31 +159,39 @@ void ClientButtondriver::endLargeFrame() {
 }
 
 void ClientButtondriver::answersRead() {
-  if (_socket && _socket->bytesAvailable() > 0 && _socket->bytesToWrite() <= limits::unread_answers)
+  if (_state == State::reading && _socket->bytesAvailable() > 0 && _socket->bytesToWrite() <= limits::unread_answers)
     emit wantsTurn();
 }
 
 void ClientButtondriver::clientDisconnected() {
-  if (_socket) {
-    keepRest();
-    if (_rest.isOpen())
-      deliverRest();
-    debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
-    releaseSocket();
+  if (!connected())
+    return;
+  saveUndelivered();
+  if (_undelivered.data().isEmpty()) {
+    _state = State::gone;
+  } else {
+    _state = State::draining;
+    _undelivered.open(QIODevice::ReadOnly);
+    drain();
   }
-  _connected = false;
-  if (!_rest.isOpen())
-    emit closed();
+  debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
+  releaseSocket();
+  if (_state == State::gone)
+    leave();
+}
+
+/// The last step. Whoever hears of it deletes this object later.
+void ClientButtondriver::leave() {
+  endLargeFrame();
+  emit closed();
 }
 
 void ClientButtondriver::releaseSocket() {
-  // Closing may say "disconnected" too.
+  // Closing may emit disconnected() too.
   _socket->disconnect(this);
   _socket->close();
   _socket->deleteLater();
   _socket = nullptr;
-  if (!_rest.isOpen())
-    endLargeFrame();
 }
 
 } // namespace buttondriver

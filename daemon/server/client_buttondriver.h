@@ -16,51 +16,79 @@ class LargeFrameBudget;
 
 /// One accepted connection: cuts its byte stream into messages and hands them on, a few at a time. Lives on the event
 /// loop's thread.
+///
+/// It is in one of four states, and never goes back to one that it has left:
+///
+///     reading   the socket is open; what arrives is delivered
+///     blocked   the socket is open; what arrives is thrown away, so that the end of the connection is noticed
+///     draining  the socket is gone; what was read from it before is still delivered, answers are lost
+///     gone      the socket is gone, and nothing is left to deliver
+///
+///     event                                        from      to        what happens
+///     -------------------------------------------  --------  --------  ---------------------------------------------
+///     made with a socket                           -         reading   takes the next client id
+///     made with a null socket                      -         gone      logged; takes no client id
+///     turn, or bytes have arrived                  reading   reading   one turn's messages are delivered
+///     the next frame is longer than largest_frame  reading   blocked   logged; the frame and all after it is lost
+///     the socket has failed                        reading   reading   what was read is saved: the socket drops it,
+///                                                                      and ends next
+///     the socket has ended, unread bytes are left  reading   draining  logged, after a first turn as in draining
+///     the socket has ended, nothing is left        reading   gone      logged; closed() is emitted
+///     bytes have arrived                           blocked   blocked   thrown away
+///     the socket has ended                         blocked   gone      logged; closed() is emitted
+///     turn, more may be left                       draining  draining  one turn's messages are delivered
+///     turn, no complete frame is left              draining  gone      the last ones are delivered; closed() is
+///                                                                      emitted
+///     turn                                         gone      gone      logged: there is no socket
+///
+/// A turn delivers `limits::messages_per_turn` messages at most, and only those that setDelivery lets pass.
 class ClientButtondriver : public QObject {
   Q_OBJECT
 
 public:
-  /// Takes over `socket`. `setter` and `budget` outlive this object. Each connection takes the next id: 1000, 2000, and
-  /// so on. With a null socket it stays unconnected, says so, and takes no id.
+  /// Takes over `socket`, which may be null. `setter` and `budget` outlive this object. The client ids of one process
+  /// are 1000, 2000, and so on.
   ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter, LargeFrameBudget *budget);
+  /// Closes the socket, if there is one. What is not delivered by then is lost.
   ~ClientButtondriver() override;
 
   /// The socket's descriptor when it was accepted, -1 without one.
   qintptr descriptor() const { return _descriptor; }
-  bool connected() const { return _connected; }
-  /// Whether a turn is of use: the connection is there, or has left something that is not delivered yet.
-  bool takesTurns() const { return _connected || _rest.isOpen(); }
-  /// What is added to this connection's private image ids.
+  /// Whether the socket is open.
+  bool connected() const { return _state == State::reading || _state == State::blocked; }
+  /// Whether a turn is of any use.
+  bool hasWork() const { return _state != State::gone; }
+  /// What is added to this connection's private image ids; 0 when it was made with a null socket.
   qint32 clientId() const { return _client_id; }
 
-  /// Which messages are delivered from now on; the others wait, in the end at the sender.
-  void setChoice(FrameChoice choice) { _choice = choice; }
-  /// Whether this client alone has to wait, whatever the choice: then nothing but pings is delivered.
-  void setHeld(bool is_held) { _is_held = is_held; }
+  /// Which messages are delivered from now on. The others wait: here as far as they are read ahead, else with the
+  /// sender. Gives no turn by itself.
+  void setDelivery(FrameChoice delivery) { _delivery = delivery; }
 
 public slots:
-  /// Delivers what has arrived, as much as belongs to one turn. Goes on when the connection has ended, until all is
-  /// delivered that was read from it; answers to that are lost.
+  /// One turn; also called whenever bytes arrive.
   void clientData();
 
 signals:
-  /// There is more to deliver than belonged to the last turn, or something that kept it waiting has gone.
+  /// There is more to deliver than belonged to the last turn, or what kept it waiting has gone.
   void wantsTurn();
   /// A large frame is complete or will never be: its share of the budget is free again.
   void largeFrameEnded();
-  /// The connection has ended, and what was read from it is delivered.
+  /// The last one: the connection is gone now.
   void closed();
 
 private slots:
-  void keepRest();
   void clientDisconnected();
-  void answersRead();
 
 private:
+  enum class State : quint8 { reading, blocked, draining, gone };
+
+  void readSocket();
+  void drain();
+  void leave();
   std::size_t deliver(QIODevice &stream, QIODevice &reply);
-  FrameChoice choice() const { return _is_held ? FrameChoice::leading_pings : _choice; }
-  void deliverRest();
-  void sendAnswers();
+  void saveUndelivered();
+  void answersRead();
   void prepareNextFrame();
   void readNoFurther();
   void keepReading();
@@ -68,17 +96,15 @@ private:
   void endLargeFrame();
   void releaseSocket();
 
-  QTcpSocket *_socket;
-  bool _connected = false;
+  State _state = State::gone;
+  QTcpSocket *_socket; // null unless reading or blocked
   ButtonSetter *_setter;
   LargeFrameBudget *_budget;
   qintptr _descriptor = -1;
   qint32 _client_id = 0;
-  FrameChoice _choice = FrameChoice::all;
-  bool _is_held = false;
-  QBuffer _rest;           // open once the connection has ended and left something
+  FrameChoice _delivery = FrameChoice::all;
   qint64 _large_frame = 0; // bytes of the budget that this connection holds
-  bool _is_blocked = false;
+  QBuffer _undelivered;    // what draining delivers
 };
 
 } // namespace buttondriver

@@ -14,7 +14,7 @@ namespace buttondriver {
 
 Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
     : _address(address), _port(port), _setter(setter), _turns([](ClientButtondriver *client) {
-        if (client->takesTurns())
+        if (client->hasWork())
           client->clientData();
       }) {
   connect(&_server, &QTcpServer::newConnection, this, &Connector::newClient);
@@ -25,7 +25,7 @@ Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
 }
 
 Connector::~Connector() {
-  // Before the server and the lists go: a connection that ends now has nobody to tell.
+  // Before the server and the lists go: a connection that ends now must not report to them any more.
   for (ClientButtondriver *client : _clients) {
     client->disconnect(this);
     delete client;
@@ -46,7 +46,7 @@ void Connector::newClient() {
     connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { _turns.join(client); });
     connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::giveAllATurn);
     connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
-    client->setHeld(_is_everybody_held);
+    client->setDelivery(deliveryOf(client));
     _clients.push_back(client);
     debug_line() << "buttondriver: new client";
   }
@@ -64,15 +64,13 @@ bool Connector::canAccept() const { return !_is_paused && _clients.size() < limi
 
 void Connector::pauseReading() {
   _is_paused = true;
-  for (ClientButtondriver *client : _clients)
-    client->setChoice(FrameChoice::leading_pings);
+  updateDeliveries();
   newClient();
 }
 
 void Connector::resumeReading() {
   _is_paused = false;
-  for (ClientButtondriver *client : _clients)
-    client->setChoice(FrameChoice::all);
+  updateDeliveries();
   giveAllATurn();
   newClient();
 }
@@ -80,20 +78,31 @@ void Connector::resumeReading() {
 void Connector::holdClient(qint32 client_id) {
   for (ClientButtondriver *client : _clients)
     if (client->clientId() == client_id)
-      client->setHeld(true);
+      _held.insert(client);
+  updateDeliveries();
 }
 
 void Connector::holdAllClients() {
   _is_everybody_held = true;
-  for (ClientButtondriver *client : _clients)
-    client->setHeld(true);
+  updateDeliveries();
 }
 
 void Connector::releaseClients() {
+  _held.clear();
   _is_everybody_held = false;
-  for (ClientButtondriver *client : _clients)
-    client->setHeld(false);
+  updateDeliveries();
   giveAllATurn();
+}
+
+FrameChoice Connector::deliveryOf(ClientButtondriver *client) const {
+  const bool has_to_wait = _is_paused || _is_everybody_held || _held.count(client) > 0;
+  return has_to_wait ? FrameChoice::leading_pings : FrameChoice::all;
+}
+
+/// After a reason to wait has come or gone.
+void Connector::updateDeliveries() {
+  for (ClientButtondriver *client : _clients)
+    client->setDelivery(deliveryOf(client));
 }
 
 void Connector::giveAllATurn() { _turns.joinAll(_clients); }
@@ -101,6 +110,7 @@ void Connector::giveAllATurn() { _turns.joinAll(_clients); }
 void Connector::forget(ClientButtondriver *client) {
   _clients.erase(std::remove(_clients.begin(), _clients.end(), client), _clients.end());
   _turns.leave(client);
+  _held.erase(client);
   emit clientGone(client->clientId());
   client->deleteLater();
   newClient();

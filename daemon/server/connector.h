@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "server/frame_reader.h"
 #include "server/large_frame_budget.h"
 #include "server/turn_line.h"
 
@@ -9,6 +10,7 @@
 #include <QTcpServer>
 #include <QTimer>
 
+#include <unordered_set>
 #include <vector>
 
 namespace buttondriver {
@@ -16,8 +18,12 @@ namespace buttondriver {
 class ButtonSetter;
 class ClientButtondriver;
 
-/// The command server: accepts connections, keeps them until they end, and lets them take turns. Lives on the event
-/// loop's thread.
+/// The command server: accepts connections, keeps them until they are gone, and lets them take turns. Lives on the
+/// event loop's thread.
+///
+/// When the daemon cannot keep up, messages wait with the clients that sent them. Two kinds of backlog may tell so,
+/// each for itself: that of the panel pauses everybody, that of the log holds those clients that add to it, and
+/// everybody when it is full. A connection that either concerns delivers nothing but pings, until neither does.
 class Connector : public QObject {
   Q_OBJECT
 
@@ -34,21 +40,21 @@ public:
 
   /// The port listened on, 0 when not listening.
   quint16 port() const { return _server.serverPort(); }
-  /// The connections that are open.
+  /// The connections that are not gone, in the order in which they were accepted.
   const std::vector<ClientButtondriver *> &clients() const { return _clients; }
 
 public slots:
-  /// Delivers nothing but pings, and accepts nobody, until resumeReading. What clients send meanwhile waits with them.
+  /// Everybody waits, and nobody is accepted, until resumeReading.
   void pauseReading();
   void resumeReading();
-  /// Delivers nothing but pings of the connection with this id, until releaseClients.
+  /// The connection with this id waits until releaseClients. Has no effect when there is none.
   void holdClient(qint32 client_id);
-  /// As holdClient, of all connections and of those that come.
+  /// Everybody waits, and so do those that are accepted meanwhile, until releaseClients.
   void holdAllClients();
   void releaseClients();
 
 signals:
-  /// A connection has ended; `client_id` is what process_messages got for its messages.
+  /// A connection is gone; `client_id` is what process_messages got for its messages.
   void clientGone(qint32 client_id);
 
 private slots:
@@ -56,9 +62,11 @@ private slots:
 
 private:
   void forget(ClientButtondriver *client);
-  void giveAllATurn();
   void pauseAcceptingBriefly();
   bool canAccept() const;
+  FrameChoice deliveryOf(ClientButtondriver *client) const;
+  void updateDeliveries();
+  void giveAllATurn();
 
   QString _address;
   quint16 _port;
@@ -70,6 +78,7 @@ private:
   QTimer _accept_timer;                       // runs while the system is given time to accept again
   bool _is_paused = false;
   bool _is_everybody_held = false;
+  std::unordered_set<ClientButtondriver *> _held;
 };
 
 } // namespace buttondriver
