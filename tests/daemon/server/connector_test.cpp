@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/connector.h"
 
-#include "daemon/server/remembering_setter.h"
-#include "server/client_buttondriver.h"
-#include "support/captured_log.h"
-#include "support/event_loop.h"
-
-#include <QHostAddress>
-#include <QTcpServer>
-#include <QTcpSocket>
+#include "daemon/server/server_fixture.h"
 
 #include <gmock/gmock.h>
 
-#include <memory>
+#include <string>
 
 namespace buttondriver {
 namespace {
@@ -20,31 +13,17 @@ namespace {
 using test::process_events_until;
 using testing::ElementsAre;
 
-class ConnectorTest : public testing::Test {
+class ConnectorTest : public test::ServerFixture {
 protected:
-  ConnectorTest() { EXPECT_TRUE(connector.listen()); }
-
-  std::unique_ptr<QTcpSocket> connectClient(const QHostAddress &address = QHostAddress::LocalHost) {
-    const std::size_t before = connector.clients().size();
-    auto socket = std::make_unique<QTcpSocket>();
-    socket->connectToHost(address, connector.port());
-    EXPECT_TRUE(process_events_until([&] { return connector.clients().size() > before; }));
-    EXPECT_TRUE(process_events_until([&] { return socket->state() == QAbstractSocket::ConnectedState; }));
-    return socket;
+  bool delivers(std::size_t count) {
+    return process_events_until([&] { return delivered() >= count; });
   }
-
-  bool delivered(std::size_t count) {
-    return process_events_until([&] { return setter.messages().size() >= count; });
-  }
-
-  test::RememberingSetter setter;
-  Connector connector{QString(), 0, &setter};
 };
 
 TEST_F(ConnectorTest, two_frames_in_one_read_are_one_call) {
   const auto client = connectClient();
   client->write(QByteArray::fromHex("00000004 0000000c 00000002 abcd"));
-  ASSERT_TRUE(delivered(2));
+  ASSERT_TRUE(delivers(2));
   ASSERT_EQ(setter.calls.size(), 1U);
   EXPECT_THAT(setter.calls[0].messages, ElementsAre(QByteArray::fromHex("0000000c"), QByteArray::fromHex("abcd")));
 }
@@ -64,7 +43,7 @@ TEST_F(ConnectorTest, a_frame_is_delivered_by_the_read_that_completes_it) {
 TEST_F(ConnectorTest, an_empty_frame_is_an_empty_message) {
   const auto client = connectClient();
   client->write(QByteArray::fromHex("00000000"));
-  ASSERT_TRUE(delivered(1));
+  ASSERT_TRUE(delivers(1));
   EXPECT_THAT(setter.messages(), ElementsAre(QByteArray()));
 }
 
@@ -72,7 +51,7 @@ TEST_F(ConnectorTest, what_arrives_just_before_the_end_is_still_delivered) {
   const auto client = connectClient();
   client->write(QByteArray::fromHex("00000001 aa 00000001 bb 00000009 cc"));
   client->disconnectFromHost();
-  ASSERT_TRUE(delivered(2));
+  ASSERT_TRUE(delivers(2));
   EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
   EXPECT_EQ(setter.messages().size(), 2U);
 }
@@ -87,7 +66,7 @@ TEST_F(ConnectorTest, ids_grow_by_1000_whatever_became_of_the_first_ones) {
   const auto third = connectClient();
   EXPECT_EQ(connector.clients().back()->clientId(), first_id + 2000);
   third->write(QByteArray::fromHex("00000001 aa"));
-  ASSERT_TRUE(delivered(1));
+  ASSERT_TRUE(delivers(1));
   EXPECT_EQ(setter.calls.back().image_id_offset, first_id + 2000);
 }
 
@@ -130,27 +109,12 @@ TEST_F(ConnectorTest, ended_connections_leave_nothing_behind) {
 }
 
 TEST_F(ConnectorTest, comings_and_goings_are_logged) {
-  test::CapturedLog log;
   auto client = connectClient();
   const auto descriptor = std::to_string(connector.clients().front()->descriptor());
   client.reset();
   ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
   EXPECT_THAT(log.take(), ElementsAre("debug: buttondriver: new client ",
                                       "debug: buttondriver: client disconnected " + descriptor + " "));
-}
-
-TEST(ClientButtondriver, without_a_socket_it_stays_unconnected_and_says_so) {
-  test::RememberingSetter setter;
-  test::CapturedLog log;
-  LargeFrameBudget budget;
-  ClientButtondriver client(nullptr, nullptr, &setter, &budget);
-  EXPECT_FALSE(client.connected());
-  EXPECT_EQ(client.descriptor(), -1);
-  ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientData"));
-  ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientDisconnected"));
-  EXPECT_THAT(log.take(), ElementsAre("debug: collector: ClientButtondriver::ClientButtondriver, null socket ",
-                                      "critical: buttondriver::ClientButtondriver::clientData NULL socket "));
-  EXPECT_TRUE(setter.calls.empty());
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 
 #include <QIODevice>
 
+#include <cstddef>
 #include <functional>
+#include <vector>
 
 namespace buttondriver::test {
 
@@ -19,6 +21,7 @@ public:
 
   void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override {
     calls.push_back({messages, image_id_offset});
+    delivered += messages.size();
     if (when_called)
       when_called();
     for (std::size_t i = 0; i < messages.size() && !answer.isEmpty(); ++i)
@@ -33,9 +36,16 @@ public:
     return all;
   }
 
+  /// Forgets the calls so far.
+  void forget() {
+    calls.clear();
+    delivered = 0;
+  }
+
   std::vector<Call> calls;
-  QByteArray answer;
-  std::function<void()> when_called;
+  std::size_t delivered = 0;         ///< messages of all calls
+  QByteArray answer;                 ///< to each message; empty: none
+  std::function<void()> when_called; ///< in each call, before it answers
 };
 
 } // namespace buttondriver::test

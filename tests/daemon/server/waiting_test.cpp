@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: Apache-2.0
+// Clients wait while the server is paused or holds them.
+
+#include "daemon/server/server_fixture.h"
+#include "server/limits.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+namespace buttondriver {
+namespace {
+
+using test::frame;
+using test::ping;
+using test::process_events_until;
+
+class WaitingTest : public test::ServerFixture {};
+
+TEST_F(WaitingTest, nothing_is_lost_or_reordered_across_pauses_whatever_the_frame_size) {
+  // Odd sizes make the read-ahead end inside a frame.
+  for (const int size : {7, 1001, 40'003}) {
+    setter.forget();
+    const auto client = connectClient();
+    const int count = 3'000'000 / size;
+    for (int i = 0; i < count; ++i)
+      client->write(frame(QByteArray::number(i).rightJustified(size, '.')));
+    int pauses = 0;
+    while (delivered() < static_cast<std::size_t>(count)) {
+      const std::size_t before = delivered();
+      connector.pauseReading();
+      ++pauses;
+      for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+      EXPECT_LE(held(), limits::read_ahead);
+      EXPECT_EQ(delivered(), before);
+      connector.resumeReading();
+      ASSERT_TRUE(process_events_until([&] { return delivered() > before; })) << "stalled at " << before;
+    }
+    EXPECT_GT(pauses, 1);
+    int expected = 0;
+    for (const QByteArray &message : setter.messages())
+      ASSERT_EQ(message, QByteArray::number(expected++).rightJustified(size, '.'));
+    client->abort();
+    ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  }
+}
+
+TEST_F(WaitingTest, pings_are_answered_while_paused_and_stay_in_order) {
+  const auto flooding = connectClient();
+  const auto pinging = connectClient();
+  connector.pauseReading();
+  flooding->write(frame(ping) + frame("work") + frame(ping));
+  for (int i = 0; i < 200; ++i)
+    pinging->write(frame(ping));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 201; }));
+  for (const QByteArray &message : setter.messages())
+    EXPECT_EQ(message, ping);
+  connector.resumeReading();
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 203; }));
+  EXPECT_EQ(setter.messages()[201], "work");
+  EXPECT_EQ(setter.messages()[202], ping);
+}
+
+TEST_F(WaitingTest, nobody_is_accepted_while_paused) {
+  connector.pauseReading();
+  QTcpSocket waiting;
+  waiting.connectToHost(QHostAddress::LocalHost, connector.port());
+  ASSERT_TRUE(process_events_until([&] { return waiting.state() == QAbstractSocket::ConnectedState; }));
+  waiting.write(frame("patience"));
+  settle();
+  EXPECT_TRUE(connector.clients().empty());
+  connector.resumeReading();
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 1; }));
+}
+
+TEST_F(WaitingTest, a_client_that_is_held_gets_pings_answered_and_others_everything) {
+  const auto held = connectClient();
+  connector.holdClient(connector.clients().front()->clientId());
+  const auto other = connectClient();
+  held->write(frame(ping) + frame("held") + frame(ping));
+  other->write(frame("other"));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 2; }));
+  settle();
+  EXPECT_THAT(setter.messages(), testing::UnorderedElementsAre(ping, "other"));
+  connector.pauseReading();
+  connector.resumeReading();
+  settle();
+  EXPECT_EQ(delivered(), 2U) << "a pause that ends releases nobody";
+  connector.releaseClients();
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
+}
+
+TEST_F(WaitingTest, while_all_clients_are_held_so_are_those_that_come) {
+  const auto first = connectClient();
+  connector.holdAllClients();
+  const auto second = connectClient();
+  for (const auto *client : {&first, &second})
+    (*client)->write(frame(ping) + frame("held"));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 2; }));
+  settle();
+  EXPECT_THAT(setter.messages(), testing::ElementsAre(ping, ping));
+  connector.releaseClients();
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
+  const auto third = connectClient();
+  third->write(frame("free"));
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 5; }));
+}
+
+} // namespace
+} // namespace buttondriver
