@@ -13,21 +13,21 @@
 
 namespace buttondriver {
 
-/// Gets the dispatcher and returns the setter that the server delivers to instead.
+/// Gets the dispatcher, and returns the setter to which the server delivers in its place.
 using WrapSetter = std::function<ButtonSetter *(ButtonSetter *)>;
 
 /// The long-lived objects, made and torn down in a fixed order. Lives on the main thread, beside a QCoreApplication.
 class Daemon {
 public:
-  /// Opens the hardware, before anybody has looked at the arguments.
+  /// Opens the hardware and queues a blackout of all screens. The arguments play no part in that.
   explicit Daemon(const SystemPaths &paths = {});
   ~Daemon();
   Daemon(const Daemon &) = delete;
   Daemon &operator=(const Daemon &) = delete;
 
   /// Makes the buttons, the dispatcher and the server. `arguments` are the program, a map file that must be there and
-  /// is not read, the listen address, and the port; a port that is no number is 0. Returns false, and says why, without
-  /// a map file. A server that cannot listen is said and not a failure: the daemon runs on.
+  /// is not read, the listen address, and the port; a port that is no number is 0. Without a map file it returns false,
+  /// and logs why. When the server cannot listen, that is printed, and the result is true: the daemon runs on without.
   ///
   /// What `wrap` returns, where there is one, stays the caller's and outlives this object.
   bool start(const QStringList &arguments, const WrapSetter &wrap = {});

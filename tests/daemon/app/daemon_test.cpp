@@ -58,12 +58,12 @@ TEST_F(DaemonTest, a_port_that_is_no_number_is_any_free_port) {
   }
 }
 
-TEST_F(DaemonTest, arguments_behind_the_port_are_ignored) {
+TEST_F(DaemonTest, arguments_after_the_port_are_ignored) {
   EXPECT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0"), QStringLiteral("more")}));
   EXPECT_NE(daemon->server().port(), 0);
 }
 
-TEST_F(DaemonTest, a_server_that_cannot_listen_is_said_and_the_daemon_runs_on) {
+TEST_F(DaemonTest, that_cannot_listen_says_so_on_standard_output_and_runs_on) {
   QTcpServer taken;
   ASSERT_TRUE(taken.listen(QHostAddress::Any));
   test::CapturedOutput output;
@@ -75,8 +75,7 @@ TEST_F(DaemonTest, a_server_that_cannot_listen_is_said_and_the_daemon_runs_on) {
 TEST_F(DaemonTest, start_sends_no_intensity_whatever_the_level_file_says) {
   root.writeLevels("scr 30\n");
   ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
-  ASSERT_TRUE(device.waitFor(12));
-  daemon.reset();
+  ASSERT_TRUE(test::process_events_until([&] { return daemon->fpga().queueLength() == 0; }));
   EXPECT_EQ(device.take().size(), 12U);
 }
 
@@ -102,7 +101,7 @@ TEST_F(DaemonTest, a_null_message_without_end_keeps_nobody_waiting_for_an_answer
   ASSERT_TRUE(test::process_events_until([&] { return other.bytesAvailable() == 8; }));
   EXPECT_TRUE(is_high) << "all of it was written before anybody had an answer";
   ASSERT_TRUE(test::process_events_until([&] { return !is_high; }));
-  // What was sent behind it is carried out.
+  // What was sent after it is carried out.
   std::vector<std::string> transfers;
   ASSERT_TRUE(test::process_events_until([&] {
     for (std::string &line : device.takeLines())

@@ -35,8 +35,8 @@ protected:
     QObject::connect(&*client, &ClientButtondriver::closed, [this] { ++times_closed; });
   }
 
-  /// The peer leaves after it has sent 200 frames, and nobody is there for the answers. Two turns are delivered: the one
-  /// whose answers fail, and the first one after that.
+  /// The peer leaves after it has sent 200 frames, and nobody is there for the answers. Two turns are delivered: the
+  /// one whose answers fail, and the first one after that.
   void drainNow() {
     setter.answer = "answer";
     peer.write(frame("work").repeated(200));
