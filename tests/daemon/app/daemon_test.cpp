@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -90,8 +91,12 @@ TEST_F(DaemonTest, a_null_message_without_end_keeps_nobody_waiting_for_an_answer
     client->connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
   ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().size() == 2; }));
   bool is_high = false;
+  const std::uint64_t newest_task = daemon->fpga().newestTask();
   QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogHigh, [&] { is_high = true; });
-  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogLow, [&] { is_high = false; });
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogLow, [&] {
+    is_high = false;
+    EXPECT_EQ(daemon->fpga().newestTask(), newest_task) << "what its sender sent after it has not waited";
+  });
 
   constexpr int size = 0x100000;
   flooding.write(QByteArray::fromHex("00100000") + QByteArray(size, '\0') +
@@ -110,6 +115,26 @@ TEST_F(DaemonTest, a_null_message_without_end_keeps_nobody_waiting_for_an_answer
   }));
   EXPECT_EQ(transfers.back(), "w 0900 1 a300");
   EXPECT_THAT(output.take(), testing::EndsWith("data[1048574] = 0x0\ndata[1048575] = 0x0\n"));
+}
+
+TEST_F(DaemonTest, a_null_message_beyond_the_full_mark_makes_everybody_wait) {
+  test::CapturedLog log;
+  test::CapturedOutput output;
+  ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
+  QTcpSocket flooding;
+  QTcpSocket other;
+  for (QTcpSocket *client : {&flooding, &other})
+    client->connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
+  ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().size() == 2; }));
+  bool is_full = false;
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogFull, [&] { is_full = true; });
+  flooding.write(QByteArray::fromHex("00500000") + QByteArray(0x500000, '\0'));
+  ASSERT_TRUE(test::process_events_until([&] { return is_full; }));
+  const std::uint64_t newest_task = daemon->fpga().newestTask();
+  // A ping, and a light.
+  other.write(QByteArray::fromHex("00000004 0000000c 0000000c 00000015 00000003 00000001"));
+  ASSERT_TRUE(test::process_events_until([&] { return other.bytesAvailable() == 8; }));
+  EXPECT_EQ(daemon->fpga().newestTask(), newest_task);
 }
 
 TEST_F(DaemonTest, the_images_of_a_client_go_with_its_connection) {

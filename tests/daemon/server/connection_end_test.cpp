@@ -4,6 +4,10 @@
 #include "daemon/server/server_fixture.h"
 #include "server/limits.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMetaObject>
+
 #include <filesystem>
 #include <iterator>
 
@@ -101,6 +105,30 @@ TEST_F(ConnectionEndTest, what_a_reset_leaves_behind_waits_for_the_end_of_a_paus
   connector.resumeReading();
   EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
   EXPECT_EQ(delivered(), 200U);
+}
+
+TEST_F(ConnectionEndTest, a_connection_that_ends_while_it_is_in_the_line_gets_no_turn) {
+  const auto first = connectClient();
+  const auto second = connectClient();
+  connector.resumeReading(); // all join the line
+  ASSERT_TRUE(QMetaObject::invokeMethod(connector.clients().front(), "clientDisconnected"));
+  // By the time of its turn it would be deleted.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  settle();
+  EXPECT_EQ(connector.clients().size(), 1U);
+}
+
+TEST_F(ConnectionEndTest, a_client_that_was_held_holds_nobody_after_its_end) {
+  // A new connection may have the address of one that was deleted.
+  for (int i = 0; i < 50; ++i) {
+    setter.forget();
+    const auto client = connectClient();
+    client->write(frame("work"));
+    ASSERT_TRUE(process_events_until([&] { return delivered() == 1; })) << i;
+    connector.holdClient(connector.clients().front()->clientId());
+    client->abort();
+    ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  }
 }
 
 std::ptrdiff_t open_descriptors() {
