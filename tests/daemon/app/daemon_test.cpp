@@ -135,6 +135,7 @@ TEST_F(DaemonTest, a_null_message_beyond_the_full_mark_makes_everybody_wait) {
   other.write(QByteArray::fromHex("00000004 0000000c 0000000c 00000015 00000003 00000001"));
   ASSERT_TRUE(test::process_events_until([&] { return other.bytesAvailable() == 8; }));
   EXPECT_EQ(daemon->fpga().newestTask(), newest_task);
+  output.take();
 }
 
 TEST_F(DaemonTest, the_images_of_a_client_go_with_its_connection) {
