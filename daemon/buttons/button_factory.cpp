@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_factory.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "logging/standard_output.h"
 
 namespace buttondriver {
@@ -11,7 +12,7 @@ void ButtonFactory::createButtons(ButtonMap &buttons, FPGA *fpga) const {
     return;
   }
   ButtonMap created;
-  for (std::int32_t id = 0; id < button_count; ++id)
+  for (std::int32_t id = 0; id < dimensions::button_count; ++id)
     insertButton(created, id, new Button_RV1000E(false, id, fpga)); // the map's owner deletes it
   buttons = created;
 }

@@ -9,7 +9,6 @@ namespace buttondriver {
 class ButtonFactory {
 public:
   static constexpr std::int32_t default_panel_type = 5;
-  static constexpr std::int32_t button_count = 24;
 
   explicit ButtonFactory(std::int32_t panel_type = default_panel_type) : _panel_type(panel_type) {}
 

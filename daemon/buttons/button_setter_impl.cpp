@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_setter_impl.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "fpga/fpga.h"
 #include "logging/log_line.h"
 #include "logging/standard_output.h"
@@ -98,13 +99,13 @@ void ButtonSetterImpl::logNullMessage(const QByteArray &message, qint32 image_id
 
 void ButtonSetterImpl::uploadImage(ByteView message, qint32 image_id_offset) {
   const auto upload = decode<BMS_UploadImage>(message);
-  if (upload.size != static_cast<qint32>(ButtonImage::size)) {
+  if (upload.size != dimensions::button_image_bytes) {
     print("invalid image data, size = %d\n", upload.size);
     print("buttondriver:failed to upload image %d\n", upload.image_id);
     return;
   }
   qint32 id = upload.image_id;
-  if (id >= built_in_image_count)
+  if (id >= dimensions::built_in_image_count)
     id = static_cast<qint32>(static_cast<quint32>(id) + static_cast<quint32>(image_id_offset)); // wraps
   ButtonImage image;
   std::copy(std::begin(upload.image), std::end(upload.image), image.bytes.begin());
@@ -167,7 +168,7 @@ void ButtonSetterImpl::setToggleIndicator(ByteView message) {
 }
 
 void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) {
-  if (button_id == -1) {
+  if (button_id == dimensions::all_buttons) {
     for (const auto &[id, button] : _buttons)
       setLEDState(button->id(), state, time);
     return;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "event_client/event_client.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "event_client/button_cache.h"
 #include "event_client/event_client_testing.h"
 #include "logging/standard_output.h"
@@ -28,11 +29,10 @@ constexpr double attempt_interval_ms = 1000.0;
 /// Long enough for one lost packet and for a server busy with a picture.
 constexpr int usual_longest_wait_ms = 3000;
 constexpr std::size_t host_capacity = 256;
-constexpr std::int32_t image_size = sizeof(BMS_UploadImage::image);
 
 struct ClientState {
   int descriptor = -1; ///< the TCP socket, -1 when there is none
-  std::int32_t port = 3003;
+  std::int32_t port = DEFAULT_PORT;
   char host[host_capacity + 1] = "127.0.0.1"; ///< always ends with a NUL
   bool verbose = false;
   bool connected = false;
@@ -250,7 +250,7 @@ int btc_set_text(std::uint32_t button_id, const char *text, std::uint32_t text_v
 
 int btc_upload_image(std::int32_t image_id, const void *image, std::int32_t size) {
   state.cache.forget_image(image_id);
-  if (size != image_size) {
+  if (size != dimensions::button_image_bytes) {
     print("wrong image data size %d, must be 120\n", size);
     return 0;
   }

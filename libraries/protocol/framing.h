@@ -7,6 +7,9 @@
 /// How messages lie on the TCP stream: a 4-byte big-endian length L, then L bytes of message; L does not count itself.
 namespace buttondriver {
 
+/// The TCP port of a daemon that was not given another one.
+inline constexpr std::uint16_t DEFAULT_PORT = 3003;
+
 inline constexpr std::uint32_t frame_prefix_size = 4;
 
 /// The length that stands before a message of `message_size` bytes.

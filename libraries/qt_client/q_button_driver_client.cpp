@@ -11,7 +11,6 @@ namespace buttondriver {
 
 namespace {
 
-constexpr quint16 default_port = 3003;
 constexpr int send_limit_ms = 1000;
 constexpr qint64 highest_unread_size = 64 * 1024;
 constexpr unsigned long retry_pause_ms = 200;
@@ -19,7 +18,7 @@ constexpr unsigned long retry_pause_ms = 200;
 } // namespace
 
 QButtonDriverClient::QButtonDriverClient()
-    : QButtonDriverClient(QHostAddress(QHostAddress::LocalHost).toString(), default_port) {}
+    : QButtonDriverClient(QHostAddress(QHostAddress::LocalHost).toString(), DEFAULT_PORT) {}
 
 QButtonDriverClient::QButtonDriverClient(const QString &host, quint16 port) : _host(host), _port(port) {
   qRegisterMetaType<vector<QByteArray>>("vector<QByteArray>");

@@ -23,7 +23,7 @@ class QButtonDriverClient : public QObject {
 public:
   template <typename T> using vector = std::vector<T>;
 
-  /// Starts to connect to port 3003 of this machine, without waiting.
+  /// Starts to connect to the default port of this machine, 3003, without waiting.
   QButtonDriverClient();
   /// Starts to connect to `port` of `host`, a name or an address, without waiting.
   QButtonDriverClient(const QString &host, quint16 port);

@@ -4,7 +4,7 @@
 namespace buttondriver {
 
 ImageStore::ImageStore() {
-  for (std::int32_t id = 0; id < built_in_image_count; ++id)
+  for (std::int32_t id = 0; id < dimensions::built_in_image_count; ++id)
     _images[id].image = built_in_images[static_cast<std::size_t>(id)];
 }
 

@@ -27,7 +27,7 @@ public:
   /// Images besides the built-in ones.
   std::size_t uploadedCount() const { return _by_age.size(); }
 
-  static constexpr bool isBuiltIn(std::int32_t id) { return id >= 0 && id < built_in_image_count; }
+  static constexpr bool isBuiltIn(std::int32_t id) { return id >= 0 && id < dimensions::built_in_image_count; }
 
 private:
   struct Entry {
