@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/catalogue.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -30,8 +32,8 @@ struct ButtonColourPair {
 /// is not noted and always has to be sent. Not thread-safe.
 class ButtonCache {
 public:
-  static constexpr std::uint32_t button_count = 300;
-  static constexpr std::uint32_t all_buttons = 0xFFFFFFFF;
+  static constexpr std::uint32_t button_count = client_button_count;
+  static constexpr std::uint32_t all_buttons = client_all_buttons;
   /// Characters of a text that a record keeps.
   static constexpr std::size_t text_capacity = 100;
   static constexpr std::int32_t unknown_image = -1;

@@ -2,6 +2,8 @@
 #include "tools/reference/dissector.h"
 
 #include "protocol/catalogue.h"
+#include "protocol/field_text.h"
+#include "protocol/framing.h"
 #include "tools/reference/variable_part.h"
 
 #include <cctype>
@@ -23,7 +25,9 @@ constexpr const char *head = R"lua(-- SPDX-License-Identifier: Apache-2.0
 
 local proto = Proto("buttondriver", "buttondriver command protocol")
 
-local default_port = 3003
+local default_port = )lua";
+
+constexpr const char *preference = R"lua(
 proto.prefs.port = Pref.uint("TCP port", default_port, "The port that the daemon listens on")
 
 -- The fields of each message behind its opcode, and what its last one counts.
@@ -222,7 +226,7 @@ std::string full_name(const MessageType &type, const char *field) {
 void write_field(std::ostream &script, const MessageType &type, const Field &field) {
   script << "      { width = " << field.width << ", proto_field = ProtoField." << constructor(field) << "(\""
          << full_name(type, field.name) << "\", \"" << field.name << "\", " << number_base(field) << ", \""
-         << field.meaning << "\") },\n";
+         << field_text(field) << "\") },\n";
 }
 
 void write_variable_part(std::ostream &script, const MessageType &type) {
@@ -277,7 +281,7 @@ std::string filter_name(std::string_view name) {
 
 std::string wireshark_dissector() {
   std::ostringstream script;
-  script << head;
+  script << head << DEFAULT_PORT << preference;
   for (const MessageType &type : catalogue)
     write_message(script, type);
   script << tail;

@@ -28,7 +28,7 @@ local messages = {
   [4] = {
     name = "BMS_SetButtonColour",
     fields = {
-      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_colour.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299 for one button, 0xFFFFFFFF for all buttons") },
+      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_colour.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299; 0xFFFFFFFF: all buttons") },
       { width = 1, proto_field = ProtoField.uint8("buttondriver.set_button_colour.value_1", "value_1", base.DEC_HEX, nil, nil, "first channel value") },
       { width = 1, proto_field = ProtoField.uint8("buttondriver.set_button_colour.value_2", "value_2", base.DEC_HEX, nil, nil, "second channel value") },
       { width = 1, proto_field = ProtoField.uint8("buttondriver.set_button_colour.value_3", "value_3", base.DEC_HEX, nil, nil, "third channel value") },
@@ -38,7 +38,7 @@ local messages = {
   [5] = {
     name = "BMS_SetButtonText",
     fields = {
-      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_text.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299 for one button, 0xFFFFFFFF for all buttons") },
+      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_text.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299; 0xFFFFFFFF: all buttons") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_text.text_value", "text_value", base.DEC_HEX, nil, nil, "a value that goes with the text") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_text.n", "n", base.DEC_HEX, nil, nil, "text length in bytes, the terminating NUL included") },
     },
@@ -48,15 +48,15 @@ local messages = {
   [6] = {
     name = "BMS_UploadImage",
     fields = {
-      { width = 4, proto_field = ProtoField.int32("buttondriver.upload_image.image_id", "image_id", base.DEC, nil, nil, "0 to 22 shared by all connections, above that private to the connection") },
-      { width = 4, proto_field = ProtoField.int32("buttondriver.upload_image.size", "size", base.DEC, nil, nil, "must be 120") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.upload_image.image_id", "image_id", base.DEC, nil, nil, "0 to 22: shared by all connections; from 23 on: private to the connection") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.upload_image.size", "size", base.DEC, nil, nil, "always 120") },
       { width = 120, proto_field = ProtoField.bytes("buttondriver.upload_image.image", "image", base.NONE, "24 rows of 40 one-bit pixels, 5 bytes a row, most significant bit leftmost") },
     },
   },
   [7] = {
     name = "BMS_SetButtonImage",
     fields = {
-      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299 for one button, 0xFFFFFFFF for all buttons") },
+      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299; 0xFFFFFFFF: all buttons") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image.image_id", "image_id", base.DEC_HEX, nil, nil, "image to show") },
     },
   },
@@ -64,7 +64,7 @@ local messages = {
     name = "BMS_SetParameter",
     fields = {
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_parameter.parameter", "parameter", base.DEC_HEX, nil, nil, "8 or 9") },
-      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_parameter.value", "value", base.DEC_HEX, nil, nil, "0 with parameter 8, 1 with parameter 9") },
+      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_parameter.value", "value", base.DEC_HEX, nil, nil, "0: with parameter 8; 1: with parameter 9") },
     },
   },
   [10] = {
@@ -76,7 +76,7 @@ local messages = {
   [11] = {
     name = "BMS_SetButtonColourPair",
     fields = {
-      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_colour_pair.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299 for one button, 0xFFFFFFFF for all buttons") },
+      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_colour_pair.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299; 0xFFFFFFFF: all buttons") },
       { width = 1, proto_field = ProtoField.uint8("buttondriver.set_button_colour_pair.first_value_1", "first_value_1", base.DEC_HEX, nil, nil, "first channel of the first colour") },
       { width = 1, proto_field = ProtoField.uint8("buttondriver.set_button_colour_pair.first_value_2", "first_value_2", base.DEC_HEX, nil, nil, "second channel of the first colour") },
       { width = 1, proto_field = ProtoField.uint8("buttondriver.set_button_colour_pair.first_value_3", "first_value_3", base.DEC_HEX, nil, nil, "third channel of the first colour") },
@@ -97,7 +97,7 @@ local messages = {
   [13] = {
     name = "BMS_SetButtonImageList",
     fields = {
-      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image_list.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299 for one button, 0xFFFFFFFF for all buttons") },
+      { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image_list.button_id", "button_id", base.DEC_HEX, nil, nil, "0 to 299; 0xFFFFFFFF: all buttons") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image_list.reserved", "reserved", base.DEC_HEX, nil, nil, "always 0") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image_list.parameter_b", "parameter_b", base.DEC_HEX, nil, nil, "carried as it is") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.set_button_image_list.parameter_a", "parameter_a", base.DEC_HEX, nil, nil, "carried as it is") },
@@ -116,7 +116,7 @@ local messages = {
   [15] = {
     name = "BMS_TFTTextLine",
     fields = {
-      { width = 4, proto_field = ProtoField.int32("buttondriver.tft_text_line.screen_id", "screen_id", base.DEC, nil, nil, "0, 1 or 2; -1 for all three") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.tft_text_line.screen_id", "screen_id", base.DEC, nil, nil, "0, 1 or 2; -1: all screens") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.tft_text_line.line_id", "line_id", base.DEC, nil, nil, "text line, 0 is the topmost") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.tft_text_line.flag", "flag", base.DEC_HEX, nil, nil, "0: black on white; else white on black") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.tft_text_line.n", "n", base.DEC_HEX, nil, nil, "text length in bytes, the terminating NUL included") },
@@ -127,13 +127,13 @@ local messages = {
   [16] = {
     name = "BMS_BlackoutScreen",
     fields = {
-      { width = 4, proto_field = ProtoField.int32("buttondriver.blackout_screen.screen_id", "screen_id", base.DEC, nil, nil, "0, 1 or 2; -1 for all three") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.blackout_screen.screen_id", "screen_id", base.DEC, nil, nil, "0, 1 or 2; -1: all screens") },
     },
   },
   [17] = {
     name = "BMS_SetLEDState",
     fields = {
-      { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_state.button_id", "button_id", base.DEC, nil, nil, "0 to 23; -1 for all buttons") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_state.button_id", "button_id", base.DEC, nil, nil, "0 to 23; -1: all buttons") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_state.state", "state", base.DEC, nil, nil, "1: on; -1: blinking; else off") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_state.time", "time", base.DEC, nil, nil, "length of each blink phase in milliseconds; not 0 when blinking") },
     },
@@ -141,7 +141,7 @@ local messages = {
   [18] = {
     name = "BMS_TFTSubTextLine",
     fields = {
-      { width = 4, proto_field = ProtoField.int32("buttondriver.tft_sub_text_line.screen_id", "_screen_id", base.DEC, nil, nil, "0, 1 or 2; -1 for all three") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.tft_sub_text_line.screen_id", "_screen_id", base.DEC, nil, nil, "0, 1 or 2; -1: all screens") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.tft_sub_text_line.line_id", "_line_id", base.DEC, nil, nil, "text line, 0 is the topmost") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.tft_sub_text_line.offset", "_offset", base.DEC, nil, nil, "first character of the line to write") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.tft_sub_text_line.num_chars", "_num_chars", base.DEC, nil, nil, "number of characters to write") },
@@ -155,7 +155,7 @@ local messages = {
   [19] = {
     name = "BMS_DrawTFTImage",
     fields = {
-      { width = 4, proto_field = ProtoField.int32("buttondriver.draw_tft_image.screen_id", "_screen_id", base.DEC, nil, nil, "0, 1 or 2; -1 for all three") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.draw_tft_image.screen_id", "_screen_id", base.DEC, nil, nil, "0, 1 or 2; -1: all screens") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.draw_tft_image.xoffset", "_xoffset", base.DEC, nil, nil, "column of the left edge in pixels") },
       { width = 4, proto_field = ProtoField.int32("buttondriver.draw_tft_image.yoffset", "_yoffset", base.DEC, nil, nil, "row of the top edge in pixels") },
       { width = 4, proto_field = ProtoField.uint32("buttondriver.draw_tft_image.size", "_size", base.DEC_HEX, nil, nil, "bytes of the picture, an uncompressed 24-bit BMP file") },
@@ -174,7 +174,7 @@ local messages = {
     name = "BMS_SetLEDToggleIndicator",
     fields = {
       { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_toggle_indicator.button_id", "button_id", base.DEC, nil, nil, "0 or 1") },
-      { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_toggle_indicator.state", "state", base.DEC, nil, nil, "0: off, 1: on") },
+      { width = 4, proto_field = ProtoField.int32("buttondriver.set_led_toggle_indicator.state", "state", base.DEC, nil, nil, "0: off; 1: on") },
     },
   },
 }
