@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttons/null_message_log.h"
 
-#include "bytes/byte_view.h"
+#include "bytes/view_of.h"
 #include "logging/standard_output.h"
 
 #include <algorithm>
@@ -27,7 +27,7 @@ void append_line(std::string &text, std::size_t index, std::uint8_t byte) {
 
 /// Many lines go out at once.
 void print_lines(const QByteArray &message, std::size_t begin, std::size_t end) {
-  const ByteView bytes(message.constData(), static_cast<std::size_t>(message.size()));
+  const ByteView bytes = view_of(message);
   std::string text;
   for (std::size_t i = begin; i < end; ++i)
     append_line(text, i, bytes.u8(i));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "bytes/byte_view.h"
+#include "bytes/view_of.h"
 
 #include <QByteArray>
 
@@ -14,9 +14,7 @@ public:
   SharedBytes(QByteArray message, std::size_t offset) : _message(std::move(message)), _offset(offset) {}
 
   /// No bytes when the message ends at the offset or before.
-  ByteView view() const {
-    return ByteView(_message.constData(), static_cast<std::size_t>(_message.size())).from(_offset);
-  }
+  ByteView view() const { return view_of(_message).from(_offset); }
 
   /// Bytes of the whole message, which all stay alive.
   std::size_t keptBytes() const { return static_cast<std::size_t>(_message.size()); }

@@ -2,7 +2,6 @@
 #include "server/frame_reader.h"
 
 #include "bytes/byte_view.h"
-#include "protocol/framing.h"
 #include "protocol/records.h"
 
 #include <QIODevice>
@@ -27,14 +26,8 @@ bool is_ping(QIODevice &stream, const FrameHead &head) {
 
 FrameHead peek_frame(QIODevice &stream) {
   char prefix[frame_prefix_size];
-  if (stream.peek(prefix, sizeof prefix) < qint64{sizeof prefix})
-    return {};
-  FrameHead head;
-  head.is_known = true;
-  head.length = ByteView(prefix, sizeof prefix).big_endian_32(0);
-  head.bytes_needed = frame_bytes_needed(head.length);
-  head.is_complete = stream.bytesAvailable() >= qint64{head.bytes_needed};
-  return head;
+  const qint64 peeked = std::max<qint64>(stream.peek(prefix, sizeof prefix), 0);
+  return frame_head(ByteView(prefix, static_cast<std::size_t>(peeked)), static_cast<quint64>(stream.bytesAvailable()));
 }
 
 std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit, FrameChoice choice) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/framing.h"
+
 #include <QByteArray>
 
 #include <cstddef>
@@ -10,14 +12,6 @@
 class QIODevice;
 
 namespace buttondriver {
-
-/// The frame that a stream begins with, as far as its length tells.
-struct FrameHead {
-  bool is_known = false;    ///< the length itself is there
-  quint32 length = 0;       ///< of the message
-  quint32 bytes_needed = 0; ///< until the frame can be taken, its length included; wraps in 32 bits
-  bool is_complete = false; ///< that many are there
-};
 
 /// Looks at the beginning of `stream` and takes nothing.
 FrameHead peek_frame(QIODevice &stream);

@@ -2,34 +2,14 @@
 #include "protocol/encoders.h"
 
 #include "logging/standard_output.h"
-#include "protocol/converters.h"
+#include "protocol/encode.h"
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 
 namespace buttondriver {
 
 namespace {
-
-/// Room for a message; none when a QByteArray cannot hold it.
-QByteArray uninitialized(std::uint64_t size) {
-  using Size = decltype(QByteArray().size());
-  constexpr std::uint64_t largest = std::numeric_limits<int>::max() - 1024;
-  return size <= largest ? QByteArray(static_cast<Size>(size), Qt::Uninitialized) : QByteArray();
-}
-
-/// `head` in network order, and behind it `count` counted things that are bytes, copied from `data`.
-template <class Record> QByteArray encode(const Record &head, const void *data = nullptr, std::uint32_t count = 0) {
-  QByteArray message = uninitialized(message_size<Record>(count));
-  if (message.isEmpty())
-    return message;
-  std::memcpy(message.data(), &head, type_of<Record>.head_size);
-  if (count > 0)
-    std::memcpy(message.data() + type_of<Record>.head_size, data, count);
-  host_to_network<Record>(message.data(), message.constData());
-  return message;
-}
 
 /// Latin-1 text with its NUL counted.
 std::uint32_t counted(const QByteArray &text) { return static_cast<std::uint32_t>(text.size()) + 1; }
@@ -37,15 +17,15 @@ std::uint32_t counted(const QByteArray &text) { return static_cast<std::uint32_t
 } // namespace
 
 QByteArray hton_BMS_SetLEDState(std::int32_t button_id, std::int32_t state, std::int32_t time) {
-  return encode(BMS_SetLEDState{BMS_SetLEDState::code, button_id, state, time});
+  return encoded(BMS_SetLEDState{BMS_SetLEDState::code, button_id, state, time});
 }
 
 QByteArray hton_BMS_SetLEDStatusIndicator(std::int32_t button_id, std::int32_t state) {
-  return encode(BMS_SetLEDStatusIndicator{BMS_SetLEDStatusIndicator::code, button_id, state});
+  return encoded(BMS_SetLEDStatusIndicator{BMS_SetLEDStatusIndicator::code, button_id, state});
 }
 
 QByteArray hton_BMS_SetLEDToggleIndicator(std::int32_t button_id, std::int32_t state) {
-  return encode(BMS_SetLEDToggleIndicator{BMS_SetLEDToggleIndicator::code, button_id, state});
+  return encoded(BMS_SetLEDToggleIndicator{BMS_SetLEDToggleIndicator::code, button_id, state});
 }
 
 QByteArray hton_BMS_UploadImage(std::int32_t image_id, const void *image, std::int32_t size) {
@@ -53,17 +33,17 @@ QByteArray hton_BMS_UploadImage(std::int32_t image_id, const void *image, std::i
   const auto copied = std::clamp<std::int32_t>(size, 0, sizeof record.image);
   if (copied > 0)
     std::memcpy(record.image, image, static_cast<std::size_t>(copied));
-  return encode(record);
+  return encoded(record);
 }
 
 QByteArray hton_BMS_SetButtonImage(std::uint32_t button_id, std::uint32_t image_id) {
-  return encode(BMS_SetButtonImage{BMS_SetButtonImage::code, button_id, image_id});
+  return encoded(BMS_SetButtonImage{BMS_SetButtonImage::code, button_id, image_id});
 }
 
 QByteArray hton_BMS_TFTTextLine(std::int32_t screen_id, std::int32_t line_id, const QString &text, std::uint8_t flag) {
   const QByteArray latin1 = text.toLatin1();
   const std::uint32_t n = counted(latin1);
-  return encode(BMS_TFTTextLine{BMS_TFTTextLine::code, screen_id, line_id, flag, n}, latin1.constData(), n);
+  return encoded(BMS_TFTTextLine{BMS_TFTTextLine::code, screen_id, line_id, flag, n}, latin1.constData(), n);
 }
 
 QByteArray hton_BMS_TFTSubTextLine(std::int32_t screen_id, std::int32_t line_id, std::int32_t offset,
@@ -71,33 +51,33 @@ QByteArray hton_BMS_TFTSubTextLine(std::int32_t screen_id, std::int32_t line_id,
                                    std::uint32_t back_colour) {
   const QByteArray latin1 = text.toLatin1();
   const std::uint32_t n = counted(latin1);
-  return encode(
+  return encoded(
       BMS_TFTSubTextLine{BMS_TFTSubTextLine::code, screen_id, line_id, offset, num_chars, text_colour, back_colour, n},
       latin1.constData(), n);
 }
 
 QByteArray hton_BMS_BlackoutScreen(std::int32_t screen_id) {
-  return encode(BMS_BlackoutScreen{BMS_BlackoutScreen::code, screen_id});
+  return encoded(BMS_BlackoutScreen{BMS_BlackoutScreen::code, screen_id});
 }
 
-QByteArray hton_BMS_Ping() { return encode(BMS_Ping{BMS_Ping::code}); }
+QByteArray hton_BMS_Ping() { return encoded(BMS_Ping{BMS_Ping::code}); }
 
 QByteArray hton_BMS_DrawTFTImage(std::int32_t screen_id, std::int32_t x_offset, std::int32_t y_offset,
                                  std::uint32_t size, const void *data) {
   print("Before hton_BMS_DrawTFTImage... size = %d\n", static_cast<int>(size));
   QByteArray message =
-      encode(BMS_DrawTFTImage{BMS_DrawTFTImage::code, screen_id, x_offset, y_offset, size}, data, size);
+      encoded(BMS_DrawTFTImage{BMS_DrawTFTImage::code, screen_id, x_offset, y_offset, size}, data, size);
   print("After hton_BMS_DrawTFTImage...");
   return message;
 }
 
-QByteArray hton_BMS_Reconfig() { return encode(BMS_Reconfig{BMS_Reconfig::code, 0}); }
+QByteArray hton_BMS_Reconfig() { return encoded(BMS_Reconfig{BMS_Reconfig::code, 0}); }
 
 QByteArray hton_BMS_SetButtonImageList(std::uint32_t button_id, const QList<std::uint32_t> &image_ids,
                                        std::uint32_t parameter_a, std::uint32_t parameter_b) {
   const auto n = static_cast<std::uint32_t>(image_ids.size());
   const BMS_SetButtonImageList head{BMS_SetButtonImageList::code, button_id, 0, parameter_b, parameter_a, n};
-  QByteArray message = uninitialized(message_size<BMS_SetButtonImageList>(n));
+  QByteArray message = message_room(message_size<BMS_SetButtonImageList>(n));
   if (message.isEmpty())
     return message;
   std::memcpy(message.data(), &head, sizeof head);

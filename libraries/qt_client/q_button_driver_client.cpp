@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "qt_client/q_button_driver_client.h"
 
+#include "protocol/frames.h"
 #include "protocol/framing.h"
 
 #include <QElapsedTimer>
@@ -64,9 +65,7 @@ void QButtonDriverClient::connected() {}
 void QButtonDriverClient::connect_to_server() { _socket.connectToHost(_host, _port); }
 
 void QButtonDriverClient::write_frame(const QByteArray &message) {
-  const auto prefix = frame_prefix(static_cast<std::uint32_t>(message.size()));
-  _socket.write(reinterpret_cast<const char *>(prefix.data()), frame_prefix_size);
-  _socket.write(message);
+  _socket.write(framed(message));
 }
 
 } // namespace buttondriver

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "protocol/converters.h"
+
+#include <QByteArray>
+
+#include <cstring>
+#include <limits>
+
+namespace buttondriver {
+
+/// Room for a message of `size` bytes; none when a QByteArray cannot hold it everywhere.
+inline QByteArray message_room(std::uint64_t size) {
+  using Size = decltype(QByteArray().size());
+  constexpr std::uint64_t largest = std::numeric_limits<int>::max() - 1024;
+  return size <= largest ? QByteArray(static_cast<Size>(size), Qt::Uninitialized) : QByteArray();
+}
+
+/// `head`, which is in host order, as a message in network order, and `count` counted things that are bytes after it,
+/// copied from `data`. Empty when there is no room for it. Any thread may call.
+template <class Record> QByteArray encoded(const Record &head, const void *data = nullptr, std::uint32_t count = 0) {
+  constexpr std::uint32_t head_size = type_of<Record>.head_size;
+  QByteArray message = message_room(std::uint64_t{head_size} + count);
+  if (message.isEmpty())
+    return message;
+  swap_head(type_of<Record>, message.data(), &head);
+  if (count > 0)
+    std::memcpy(message.data() + head_size, data, count);
+  return message;
+}
+
+} // namespace buttondriver
