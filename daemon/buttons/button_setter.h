@@ -16,7 +16,8 @@ public:
   virtual ~ButtonSetter() = default;
 
   /// Acts on `messages` in order, each one message in network order without its length. `reply` is the connection they
-  /// came from. `image_id_offset` keeps the connection's private images apart from those of others.
+  /// came from. `image_id_offset` is that connection's id: added to the ids of its private images, it keeps them apart
+  /// from those of others.
   /// A fault in one message is logged and never stops the others.
   virtual void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) = 0;
 };

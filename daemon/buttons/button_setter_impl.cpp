@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_setter_impl.h"
 
+#include "bytes/view_of.h"
 #include "dimensions/panel_dimensions.h"
 #include "fpga/fpga.h"
 #include "logging/log_line.h"
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
 #include "protocol/decode.h"
-#include "protocol/framing.h"
+#include "protocol/encode.h"
+#include "protocol/frames.h"
 
 #include <QIODevice>
 
@@ -18,6 +20,20 @@
 namespace buttondriver {
 
 namespace {
+
+/// Whether these are the messages that the daemon handles, in the order of their rows.
+template <class Handler, std::size_t count>
+constexpr bool are_what_the_catalogue_says(const Handler (&handlers)[count]) {
+  std::size_t next = 0;
+  for (const MessageType &type : catalogue) {
+    if (type.handling != Handling::server_handles)
+      continue;
+    if (next == count || handlers[next].opcode != type.opcode)
+      return false;
+    ++next;
+  }
+  return next == count;
+}
 
 /// A text that no screen can show goes out in pieces: millions of characters at once take several times their memory.
 void print_sub_text_line(const BMS_TFTSubTextLine &line, std::string_view text) {
@@ -51,54 +67,50 @@ void ButtonSetterImpl::setButtons(const ButtonMap &buttons) { _buttons = buttons
 
 void ButtonSetterImpl::setFPGA(FPGA *fpga) { _fpga = fpga; }
 
-void ButtonSetterImpl::forgetImages(qint32 image_id_offset) { _images.forget(image_id_offset); }
+void ButtonSetterImpl::forgetImages(qint32 client_id) { _images.forget(client_id); }
 
 void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply,
                                         qint32 image_id_offset) {
   for (const QByteArray &message : messages)
-    processMessage(message, reply, image_id_offset);
+    processMessage({message, view_of(message), reply, image_id_offset});
 }
 
-void ButtonSetterImpl::processMessage(const QByteArray &message, QIODevice *reply, qint32 image_id_offset) {
-  const ByteView view(message.constData(), static_cast<std::size_t>(message.size()));
-  const std::uint32_t opcode = view.big_endian_32(0);
-  debug_line() << "buttondriver: opcode = " << opcode << ", size = " << qint64{message.size()};
-  switch (opcode) {
-  case TYPE_NULL_MESSAGE::code:
-    return logNullMessage(message, image_id_offset);
-  case BMS_UploadImage::code:
-    return uploadImage(view, image_id_offset);
-  case BMS_Reconfig::code:
-    return reconfig();
-  case BMS_Ping::code:
-    return answerPing(reply);
-  case BMS_TFTTextLine::code:
-    return writeTextLine(view);
-  case BMS_BlackoutScreen::code:
-    return blackoutScreen(view);
-  case BMS_SetLEDState::code:
-    return setLEDState(view);
-  case BMS_TFTSubTextLine::code:
-    return writeSubTextLine(view);
-  case BMS_DrawTFTImage::code:
-    return drawImage(message);
-  case BMS_SetLEDStatusIndicator::code:
-    return setStatusIndicator(view);
-  case BMS_SetLEDToggleIndicator::code:
-    return setToggleIndicator(view);
-  default:
-    critical_line() << "ButtonSetterImpl::process_messages, unhandled switch case" << opcode;
-  }
+void ButtonSetterImpl::processMessage(const Message &message) {
+  struct Handler {
+    std::uint32_t opcode;
+    void (ButtonSetterImpl::*handle)(const Message &message);
+  };
+  static constexpr Handler handlers[] = {
+      {TYPE_NULL_MESSAGE::code, &ButtonSetterImpl::logNullMessage},
+      {BMS_UploadImage::code, &ButtonSetterImpl::uploadImage},
+      {BMS_Reconfig::code, &ButtonSetterImpl::readLevelsAgain},
+      {BMS_Ping::code, &ButtonSetterImpl::answerPing},
+      {BMS_TFTTextLine::code, &ButtonSetterImpl::writeTextLine},
+      {BMS_BlackoutScreen::code, &ButtonSetterImpl::blackoutScreen},
+      {BMS_SetLEDState::code, &ButtonSetterImpl::setLEDState},
+      {BMS_TFTSubTextLine::code, &ButtonSetterImpl::writeSubTextLine},
+      {BMS_DrawTFTImage::code, &ButtonSetterImpl::drawImage},
+      {BMS_SetLEDStatusIndicator::code, &ButtonSetterImpl::setStatusIndicator},
+      {BMS_SetLEDToggleIndicator::code, &ButtonSetterImpl::setToggleIndicator},
+  };
+  static_assert(are_what_the_catalogue_says(handlers), "a handler for each message that the server handles, in order");
+
+  const std::uint32_t opcode = message.view.big_endian_32(0);
+  debug_line() << "buttondriver: opcode = " << opcode << ", size = " << qint64{message.bytes.size()};
+  for (const Handler &handler : handlers)
+    if (handler.opcode == opcode)
+      return (this->*handler.handle)(message);
+  critical_line() << "ButtonSetterImpl::process_messages, unhandled switch case" << opcode;
 }
 
-void ButtonSetterImpl::logNullMessage(const QByteArray &message, qint32 image_id_offset) {
+void ButtonSetterImpl::logNullMessage(const Message &message) {
   critical_line() << "ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE";
-  critical_line() << "size  = " << qint64{message.size()};
-  _null_message_log.write(message, image_id_offset);
+  critical_line() << "size  = " << qint64{message.bytes.size()};
+  _null_message_log.write(message.bytes, message.client_id);
 }
 
-void ButtonSetterImpl::uploadImage(ByteView message, qint32 image_id_offset) {
-  const auto upload = decode<BMS_UploadImage>(message);
+void ButtonSetterImpl::uploadImage(const Message &message) {
+  const auto upload = decode<BMS_UploadImage>(message.view);
   if (upload.size != dimensions::button_image_bytes) {
     print("invalid image data, size = %d\n", upload.size);
     print("buttondriver:failed to upload image %d\n", upload.image_id);
@@ -106,89 +118,88 @@ void ButtonSetterImpl::uploadImage(ByteView message, qint32 image_id_offset) {
   }
   qint32 id = upload.image_id;
   if (id >= dimensions::built_in_image_count)
-    id = static_cast<qint32>(static_cast<quint32>(id) + static_cast<quint32>(image_id_offset)); // wraps
+    id = static_cast<qint32>(static_cast<quint32>(id) + static_cast<quint32>(message.client_id)); // wraps
   ButtonImage image;
   std::copy(std::begin(upload.image), std::end(upload.image), image.bytes.begin());
-  _images.store(id, image, image_id_offset);
+  _images.store(id, image, message.client_id);
   print("buttondriver:image uploaded %d\n", id);
 }
 
-void ButtonSetterImpl::answerPing(QIODevice *reply) {
-  BMS_PingReply answer{BMS_PingReply::code};
-  hton_BMS_PingReply(&answer, &answer);
-  const auto prefix = frame_prefix(sizeof answer);
-  QByteArray frame(reinterpret_cast<const char *>(prefix.data()), static_cast<int>(prefix.size()));
-  frame.append(reinterpret_cast<const char *>(&answer), static_cast<int>(sizeof answer));
-  reply->write(frame);
+void ButtonSetterImpl::readLevelsAgain(const Message &) { reconfig(); }
+
+void ButtonSetterImpl::answerPing(const Message &message) {
+  message.reply->write(framed(encoded(BMS_PingReply{BMS_PingReply::code})));
 }
 
-void ButtonSetterImpl::writeTextLine(ByteView message) {
+void ButtonSetterImpl::writeTextLine(const Message &message) {
   debug_line() << "buttondriver: Got a TFT text line message";
-  const auto line = decode<BMS_TFTTextLine>(message);
-  const std::string_view text = message.text(type_of<BMS_TFTTextLine>.head_size, line.n);
+  const auto line = decode<BMS_TFTTextLine>(message.view);
+  const std::string_view text = message.view.text(type_of<BMS_TFTTextLine>.head_size, line.n);
   _fpga->textLine(line.screen_id, line.line_id, std::string(text), line.flag != 0);
 }
 
-void ButtonSetterImpl::blackoutScreen(ByteView message) {
-  _fpga->blackoutScreen(decode<BMS_BlackoutScreen>(message).screen_id);
+void ButtonSetterImpl::blackoutScreen(const Message &message) {
+  _fpga->blackoutScreen(decode<BMS_BlackoutScreen>(message.view).screen_id);
 }
 
-void ButtonSetterImpl::setLEDState(ByteView message) {
-  const auto led = decode<BMS_SetLEDState>(message);
+void ButtonSetterImpl::setLEDState(const Message &message) {
+  const auto led = decode<BMS_SetLEDState>(message.view);
   setLEDState(led.button_id, led.state, led.time);
   debug_line() << "Button " << led.button_id << " set to state " << led.state;
 }
 
-void ButtonSetterImpl::writeSubTextLine(ByteView message) {
+void ButtonSetterImpl::writeSubTextLine(const Message &message) {
   debug_line() << "buttondriver: Got a TFT sub-text line message";
-  const auto line = decode<BMS_TFTSubTextLine>(message);
-  const std::string_view text = message.text(type_of<BMS_TFTSubTextLine>.head_size, line.n);
+  const auto line = decode<BMS_TFTSubTextLine>(message.view);
+  const std::string_view text = message.view.text(type_of<BMS_TFTSubTextLine>.head_size, line.n);
   print_sub_text_line(line, text);
   _fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, std::string(text),
                      line._text_colour, line._back_colour);
 }
 
-void ButtonSetterImpl::drawImage(const QByteArray &message) {
-  const auto image = decode<BMS_DrawTFTImage>(ByteView(message.constData(), static_cast<std::size_t>(message.size())));
+void ButtonSetterImpl::drawImage(const Message &message) {
+  const auto image = decode<BMS_DrawTFTImage>(message.view);
   print("buttondriver(DRAW_TFT_IMAGE): _screen_id = %d, _xoffset =%d, _yoffset = %d, _size = %d.\n", image._screen_id,
         image._xoffset, image._yoffset, static_cast<int>(image._size));
   // The picture is all that follows the head; its own header says how much of that it needs.
   _fpga->drawTFTImage(image._screen_id, image._xoffset, image._yoffset,
-                      SharedBytes(message, type_of<BMS_DrawTFTImage>.head_size));
+                      SharedBytes(message.bytes, type_of<BMS_DrawTFTImage>.head_size));
 }
 
-void ButtonSetterImpl::setStatusIndicator(ByteView message) {
-  const auto led = decode<BMS_SetLEDStatusIndicator>(message);
+void ButtonSetterImpl::setStatusIndicator(const Message &message) {
+  const auto led = decode<BMS_SetLEDStatusIndicator>(message.view);
   _fpga->setLEDStatusIndicator(led.button_id, led.state);
 }
 
-void ButtonSetterImpl::setToggleIndicator(ByteView message) {
-  const auto indicator = decode<BMS_SetLEDToggleIndicator>(message);
+void ButtonSetterImpl::setToggleIndicator(const Message &message) {
+  const auto indicator = decode<BMS_SetLEDToggleIndicator>(message.view);
   _fpga->setLEDToggleIndicator(static_cast<unsigned>(indicator.button_id), static_cast<unsigned>(indicator.state));
 }
 
 void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) {
   if (button_id == dimensions::all_buttons) {
     for (const auto &[id, button] : _buttons)
-      setLEDState(button->id(), state, time);
+      setLEDState(*button, state, time);
     return;
   }
   const auto place = _buttons.find(button_id);
-  if (place == _buttons.end()) {
+  if (place == _buttons.end())
     print("buttondriver:invalid button id %d, setLEDState()\n", button_id);
-    return;
-  }
-  IButton *button = place->second;
+  else
+    setLEDState(*place->second, state, time);
+}
+
+void ButtonSetterImpl::setLEDState(IButton &button, qint32 state, qint32 time) {
   if (state != -1) {
-    button->setState(state);
-    _blinking.erase(button);
+    button.setState(state);
+    _blinking.erase(&button);
     return;
   }
   if (time == 0) {
-    print("buttondriver: button id %d must have a non-zero time to use blinking.", button_id);
+    print("buttondriver: button id %d must have a non-zero time to use blinking.", button.id());
     return;
   }
-  const auto [place_of_blinking, is_new] = _blinking.try_emplace(button, Blinking{BlinkState(time)});
+  const auto [place_of_blinking, is_new] = _blinking.try_emplace(&button, Blinking{BlinkState(time)});
   if (!is_new)
     place_of_blinking->second.state = BlinkState(time);
   if (_update_timer.isActive())

@@ -55,23 +55,34 @@ public:
   std::map<qint32, qint32> blinkTimes() const;
 
 public slots:
-  /// Gives up the private images of the connection whose messages came with `image_id_offset`.
-  void forgetImages(qint32 image_id_offset);
+  /// Gives up the private images of a connection. `client_id` is what its messages came with as `image_id_offset`.
+  void forgetImages(qint32 client_id);
   /// One blink tick.
   void update_timer();
 
 private:
-  void processMessage(const QByteArray &message, QIODevice *reply, qint32 image_id_offset);
-  void logNullMessage(const QByteArray &message, qint32 image_id_offset);
-  void uploadImage(ByteView message, qint32 image_id_offset);
-  void answerPing(QIODevice *reply);
-  void writeTextLine(ByteView message);
-  void blackoutScreen(ByteView message);
-  void setLEDState(ByteView message);
-  void writeSubTextLine(ByteView message);
-  void drawImage(const QByteArray &message);
-  void setStatusIndicator(ByteView message);
-  void setToggleIndicator(ByteView message);
+  /// One message and where it came from.
+  struct Message {
+    const QByteArray &bytes;
+    ByteView view; // the same bytes
+    QIODevice *reply;
+    qint32 client_id;
+  };
+
+  void processMessage(const Message &message);
+  void logNullMessage(const Message &message);
+  void uploadImage(const Message &message);
+  void readLevelsAgain(const Message &message);
+  void answerPing(const Message &message);
+  void writeTextLine(const Message &message);
+  void blackoutScreen(const Message &message);
+  void setLEDState(const Message &message);
+  void writeSubTextLine(const Message &message);
+  void drawImage(const Message &message);
+  void setStatusIndicator(const Message &message);
+  void setToggleIndicator(const Message &message);
+
+  void setLEDState(IButton &button, qint32 state, qint32 time);
 
   SystemPaths _paths;
   ImageStore _images;

@@ -64,8 +64,6 @@ void QButtonDriverClient::connected() {}
 
 void QButtonDriverClient::connect_to_server() { _socket.connectToHost(_host, _port); }
 
-void QButtonDriverClient::write_frame(const QByteArray &message) {
-  _socket.write(framed(message));
-}
+void QButtonDriverClient::write_frame(const QByteArray &message) { _socket.write(framed(message)); }
 
 } // namespace buttondriver
