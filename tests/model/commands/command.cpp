@@ -2,9 +2,9 @@
 #include "model/commands/command.h"
 
 #include "model/commands/message_bytes.h"
+#include "protocol/catalogue.h"
 #include "support/hex.h"
 
-#include <array>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -13,52 +13,23 @@ namespace buttondriver::test {
 
 namespace {
 
-std::string_view name_of(std::uint32_t opcode) {
-  switch (opcode) {
-  case 0:
-    return "null message";
-  case 6:
-    return "upload image";
-  case 10:
-    return "reconfig";
-  case 12:
-    return "ping";
-  case 15:
-    return "text line";
-  case 16:
-    return "blackout";
-  case 17:
-    return "button LED";
-  case 18:
-    return "sub-text line";
-  case 19:
-    return "picture";
-  case 21:
-    return "status indicator";
-  case 22:
-    return "toggle indicator";
-  default:
-    return "not handled";
-  }
-}
-
-/// How many 32-bit fields of a message are worth saying.
-std::size_t fields_of(std::uint32_t opcode) {
-  static constexpr std::array<std::size_t, 23> fields = {0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0,
-                                                         0, 0, 0, 4, 1, 3, 7, 4, 0, 2, 2};
-  return opcode < fields.size() ? fields[opcode] : 0;
+/// The name and the numbers of a message, for a person.
+std::string remark_on(const std::string &message) {
+  const MessageType *type = find_message_type(network_word(message, 0));
+  if (!type)
+    return "no message";
+  std::string remark = type->name;
+  for (std::size_t i = 1; i < type->field_count(); ++i)
+    if (type->fields[i].width == 4)
+      remark += ' ' + std::to_string(signed_network_word(message, type->fields[i].offset));
+  return remark;
 }
 
 std::string message_line(const std::string &message) {
   std::string frame;
   append_network_word(frame, static_cast<std::uint32_t>(message.size()));
   frame += message;
-  const std::uint32_t opcode = network_word(message, 0);
-  std::ostringstream line;
-  line << to_hex(frame) << "  # " << name_of(opcode);
-  for (std::size_t i = 1; i <= fields_of(opcode); ++i)
-    line << ' ' << signed_network_word(message, 4 * i);
-  return line.str();
+  return to_hex(frame) + "  # " + remark_on(message);
 }
 
 std::string line_of(const Command &command) {

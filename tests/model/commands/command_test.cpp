@@ -19,8 +19,8 @@ TEST(CommandTest, has_a_line_for_each_command) {
       {Command::Kind::remove_levels, {}, 0, 0},
       {Command::Kind::look, {}, 0, 0},
   };
-  const std::string text = "0000000800000010ffffffff  # blackout -1\n"
-                           "000000020000  # null message\n"
+  const std::string text = "0000000800000010ffffffff  # BMS_BlackoutScreen -1\n"
+                           "000000020000  # TYPE_NULL_MESSAGE\n"
                            "tick\n"
                            "font 7 5\n"
                            "levels \"7363722037300a\"\n"

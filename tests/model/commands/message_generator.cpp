@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <vector>
 
 namespace buttondriver::test {
 
@@ -13,39 +14,53 @@ namespace {
 
 constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+/// A range of more values is drawn from its beginning mostly.
+constexpr std::int64_t most_even_values = 300;
 
-std::string words(std::initializer_list<std::uint32_t> values) {
-  std::string bytes;
-  for (const std::uint32_t value : values)
-    append_network_word(bytes, value);
-  return bytes;
-}
-
-std::uint32_t extreme(Dice &dice) {
+std::int64_t extreme(Dice &dice) {
   const auto value =
       dice.one_of({-1,  -2,   3,    24,    31,    32,      64,     127,        128,        129,       255,
                    256, -128, -256, 65535, 65536, highest, lowest, lowest + 1, 0x10000000, 0x20000001});
-  return static_cast<std::uint32_t>(dice.chance(15) ? static_cast<std::int32_t>(dice.word()) : value);
+  return dice.chance(15) ? static_cast<std::int32_t>(dice.word()) : value;
 }
 
-/// Between the first two mostly, between the last two now and then, and anything at times.
-std::uint32_t field(Dice &dice, std::int32_t first, std::int32_t last, std::int32_t lower, std::int32_t upper) {
+/// Of at most 7 bits, the fewer the likelier.
+std::int64_t small_number(Dice &dice) { return dice.below(1U << dice.below(8)); }
+
+std::int64_t even_or_small(Dice &dice, std::int64_t first, std::int64_t last) {
+  if (last - first > most_even_values)
+    return first + small_number(dice);
+  return first + dice.below(static_cast<std::uint32_t>(last - first + 1));
+}
+
+std::int64_t named_value(Dice &dice, const Field &field) {
+  const NamedValue &value = field.named[dice.below(static_cast<std::uint32_t>(field.named_count()))];
+  return even_or_small(dice, value.first, value.last);
+}
+
+std::int64_t usual_value(Dice &dice, const Field &field) {
+  if (field.is_colour)
+    return dice.chance(50) ? dice.one_of<std::int64_t>({0, 0xFFFFFF, 0xFF0000, 0x00FF00, 0x0000FF}) : dice.word();
+  if (field.lowest == lowest)
+    return dice.chance(20) ? -small_number(dice) : small_number(dice);
+  return even_or_small(dice, field.lowest, field.highest);
+}
+
+/// Somewhat below or above the usual ones.
+std::int64_t value_beside(Dice &dice, const Field &field) {
+  const std::int64_t first = std::max<std::int64_t>(field.lowest, -100);
+  const std::int64_t last = std::min<std::int64_t>(field.highest, 100);
+  return dice.chance(40) ? first - 1 - small_number(dice) : last + 1 + 2 * small_number(dice);
+}
+
+/// A value of the range mostly, one with a name or one beside the range now and then, and anything at times.
+std::uint32_t random_value(Dice &dice, const Field &field) {
   const std::uint32_t kind = dice.below(100);
-  if (kind < 70)
-    return static_cast<std::uint32_t>(dice.between(first, last));
-  if (kind < 92)
-    return static_cast<std::uint32_t>(dice.between(lower, upper));
-  return extreme(dice);
-}
-
-std::uint32_t screen(Dice &dice) {
-  return dice.chance(95) ? static_cast<std::uint32_t>(dice.between(-1, 2)) : extreme(dice);
-}
-
-std::uint32_t line(Dice &dice) { return field(dice, 0, 7, -3, 30); }
-
-std::uint32_t colour(Dice &dice) {
-  return dice.chance(50) ? dice.one_of<std::uint32_t>({0, 0xFFFFFF, 0xFF0000, 0x00FF00, 0x0000FF}) : dice.word();
+  if (kind < 10 && field.named_count() > 0)
+    return static_cast<std::uint32_t>(named_value(dice, field));
+  if (kind < 85)
+    return static_cast<std::uint32_t>(usual_value(dice, field));
+  return static_cast<std::uint32_t>(kind < 94 ? value_beside(dice, field) : extreme(dice));
 }
 
 char character(Dice &dice) {
@@ -67,7 +82,7 @@ std::string text(Dice &dice) {
 /// The number of characters, their NUL included; sometimes it is wrong.
 std::uint32_t text_size(Dice &dice, const std::string &characters) {
   const auto size = static_cast<std::uint32_t>(characters.size() + 1);
-  return dice.chance(90) ? size : dice.chance(60) ? dice.below(size + 5) : extreme(dice);
+  return dice.chance(90) ? size : dice.chance(60) ? dice.below(size + 5) : static_cast<std::uint32_t>(extreme(dice));
 }
 
 std::string with_nul(Dice &dice, std::string characters) {
@@ -135,55 +150,67 @@ std::string bmp(Dice &dice) {
   return file;
 }
 
+/// What follows a head, and the count that the head says, which may be wrong.
+struct Tail {
+  std::string bytes;
+  std::uint32_t count = 0;
+};
+
+Tail random_tail(Dice &dice, Counted counted) {
+  Tail tail;
+  switch (counted) {
+  case Counted::text_bytes:
+    tail.bytes = text(dice);
+    tail.count = text_size(dice, tail.bytes);
+    tail.bytes = with_nul(dice, tail.bytes);
+    break;
+  case Counted::image_bytes:
+    tail.bytes = bmp(dice);
+    tail.count = static_cast<std::uint32_t>(tail.bytes.size());
+    break;
+  case Counted::image_ids:
+    tail.count = dice.below(5);
+    for (std::uint32_t i = 0; i < tail.count; ++i)
+      append_network_word(tail.bytes, dice.below(40));
+    break;
+  case Counted::nothing:
+    break;
+  }
+  return tail;
+}
+
 } // namespace
 
-std::string random_text_line(Dice &dice) {
-  const std::string characters = text(dice);
-  return words({15, screen(dice), line(dice), dice.chance(90) ? dice.below(2) : dice.word(),
-                text_size(dice, characters)}) +
-         with_nul(dice, characters);
+std::string random_message(Dice &dice, const MessageType &type) {
+  const Tail tail = random_tail(dice, type.counted);
+  std::string message;
+  append_network_word(message, type.opcode);
+  for (std::size_t i = 1; i < type.field_count(); ++i) {
+    const Field &field = type.fields[i];
+    if (type.counted != Counted::nothing && i + 1 == type.field_count())
+      append_network_word(message, tail.count);
+    else if (field.kind == FieldKind::bytes)
+      message.append(field.width, static_cast<char>(dice.word()));
+    else if (field.width == 1)
+      message += static_cast<char>(random_value(dice, field));
+    else
+      append_network_word(message, random_value(dice, field));
+  }
+  return message + tail.bytes;
 }
 
-std::string random_sub_text_line(Dice &dice) {
-  const std::string characters = text(dice);
-  const auto written = static_cast<std::uint32_t>(characters.size());
-  return words({18, screen(dice), line(dice), field(dice, 0, 16, -30, 40),
-                dice.chance(50) ? written : field(dice, 0, 20, -2, 140), colour(dice), colour(dice),
-                text_size(dice, characters)}) +
-         with_nul(dice, characters);
-}
-
-std::string random_picture(Dice &dice) {
-  const std::string file = bmp(dice);
-  return words({19, screen(dice), field(dice, 0, 100, -150, 150), field(dice, 0, 100, -150, 150),
-                static_cast<std::uint32_t>(file.size())}) +
-         file;
-}
-
-std::string random_blackout(Dice &dice) { return words({16, screen(dice)}); }
-
-std::string random_button_led(Dice &dice) {
-  const std::uint32_t time = dice.chance(80) ? dice.below(150) : extreme(dice);
-  const std::uint32_t id = dice.chance(2) ? 0xFFFFFFFF : field(dice, 0, 23, -2, 70);
-  return words({17, id, field(dice, -1, 2, -1, 1), time});
-}
-
-std::string random_status_indicator(Dice &dice) {
-  return words({21, field(dice, 0, 31, -40, 300), field(dice, 0, 1, -2, 3)});
-}
-
-std::string random_toggle_indicator(Dice &dice) {
-  return words({22, field(dice, 0, 1, -2, 3), field(dice, 0, 1, -2, 3)});
-}
-
-std::string random_image_upload(Dice &dice) {
-  return words({6, field(dice, 0, 40, -2, 30), dice.chance(80) ? 120 : dice.below(200)}) +
-         std::string(120, static_cast<char>(dice.word()));
+std::string random_handled_message(Dice &dice) {
+  std::vector<const MessageType *> types;
+  for (const MessageType &type : catalogue)
+    if (type.handling == Handling::server_handles && type.counted != Counted::image_bytes)
+      types.push_back(&type);
+  return random_message(dice, *types[dice.below(static_cast<std::uint32_t>(types.size()))]);
 }
 
 std::string random_unknown_message(Dice &dice) {
-  const std::uint32_t opcode = dice.chance(70) ? dice.below(30) : extreme(dice);
-  std::string message = words({opcode});
+  const std::uint32_t opcode = dice.chance(70) ? dice.below(30) : static_cast<std::uint32_t>(extreme(dice));
+  std::string message;
+  append_network_word(message, opcode);
   for (std::uint32_t count = dice.below(12); count > 0; --count)
     append_network_word(message, dice.chance(50) ? dice.below(40) : dice.word());
   return message;

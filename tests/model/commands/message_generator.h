@@ -2,20 +2,18 @@
 #pragma once
 
 #include "model/commands/dice.h"
+#include "protocol/catalogue.h"
 
 #include <string>
 
 namespace buttondriver::test {
 
-/// Random messages: mostly sensible, now and then at the edges of what a field can hold, and some of them broken.
-std::string random_text_line(Dice &dice);
-std::string random_sub_text_line(Dice &dice);
-std::string random_picture(Dice &dice);
-std::string random_blackout(Dice &dice);
-std::string random_button_led(Dice &dice);
-std::string random_status_indicator(Dice &dice);
-std::string random_toggle_indicator(Dice &dice);
-std::string random_image_upload(Dice &dice);
+/// A random message of a type: mostly sensible by the ranges of its fields, now and then at the edges of what a field
+/// can hold, and with a text, picture or ids of some length.
+std::string random_message(Dice &dice, const MessageType &type);
+/// One of any type that the daemon handles, pictures apart, which take long.
+std::string random_handled_message(Dice &dice);
+/// An opcode, which the daemon knows or not, and numbers.
 std::string random_unknown_message(Dice &dice);
 
 /// `message` as it is, or cut short, or with more bytes after it.

@@ -2,6 +2,7 @@
 #include "model/commands/sequence_generator.h"
 
 #include "model/commands/message_generator.h"
+#include "protocol/records.h"
 
 #include <ostream>
 #include <vector>
@@ -50,13 +51,10 @@ void append_ticks(Sequence &sequence, Dice &dice) {
     sequence.push_back({Command::Kind::tick, {}, 0, 0});
 }
 
+std::string message_of(std::uint32_t opcode, Dice &dice) { return random_message(dice, *find_message_type(opcode)); }
+
 Command other(Dice &dice) {
-  const std::uint32_t kind = dice.below(4);
-  if (kind == 0)
-    return message(std::string("\0\0\0\x0C", 4));
-  if (kind == 1)
-    return message(random_image_upload(dice));
-  return message(random_unknown_message(dice));
+  return message(dice.chance(75) ? random_handled_message(dice) : random_unknown_message(dice));
 }
 
 void append_command(Sequence &sequence, const Mixture &mixture, Dice &dice) {
@@ -72,17 +70,17 @@ void append_command(Sequence &sequence, const Mixture &mixture, Dice &dice) {
     sequence.push_back(message(perhaps_of_another_length(dice, std::move(bytes))));
   };
   if (is(m.text_lines))
-    append(random_text_line(dice));
+    append(message_of(BMS_TFTTextLine::code, dice));
   else if (is(m.sub_text_lines))
-    append(random_sub_text_line(dice));
+    append(message_of(BMS_TFTSubTextLine::code, dice));
   else if (is(m.pictures))
-    append(random_picture(dice));
+    append(message_of(BMS_DrawTFTImage::code, dice));
   else if (is(m.blackouts))
-    append(random_blackout(dice));
+    append(message_of(BMS_BlackoutScreen::code, dice));
   else if (is(m.button_leds))
-    append(random_button_led(dice));
+    append(message_of(BMS_SetLEDState::code, dice));
   else if (is(m.indicators))
-    append(dice.chance(50) ? random_status_indicator(dice) : random_toggle_indicator(dice));
+    append(message_of(dice.chance(50) ? BMS_SetLEDStatusIndicator::code : BMS_SetLEDToggleIndicator::code, dice));
   else if (is(m.fonts))
     sequence.push_back(font(dice));
   else if (is(m.levels))

@@ -2,6 +2,7 @@
 #include "model/commands/shrinker.h"
 
 #include "model/commands/message_bytes.h"
+#include "protocol/catalogue.h"
 
 #include <algorithm>
 
@@ -77,13 +78,15 @@ private:
   /// Zero, one, a half, somewhat less or one less for numbers of four bytes; the opcode stays.
   bool simplifyWords(std::size_t i) {
     constexpr std::size_t looked_at = 80;
-    const bool is_picture = network_word(_sequence[i].bytes, 0) == 19;
+    constexpr std::size_t before_the_numbers = 10; // of a BMP file
+    const MessageType *type = find_message_type(network_word(_sequence[i].bytes, 0));
+    const bool is_picture = type && type->counted == Counted::image_bytes;
     bool any = false;
     for (std::size_t place = 4; place + 4 <= std::min(_sequence[i].bytes.size(), looked_at); place += 4) {
       // The fields of a picture's own header lie differently, their low bytes first.
-      const bool is_low_first = is_picture && place >= 20;
-      if (is_low_first && place == 20)
-        place = 30;
+      const bool is_low_first = is_picture && place >= type->head_size;
+      if (is_low_first && place == type->head_size)
+        place += before_the_numbers;
       while (place + 4 <= _sequence[i].bytes.size() && simplifyWord(i, place, is_low_first))
         any = true;
     }

@@ -30,7 +30,7 @@ TEST(ShrinkerTest, cuts_messages_and_brings_their_numbers_down_to_those_that_sti
       return false;
     return signed_network_word(candidate[0].bytes, 4) >= 300;
   };
-  EXPECT_EQ(to_text(shortest_failing(sequence, fails)), "00000008000000100000012c  # blackout 300\n");
+  EXPECT_EQ(to_text(shortest_failing(sequence, fails)), "00000008000000100000012c  # BMS_BlackoutScreen 300\n");
 }
 
 TEST(ShrinkerTest, asks_no_more_often_than_it_may) {
