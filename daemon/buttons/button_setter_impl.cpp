@@ -69,6 +69,91 @@ void ButtonSetterImpl::setFPGA(FPGA *fpga) { _fpga = fpga; }
 
 void ButtonSetterImpl::forgetImages(qint32 client_id) { _images.forget(client_id); }
 
+/// One message and where it came from.
+struct ButtonSetterImpl::Message {
+  const QByteArray &bytes;
+  ByteView view; // the same bytes
+  QIODevice *reply;
+  qint32 client_id;
+};
+
+/// What each message does.
+struct ButtonSetterImpl::Handlers {
+  static void logNullMessage(ButtonSetterImpl &setter, const Message &message) {
+    critical_line() << "ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE";
+    critical_line() << "size  = " << qint64{message.bytes.size()};
+    setter._null_message_log.write(message.bytes, message.client_id);
+  }
+
+  static void uploadImage(ButtonSetterImpl &setter, const Message &message) {
+    const auto upload = decode<BMS_UploadImage>(message.view);
+    if (upload.size != dimensions::button_image_bytes) {
+      print("invalid image data, size = %d\n", upload.size);
+      print("buttondriver:failed to upload image %d\n", upload.image_id);
+      return;
+    }
+    qint32 id = upload.image_id;
+    if (id >= dimensions::built_in_image_count)
+      id = static_cast<qint32>(static_cast<quint32>(id) + static_cast<quint32>(message.client_id)); // wraps
+    ButtonImage image;
+    std::copy(std::begin(upload.image), std::end(upload.image), image.bytes.begin());
+    setter._images.store(id, image, message.client_id);
+    print("buttondriver:image uploaded %d\n", id);
+  }
+
+  static void readLevelsAgain(ButtonSetterImpl &setter, const Message &) { setter.reconfig(); }
+
+  static void answerPing(ButtonSetterImpl &, const Message &message) {
+    message.reply->write(framed(encoded(BMS_PingReply{BMS_PingReply::code})));
+  }
+
+  static void writeTextLine(ButtonSetterImpl &setter, const Message &message) {
+    debug_line() << "buttondriver: Got a TFT text line message";
+    const auto line = decode<BMS_TFTTextLine>(message.view);
+    const std::string_view text = message.view.text(type_of<BMS_TFTTextLine>.head_size, line.n);
+    setter._fpga->textLine(line.screen_id, line.line_id, std::string(text), line.flag != 0);
+  }
+
+  static void blackoutScreen(ButtonSetterImpl &setter, const Message &message) {
+    setter._fpga->blackoutScreen(decode<BMS_BlackoutScreen>(message.view).screen_id);
+  }
+
+  static void setLEDState(ButtonSetterImpl &setter, const Message &message) {
+    const auto led = decode<BMS_SetLEDState>(message.view);
+    setter.setLEDState(led.button_id, led.state, led.time);
+    debug_line() << "Button " << led.button_id << " set to state " << led.state;
+  }
+
+  static void writeSubTextLine(ButtonSetterImpl &setter, const Message &message) {
+    debug_line() << "buttondriver: Got a TFT sub-text line message";
+    const auto line = decode<BMS_TFTSubTextLine>(message.view);
+    const std::string_view text = message.view.text(type_of<BMS_TFTSubTextLine>.head_size, line.n);
+    print_sub_text_line(line, text);
+    setter._fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, std::string(text),
+                              line._text_colour, line._back_colour);
+  }
+
+  static void drawImage(ButtonSetterImpl &setter, const Message &message) {
+    const auto image = decode<BMS_DrawTFTImage>(message.view);
+    print("buttondriver(DRAW_TFT_IMAGE): _screen_id = %d, _xoffset =%d, _yoffset = %d, _size = %d.\n", image._screen_id,
+          image._xoffset, image._yoffset, static_cast<int>(image._size));
+    // The picture is all that follows the head; its own header says how much of that it needs.
+    setter._fpga->drawTFTImage(image._screen_id, image._xoffset, image._yoffset,
+                               SharedBytes(message.bytes, type_of<BMS_DrawTFTImage>.head_size));
+  }
+
+  static void setStatusIndicator(ButtonSetterImpl &setter, const Message &message) {
+    const auto led = decode<BMS_SetLEDStatusIndicator>(message.view);
+    setter._fpga->setLEDStatusIndicator(led.button_id, led.state);
+  }
+
+  static void setToggleIndicator(ButtonSetterImpl &setter, const Message &message) {
+    const auto indicator = decode<BMS_SetLEDToggleIndicator>(message.view);
+    setter._fpga->setLEDToggleIndicator(static_cast<unsigned>(indicator.button_id),
+                                        static_cast<unsigned>(indicator.state));
+  }
+};
+
 void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply,
                                         qint32 image_id_offset) {
   for (const QByteArray &message : messages)
@@ -78,20 +163,20 @@ void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages,
 void ButtonSetterImpl::processMessage(const Message &message) {
   struct Handler {
     std::uint32_t opcode;
-    void (ButtonSetterImpl::*handle)(const Message &message);
+    void (*handle)(ButtonSetterImpl &setter, const Message &message);
   };
   static constexpr Handler handlers[] = {
-      {TYPE_NULL_MESSAGE::code, &ButtonSetterImpl::logNullMessage},
-      {BMS_UploadImage::code, &ButtonSetterImpl::uploadImage},
-      {BMS_Reconfig::code, &ButtonSetterImpl::readLevelsAgain},
-      {BMS_Ping::code, &ButtonSetterImpl::answerPing},
-      {BMS_TFTTextLine::code, &ButtonSetterImpl::writeTextLine},
-      {BMS_BlackoutScreen::code, &ButtonSetterImpl::blackoutScreen},
-      {BMS_SetLEDState::code, &ButtonSetterImpl::setLEDState},
-      {BMS_TFTSubTextLine::code, &ButtonSetterImpl::writeSubTextLine},
-      {BMS_DrawTFTImage::code, &ButtonSetterImpl::drawImage},
-      {BMS_SetLEDStatusIndicator::code, &ButtonSetterImpl::setStatusIndicator},
-      {BMS_SetLEDToggleIndicator::code, &ButtonSetterImpl::setToggleIndicator},
+      {TYPE_NULL_MESSAGE::code, Handlers::logNullMessage},
+      {BMS_UploadImage::code, Handlers::uploadImage},
+      {BMS_Reconfig::code, Handlers::readLevelsAgain},
+      {BMS_Ping::code, Handlers::answerPing},
+      {BMS_TFTTextLine::code, Handlers::writeTextLine},
+      {BMS_BlackoutScreen::code, Handlers::blackoutScreen},
+      {BMS_SetLEDState::code, Handlers::setLEDState},
+      {BMS_TFTSubTextLine::code, Handlers::writeSubTextLine},
+      {BMS_DrawTFTImage::code, Handlers::drawImage},
+      {BMS_SetLEDStatusIndicator::code, Handlers::setStatusIndicator},
+      {BMS_SetLEDToggleIndicator::code, Handlers::setToggleIndicator},
   };
   static_assert(are_what_the_catalogue_says(handlers), "a handler for each message that the server handles, in order");
 
@@ -99,81 +184,8 @@ void ButtonSetterImpl::processMessage(const Message &message) {
   debug_line() << "buttondriver: opcode = " << opcode << ", size = " << qint64{message.bytes.size()};
   for (const Handler &handler : handlers)
     if (handler.opcode == opcode)
-      return (this->*handler.handle)(message);
+      return handler.handle(*this, message);
   critical_line() << "ButtonSetterImpl::process_messages, unhandled switch case" << opcode;
-}
-
-void ButtonSetterImpl::logNullMessage(const Message &message) {
-  critical_line() << "ButtonSetterImpl::process_messages , TYPE_NULL_MESSAGE";
-  critical_line() << "size  = " << qint64{message.bytes.size()};
-  _null_message_log.write(message.bytes, message.client_id);
-}
-
-void ButtonSetterImpl::uploadImage(const Message &message) {
-  const auto upload = decode<BMS_UploadImage>(message.view);
-  if (upload.size != dimensions::button_image_bytes) {
-    print("invalid image data, size = %d\n", upload.size);
-    print("buttondriver:failed to upload image %d\n", upload.image_id);
-    return;
-  }
-  qint32 id = upload.image_id;
-  if (id >= dimensions::built_in_image_count)
-    id = static_cast<qint32>(static_cast<quint32>(id) + static_cast<quint32>(message.client_id)); // wraps
-  ButtonImage image;
-  std::copy(std::begin(upload.image), std::end(upload.image), image.bytes.begin());
-  _images.store(id, image, message.client_id);
-  print("buttondriver:image uploaded %d\n", id);
-}
-
-void ButtonSetterImpl::readLevelsAgain(const Message &) { reconfig(); }
-
-void ButtonSetterImpl::answerPing(const Message &message) {
-  message.reply->write(framed(encoded(BMS_PingReply{BMS_PingReply::code})));
-}
-
-void ButtonSetterImpl::writeTextLine(const Message &message) {
-  debug_line() << "buttondriver: Got a TFT text line message";
-  const auto line = decode<BMS_TFTTextLine>(message.view);
-  const std::string_view text = message.view.text(type_of<BMS_TFTTextLine>.head_size, line.n);
-  _fpga->textLine(line.screen_id, line.line_id, std::string(text), line.flag != 0);
-}
-
-void ButtonSetterImpl::blackoutScreen(const Message &message) {
-  _fpga->blackoutScreen(decode<BMS_BlackoutScreen>(message.view).screen_id);
-}
-
-void ButtonSetterImpl::setLEDState(const Message &message) {
-  const auto led = decode<BMS_SetLEDState>(message.view);
-  setLEDState(led.button_id, led.state, led.time);
-  debug_line() << "Button " << led.button_id << " set to state " << led.state;
-}
-
-void ButtonSetterImpl::writeSubTextLine(const Message &message) {
-  debug_line() << "buttondriver: Got a TFT sub-text line message";
-  const auto line = decode<BMS_TFTSubTextLine>(message.view);
-  const std::string_view text = message.view.text(type_of<BMS_TFTSubTextLine>.head_size, line.n);
-  print_sub_text_line(line, text);
-  _fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, std::string(text),
-                     line._text_colour, line._back_colour);
-}
-
-void ButtonSetterImpl::drawImage(const Message &message) {
-  const auto image = decode<BMS_DrawTFTImage>(message.view);
-  print("buttondriver(DRAW_TFT_IMAGE): _screen_id = %d, _xoffset =%d, _yoffset = %d, _size = %d.\n", image._screen_id,
-        image._xoffset, image._yoffset, static_cast<int>(image._size));
-  // The picture is all that follows the head; its own header says how much of that it needs.
-  _fpga->drawTFTImage(image._screen_id, image._xoffset, image._yoffset,
-                      SharedBytes(message.bytes, type_of<BMS_DrawTFTImage>.head_size));
-}
-
-void ButtonSetterImpl::setStatusIndicator(const Message &message) {
-  const auto led = decode<BMS_SetLEDStatusIndicator>(message.view);
-  _fpga->setLEDStatusIndicator(led.button_id, led.state);
-}
-
-void ButtonSetterImpl::setToggleIndicator(const Message &message) {
-  const auto indicator = decode<BMS_SetLEDToggleIndicator>(message.view);
-  _fpga->setLEDToggleIndicator(static_cast<unsigned>(indicator.button_id), static_cast<unsigned>(indicator.state));
 }
 
 void ButtonSetterImpl::setLEDState(qint32 button_id, qint32 state, qint32 time) {

@@ -8,7 +8,6 @@
 #include "buttons/images/button_image.h"
 #include "buttons/images/image_store.h"
 #include "buttons/null_message_log.h"
-#include "bytes/byte_view.h"
 #include "files/system_paths.h"
 
 #include <QObject>
@@ -61,27 +60,10 @@ public slots:
   void update_timer();
 
 private:
-  /// One message and where it came from.
-  struct Message {
-    const QByteArray &bytes;
-    ByteView view; // the same bytes
-    QIODevice *reply;
-    qint32 client_id;
-  };
+  struct Message;
+  struct Handlers;
 
   void processMessage(const Message &message);
-  void logNullMessage(const Message &message);
-  void uploadImage(const Message &message);
-  void readLevelsAgain(const Message &message);
-  void answerPing(const Message &message);
-  void writeTextLine(const Message &message);
-  void blackoutScreen(const Message &message);
-  void setLEDState(const Message &message);
-  void writeSubTextLine(const Message &message);
-  void drawImage(const Message &message);
-  void setStatusIndicator(const Message &message);
-  void setToggleIndicator(const Message &message);
-
   void setLEDState(IButton &button, qint32 state, qint32 time);
 
   SystemPaths _paths;

@@ -2,7 +2,6 @@
 #include "fpga/fpga.h"
 
 #include "dimensions/panel_dimensions.h"
-#include "fpga/tasks.h"
 #include "fpga/worker_thread.h"
 #include "logging/log_line.h"
 #include "panel/formats/font.h"
@@ -13,7 +12,6 @@
 #include <QMutexLocker>
 
 #include <optional>
-#include <utility>
 
 namespace buttondriver {
 
@@ -53,41 +51,12 @@ FPGA::~FPGA() {
   _worker.reset();
 }
 
-template <class Task, class... Arguments> void FPGA::queueTask(Arguments &&...arguments) {
-  queue(std::make_unique<Task>(std::forward<Arguments>(arguments)...));
-}
-
 void FPGA::queue(std::unique_ptr<FPGATask> task) {
   const bool is_high_now = _queue.append(std::move(task));
   _semaphore.release();
   if (is_high_now)
     emit backlogHigh();
 }
-
-void FPGA::textLine(int screen_id, int line_id, std::string text, bool flag) {
-  queueTask<TextLineTask>(screen_id, line_id, std::move(text), flag);
-}
-
-void FPGA::subTextLine(int screen_id, int line_id, int offset, int num_chars, std::string text,
-                       std::uint32_t text_colour, std::uint32_t back_colour) {
-  queueTask<SubTextLineTask>(screen_id, line_id, offset, num_chars, std::move(text), text_colour, back_colour);
-}
-
-void FPGA::setLEDButtonState(int led_id, int state) { queueTask<SetLEDButtonStateTask>(led_id, state); }
-
-void FPGA::setLEDStatusIndicator(int led_id, int state) { queueTask<SetLEDStatusIndicatorTask>(led_id, state); }
-
-void FPGA::setLEDToggleIndicator(unsigned indicator, unsigned state) {
-  queueTask<SetLEDToggleIndicatorTask>(indicator, state);
-}
-
-void FPGA::blackoutScreen(int screen_id) { queueTask<BlackoutScreenTask>(screen_id); }
-
-void FPGA::drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp) {
-  queueTask<DrawTFTImageTask>(screen_id, x_offset, y_offset, std::move(bmp));
-}
-
-void FPGA::setTFTIntensity(int percent) { queueTask<SetTFTIntensityTask>(percent); }
 
 void FPGA::check_font_settings(const QString &path) {
   debug_line() << "File change in " << path << " occurred.";

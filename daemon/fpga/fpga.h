@@ -4,8 +4,8 @@
 #include "files/system_paths.h"
 #include "fpga/configuration_watcher.h"
 #include "fpga/font_settings.h"
-#include "fpga/shared_bytes.h"
 #include "fpga/task_queue.h"
+#include "fpga/tasks.h"
 #include "threads/task_semaphore.h"
 
 #include <QMutex>
@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace buttondriver {
 
@@ -37,16 +38,24 @@ public:
   ~FPGA() override;
 
   /// `flag` true: white on black; false: black on white.
-  void textLine(int screen_id, int line_id, std::string text, bool flag);
+  void textLine(int screen_id, int line_id, std::string text, bool flag) {
+    queueTask<TextLineTask>(screen_id, line_id, std::move(text), flag);
+  }
   void subTextLine(int screen_id, int line_id, int offset, int num_chars, std::string text, std::uint32_t text_colour,
-                   std::uint32_t back_colour);
-  void setLEDButtonState(int led_id, int state);
-  void setLEDStatusIndicator(int led_id, int state);
-  void setLEDToggleIndicator(unsigned indicator, unsigned state);
+                   std::uint32_t back_colour) {
+    queueTask<SubTextLineTask>(screen_id, line_id, offset, num_chars, std::move(text), text_colour, back_colour);
+  }
+  void setLEDButtonState(int led_id, int state) { queueTask<SetLEDButtonStateTask>(led_id, state); }
+  void setLEDStatusIndicator(int led_id, int state) { queueTask<SetLEDStatusIndicatorTask>(led_id, state); }
+  void setLEDToggleIndicator(unsigned indicator, unsigned state) {
+    queueTask<SetLEDToggleIndicatorTask>(indicator, state);
+  }
   /// -1 means every screen.
-  void blackoutScreen(int screen_id);
-  void drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp);
-  void setTFTIntensity(int percent);
+  void blackoutScreen(int screen_id) { queueTask<BlackoutScreenTask>(screen_id); }
+  void drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp) {
+    queueTask<DrawTFTImageTask>(screen_id, x_offset, y_offset, std::move(bmp));
+  }
+  void setTFTIntensity(int percent) { queueTask<SetTFTIntensityTask>(percent); }
 
   /// Queues a task of the caller's own, after all that were queued before.
   void queue(std::unique_ptr<FPGATask> task);
@@ -70,7 +79,9 @@ public slots:
   void check_font_settings(const QString &path);
 
 private:
-  template <class Task, class... Arguments> void queueTask(Arguments &&...arguments);
+  template <class Task, class... Arguments> void queueTask(Arguments &&...arguments) {
+    queue(std::make_unique<Task>(std::forward<Arguments>(arguments)...));
+  }
 
   SystemPaths _paths;
   std::atomic<bool> _running{false};

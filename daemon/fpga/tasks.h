@@ -3,9 +3,15 @@
 
 #include "fpga/fpga_task.h"
 #include "fpga/shared_bytes.h"
+#include "panel/formats/colour.h"
+#include "panel/leds.h"
+#include "panel/tft/image.h"
+#include "panel/tft/text.h"
+#include "panel/tft/tft.h"
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 /// The tasks that the facade queues. Arguments are kept as given; the panel layer checks them when the task runs and
 /// prints what is wrong, and the worker goes on. Screen ids are 0, 1, 2, and -1 for all; colours are 0xRRGGBB.
@@ -14,8 +20,14 @@ namespace buttondriver {
 /// `flag` true: white text on black; false: black on white.
 class TextLineTask : public FPGATask {
 public:
-  TextLineTask(int screen_id, int line_id, std::string text, bool flag);
-  void execute() override;
+  TextLineTask(int screen_id, int line_id, std::string text, bool flag)
+      : _screen_id(screen_id), _line_id(line_id), _text(std::move(text)), _flag(flag) {}
+  void execute() override {
+    if (_flag)
+      panel::tft_text_line(_screen_id, _line_id, _text, panel::white, panel::black);
+    else
+      panel::tft_text_line_default(_screen_id, _line_id, _text);
+  }
   std::size_t keptBytes() const override { return _text.size(); }
 
 private:
@@ -28,8 +40,12 @@ private:
 class SubTextLineTask : public FPGATask {
 public:
   SubTextLineTask(int screen_id, int line_id, int offset, int num_chars, std::string text, std::uint32_t text_colour,
-                  std::uint32_t back_colour);
-  void execute() override;
+                  std::uint32_t back_colour)
+      : _screen_id(screen_id), _line_id(line_id), _offset(offset), _num_chars(num_chars), _text(std::move(text)),
+        _text_colour(text_colour), _back_colour(back_colour) {}
+  void execute() override {
+    panel::tft_sub_text_line(_screen_id, _line_id, _offset, _text, _num_chars, _text_colour, _back_colour);
+  }
   std::size_t keptBytes() const override { return _text.size(); }
 
 private:
@@ -44,8 +60,8 @@ private:
 
 class SetLEDButtonStateTask : public FPGATask {
 public:
-  SetLEDButtonStateTask(int led_id, int state);
-  void execute() override;
+  SetLEDButtonStateTask(int led_id, int state) : _led_id(led_id), _state(state) {}
+  void execute() override { panel::led_set_button_state(_led_id, static_cast<unsigned>(_state)); }
 
 private:
   int _led_id;
@@ -54,8 +70,8 @@ private:
 
 class SetLEDStatusIndicatorTask : public FPGATask {
 public:
-  SetLEDStatusIndicatorTask(int led_id, int state);
-  void execute() override;
+  SetLEDStatusIndicatorTask(int led_id, int state) : _led_id(led_id), _state(state) {}
+  void execute() override { panel::led_set_status_indicator(_led_id, static_cast<unsigned>(_state)); }
 
 private:
   int _led_id;
@@ -64,8 +80,8 @@ private:
 
 class SetLEDToggleIndicatorTask : public FPGATask {
 public:
-  SetLEDToggleIndicatorTask(unsigned indicator, unsigned state);
-  void execute() override;
+  SetLEDToggleIndicatorTask(unsigned indicator, unsigned state) : _indicator(indicator), _state(state) {}
+  void execute() override { panel::led_set_toggle_indicator(_indicator, _state); }
 
 private:
   unsigned _indicator;
@@ -74,8 +90,8 @@ private:
 
 class BlackoutScreenTask : public FPGATask {
 public:
-  explicit BlackoutScreenTask(int screen_id);
-  void execute() override;
+  explicit BlackoutScreenTask(int screen_id) : _screen_id(screen_id) {}
+  void execute() override { panel::tft_blackout(_screen_id); }
 
 private:
   int _screen_id;
@@ -84,8 +100,9 @@ private:
 /// Offsets in pixels; `bmp` are the bytes of a BMP file.
 class DrawTFTImageTask : public FPGATask {
 public:
-  DrawTFTImageTask(int screen_id, int x_offset, int y_offset, SharedBytes bmp);
-  void execute() override;
+  DrawTFTImageTask(int screen_id, int x_offset, int y_offset, SharedBytes bmp)
+      : _screen_id(screen_id), _x_offset(x_offset), _y_offset(y_offset), _bmp(std::move(bmp)) {}
+  void execute() override { panel::tft_draw_image(_screen_id, _x_offset, _y_offset, _bmp.view()); }
   std::size_t keptBytes() const override { return _bmp.keptBytes(); }
 
 private:
@@ -98,8 +115,8 @@ private:
 /// Intensity in percent.
 class SetTFTIntensityTask : public FPGATask {
 public:
-  explicit SetTFTIntensityTask(int intensity);
-  void execute() override;
+  explicit SetTFTIntensityTask(int intensity) : _intensity(intensity) {}
+  void execute() override { panel::tft_set_intensity(static_cast<unsigned>(_intensity)); }
 
 private:
   int _intensity;

@@ -29,6 +29,7 @@ template <class Record> void network_to_host(void *destination, const void *sour
   network_to_host(type_of<Record>, destination, source);
 }
 
+// The published names. A message added to them needs none: its record is converted with the templates above.
 // clang-format off
 inline void hton_BMS_PingReply(void *destination, const void *source) { host_to_network<BMS_PingReply>(destination, source); }
 inline void hton_BMS_SetButtonColour(void *destination, const void *source) { host_to_network<BMS_SetButtonColour>(destination, source); }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "protocol/converters.h"
+#include "converters.h"
 
 #include <QByteArray>
 

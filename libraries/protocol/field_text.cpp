@@ -52,7 +52,11 @@ bool is_limited(const Field &field) {
 
 std::string field_text(const Field &field) {
   std::string text;
-  const auto add = [&text](const std::string &part) { text += text.empty() ? part : "; " + part; };
+  const auto add = [&text](const std::string &part) {
+    if (!text.empty())
+      text += "; ";
+    text += part;
+  };
   if (field.meaning)
     add(field.meaning);
   if (field.is_colour)
