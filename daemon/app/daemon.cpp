@@ -4,6 +4,7 @@
 #include "buttons/button_factory.h"
 #include "logging/log_line.h"
 #include "logging/standard_output.h"
+#include "protocol/framing.h"
 
 namespace buttondriver {
 
@@ -21,7 +22,7 @@ bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
     return false;
   }
   const QString address = arguments.value(2);
-  const quint16 port = arguments.size() > 3 ? arguments[3].toUShort(nullptr, 10) : Connector::default_port;
+  const quint16 port = arguments.size() > 3 ? arguments[3].toUShort(nullptr, 10) : DEFAULT_PORT;
 
   ButtonFactory().createButtons(_buttons, &_fpga);
   _dispatcher.emplace(_paths);

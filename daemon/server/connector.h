@@ -28,8 +28,6 @@ class Connector : public QObject {
   Q_OBJECT
 
 public:
-  static constexpr quint16 default_port = 3003;
-
   /// `setter` outlives this object.
   Connector(const QString &address, quint16 port, ButtonSetter *setter);
   ~Connector() override;

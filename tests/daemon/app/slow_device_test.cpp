@@ -6,7 +6,7 @@
 #include "panel/panel_lib.h"
 #include "panel/registers/register_access.h"
 #include "protocol/encoders.h"
-#include "protocol/framing.h"
+#include "protocol/frames.h"
 #include "support/captured_log.h"
 #include "support/device/recording_device.h"
 #include "support/event_loop.h"
@@ -28,11 +28,6 @@ namespace buttondriver {
 namespace {
 
 using test::process_events_until;
-
-QByteArray framed(const QByteArray &message) {
-  const auto prefix = frame_prefix(static_cast<std::uint32_t>(message.size()));
-  return QByteArray(reinterpret_cast<const char *>(prefix.data()), static_cast<int>(prefix.size())) + message;
-}
 
 class SlowDeviceTest : public testing::Test {
 protected:
