@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/frames.h"
+
 #include <QByteArray>
 
 #include <cstdint>
 
 namespace buttondriver::buttonctl {
-
-/// `message` behind the length that frames it on the stream.
-QByteArray framed(const QByteArray &message);
 
 /// A BMS_DrawTFTImage, built without the lines that the public encoder prints.
 QByteArray draw_image_message(std::int32_t screen_id, std::int32_t x, std::int32_t y, const QByteArray &bmp);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/frames.h"
+
 #include <QByteArray>
 
 #include <cstdint>
@@ -20,13 +22,12 @@ public:
   std::vector<QByteArray> take(const QByteArray &bytes);
 
   /// A frame was too long; from there on there are no more.
-  bool has_lost_track() const { return _has_lost_track; }
+  bool has_lost_track() const { return _cutter.has_lost_track(); }
   /// Bytes of a frame that is not whole yet.
-  std::int64_t unfinished() const { return _unfinished.size(); }
+  std::int64_t unfinished() const { return _cutter.unfinished(); }
 
 private:
-  QByteArray _unfinished;
-  bool _has_lost_track = false;
+  FrameCutter _cutter{longest_message};
 };
 
 } // namespace buttondriver::buttonctl

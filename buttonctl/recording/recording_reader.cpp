@@ -2,7 +2,7 @@
 #include "buttonctl/recording/recording_reader.h"
 
 #include "buttonctl/commands/batch.h"
-#include "bytes/byte_view.h"
+#include "bytes/view_of.h"
 #include "protocol/framing.h"
 
 #include <QFile>
@@ -65,7 +65,7 @@ Outcome<QByteArray> parse_bytes(const QByteArray &item) {
     return Failure{
         QStringLiteral("FRAME must be two digits for each byte, but has an odd number (%1)").arg(item.size())};
   const QByteArray bytes = QByteArray::fromHex(item);
-  const ByteView view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  const ByteView view = view_of(bytes);
   if (bytes.size() < static_cast<int>(frame_prefix_size))
     return Failure{QStringLiteral("FRAME must begin with its length, 4 bytes, but has %1 bytes").arg(bytes.size())};
   const std::uint32_t said = view.big_endian_32(0);
