@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/traffic/message_observer.h"
 
+#include "bytes/view_of.h"
+
 #include <QDateTime>
 
 namespace buttondriver::simulator {
@@ -13,7 +15,7 @@ void MessageObserver::process_messages(const std::vector<QByteArray> &messages, 
     const QByteArray beginning(message.constData(),
                                static_cast<int>(qMin<qint64>(message.size(), MessageRecord::most_bytes)));
     _messages.add({now, image_id_offset, message.size(), beginning});
-    _texts.follow(ByteView(message.constData(), static_cast<std::size_t>(message.size())));
+    _texts.follow(view_of(message));
   }
   _next->process_messages(messages, reply, image_id_offset);
 }

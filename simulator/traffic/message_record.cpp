@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/traffic/message_record.h"
 
+#include "bytes/view_of.h"
 #include "protocol/catalogue.h"
 
 #include <QJsonArray>
@@ -44,7 +45,7 @@ QJsonObject to_json(const MessageRecord &record) {
   QJsonObject object{{QStringLiteral("time"), record.time_ms},
                      {QStringLiteral("client"), record.client},
                      {QStringLiteral("size"), record.size}};
-  const ByteView message(record.bytes.constData(), static_cast<std::size_t>(record.bytes.size()));
+  const ByteView message = view_of(record.bytes);
   const std::uint32_t opcode = message.big_endian_32(0);
   QJsonArray fields{QJsonArray{QStringLiteral("opcode"), qint64{opcode}}};
   if (const MessageType *type = find_message_type(opcode)) {

@@ -4,7 +4,7 @@
 
 #include "panel/panel_lib.h"
 #include "protocol/encoders.h"
-#include "protocol/framing.h"
+#include "protocol/frames.h"
 #include "simulator/simulation.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
@@ -100,11 +100,7 @@ protected:
     ASSERT_TRUE(process_events_until([&] { return client.state() == QAbstractSocket::ConnectedState; }));
   }
 
-  void send(const QByteArray &message) {
-    const auto prefix = frame_prefix(static_cast<std::uint32_t>(message.size()));
-    client.write(reinterpret_cast<const char *>(prefix.data()), prefix.size());
-    client.write(message);
-  }
+  void send(const QByteArray &message) { client.write(framed(message)); }
 
   /// What the panel shows once everything sent so far has been carried out.
   simulator::PanelState shown() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/json/catalogue_json.h"
 
-#include "protocol/catalogue.h"
+#include "protocol/field_text.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -57,7 +57,7 @@ QJsonArray fields_of(const MessageType &type) {
                           {QStringLiteral("offset"), field.offset},
                           {QStringLiteral("width"), field.width},
                           {QStringLiteral("kind"), name_of(field.kind)},
-                          {QStringLiteral("meaning"), QLatin1String(field.meaning)}};
+                          {QStringLiteral("meaning"), QString::fromStdString(field_text(field))}};
   }
   return fields;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/frames.h"
+
 #include <QObject>
 #include <QTcpSocket>
 
@@ -29,6 +31,7 @@ private:
   void read();
 
   quint16 _port;
+  FrameCutter _answers;
   QTcpSocket _socket;
 };
 
