@@ -2,7 +2,7 @@
 // Recordings, as `buttonctl replay` reads them: the whole input is the file.
 #include "buttonctl/recording/recording_reader.h"
 #include "buttonctl/recording/recording_writer.h"
-#include "bytes/byte_view.h"
+#include "bytes/view_of.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/memory_file.h"
@@ -34,7 +34,7 @@ void require_order(const Recording &recording) {
     require(frame.time_us >= time, "times never go backwards");
     require(recording.lines[i] > line, "frames are in the order of their lines");
     require(frame.connection >= 1, "connections count from 1");
-    const ByteView bytes(frame.bytes.constData(), static_cast<std::size_t>(frame.bytes.size()));
+    const ByteView bytes = view_of(frame.bytes);
     require(bytes.size() >= frame_prefix_size && bytes.big_endian_32(0) == bytes.size() - frame_prefix_size,
             "a frame is as long as it says");
     time = frame.time_us;

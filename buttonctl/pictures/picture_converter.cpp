@@ -2,14 +2,13 @@
 #include "buttonctl/pictures/picture_converter.h"
 
 #include "buttonctl/pictures/bmp_file.h"
-#include "bytes/byte_view.h"
+#include "bytes/view_of.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QImageReader>
 #include <QRect>
 
-#include <cstddef>
 #include <optional>
 
 namespace buttondriver::buttonctl {
@@ -21,10 +20,8 @@ constexpr int button_height = 24;
 constexpr int button_image_size = button_width / 8 * button_height;
 constexpr int lightest_dark_grey = 127;
 
-ByteView view(const QByteArray &file) { return {file.constData(), static_cast<std::size_t>(file.size())}; }
-
 Outcome<QImage> read_image(const QByteArray &file) {
-  if (is_cut_short_bmp(view(file)))
+  if (is_cut_short_bmp(view_of(file)))
     return Failure{QStringLiteral("the picture is cut short")};
   QBuffer buffer;
   buffer.setData(file);
@@ -53,7 +50,7 @@ Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Over
   if (oversize == Oversize::fit && !screen.contains(corner))
     return Failure{QStringLiteral("--fit needs a corner on the screen, from 0,0 to 127,127")};
 
-  std::optional<QSize> size = size_of_screen_bmp(view(file));
+  std::optional<QSize> size = size_of_screen_bmp(view_of(file));
   QImage image;
   if (!size) {
     const Outcome<QImage> read = read_image(file);
