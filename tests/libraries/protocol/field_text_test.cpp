@@ -18,7 +18,7 @@ const Field &field_of(std::uint32_t opcode, std::string_view name) {
   throw std::invalid_argument(std::string(name));
 }
 
-TEST(FieldText, says_the_range_and_the_named_values_in_words) {
+TEST(FieldTextTest, says_the_range_and_the_named_values_in_words) {
   struct Row {
     std::uint32_t opcode;
     const char *field;
@@ -47,7 +47,7 @@ TEST(FieldText, says_the_range_and_the_named_values_in_words) {
     EXPECT_EQ(field_text(field_of(row.opcode, row.field)), row.text) << row.opcode << ' ' << row.field;
 }
 
-TEST(FieldRange, is_that_of_the_type_where_any_number_will_do) {
+TEST(FieldRangeTest, is_that_of_the_type_where_any_number_will_do) {
   EXPECT_EQ(field_of(17, "time").lowest, -2147483648LL);
   EXPECT_EQ(field_of(17, "time").highest, 2147483647LL);
   EXPECT_EQ(field_of(14, "value_1").lowest, 0);
@@ -55,7 +55,7 @@ TEST(FieldRange, is_that_of_the_type_where_any_number_will_do) {
   EXPECT_EQ(field_of(4, "value_1").highest, 255);
 }
 
-TEST(FieldRange, does_not_hold_what_names_all_of_them) {
+TEST(FieldRangeTest, does_not_hold_what_names_all_of_them) {
   const Field &button = field_of(4, "button_id");
   EXPECT_EQ(button.lowest, 0);
   EXPECT_EQ(button.highest, 299);

@@ -17,7 +17,7 @@ std::vector<QByteArray> bytes_of(const std::vector<const char *> &digits) {
   return list;
 }
 
-TEST(Framed, puts_the_length_before_the_message) {
+TEST(FramedTest, puts_the_length_before_the_message) {
   EXPECT_EQ(framed(QByteArray::fromHex("0000000c")), QByteArray::fromHex("000000040000000c"));
   EXPECT_EQ(framed(QByteArray()), QByteArray::fromHex("00000000"));
   EXPECT_EQ(framed(QByteArray(0x10203, 'x')).left(5), QByteArray::fromHex("0001020378"));
@@ -46,7 +46,7 @@ const Row rows[] = {
     {"a frame, then a wrapped one", "00000001 aa fffffffd bb", {"aa", "bb"}, 0},
 };
 
-TEST(FrameCutter, takes_the_complete_frames_and_keeps_the_rest) {
+TEST(FrameCutterTest, takes_the_complete_frames_and_keeps_the_rest) {
   for (const Row &row : rows) {
     FrameCutter cutter(no_limit);
     EXPECT_EQ(cutter.take(QByteArray::fromHex(row.stream)), bytes_of(row.messages)) << row.name;
@@ -55,7 +55,7 @@ TEST(FrameCutter, takes_the_complete_frames_and_keeps_the_rest) {
   }
 }
 
-TEST(FrameCutter, puts_frames_together_that_come_byte_by_byte) {
+TEST(FrameCutterTest, puts_frames_together_that_come_byte_by_byte) {
   const QByteArray stream = QByteArray::fromHex("00000004 0000000c 00000000 00000002 abcd 00000001");
   FrameCutter cutter(no_limit);
   std::vector<QByteArray> messages;
@@ -66,7 +66,7 @@ TEST(FrameCutter, puts_frames_together_that_come_byte_by_byte) {
   EXPECT_EQ(cutter.unfinished(), 4);
 }
 
-TEST(FrameCutter, loses_track_for_good_after_a_message_that_is_too_long) {
+TEST(FrameCutterTest, loses_track_for_good_after_a_message_that_is_too_long) {
   for (const char *length : {"00000003", "fffffffb", "ffffffff"}) {
     FrameCutter cutter(2);
     EXPECT_EQ(cutter.take(QByteArray::fromHex("00000002 abcd") + QByteArray::fromHex(length)), bytes_of({"abcd"}));

@@ -26,12 +26,12 @@ bool is_sensible(const Field &field, std::int64_t value) {
   return is_sensible;
 }
 
-class EachType : public testing::TestWithParam<std::uint32_t> {
+class RandomMessageTest : public testing::TestWithParam<std::uint32_t> {
 protected:
   const MessageType &_type = *find_message_type(GetParam());
 };
 
-TEST_P(EachType, has_its_opcode_and_is_as_long_as_its_head_at_least) {
+TEST_P(RandomMessageTest, has_its_opcode_and_is_as_long_as_its_head_at_least) {
   Dice dice(1);
   for (int i = 0; i < messages_of_a_type; ++i) {
     const std::string message = random_message(dice, _type);
@@ -43,7 +43,7 @@ TEST_P(EachType, has_its_opcode_and_is_as_long_as_its_head_at_least) {
   }
 }
 
-TEST_P(EachType, has_mostly_values_of_the_range_and_some_others) {
+TEST_P(RandomMessageTest, has_mostly_values_of_the_range_and_some_others) {
   Dice dice(1);
   std::size_t sensible = 0;
   std::size_t others = 0;
@@ -69,7 +69,7 @@ std::vector<std::uint32_t> all_opcodes() {
   return opcodes;
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, EachType, testing::ValuesIn(all_opcodes()),
+INSTANTIATE_TEST_SUITE_P(Of, RandomMessageTest, testing::ValuesIn(all_opcodes()),
                          [](const auto &row) { return std::string(find_message_type(row.param)->name); });
 
 } // namespace
