@@ -20,7 +20,7 @@ std::string ticks(std::int32_t time, int count) {
   return shown;
 }
 
-TEST(BlinkState, sends_one_value_a_phase) {
+TEST(BlinkStateTest, sends_one_value_a_phase) {
   struct Row {
     std::int32_t time;
     const char *expected;
@@ -44,7 +44,7 @@ TEST(BlinkState, sends_one_value_a_phase) {
     EXPECT_EQ(ticks(row.time, static_cast<int>(std::string(row.expected).size())), row.expected) << row.time;
 }
 
-TEST(BlinkState, a_second_is_fifty_ticks) {
+TEST(BlinkStateTest, a_second_is_fifty_ticks) {
   const std::string phase = std::string(49, '.');
   EXPECT_EQ(ticks(1000, 150), "0" + phase + "1" + phase + "0" + phase);
 }

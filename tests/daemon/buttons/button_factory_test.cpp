@@ -16,7 +16,7 @@ void delete_all(ButtonMap &buttons) {
   buttons.clear();
 }
 
-TEST(ButtonFactory, every_panel_type_has_buttons_0_to_23) {
+TEST(ButtonFactoryTest, every_panel_type_has_buttons_0_to_23) {
   for (const std::int32_t panel_type : {3, 4, 5}) {
     ButtonMap buttons;
     ButtonFactory(panel_type).createButtons(buttons, nullptr);
@@ -32,7 +32,7 @@ TEST(ButtonFactory, every_panel_type_has_buttons_0_to_23) {
   }
 }
 
-TEST(ButtonFactory, an_unknown_panel_type_is_said_and_leaves_the_map_alone) {
+TEST(ButtonFactoryTest, an_unknown_panel_type_is_said_and_leaves_the_map_alone) {
   for (const std::int32_t panel_type : {2, 6, -1}) {
     test::CapturedOutput output;
     const auto mine = std::make_unique<Button_RV1000E>(false, 99, nullptr);
@@ -43,7 +43,7 @@ TEST(ButtonFactory, an_unknown_panel_type_is_said_and_leaves_the_map_alone) {
   }
 }
 
-TEST(ButtonFactory, creation_replaces_what_was_in_the_map) {
+TEST(ButtonFactoryTest, creation_replaces_what_was_in_the_map) {
   const auto mine = std::make_unique<Button_RV1000E>(false, 99, nullptr);
   ButtonMap buttons{{99, mine.get()}};
   ButtonFactory().createButtons(buttons, nullptr);
@@ -52,7 +52,7 @@ TEST(ButtonFactory, creation_replaces_what_was_in_the_map) {
   delete_all(buttons);
 }
 
-TEST(ButtonFactory, a_taken_id_keeps_its_first_button) {
+TEST(ButtonFactoryTest, a_taken_id_keeps_its_first_button) {
   test::CapturedOutput output;
   Button_RV1000E first(false, 4, nullptr);
   Button_RV1000E second(false, 4, nullptr);

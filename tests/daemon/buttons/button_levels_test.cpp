@@ -29,7 +29,7 @@ Reading read(const QString &file) {
   return reading;
 }
 
-TEST(ButtonLevels, lines_set_levels_and_send_the_screen_level) {
+TEST(ButtonLevelsTest, lines_set_levels_and_send_the_screen_level) {
   struct Row {
     const char *name;
     QByteArray text;
@@ -76,7 +76,7 @@ TEST(ButtonLevels, lines_set_levels_and_send_the_screen_level) {
   }
 }
 
-TEST(ButtonLevels, a_line_that_begins_beyond_4_KiB_is_not_read) {
+TEST(ButtonLevelsTest, a_line_that_begins_beyond_4_KiB_is_not_read) {
   const test::TemporaryFolder folder;
   test::CapturedOutput output;
   for (const std::size_t begin : {4095U, 4096U}) {
@@ -93,7 +93,7 @@ TEST(ButtonLevels, a_line_that_begins_beyond_4_KiB_is_not_read) {
   EXPECT_EQ(output.take(), "");
 }
 
-TEST(ButtonLevels, what_is_no_regular_file_changes_nothing_and_does_not_wait) {
+TEST(ButtonLevelsTest, what_is_no_regular_file_changes_nothing_and_does_not_wait) {
   const QTemporaryDir folder;
   const QString pipe = folder.filePath(QStringLiteral("pipe"));
   ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0);

@@ -15,7 +15,7 @@ struct Row {
   const char *left;                   // hexadecimal
 };
 
-TEST(FrameReader, takes_the_complete_frames_and_leaves_the_rest) {
+TEST(FrameReaderTest, takes_the_complete_frames_and_leaves_the_rest) {
   const Row rows[] = {
       {"nothing", "", {}, ""},
       {"two frames", "00000004 0000000c 00000002 abcd", {"0000000c", "abcd"}, ""},

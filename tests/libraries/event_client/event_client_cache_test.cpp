@@ -58,7 +58,7 @@ int count_frames(const std::string &stream) {
   return at == stream.size() ? count : -1;
 }
 
-class EventClientCache : public EventClientTest {
+class EventClientCacheTest : public EventClientTest {
 protected:
   /// Each rule starts on a connection of its own, with nothing cached.
   void expect_rules(const std::vector<Rule> &rules) {
@@ -78,7 +78,7 @@ protected:
   }
 };
 
-TEST_F(EventClientCache, colours_follow_their_rules) {
+TEST_F(EventClientCacheTest, colours_follow_their_rules) {
   expect_rules({
       {"same colour twice", {{colour(5, 1, 2, 3), 1}, {colour(5, 1, 2, 3), 0}}},
       {"any of three values differs",
@@ -100,7 +100,7 @@ TEST_F(EventClientCache, colours_follow_their_rules) {
   });
 }
 
-TEST_F(EventClientCache, colour_pairs_follow_their_rules) {
+TEST_F(EventClientCacheTest, colour_pairs_follow_their_rules) {
   const Request usual = pair(5, {1, 2, 3, 4, 5, 6, 7, 8});
   std::vector<Step> one_value_differs;
   for (std::size_t i = 0; i < 8; ++i) {
@@ -124,7 +124,7 @@ TEST_F(EventClientCache, colour_pairs_follow_their_rules) {
   });
 }
 
-TEST_F(EventClientCache, texts_follow_their_rules) {
+TEST_F(EventClientCacheTest, texts_follow_their_rules) {
   const std::string hundred = std::string(99, 'a') + "b";
   expect_rules({
       {"same text twice", {{text(5, "a", 1), 1}, {text(5, "a", 1), 0}}},
@@ -150,7 +150,7 @@ TEST_F(EventClientCache, texts_follow_their_rules) {
   });
 }
 
-TEST_F(EventClientCache, images_follow_their_rules) {
+TEST_F(EventClientCacheTest, images_follow_their_rules) {
   expect_rules({
       {"same image twice", {{image(5, 7), 1}, {image(5, 7), 0}}},
       {"another image", {{image(5, 7), 1}, {image(5, 8), 1}, {image(5, 7), 1}}},
@@ -169,7 +169,7 @@ TEST_F(EventClientCache, images_follow_their_rules) {
   });
 }
 
-TEST_F(EventClientCache, ids_from_300_on_are_always_sent) {
+TEST_F(EventClientCacheTest, ids_from_300_on_are_always_sent) {
   for (const std::uint32_t id : {uncached_button, std::uint32_t{301}, std::uint32_t{0xFFFFFFFE}}) {
     SCOPED_TRACE(id);
     expect_rules({
@@ -181,7 +181,7 @@ TEST_F(EventClientCache, ids_from_300_on_are_always_sent) {
   }
 }
 
-TEST_F(EventClientCache, requests_without_a_button_are_always_sent) {
+TEST_F(EventClientCacheTest, requests_without_a_button_are_always_sent) {
   const Request value = [] { return btc_set_value(1, 2); };
   expect_rules({
       {"value", {{value, 1}, {value, 1}}},
@@ -191,7 +191,7 @@ TEST_F(EventClientCache, requests_without_a_button_are_always_sent) {
   });
 }
 
-TEST_F(EventClientCache, request_that_connects_is_sent_once_more_before_it_is_skipped) {
+TEST_F(EventClientCacheTest, request_that_connects_is_sent_once_more_before_it_is_skipped) {
   ScriptedPeer peer(ScriptedPeer::Door::closed);
   ASSERT_EQ(btc_set_server(local_host, peer.port()), 0);
   peer.open_door();
@@ -201,7 +201,7 @@ TEST_F(EventClientCache, request_that_connects_is_sent_once_more_before_it_is_sk
   EXPECT_EQ(btc_set_image(3, 7), 0);
 }
 
-TEST_F(EventClientCache, failed_request_is_skipped_until_another_message_has_connected) {
+TEST_F(EventClientCacheTest, failed_request_is_skipped_until_another_message_has_connected) {
   ScriptedPeer peer(ScriptedPeer::Door::closed);
   ASSERT_EQ(btc_set_server(local_host, peer.port()), 0);
   EXPECT_EQ(btc_set_colour(5, 1, 2, 3), 0);
@@ -214,7 +214,7 @@ TEST_F(EventClientCache, failed_request_is_skipped_until_another_message_has_con
   EXPECT_EQ(btc_set_colour(5, 1, 2, 3), 0);
 }
 
-TEST_F(EventClientCache, image_0_is_not_skipped_before_the_first_connection) {
+TEST_F(EventClientCacheTest, image_0_is_not_skipped_before_the_first_connection) {
   ScriptedPeer peer(ScriptedPeer::Door::closed);
   ASSERT_EQ(btc_set_server(local_host, peer.port()), 0);
   peer.open_door();

@@ -10,12 +10,12 @@ namespace {
 
 using Door = ScriptedPeer::Door;
 
-class EventClientConnection : public EventClientTest {
+class EventClientConnectionTest : public EventClientTest {
 protected:
   static std::string server(const ScriptedPeer &peer) { return "127.0.0.1:" + std::to_string(peer.port()); }
 };
 
-TEST_F(EventClientConnection, default_server_is_port_3003_of_this_machine) {
+TEST_F(EventClientConnectionTest, default_server_is_port_3003_of_this_machine) {
   static sockaddr_in asked;
   EventClientCalls calls = observed_calls();
   calls.connect = [](int, const sockaddr *address, socklen_t) {
@@ -30,7 +30,7 @@ TEST_F(EventClientConnection, default_server_is_port_3003_of_this_machine) {
   EXPECT_EQ(ntohs(asked.sin_port), 3003);
 }
 
-TEST_F(EventClientConnection, attempt_after_999_ms_waits_and_after_1000_ms_is_made) {
+TEST_F(EventClientConnectionTest, attempt_after_999_ms_waits_and_after_1000_ms_is_made) {
   ScriptedPeer peer(Door::closed);
   EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
   EXPECT_EQ(connects(), 1);
@@ -43,7 +43,7 @@ TEST_F(EventClientConnection, attempt_after_999_ms_waits_and_after_1000_ms_is_ma
   EXPECT_EQ(connects(), 2);
 }
 
-TEST_F(EventClientConnection, attempt_that_was_put_off_does_not_put_off_the_next) {
+TEST_F(EventClientConnectionTest, attempt_that_was_put_off_does_not_put_off_the_next) {
   ScriptedPeer peer(Door::closed);
   EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
   for (int i = 0; i < 9; ++i) {
@@ -56,7 +56,7 @@ TEST_F(EventClientConnection, attempt_that_was_put_off_does_not_put_off_the_next
   EXPECT_EQ(connects(), 2);
 }
 
-TEST_F(EventClientConnection, clock_that_is_set_back_puts_off_the_next_attempt) {
+TEST_F(EventClientConnectionTest, clock_that_is_set_back_puts_off_the_next_attempt) {
   ScriptedPeer peer(Door::closed);
   EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
   peer.open_door();
@@ -66,7 +66,7 @@ TEST_F(EventClientConnection, clock_that_is_set_back_puts_off_the_next_attempt) 
   EXPECT_EQ(btc_connect(), 1);
 }
 
-TEST_F(EventClientConnection, says_nothing_unless_verbose) {
+TEST_F(EventClientConnectionTest, says_nothing_unless_verbose) {
   ScriptedPeer peer(Door::closed);
   EXPECT_EQ(printed_by([&] {
               EXPECT_EQ(btc_set_server(local_host, peer.port()), 0);
@@ -78,7 +78,7 @@ TEST_F(EventClientConnection, says_nothing_unless_verbose) {
             "");
 }
 
-TEST_F(EventClientConnection, says_every_step_when_verbose) {
+TEST_F(EventClientConnectionTest, says_every_step_when_verbose) {
   ScriptedPeer peer(Door::closed);
   ASSERT_EQ(btc_set_server(local_host, peer.port()), 0);
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_verbose_on(), 0); }),
@@ -98,7 +98,7 @@ TEST_F(EventClientConnection, says_every_step_when_verbose) {
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_connect(), 1); }), "");
 }
 
-TEST_F(EventClientConnection, server_named_while_connected_is_used_after_the_connection_is_lost) {
+TEST_F(EventClientConnectionTest, server_named_while_connected_is_used_after_the_connection_is_lost) {
   ScriptedPeer first;
   ScriptedPeer second;
   meet(first);
@@ -108,7 +108,7 @@ TEST_F(EventClientConnection, server_named_while_connected_is_used_after_the_con
   EXPECT_FALSE(second.has_caller());
 }
 
-TEST_F(EventClientConnection, at_most_256_characters_of_the_host_are_kept) {
+TEST_F(EventClientConnectionTest, at_most_256_characters_of_the_host_are_kept) {
   const auto attempt_with = [](const std::string &host) {
     advance_ms(1000);
     return printed_by([&host] { EXPECT_EQ(btc_set_server(host.c_str(), 1), 0); });
@@ -124,7 +124,7 @@ TEST_F(EventClientConnection, at_most_256_characters_of_the_host_are_kept) {
   EXPECT_EQ(attempt_with("short"), "try to connect to short:1\nbtc failed to connect to server short:1\n");
 }
 
-TEST_F(EventClientConnection, server_that_is_no_address_is_not_asked) {
+TEST_F(EventClientConnectionTest, server_that_is_no_address_is_not_asked) {
   ScriptedPeer peer;
   struct Row {
     const char *host;
@@ -154,7 +154,7 @@ TEST_F(EventClientConnection, server_that_is_no_address_is_not_asked) {
   EXPECT_FALSE(peer.has_caller());
 }
 
-TEST_F(EventClientConnection, port_65535_is_asked) {
+TEST_F(EventClientConnectionTest, port_65535_is_asked) {
   static int asked;
   EventClientCalls calls = observed_calls();
   calls.connect = [](int, const sockaddr *address, socklen_t) {
@@ -167,7 +167,7 @@ TEST_F(EventClientConnection, port_65535_is_asked) {
   EXPECT_EQ(asked, 65535);
 }
 
-TEST_F(EventClientConnection, attempt_without_a_socket_fails_and_the_next_one_opens_it) {
+TEST_F(EventClientConnectionTest, attempt_without_a_socket_fails_and_the_next_one_opens_it) {
   ScriptedPeer peer;
   EventClientCalls calls = observed_calls();
   calls.socket = [](int, int, int) {
@@ -182,7 +182,7 @@ TEST_F(EventClientConnection, attempt_without_a_socket_fails_and_the_next_one_op
   EXPECT_TRUE(peer.has_caller());
 }
 
-TEST_F(EventClientConnection, refused_attempt_keeps_its_socket_for_the_next) {
+TEST_F(EventClientConnectionTest, refused_attempt_keeps_its_socket_for_the_next) {
   static int sockets;
   sockets = 0;
   EventClientCalls calls = observed_calls();
@@ -201,7 +201,7 @@ TEST_F(EventClientConnection, refused_attempt_keeps_its_socket_for_the_next) {
   EXPECT_EQ(sockets, 1);
 }
 
-TEST_F(EventClientConnection, interrupted_connect_is_repeated) {
+TEST_F(EventClientConnectionTest, interrupted_connect_is_repeated) {
   static int interruptions;
   interruptions = 2;
   EventClientCalls calls = observed_calls();
@@ -218,7 +218,7 @@ TEST_F(EventClientConnection, interrupted_connect_is_repeated) {
   EXPECT_TRUE(peer.has_caller());
 }
 
-TEST_F(EventClientConnection, server_that_does_not_answer_fails_in_bounded_time_and_is_given_up) {
+TEST_F(EventClientConnectionTest, server_that_does_not_answer_fails_in_bounded_time_and_is_given_up) {
   ScriptedPeer silent(Door::jammed);
   ScriptedPeer other;
   EventClientCalls calls = observed_calls();

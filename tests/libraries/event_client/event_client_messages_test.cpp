@@ -6,7 +6,7 @@
 namespace buttondriver::test {
 namespace {
 
-class EventClientMessages : public EventClientTest {};
+class EventClientMessagesTest : public EventClientTest {};
 
 std::string counting_image() {
   std::string image;
@@ -15,7 +15,7 @@ std::string counting_image() {
   return image;
 }
 
-TEST_F(EventClientMessages, every_operation_sends_its_golden_frame) {
+TEST_F(EventClientMessagesTest, every_operation_sends_its_golden_frame) {
   const std::string image = counting_image();
   struct Row {
     const char *name;
@@ -54,7 +54,7 @@ TEST_F(EventClientMessages, every_operation_sends_its_golden_frame) {
   EXPECT_EQ(peer.read_to_end(), "");
 }
 
-TEST_F(EventClientMessages, image_of_another_size_is_reported_without_verbose_and_not_sent) {
+TEST_F(EventClientMessagesTest, image_of_another_size_is_reported_without_verbose_and_not_sent) {
   const std::string image(200, 'x');
   ScriptedPeer peer;
   meet(peer);
@@ -66,7 +66,7 @@ TEST_F(EventClientMessages, image_of_another_size_is_reported_without_verbose_an
   EXPECT_EQ(peer.read_to_end(), "");
 }
 
-TEST_F(EventClientMessages, null_image_is_not_sent) {
+TEST_F(EventClientMessagesTest, null_image_is_not_sent) {
   ScriptedPeer peer;
   meet(peer);
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_upload_image(7, nullptr, 120), 0); }), "");
@@ -74,7 +74,7 @@ TEST_F(EventClientMessages, null_image_is_not_sent) {
   EXPECT_EQ(peer.read_to_end(), "");
 }
 
-TEST_F(EventClientMessages, long_text_arrives_whole_at_a_peer_that_takes_one_byte_at_a_time) {
+TEST_F(EventClientMessagesTest, long_text_arrives_whole_at_a_peer_that_takes_one_byte_at_a_time) {
   const std::string text(100000, 'w');
   // 16 + 100001 bytes, framed.
   const std::string head = from_hex("000186b1 00000005 00000001 00000002 000186a1");
@@ -88,7 +88,7 @@ TEST_F(EventClientMessages, long_text_arrives_whole_at_a_peer_that_takes_one_byt
   EXPECT_TRUE(received.get() == head + text + '\0');
 }
 
-TEST_F(EventClientMessages, messages_sent_before_a_late_accept_arrive) {
+TEST_F(EventClientMessagesTest, messages_sent_before_a_late_accept_arrive) {
   ScriptedPeer peer;
   ASSERT_EQ(btc_set_server(local_host, peer.port()), 1);
   EXPECT_EQ(btc_set_value(1, 2), 1);

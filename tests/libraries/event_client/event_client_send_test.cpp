@@ -20,9 +20,9 @@ struct SendCall {
   int flags;
 };
 
-class EventClientSend : public EventClientTest {
+class EventClientSendTest : public EventClientTest {
 protected:
-  EventClientSend() {
+  EventClientSendTest() {
     _planned.clear();
     _calls.clear();
     _descriptor = -1;
@@ -61,7 +61,7 @@ protected:
   static inline int _descriptor = -1;
 };
 
-TEST_F(EventClientSend, length_and_message_are_sent_apart_without_the_broken_pipe_signal) {
+TEST_F(EventClientSendTest, length_and_message_are_sent_apart_without_the_broken_pipe_signal) {
   ScriptedPeer peer;
   meet_and_plan(peer, {});
   EXPECT_EQ(btc_reconfig(), 1);
@@ -72,7 +72,7 @@ TEST_F(EventClientSend, length_and_message_are_sent_apart_without_the_broken_pip
   EXPECT_EQ(_calls[1].flags, MSG_NOSIGNAL);
 }
 
-TEST_F(EventClientSend, incomplete_send_drops_the_connection_and_is_not_completed) {
+TEST_F(EventClientSendTest, incomplete_send_drops_the_connection_and_is_not_completed) {
   struct Row {
     const char *name;
     std::vector<SendResult> planned;
@@ -100,7 +100,7 @@ TEST_F(EventClientSend, incomplete_send_drops_the_connection_and_is_not_complete
   }
 }
 
-TEST_F(EventClientSend, failed_send_says_nothing_unless_verbose) {
+TEST_F(EventClientSendTest, failed_send_says_nothing_unless_verbose) {
   ScriptedPeer peer;
   meet(peer);
   _planned = {{-1, EPIPE}};
@@ -108,7 +108,7 @@ TEST_F(EventClientSend, failed_send_says_nothing_unless_verbose) {
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_reconfig(), 0); }), "");
 }
 
-TEST_F(EventClientSend, interrupted_send_is_repeated_and_arrives_once) {
+TEST_F(EventClientSendTest, interrupted_send_is_repeated_and_arrives_once) {
   ScriptedPeer peer;
   meet_and_plan(peer, {{-1, EINTR}, {-1, EINTR}});
   EXPECT_EQ(btc_reconfig(), 1);
@@ -116,7 +116,7 @@ TEST_F(EventClientSend, interrupted_send_is_repeated_and_arrives_once) {
   EXPECT_EQ(to_hex(peer.read_to_end()), golden("00000008 0000000a 00000000"));
 }
 
-TEST_F(EventClientSend, endless_interruptions_end_in_a_failed_send) {
+TEST_F(EventClientSendTest, endless_interruptions_end_in_a_failed_send) {
   ScriptedPeer peer;
   meet_and_plan(peer, {});
   EventClientCalls calls = observed_calls();
@@ -129,7 +129,7 @@ TEST_F(EventClientSend, endless_interruptions_end_in_a_failed_send) {
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_reconfig(), 0); }), "send failed -2\n");
 }
 
-TEST_F(EventClientSend, peer_that_never_reads_makes_a_send_fail_in_bounded_time) {
+TEST_F(EventClientSendTest, peer_that_never_reads_makes_a_send_fail_in_bounded_time) {
   ScriptedPeer peer(ScriptedPeer::Door::open, 2048);
   EventClientCalls calls = observed_calls();
   calls.longest_wait_ms = 20;
@@ -143,7 +143,7 @@ TEST_F(EventClientSend, peer_that_never_reads_makes_a_send_fail_in_bounded_time)
   EXPECT_EQ(btc_reconfig(), 0);
 }
 
-TEST_F(EventClientSend, connection_without_a_socket_is_an_invalid_socket) {
+TEST_F(EventClientSendTest, connection_without_a_socket_is_an_invalid_socket) {
   EventClientCalls calls = observed_calls();
   calls.socket = [](int, int, int) { return -1; };
   calls.connect = [](int, const sockaddr *, socklen_t) { return 0; };
@@ -153,7 +153,7 @@ TEST_F(EventClientSend, connection_without_a_socket_is_an_invalid_socket) {
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_verbose_on(), 0); }), "invalid socket");
 }
 
-TEST_F(EventClientSend, message_on_a_connection_reset_in_the_middle_of_a_frame_is_lost) {
+TEST_F(EventClientSendTest, message_on_a_connection_reset_in_the_middle_of_a_frame_is_lost) {
   ScriptedPeer peer;
   meet_and_plan(peer, {});
   EXPECT_EQ(btc_set_value(1, 2), 1);
@@ -170,7 +170,7 @@ TEST_F(EventClientSend, message_on_a_connection_reset_in_the_middle_of_a_frame_i
   EXPECT_EQ(to_hex(peer.read_to_end()), golden("0000000c 0000000e 00000007 00000008"));
 }
 
-TEST_F(EventClientSend, message_on_a_connection_the_peer_has_ended_is_lost) {
+TEST_F(EventClientSendTest, message_on_a_connection_the_peer_has_ended_is_lost) {
   ScriptedPeer peer;
   meet_and_plan(peer, {});
   EventClientCalls calls = observed_calls();
@@ -187,7 +187,7 @@ TEST_F(EventClientSend, message_on_a_connection_the_peer_has_ended_is_lost) {
   EXPECT_EQ(printed_by([] { EXPECT_EQ(btc_reconfig(), 0); }), "send failed 3\n");
 }
 
-TEST_F(EventClientSend, cache_outlives_a_failed_send_and_ends_with_the_next_connection) {
+TEST_F(EventClientSendTest, cache_outlives_a_failed_send_and_ends_with_the_next_connection) {
   ScriptedPeer peer;
   meet(peer);
   EXPECT_EQ(btc_set_colour(5, 1, 2, 3), 1);

@@ -39,7 +39,7 @@ constexpr PublishedSize published[] = {
     {22, "BMS_SetLEDToggleIndicator", 12, 12, Handling::server_handles},
 };
 
-TEST(Catalogue, holds_every_published_message) {
+TEST(CatalogueTest, holds_every_published_message) {
   for (const PublishedSize &row : published) {
     const MessageType *type = find_message_type(row.opcode);
     ASSERT_NE(type, nullptr) << row.opcode;
@@ -50,12 +50,12 @@ TEST(Catalogue, holds_every_published_message) {
   }
 }
 
-TEST(Catalogue, leaves_the_opcodes_free_that_do_not_exist) {
+TEST(CatalogueTest, leaves_the_opcodes_free_that_do_not_exist) {
   for (const std::uint32_t opcode : {2U, 3U, 9U, 20U, 0x80000000U, 0xFFFFFFFFU})
     EXPECT_EQ(find_message_type(opcode), nullptr) << opcode;
 }
 
-TEST(Catalogue, counts_do_not_overflow_a_size) {
+TEST(CatalogueTest, counts_do_not_overflow_a_size) {
   EXPECT_EQ(find_message_type(13)->size(0xFFFFFFFFU), 24U + 4ULL * 0xFFFFFFFFU);
 }
 

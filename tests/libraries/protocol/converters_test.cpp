@@ -55,7 +55,7 @@ const Row rows[] = {
      "16000000 01000000 00000000", "00000016 00000001 00000000"},
 };
 
-TEST(Converters, convert_both_ways_between_places) {
+TEST(ConvertersTest, convert_both_ways_between_places) {
   for (const Row &row : rows) {
     const std::string host = from_hex(row.host);
     const std::string network = from_hex(row.network);
@@ -68,7 +68,7 @@ TEST(Converters, convert_both_ways_between_places) {
   }
 }
 
-TEST(Converters, convert_both_ways_in_place) {
+TEST(ConvertersTest, convert_both_ways_in_place) {
   for (const Row &row : rows) {
     std::string place = from_hex(row.host);
     row.to_network(place.data(), place.data());
@@ -78,7 +78,7 @@ TEST(Converters, convert_both_ways_in_place) {
   }
 }
 
-TEST(Converters, upload_image_keeps_the_image_bytes) {
+TEST(ConvertersTest, upload_image_keeps_the_image_bytes) {
   const std::string image(120, '\xA5');
   const std::string host = from_hex("06000000 17000000 78000000") + image;
   std::string network(132, '\0');
@@ -88,7 +88,7 @@ TEST(Converters, upload_image_keeps_the_image_bytes) {
   EXPECT_EQ(to_hex(network), to_hex(host));
 }
 
-TEST(Converters, the_generic_layout_is_an_opcode_a_count_and_bytes) {
+TEST(ConvertersTest, the_generic_layout_is_an_opcode_a_count_and_bytes) {
   EXPECT_EQ(generic_layout.size(3), 11U);
   const std::string host = from_hex("34120000 03000000 aabbcc");
   std::string network(host.size(), '\0');
@@ -98,7 +98,7 @@ TEST(Converters, the_generic_layout_is_an_opcode_a_count_and_bytes) {
   EXPECT_EQ(to_hex(network), to_hex(host));
 }
 
-TEST(Converters, colour_pair_never_touches_its_trailing_field) {
+TEST(ConvertersTest, colour_pair_never_touches_its_trailing_field) {
   BMS_SetButtonColourPair record{};
   record.not_transmitted = 0xBEEF;
   hton_BMS_SetButtonColourPair(&record, &record);

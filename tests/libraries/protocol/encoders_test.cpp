@@ -15,7 +15,7 @@ using test::to_hex;
 std::string hex(const QByteArray &bytes) { return bytes.toHex().toStdString(); }
 std::string golden(const char *digits) { return to_hex(from_hex(digits)); }
 
-TEST(Encoders, fixed_messages_match_golden_bytes) {
+TEST(EncodersTest, fixed_messages_match_golden_bytes) {
   struct Row {
     QByteArray built;
     const char *bytes;
@@ -33,7 +33,7 @@ TEST(Encoders, fixed_messages_match_golden_bytes) {
     EXPECT_EQ(hex(row.built), golden(row.bytes));
 }
 
-TEST(Encoders, texts_are_latin1_with_a_counted_nul) {
+TEST(EncodersTest, texts_are_latin1_with_a_counted_nul) {
   EXPECT_EQ(hex(hton_BMS_TFTTextLine(2, 7, QStringLiteral("Hi"), 1)),
             golden("0000000f 00000002 00000007 00000001 00000003 486900"));
   EXPECT_EQ(hex(hton_BMS_TFTTextLine(0, 0, QString::fromLatin1("\xe9"), 0)),
@@ -42,11 +42,11 @@ TEST(Encoders, texts_are_latin1_with_a_counted_nul) {
             golden("00000012 ffffffff 00000002 00000003 00000004 00ff0000 0000ff00 00000005 6162636400"));
 }
 
-TEST(Encoders, an_empty_text_is_21_bytes_with_n_1) {
+TEST(EncodersTest, an_empty_text_is_21_bytes_with_n_1) {
   EXPECT_EQ(hex(hton_BMS_TFTTextLine(0, 0, QString(), 0)), golden("0000000f 00000000 00000000 00000000 00000001 00"));
 }
 
-TEST(Encoders, upload_is_132_bytes_whatever_the_image) {
+TEST(EncodersTest, upload_is_132_bytes_whatever_the_image) {
   const QByteArray image(120, '\x5A');
   EXPECT_EQ(hex(hton_BMS_UploadImage(23, image.constData(), 120)), golden("00000006 00000017 00000078") + hex(image));
   const QByteArray long_image(500, '\x5A');
@@ -57,21 +57,21 @@ TEST(Encoders, upload_is_132_bytes_whatever_the_image) {
   EXPECT_EQ(hton_BMS_UploadImage(0, nullptr, -5).size(), 132);
 }
 
-TEST(Encoders, draw_image_prints_before_and_after) {
+TEST(EncodersTest, draw_image_prints_before_and_after) {
   test::CapturedOutput output;
   const QByteArray message = hton_BMS_DrawTFTImage(1, 10, -20, 3, "BMx");
   EXPECT_EQ(hex(message), golden("00000013 00000001 0000000a ffffffec 00000003 424d78"));
   EXPECT_EQ(output.take(), "Before hton_BMS_DrawTFTImage... size = 3\nAfter hton_BMS_DrawTFTImage...");
 }
 
-TEST(Encoders, image_list_crosses_its_parameters) {
+TEST(EncodersTest, image_list_crosses_its_parameters) {
   EXPECT_EQ(hex(hton_BMS_SetButtonImageList(3, {23, 24}, 0xA, 0xB)),
             golden("0000000d 00000003 00000000 0000000b 0000000a 00000002 00000017 00000018"));
   EXPECT_EQ(hex(hton_BMS_SetButtonImageList(3, {}, 1, 2)),
             golden("0000000d 00000003 00000000 00000002 00000001 00000000"));
 }
 
-TEST(Encoders, animation_uploads_each_image_then_lists_them) {
+TEST(EncodersTest, animation_uploads_each_image_then_lists_them) {
   const QByteArray first(120, '\x01');
   const QByteArray second(120, '\x02');
   const std::vector<QByteArray> messages = hton_BMS_SetButtonAnimation(9, {first, second}, 30, 1, 2);

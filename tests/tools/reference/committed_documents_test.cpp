@@ -35,12 +35,12 @@ std::string first_difference(const std::string &file, const std::string &generat
   }
 }
 
-TEST(CommittedDocuments, hold_what_the_generator_prints) {
+TEST(CommittedDocumentsTest, hold_what_the_generator_prints) {
   EXPECT_EQ(first_difference("docs/protocol.md", protocol_page()), "");
   EXPECT_EQ(first_difference("tools/wireshark/buttondriver.lua", wireshark_dissector()), "");
 }
 
-TEST(CommittedDocuments, count_as_stale_when_a_line_differs_is_missing_or_too_much) {
+TEST(CommittedDocumentsTest, count_as_stale_when_a_line_differs_is_missing_or_too_much) {
   const std::string page = committed("docs/protocol.md");
   std::string changed = page;
   changed.replace(changed.find("3003"), 4, "3004");

@@ -10,7 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(FilterName, is_in_small_letters_with_words_parted_by_underscores) {
+TEST(FilterNameTest, is_in_small_letters_with_words_parted_by_underscores) {
   struct Row {
     const char *name;
     const char *expected;
@@ -30,7 +30,7 @@ TEST(FilterName, is_in_small_letters_with_words_parted_by_underscores) {
     EXPECT_EQ(filter_name(row.name), row.expected);
 }
 
-TEST(Dissector, names_the_fields_of_a_fixed_message) {
+TEST(DissectorTest, names_the_fields_of_a_fixed_message) {
   EXPECT_THAT(
       wireshark_dissector(),
       HasSubstr("  [21] = {\n"
@@ -44,7 +44,7 @@ TEST(Dissector, names_the_fields_of_a_fixed_message) {
                 "  },\n"));
 }
 
-TEST(Dissector, knows_where_each_variable_part_has_its_count) {
+TEST(DissectorTest, knows_where_each_variable_part_has_its_count) {
   const std::string script = wireshark_dissector();
   for (const char *part : {
            "variable = { kind = \"text\", width = 1, count_offset = 16,\n      proto_field = "

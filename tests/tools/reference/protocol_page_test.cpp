@@ -10,7 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(ProtocolPage, lists_messages_of_every_kind) {
+TEST(ProtocolPageTest, lists_messages_of_every_kind) {
   const std::string page = protocol_page();
   for (const char *row : {
            "| 1 | [BMS_PingReply](#1-bms_pingreply) | 4 | the client; the daemon sends it | the answer to a ping |\n",
@@ -23,7 +23,7 @@ TEST(ProtocolPage, lists_messages_of_every_kind) {
     EXPECT_THAT(page, HasSubstr(row));
 }
 
-TEST(ProtocolPage, shows_fields_of_every_type) {
+TEST(ProtocolPageTest, shows_fields_of_every_type) {
   const std::string page = protocol_page();
   for (const char *row : {
            "| 0 | u32 | `opcode` | which message this is: 17 |\n",
@@ -37,7 +37,7 @@ TEST(ProtocolPage, shows_fields_of_every_type) {
     EXPECT_THAT(page, HasSubstr(row));
 }
 
-TEST(ProtocolPage, takes_an_example_apart_field_by_field) {
+TEST(ProtocolPageTest, takes_an_example_apart_field_by_field) {
   EXPECT_THAT(protocol_page(), HasSubstr("```\n"
                                          "00 00 00 25                                       length = 37\n"
                                          "00 00 00 12                                       opcode = 18\n"
@@ -53,7 +53,7 @@ TEST(ProtocolPage, takes_an_example_apart_field_by_field) {
                                          "```\n"));
 }
 
-TEST(ProtocolPage, shows_signed_values_and_breaks_long_ones_into_lines) {
+TEST(ProtocolPageTest, shows_signed_values_and_breaks_long_ones_into_lines) {
   const std::string page = protocol_page();
   EXPECT_THAT(page, HasSubstr("ff ff ff ff                                       state = -1\n"));
   EXPECT_THAT(page, HasSubstr("42 4d 46 00 00 00 00 00 00 00 36 00 00 00 28 00   image\n"

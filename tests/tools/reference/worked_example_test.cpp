@@ -36,7 +36,7 @@ constexpr Row rows[] = {
      "one id of two"},
 };
 
-TEST(WorkedExample, is_consistent_only_when_length_opcode_size_and_counts_fit_its_row) {
+TEST(WorkedExampleTest, is_consistent_only_when_length_opcode_size_and_counts_fit_its_row) {
   for (const Row &row : rows) {
     const MessageType *type = find_message_type(row.opcode);
     ASSERT_NE(type, nullptr) << row.opcode;
@@ -44,7 +44,7 @@ TEST(WorkedExample, is_consistent_only_when_length_opcode_size_and_counts_fit_it
   }
 }
 
-TEST(WorkedExample, belongs_to_one_message_type_only) {
+TEST(WorkedExampleTest, belongs_to_one_message_type_only) {
   const WorkedExample ping{12, "", "00 00 00 04 00 00 00 0c", ""};
   EXPECT_FALSE(is_consistent(ping, *find_message_type(1)));
 }

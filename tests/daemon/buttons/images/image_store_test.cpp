@@ -12,7 +12,7 @@ ButtonImage filled(std::uint8_t value) {
   return image;
 }
 
-TEST(ImageStore, has_the_built_in_images_from_the_start) {
+TEST(ImageStoreTest, has_the_built_in_images_from_the_start) {
   const ImageStore store;
   EXPECT_NE(store.find(0), nullptr);
   EXPECT_NE(store.find(22), nullptr);
@@ -20,7 +20,7 @@ TEST(ImageStore, has_the_built_in_images_from_the_start) {
   EXPECT_EQ(store.find(-1), nullptr);
 }
 
-TEST(ImageStore, keeps_the_newest_4096_uploads_and_every_built_in_image) {
+TEST(ImageStoreTest, keeps_the_newest_4096_uploads_and_every_built_in_image) {
   ImageStore store;
   store.store(22, filled(9), 1000);
   for (std::int32_t id = 0; id < 5000; ++id)
@@ -32,7 +32,7 @@ TEST(ImageStore, keeps_the_newest_4096_uploads_and_every_built_in_image) {
   EXPECT_EQ(store.find(22)->bytes[0], 9);
 }
 
-TEST(ImageStore, an_upload_under_a_known_id_makes_it_the_newest) {
+TEST(ImageStoreTest, an_upload_under_a_known_id_makes_it_the_newest) {
   ImageStore store;
   for (std::int32_t id = 0; id < 4096; ++id)
     store.store(1000 + id, filled(1), 1000);
@@ -44,14 +44,14 @@ TEST(ImageStore, an_upload_under_a_known_id_makes_it_the_newest) {
   EXPECT_EQ(store.find(1001), nullptr);
 }
 
-TEST(ImageStore, negative_ids_count_as_uploads) {
+TEST(ImageStoreTest, negative_ids_count_as_uploads) {
   ImageStore store;
   for (std::int32_t id = -1; id > -5000; --id)
     store.store(id, filled(1), 1000);
   EXPECT_EQ(store.uploadedCount(), 4096U);
 }
 
-TEST(ImageStore, forgets_what_a_connection_sent_and_nothing_else) {
+TEST(ImageStoreTest, forgets_what_a_connection_sent_and_nothing_else) {
   ImageStore store;
   store.store(1023, filled(1), 1000);
   store.store(2023, filled(2), 2000);
