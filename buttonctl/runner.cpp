@@ -31,8 +31,8 @@ int run_standard_input(Session &session) {
   for (int number = 1; std::getline(std::cin, line); ++number) {
     const Outcome<Steps> steps = parse_batch_line(QByteArray::fromStdString(line));
     if (!steps) {
-      // What came before has been sent and shall arrive.
-      session.finish();
+      // What came before has been sent and shall arrive; that the line is wrong matters more than whether it did.
+      static_cast<void>(session.finish());
       return report(steps.failure(), exit_bad_usage, batch_place(name, number));
     }
     if (const auto performed = session.perform(*steps); !performed)

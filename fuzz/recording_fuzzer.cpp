@@ -16,7 +16,6 @@ namespace buttondriver::fuzz {
 
 namespace {
 
-using buttonctl::Outcome;
 using buttonctl::RecordedFrame;
 using buttonctl::Recording;
 
