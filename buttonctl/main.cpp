@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Picture readers report through Qt what the tool says in its own line.
+/// Picture readers report through Qt what the tool prints in its own line.
 void drop_message(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 } // namespace
@@ -21,5 +21,5 @@ int main(int argc, char **argv) {
   QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
   const QCoreApplication application(argc, argv);
-  return buttondriver::buttonctl::run(QCoreApplication::arguments().mid(1), BUTTONDRIVER_VERSION);
+  return buttondriver::buttonctl::run(QCoreApplication::arguments().mid(1));
 }

@@ -5,8 +5,8 @@
 
 namespace buttondriver::buttonctl {
 
-/// The whole program: does what `arguments` (those behind the program's name) ask for and returns the exit status.
+/// The whole program: does what `arguments` (those after the program's name) ask for and returns the exit status.
 /// Answers go to standard output; what goes wrong is one line on standard error.
-int run(const QStringList &arguments, const char *version);
+int run(const QStringList &arguments);
 
 } // namespace buttondriver::buttonctl

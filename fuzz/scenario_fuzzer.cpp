@@ -3,6 +3,7 @@
 // picture.
 //
 // Input, from the end: whether pictures are going to be replaced (one byte, its lowest bit). In front of it: the file.
+#include "buttonctl/command_table.h"
 #include "buttonctl/scenario/scenario_reader.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
@@ -49,15 +50,15 @@ void require_testable(const Expectation &expectation, bool replaces_pictures) {
   if (const auto *test = std::get_if<StateTest>(&expectation.test)) {
     // Whatever number a line names, the panel has it.
     PanelReport report;
-    const auto difference = (*test)(report);
-    require(!difference || !difference->isEmpty(), "a difference is told");
+    const Outcome<Done> tested = (*test)(report);
+    require(tested || !tested.failure().text.isEmpty(), "a difference is told");
     report.blinking[0] = 1;
     report.text[0][0] = QStringLiteral("text");
-    (*test)(report);
+    static_cast<void>((*test)(report));
     return;
   }
   const auto &picture = std::get<PictureTest>(expectation.test);
-  require(picture.screen >= 0 && picture.screen < int{PanelReport::screen_count}, "a picture is of a screen");
+  require(picture.screen >= 0 && picture.screen < dimensions::screen_count, "a picture is of a screen");
   require(!replaces_pictures || picture.expected.isNull(), "a picture that will be replaced is not read");
 }
 
@@ -72,8 +73,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   const bool replaces_pictures = (input.number<std::uint8_t>() & 1) != 0;
   const std::vector<std::uint8_t> content = input.rest();
   const auto lines = parse_scenario(
-      rig.scenario(), QByteArray(reinterpret_cast<const char *>(content.data()), static_cast<int>(content.size())),
-      replaces_pictures);
+      command_table(), rig.scenario(),
+      QByteArray(reinterpret_cast<const char *>(content.data()), static_cast<int>(content.size())), replaces_pictures);
   if (!lines) {
     require(lines.failure().text.startsWith(rig.scenario() + QLatin1Char(':')), "a message names the place");
     require(!lines.failure().text.contains(QLatin1Char('\n')), "a message is one line");

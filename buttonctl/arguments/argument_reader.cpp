@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/argument_reader.h"
 
+#include "dimensions/panel_dimensions.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -12,6 +14,9 @@ namespace {
 
 constexpr std::uint32_t highest_latin1_character = 0xFF;
 constexpr int most_shown_characters = 40;
+/// What the panel takes for all of its screens, or of its buttons.
+constexpr std::int32_t all = -1;
+static_assert(dimensions::all_screens == all && dimensions::all_buttons == all);
 /// More than any picture needs; a file may have no end, as a device or a pipe has none.
 constexpr int largest_file_mib = 64;
 
@@ -55,8 +60,8 @@ ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser
       _help(help.isEmpty() ? _command : std::move(help)), _arguments(parser.positionalArguments()) {}
 
 void ArgumentReader::fail(const QString &text) {
-  if (!_failure)
-    _failure = Failure{_command + QLatin1String(": ") + text};
+  if (_outcome)
+    _outcome = Failure{_command + QLatin1String(": ") + text};
 }
 
 void ArgumentReader::expect_end() {
@@ -77,12 +82,12 @@ std::int32_t ArgumentReader::number(const char *name, std::int32_t lowest, std::
   return checked(parse_number(QLatin1String(name), text, lowest, highest));
 }
 
-std::int32_t ArgumentReader::screen() { return number_or_all("SCREEN", 0, 2); }
+std::int32_t ArgumentReader::screen() { return number_or_all("SCREEN", 0, dimensions::screen_count - 1); }
 
 std::int32_t ArgumentReader::number_or_all(const char *name, std::int32_t lowest, std::int32_t highest) {
   const QString text = word(name);
   if (text == QLatin1String("all"))
-    return -1;
+    return all;
   const Outcome<std::int32_t> outcome = parse_number(QLatin1String(name), text, lowest, highest);
   if (!outcome)
     fail(QStringLiteral("%1 must be a number from %2 to %3, or 'all', not '%4'")
@@ -99,15 +104,16 @@ std::int32_t ArgumentReader::on_or_off() {
   return 0;
 }
 
-QString ArgumentReader::text() {
-  const QString text = word("TEXT");
+QString ArgumentReader::text() { return text(word("TEXT"), QStringLiteral("TEXT")); }
+
+QString ArgumentReader::text(const QString &text, const QString &name) {
   // By code points, so that a character outside the basic plane is named as what it is.
   for (const uint character : text.toUcs4()) {
     if (character <= highest_latin1_character)
       continue;
     const auto code_point = static_cast<char32_t>(character);
-    fail(QStringLiteral("TEXT must be Latin-1 (U+0000 to U+00FF); '%1' (U+%2) is not")
-             .arg(QString::fromUcs4(&code_point, 1),
+    fail(QStringLiteral("%1 must be Latin-1 (U+0000 to U+00FF); '%2' (U+%3) is not")
+             .arg(name, QString::fromUcs4(&code_point, 1),
                   QString::number(character, 16).toUpper().rightJustified(4, QLatin1Char('0'))));
     break;
   }
@@ -133,19 +139,23 @@ QString ArgumentReader::path_of(const QString &name) const {
   return _folder.isEmpty() ? name : QDir::cleanPath(QDir(_folder).filePath(name));
 }
 
-QByteArray ArgumentReader::file_content(QString &file) {
-  file = word("FILE");
-  if (_failure)
+NamedFile ArgumentReader::file() {
+  const QString name = word("FILE");
+  return {name, content_of(name)};
+}
+
+QByteArray ArgumentReader::content_of(const QString &name) {
+  if (has_failed())
     return {};
-  QFile source(path_of(file));
+  QFile source(path_of(name));
   if (!source.open(QIODevice::ReadOnly)) {
-    fail(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
+    fail(QStringLiteral("cannot read '%1': %2").arg(name, source.errorString()));
     return {};
   }
   constexpr qint64 largest_file = qint64{largest_file_mib} * 1024 * 1024;
   const QByteArray content = source.read(largest_file + 1);
   if (content.size() > largest_file)
-    fail(QStringLiteral("'%1' has more than %2 MiB").arg(file, QString::number(largest_file_mib)));
+    fail(QStringLiteral("'%1' has more than %2 MiB").arg(name, QString::number(largest_file_mib)));
   return content;
 }
 

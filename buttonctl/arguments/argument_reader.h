@@ -9,24 +9,31 @@
 #include <QStringList>
 
 #include <cstdint>
-#include <optional>
 
 namespace buttondriver::buttonctl {
 
 /// `text` as a whole decimal number from `lowest` to `highest`; `name` is what the message calls it.
 Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std::int32_t lowest, std::int32_t highest);
 
-/// Takes the arguments of one command one after the other, each checked. The first thing that is wrong is kept in
-/// `failure`; from then on every call returns a value of no meaning, so that a command looks at `failure` once.
+/// A file that an argument names.
+struct NamedFile {
+  QString name;       ///< as the argument has it
+  QByteArray content; ///< empty when the file cannot be read
+};
+
+/// Takes the arguments of one command one after the other, each checked. The first thing that is wrong is kept as the
+/// outcome; from then on every call returns a value of no meaning, so that a command looks at the outcome once.
 class ArgumentReader {
 public:
   /// Borrows `parser`, which has parsed the command's arguments already. Names of files are relative to `folder`, or to
-  /// the current one when that is empty. `help` is the command whose help tells the arguments, `command` when empty.
+  /// the current one when that is empty. `help` is the command whose help explains the arguments, `command` when empty.
   ArgumentReader(QString command, const QCommandLineParser &parser, QString folder = QString(),
                  QString help = QString());
 
   bool at_end() const { return _next >= _arguments.size(); }
-  const std::optional<Failure> &failure() const { return _failure; }
+  /// The first thing that was wrong, if anything was.
+  const Outcome<Done> &outcome() const { return _outcome; }
+  bool has_failed() const { return !_outcome; }
 
   /// Keeps the command's name and `text` as the failure, when there is none yet.
   void fail(const QString &text);
@@ -36,7 +43,7 @@ public:
   /// The next argument as it is.
   QString word(const char *name);
   std::int32_t number(const char *name, std::int32_t lowest, std::int32_t highest);
-  /// 0, 1, 2, or -1 for the word "all".
+  /// The id of a screen, or `dimensions::all_screens` for the word "all".
   std::int32_t screen();
   /// `lowest` to `highest`, or -1 for the word "all".
   std::int32_t number_or_all(const char *name, std::int32_t lowest, std::int32_t highest);
@@ -44,12 +51,16 @@ public:
   std::int32_t on_or_off();
   /// A text that survives the way to the panel, which is Latin-1.
   QString text();
+  /// `text` itself, which must survive that way too; `name` is what a failure calls it.
+  QString text(const QString &text, const QString &name);
   /// All arguments that are left, as hexadecimal digits, with blanks allowed between bytes.
   QByteArray hexadecimal();
   /// Where the file `name` lies.
   QString path_of(const QString &name) const;
-  /// The bytes of the file that the next argument names; `file` receives the name.
-  QByteArray file_content(QString &file);
+  /// The file that the next argument names.
+  NamedFile file();
+  /// The bytes of the file `name`.
+  QByteArray content_of(const QString &name);
 
   bool has_option(const char *name) const { return _parser.isSet(QLatin1String(name)); }
   QString option(const char *name) const { return _parser.value(QLatin1String(name)); }
@@ -71,7 +82,7 @@ private:
   const QString _help;
   const QStringList _arguments;
   decltype(QStringList().size()) _next = 0;
-  std::optional<Failure> _failure;
+  Outcome<Done> _outcome{Done{}};
 };
 
 } // namespace buttondriver::buttonctl

@@ -9,15 +9,14 @@ void add_options(QCommandLineParser &parser, const std::vector<CommandOption> &o
                                         QLatin1String(option.value ? option.value : "")));
 }
 
-std::optional<Failure> parse_options(QCommandLineParser &parser, const QStringList &arguments, const QString &help) {
+Outcome<Done> parse_options(QCommandLineParser &parser, const QStringList &arguments, const QString &help) {
   if (parser.parse(QStringList(QStringLiteral("buttonctl")) + arguments))
-    return std::nullopt;
+    return Done{};
   const QStringList unknown = parser.unknownOptionNames();
   if (!unknown.isEmpty()) {
     const QString &name = unknown.first();
-    const QLatin1String dashes(name.size() == 1 ? "-" : "--");
-    return Failure{QStringLiteral("unknown option '%1%2'; see '%3', and put -- before arguments that start with a dash")
-                       .arg(dashes, name, help)};
+    return Failure{QStringLiteral("unknown option '%1'; see '%2', and put -- before arguments that start with a dash")
+                       .arg(dashed(name), help)};
   }
   QString text = parser.errorText();
   text[0] = text.at(0).toLower();

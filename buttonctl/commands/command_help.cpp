@@ -23,17 +23,6 @@ QString table(const std::vector<Row> &rows) {
   return text;
 }
 
-/// "-p, --port PORT"
-QString spelled(const CommandOption &option) {
-  QStringList names;
-  for (const QString &name : QString::fromLatin1(option.names).split(QLatin1Char(',')))
-    names += (name.size() == 1 ? QLatin1String("-") : QLatin1String("--")) + name;
-  QString text = names.join(QLatin1String(", "));
-  if (option.value)
-    text += QLatin1Char(' ') + QLatin1String(option.value);
-  return text;
-}
-
 QString option_table(const std::vector<CommandOption> &options) {
   std::vector<Row> rows;
   for (const CommandOption &option : options)
@@ -62,13 +51,25 @@ const std::vector<CommandOption> &general_options() {
   return options;
 }
 
-QString general_help() {
+CommandOption version_option() { return {"V,version", nullptr, "print the version"}; }
+
+QString spelled(const CommandOption &option) {
+  QStringList names;
+  for (const QString &name : QString::fromLatin1(option.names).split(QLatin1Char(',')))
+    names += dashed(name);
+  QString text = names.join(QLatin1String(", "));
+  if (option.value)
+    text += QLatin1Char(' ') + QLatin1String(option.value);
+  return text;
+}
+
+QString general_help(const CommandTable &commands) {
   std::vector<Row> rows;
-  for (const Command &command : commands())
+  for (const Command &command : commands)
     rows.emplace_back(QString::fromLatin1(command.name) + QLatin1Char(' ') + QLatin1String(command.arguments),
                       QLatin1String(command.summary));
   std::vector<CommandOption> options = general_options();
-  options.push_back({"V,version", nullptr, "print the version"});
+  options.push_back(version_option());
   return QLatin1String("Usage: buttonctl [OPTION]... COMMAND [ARGUMENT]...\n"
                        "Send messages to the panel's daemon.\n"
                        "\n"
@@ -89,8 +90,8 @@ QString command_help(const Command &command) {
   QString summary = QString::fromLatin1(command.summary);
   summary[0] = summary.at(0).toUpper();
   text += QLatin1Char('\n') + summary + QLatin1String(".\n");
-  if (*command.details)
-    text += QLatin1Char('\n') + QString::fromUtf8(command.details);
+  if (!command.details.isEmpty())
+    text += QLatin1Char('\n') + command.details;
   if (!command.options.empty())
     text += QLatin1String("\nOptions of this command:\n") + option_table(command.options);
   text += QLatin1String("\nOptions of every command:\n") + option_table(general_options());

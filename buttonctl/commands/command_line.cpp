@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/command_line.h"
 
-#include "buttonctl/arguments/argument_reader.h"
 #include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/arguments/option_parser.h"
 #include "buttonctl/commands/command_help.h"
-#include "buttonctl/commands/commands.h"
+#include "buttonctl/commands/step_sender.h"
+#include "buttonctl/session/console.h"
+#include "buttonctl/session/exit_status.h"
 
 #include <QCommandLineParser>
-
-#include <optional>
 
 namespace buttondriver::buttonctl {
 
@@ -19,27 +18,27 @@ constexpr std::int32_t highest_port = 65535;
 constexpr std::int32_t longest_timeout_ms = 600000;
 
 /// Takes over what is given in front of the command, or among its arguments.
-std::optional<Failure> apply_general_options(const QCommandLineParser &parser, Request &request) {
+Outcome<Done> apply_general_options(const QCommandLineParser &parser, CommandContext &context) {
   if (parser.isSet(QStringLiteral("host"))) {
-    request.endpoint.host = parser.value(QStringLiteral("host"));
-    if (request.endpoint.host.isEmpty())
+    context.endpoint.host = parser.value(QStringLiteral("host"));
+    if (context.endpoint.host.isEmpty())
       return Failure{QStringLiteral("--host must not be empty")};
   }
   if (parser.isSet(QStringLiteral("port"))) {
     const auto port = parse_number(QStringLiteral("--port"), parser.value(QStringLiteral("port")), 1, highest_port);
     if (!port)
       return port.failure();
-    request.endpoint.port = static_cast<std::uint16_t>(*port);
+    context.endpoint.port = static_cast<std::uint16_t>(*port);
   }
   if (parser.isSet(QStringLiteral("timeout"))) {
     const auto timeout =
         parse_number(QStringLiteral("--timeout"), parser.value(QStringLiteral("timeout")), 1, longest_timeout_ms);
     if (!timeout)
       return timeout.failure();
-    request.endpoint.timeout_ms = *timeout;
+    context.endpoint.timeout_ms = *timeout;
   }
-  request.dry_run = request.dry_run || parser.isSet(QStringLiteral("dry-run"));
-  return std::nullopt;
+  context.dry_run = context.dry_run || parser.isSet(QStringLiteral("dry-run"));
+  return Done{};
 }
 
 QString help_of(const QString &command) { return QStringLiteral("buttonctl %1 --help").arg(command); }
@@ -48,78 +47,73 @@ Failure unknown_command(const QString &name) {
   return Failure{QStringLiteral("unknown command '%1'; see 'buttonctl --help'").arg(name)};
 }
 
-Outcome<Steps> build(const Command &command, const QCommandLineParser &parser, const QString &folder = QString()) {
-  ArgumentReader reader(QLatin1String(command.name), parser, folder);
-  Steps steps = command.build(reader);
-  reader.expect_end();
-  if (reader.failure())
-    return *reader.failure();
-  return steps;
+Failure of_command(const QString &name, const Failure &failure) {
+  return Failure{name + QLatin1String(": ") + failure.text};
 }
 
-Outcome<Request> prepare(const Command &command, const QCommandLineParser &parser, Request request) {
-  ArgumentReader reader(QLatin1String(command.name), parser);
-  command.prepare(reader, request);
-  reader.expect_end();
-  if (reader.failure())
-    return *reader.failure();
-  return request;
+/// `result`, when `arguments` were good and were all taken.
+template <class Result> Outcome<Result> checked(ArgumentReader &arguments, const Result &result) {
+  arguments.expect_end();
+  if (arguments.has_failed())
+    return arguments.outcome().failure();
+  return result;
 }
 
-Request print_help(const QString &text) {
-  Request request;
-  request.kind = Request::Kind::print_help;
-  request.help = text;
-  return request;
+Action build(const Command &command, ArgumentReader &arguments, const CommandContext &context) {
+  if (const auto *build_action = std::get_if<ActionBuilder>(&command.work))
+    return (*build_action)(arguments, context);
+  const Steps steps = std::get<StepsBuilder>(command.work)(arguments);
+  return [steps, context] { return send_steps(steps, context); };
+}
+
+Action print_action(const QString &text) {
+  return [text] {
+    print(text);
+    return exit_done;
+  };
 }
 
 } // namespace
 
-Outcome<Request> parse_command_line(const QStringList &arguments) {
-  Request request;
+Outcome<Action> parse_command_line(const CommandTable &commands, const QStringList &arguments) {
+  CommandContext context{Endpoint(), false, commands};
   QCommandLineParser general;
   general.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
   add_options(general, general_options());
-  add_options(general, {{"V,version", nullptr, nullptr}});
-  if (const auto failure = parse_options(general, arguments, QStringLiteral("buttonctl --help")))
-    return *failure;
+  add_options(general, {version_option()});
+  if (const auto parsed = parse_options(general, arguments, QStringLiteral("buttonctl --help")); !parsed)
+    return parsed.failure();
   if (general.isSet(QStringLiteral("help")))
-    return print_help(general_help());
-  if (general.isSet(QStringLiteral("version"))) {
-    request.kind = Request::Kind::print_version;
-    return request;
-  }
-  if (const auto failure = apply_general_options(general, request))
-    return *failure;
+    return print_action(general_help(commands));
+  if (general.isSet(QStringLiteral("version")))
+    return print_action(QStringLiteral("buttonctl (buttondriver) " BUTTONDRIVER_VERSION "\n"));
+  if (const auto applied = apply_general_options(general, context); !applied)
+    return applied.failure();
 
   QStringList words = general.positionalArguments();
   if (words.isEmpty())
     return Failure{QStringLiteral("no command given; see 'buttonctl --help'")};
   const QString name = words.takeFirst();
-  const Command *command = find_command(name);
+  const Command *command = find_command(commands, name);
   if (!command)
     return unknown_command(name);
 
   QCommandLineParser specific;
   add_options(specific, general_options());
   add_options(specific, command->options);
-  if (const auto failure = parse_options(specific, words, help_of(name)))
-    return Failure{name + QLatin1String(": ") + failure->text};
+  if (const auto parsed = parse_options(specific, words, help_of(name)); !parsed)
+    return of_command(name, parsed.failure());
   if (specific.isSet(QStringLiteral("help")))
-    return print_help(command_help(*command));
-  if (const auto failure = apply_general_options(specific, request))
-    return Failure{name + QLatin1String(": ") + failure->text};
+    return print_action(command_help(*command));
+  if (const auto applied = apply_general_options(specific, context); !applied)
+    return of_command(name, applied.failure());
 
-  if (!command->build)
-    return prepare(*command, specific, request);
-  const Outcome<Steps> steps = build(*command, specific);
-  if (!steps)
-    return steps.failure();
-  request.steps = *steps;
-  return request;
+  ArgumentReader reader(name, specific);
+  const Action action = build(*command, reader, context);
+  return checked(reader, action);
 }
 
-Outcome<Steps> parse_batch_line(const QByteArray &line, const QString &folder) {
+Outcome<Steps> parse_batch_line(const CommandTable &commands, const QByteArray &line, const QString &folder) {
   const Outcome<QStringList> split = split_line(QString::fromUtf8(line));
   if (!split)
     return split.failure();
@@ -127,18 +121,20 @@ Outcome<Steps> parse_batch_line(const QByteArray &line, const QString &folder) {
   if (words.isEmpty())
     return Steps{};
   const QString name = words.takeFirst();
-  const Command *command = find_command(name);
+  const Command *command = find_command(commands, name);
   if (!command)
     return unknown_command(name);
-  if (!command->build)
+  if (!command->only_sends())
     return Failure{QStringLiteral("a batch cannot run '%1'%2")
                        .arg(name, QLatin1String(name == QLatin1String("batch") ? "; give its lines here" : ""))};
 
   QCommandLineParser specific;
   add_options(specific, command->options);
-  if (const auto failure = parse_options(specific, words, help_of(name)))
-    return Failure{name + QLatin1String(": ") + failure->text};
-  return build(*command, specific, folder);
+  if (const auto parsed = parse_options(specific, words, help_of(name)); !parsed)
+    return of_command(name, parsed.failure());
+  ArgumentReader reader(name, specific, folder);
+  const Steps steps = std::get<StepsBuilder>(command->work)(reader);
+  return checked(reader, steps);
 }
 
 } // namespace buttondriver::buttonctl

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/daemon_check.h"
 
-#include "buttonctl/commands/messages.h"
 #include "buttonctl/session/connection.h"
-#include "protocol/encoders.h"
+#include "buttonctl/session/framed_ping.h"
 
 namespace buttondriver::buttonctl {
 
@@ -28,7 +27,7 @@ Finding check_daemon(const Endpoint &endpoint) {
   Connection connection(endpoint);
   if (const auto opened = connection.open(); !opened)
     return no_connection(connection, endpoint, opened.failure());
-  const Outcome<double> round_trip = connection.ping(framed(hton_BMS_Ping()));
+  const Outcome<double> round_trip = connection.ping(framed_ping());
   if (!round_trip)
     return {QStringLiteral("daemon"),
             QStringLiteral("something listens on %1 but it is not the daemon, or it hangs: %2")

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
 #include "buttonctl/doctor/finding.h"
+#include "buttonctl/session/endpoint.h"
 
 namespace buttondriver::buttonctl {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
 #include "buttonctl/doctor/file_facts.h"
 #include "buttonctl/doctor/finding.h"
+#include "buttonctl/session/endpoint.h"
 
 #include <QString>
 
@@ -11,13 +11,17 @@
 
 namespace buttondriver::buttonctl {
 
-/// All checks that the request asks for. Files and the device are left out when the daemon is on another machine.
-std::vector<Finding> examine(const Request &request, const FileLook &look);
+/// What is to be checked.
+struct Examination {
+  QString root;    ///< folder that the fixed paths lie under; empty for the system's own root
+  bool is_virtual; ///< there is no device to look for
+  Endpoint endpoint;
+};
+
+/// All checks, in order. Files and the device are left out when the daemon is on another machine.
+std::vector<Finding> examine(const Examination &examination, const FileLook &look);
 
 /// One line: "ok" or "FAULT", and what was found; below a fault the line that mends it.
 QString shown(const Finding &finding);
-
-/// `buttonctl doctor`. Returns the exit status.
-int run_doctor(const Request &request);
 
 } // namespace buttondriver::buttonctl

@@ -3,6 +3,7 @@
 
 #include "buttonctl/pictures/bmp_file.h"
 #include "bytes/view_of.h"
+#include "dimensions/panel_dimensions.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -15,9 +16,12 @@ namespace buttondriver::buttonctl {
 
 namespace {
 
-constexpr int button_width = 40;
-constexpr int button_height = 24;
-constexpr int button_image_size = button_width / 8 * button_height;
+using dimensions::button_image_bytes;
+using dimensions::screen_height;
+using dimensions::screen_width;
+
+const QSize screen_size(screen_width, screen_height);
+const QSize button_image_size(dimensions::button_image_width, dimensions::button_image_height);
 constexpr int lightest_dark_grey = 127;
 
 Outcome<QImage> read_image(const QByteArray &file) {
@@ -40,15 +44,17 @@ Failure does_not_fit(QSize size, QPoint corner) {
                      .arg(extent(size))
                      .arg(corner.x())
                      .arg(corner.y())
-                     .arg(extent(QSize(screen_side, screen_side)))};
+                     .arg(extent(screen_size))};
 }
 
 } // namespace
 
 Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Oversize oversize) {
-  const QRect screen(0, 0, screen_side, screen_side);
+  const QRect screen(QPoint(0, 0), screen_size);
   if (oversize == Oversize::fit && !screen.contains(corner))
-    return Failure{QStringLiteral("--fit needs a corner on the screen, from 0,0 to 127,127")};
+    return Failure{QStringLiteral("--fit needs a corner on the screen, from 0,0 to %1,%2")
+                       .arg(screen_width - 1)
+                       .arg(screen_height - 1)};
 
   std::optional<QSize> size = size_of_screen_bmp(view_of(file));
   QImage image;
@@ -73,7 +79,8 @@ Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Over
       return Failure{QStringLiteral("no part of the picture lies on the screen; change --at")};
     break;
   case Oversize::fit:
-    fitted = size->scaled(screen_side - corner.x(), screen_side - corner.y(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    fitted =
+        size->scaled(screen_width - corner.x(), screen_height - corner.y(), Qt::KeepAspectRatio).expandedTo({1, 1});
     break;
   }
 
@@ -95,19 +102,19 @@ Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Over
 
 Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert) {
   QByteArray bits = file;
-  if (file.size() != button_image_size || file.startsWith("\x89PNG")) {
+  if (file.size() != button_image_bytes || file.startsWith("\x89PNG")) {
     const Outcome<QImage> read = read_image(file);
     if (!read)
-      return Failure{QStringLiteral("not %1 raw bytes, and %2").arg(button_image_size).arg(read.failure().text)};
-    if (read->size() != QSize(button_width, button_height))
+      return Failure{QStringLiteral("not %1 raw bytes, and %2").arg(button_image_bytes).arg(read.failure().text)};
+    if (read->size() != button_image_size)
       return Failure{QStringLiteral("a button image is %1 pixels, this picture is %2; scale it first")
-                         .arg(extent(QSize(button_width, button_height)), extent(read->size()))};
+                         .arg(extent(button_image_size), extent(read->size()))};
     const QImage on_black = read->convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    bits = QByteArray(button_image_size, '\0');
-    for (int y = 0; y < button_height; ++y) {
+    bits = QByteArray(button_image_bytes, '\0');
+    for (int y = 0; y < button_image_size.height(); ++y) {
       const auto *pixels = reinterpret_cast<const QRgb *>(on_black.constScanLine(y));
-      for (int x = 0; x < button_width; ++x) {
-        const int place = y * (button_width / 8) + x / 8;
+      for (int x = 0; x < button_image_size.width(); ++x) {
+        const int place = y * (button_image_size.width() / 8) + x / 8;
         if (qGray(pixels[x]) > lightest_dark_grey)
           bits[place] = static_cast<char>(bits[place] | 0x80 >> x % 8);
       }

@@ -9,9 +9,6 @@
 /// Picture files made into what the panel takes. The failures do not name the file.
 namespace buttondriver::buttonctl {
 
-/// Width and height of a screen in pixels.
-inline constexpr int screen_side = 128;
-
 /// What happens to a picture that sticks out of the screen. The panel does not cut such a picture off but shears it.
 enum class Oversize {
   refuse,

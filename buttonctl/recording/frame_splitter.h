@@ -13,7 +13,7 @@ namespace buttondriver::buttonctl {
 /// Finds the frames in the bytes of one connection, however the stream has cut them.
 class FrameSplitter {
 public:
-  /// A frame that says it is longer, its length not counted, ends the splitting of its connection. The largest picture
+  /// A frame whose length is more, its length not counted, ends the splitting of its connection. The largest picture
   /// for a screen has some 50 KB, so that this is room enough; it also keeps out the lengths from 0xFFFFFFFC on, whose
   /// frames are whatever is there when the daemon looks.
   static constexpr std::uint32_t longest_message = 16 * 1024 * 1024;

@@ -58,7 +58,7 @@ void RecordedConnection::close(QDeadlineTimer limit) {
   const auto left_ms = [&limit] { return static_cast<int>(limit.remainingTime()); };
   if (!_is_connected)
     return;
-  // What the client sends from now on is neither told nor passed on.
+  // What the client sends from now on is neither reported nor passed on.
   _client->disconnect(&_daemon);
   while (_daemon.bytesToWrite() > 0 && _daemon.waitForBytesWritten(left_ms())) {
   }
@@ -76,7 +76,7 @@ void RecordedConnection::pass_requests() {
   while (_client->bytesAvailable() > 0 && _daemon.bytesToWrite() < most_waiting &&
          _daemon.state() == QAbstractSocket::ConnectedState) {
     const QByteArray bytes = _client->read(most_waiting);
-    tell_frames(bytes);
+    report_frames(bytes);
     _daemon.write(bytes);
   }
   if (_client->state() == QAbstractSocket::UnconnectedState)
@@ -94,7 +94,7 @@ void RecordedConnection::pass_answers() {
     daemon_closed();
 }
 
-void RecordedConnection::tell_frames(const QByteArray &bytes) {
+void RecordedConnection::report_frames(const QByteArray &bytes) {
   const bool had_lost_track = _splitter.has_lost_track();
   for (const QByteArray &frame : _splitter.take(bytes))
     _frame(_number, frame);
@@ -117,7 +117,7 @@ void RecordedConnection::fail_to_connect() {
 
 void RecordedConnection::client_closed() {
   if (!_is_connected) {
-    // What the client has left behind still goes to the daemon, once that can be reached.
+    // What the client sent before it went still goes to the daemon, once that can be reached.
     return;
   }
   if (_client->bytesAvailable() > 0 && _daemon.state() == QAbstractSocket::ConnectedState) {
@@ -126,8 +126,8 @@ void RecordedConnection::client_closed() {
     return;
   }
   if (_daemon.state() == QAbstractSocket::ConnectedState) {
-    // Closing while an answer is still unread would make the system drop what has not arrived yet; so the daemon is
-    // told the end, and closes in its turn.
+    // Closing while an answer is still unread would make the system drop what has not arrived yet; so the daemon
+    // learns of the end, and closes in its turn.
     if (_daemon.bytesToWrite() == 0)
       ::shutdown(static_cast<int>(_daemon.socketDescriptor()), SHUT_WR);
     pass_answers();

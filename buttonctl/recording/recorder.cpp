@@ -2,14 +2,10 @@
 #include "buttonctl/recording/recorder.h"
 
 #include "buttonctl/session/console.h"
-#include "buttonctl/session/exit_status.h"
-#include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QHostAddress>
-
-#include <csignal>
 
 namespace buttondriver::buttonctl {
 
@@ -21,18 +17,18 @@ constexpr qint64 nanoseconds_per_microsecond = 1000;
 } // namespace
 
 Outcome<Done> Recorder::start() {
-  const QHostAddress address(_request.listen.host);
+  const QHostAddress address(_plan.listen.host);
   QObject::connect(&_server, &QTcpServer::newConnection, &_server, [this] { accept(); });
-  if (!_server.listen(address, _request.listen.port))
+  if (!_server.listen(address, _plan.listen.port))
     return Failure{QStringLiteral("cannot listen on %1 port %2: %3")
-                       .arg(_request.listen.host, QString::number(_request.listen.port), _server.errorString())};
-  const Outcome<Done> opened = _writer.open(_request.file);
+                       .arg(_plan.listen.host, QString::number(_plan.listen.port), _server.errorString())};
+  const Outcome<Done> opened = _writer.open(_plan.file);
   if (!opened)
     return opened;
   _elapsed.start();
   print_line(QStringLiteral("recording into %1: %2 port %3, for %4 port %5")
-                 .arg(_request.file, _request.listen.host, QString::number(_server.serverPort()),
-                      _request.endpoint.host, QString::number(_request.endpoint.port)));
+                 .arg(_plan.file, _plan.listen.host, QString::number(_server.serverPort()), _plan.endpoint.host,
+                      QString::number(_plan.endpoint.port)));
   return Done{};
 }
 
@@ -52,7 +48,7 @@ void Recorder::accept() {
     client->setParent(nullptr);
     const int number = ++_accepted;
     _connections[number] = std::make_unique<RecordedConnection>(
-        number, std::move(client), _request.endpoint,
+        number, std::move(client), _plan.endpoint,
         [this](int connection, const QByteArray &frame) { write(connection, frame); },
         [this](int connection) {
           // The object is in the midst of a call; it goes when that has returned.
@@ -70,20 +66,6 @@ void Recorder::write(int connection, const QByteArray &frame) {
     ++_frames;
   else
     QCoreApplication::quit();
-}
-
-int run_recorder(const Request &request) {
-  // Made first, so that a signal that comes while the file is being made ends the program as it should.
-  const unixsignalhandler::UnixSignalHandler signal_bridge;
-  for (const int signal : {SIGINT, SIGTERM})
-    unixsignalhandler::UnixSignalHandler::installSignalHandler(signal, [] { QCoreApplication::quit(); });
-  Recorder recorder(request);
-  if (const auto started = recorder.start(); !started)
-    return report(started.failure(), exit_unreachable);
-  QCoreApplication::exec();
-  if (const auto finished = recorder.finish(); !finished)
-    return report(finished.failure(), exit_unreachable);
-  return exit_done;
 }
 
 } // namespace buttondriver::buttonctl

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-/// A recording is text, one line for each frame behind a line that says what it is:
+/// A recording is text, one line for each frame, after a line that says what it is:
 ///
 ///     buttonctl recording 1
 ///     51234 1 000000040000000c

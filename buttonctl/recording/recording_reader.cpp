@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/recording/recording_reader.h"
 
-#include "buttonctl/commands/batch.h"
+#include "buttonctl/arguments/line_place.h"
 #include "bytes/view_of.h"
 #include "protocol/framing.h"
 
@@ -68,10 +68,10 @@ Outcome<QByteArray> parse_bytes(const QByteArray &item) {
   const ByteView view = view_of(bytes);
   if (bytes.size() < static_cast<int>(frame_prefix_size))
     return Failure{QStringLiteral("FRAME must begin with its length, 4 bytes, but has %1 bytes").arg(bytes.size())};
-  const std::uint32_t said = view.big_endian_32(0);
+  const std::uint32_t announced = view.big_endian_32(0);
   const auto there = bytes.size() - static_cast<int>(frame_prefix_size);
-  if (std::int64_t{said} != there)
-    return Failure{QStringLiteral("FRAME says that %1 bytes follow its length, but %2 do").arg(said).arg(there)};
+  if (std::int64_t{announced} != there)
+    return Failure{QStringLiteral("FRAME says that %1 bytes follow its length, but %2 do").arg(announced).arg(there)};
   return bytes;
 }
 
@@ -94,7 +94,7 @@ Outcome<RecordedFrame> parse_frame(const QByteArray &line) {
   return RecordedFrame{time, static_cast<std::int32_t>(connection), *bytes};
 }
 
-bool says_nothing(const QByteArray &line) { return line.trimmed().isEmpty() || line.startsWith('#'); }
+bool is_empty_or_comment(const QByteArray &line) { return line.trimmed().isEmpty() || line.startsWith('#'); }
 
 } // namespace
 
@@ -105,13 +105,13 @@ Outcome<Recording> parse_recording(const QString &file, const QByteArray &conten
   const QList<QByteArray> lines = content.split('\n');
   for (const QByteArray &line : lines) {
     ++number;
-    const QString place = batch_place(file, number);
+    const QString place = line_place(file, number);
     if (number == 1) {
       if (const auto title = check_title(line); !title)
         return Failure{place + title.failure().text};
       continue;
     }
-    if (says_nothing(line))
+    if (is_empty_or_comment(line))
       continue;
     const Outcome<RecordedFrame> frame = parse_frame(line);
     if (!frame) {

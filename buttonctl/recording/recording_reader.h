@@ -14,10 +14,10 @@ namespace buttondriver::buttonctl {
 struct Recording {
   std::vector<RecordedFrame> frames;
   std::vector<int> lines; ///< of each frame, counted from 1
-  QString remark;         ///< what is odd about the file but no failure, with its place in front; mostly empty
+  QString remark;         ///< what is odd about the file but no failure, after its place; mostly empty
 };
 
-/// The recording in `content`; or what is wrong with the first line that is wrong, behind "`file`:LINE: ". A last line
+/// The recording in `content`; or what is wrong with the first line that is wrong, after "`file`:LINE: ". A last line
 /// that has no end and is not whole, as a recorder leaves it that was killed, is left out with a remark.
 Outcome<Recording> parse_recording(const QString &file, const QByteArray &content);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/replay/player.h"
 
-#include "buttonctl/commands/batch.h"
+#include "buttonctl/arguments/line_place.h"
 
 #include <cmath>
 #include <map>
@@ -24,7 +24,7 @@ Outcome<Done> play(const QString &file, const Recording &recording, double speed
     clock.wait_until(start_us + offset_us, [&sink] { return sink.has_failed(); });
     const Outcome<Done> sent = sink.send(frame, last_frames[frame.connection] == i);
     if (!sent)
-      return Failure{batch_place(file, recording.lines[i]) + sent.failure().text};
+      return Failure{line_place(file, recording.lines[i]) + sent.failure().text};
   }
   return Done{};
 }

@@ -35,7 +35,7 @@ ReplayConnection::ReplayConnection(const Endpoint &endpoint) : _endpoint(endpoin
 ReplayConnection::~ReplayConnection() { _socket.disconnect(&_socket); }
 
 void ReplayConnection::send(const QByteArray &bytes) {
-  if (_failure)
+  if (!_outcome)
     return;
   if (_socket.bytesToWrite() == 0 && _was_connected)
     _since_progress.start();
@@ -49,15 +49,15 @@ void ReplayConnection::end() {
   shut_down_when_sent();
 }
 
-std::optional<Failure> ReplayConnection::failure() const {
-  if (_failure)
-    return _failure;
+Outcome<Done> ReplayConnection::outcome() const {
+  if (!_outcome)
+    return _outcome;
   if (!_is_shut_down && (!_was_connected || _socket.bytesToWrite() > 0) &&
       _since_progress.hasExpired(_endpoint.timeout_ms))
     return Failure{QStringLiteral("%1 %2 for %3 ms; allow more time with --timeout")
                        .arg(peer(), QLatin1String(_was_connected ? "takes no data" : "does not take the connection"),
                             QString::number(_endpoint.timeout_ms))};
-  return std::nullopt;
+  return Done{};
 }
 
 bool ReplayConnection::is_closed() const {
@@ -76,16 +76,16 @@ void ReplayConnection::shut_down_when_sent() {
 }
 
 void ReplayConnection::fail() {
-  if (_failure || (_is_shut_down && _socket.error() == QAbstractSocket::RemoteHostClosedError))
+  if (!_outcome || (_is_shut_down && _socket.error() == QAbstractSocket::RemoteHostClosedError))
     return;
   if (_was_connected)
-    _failure =
+    _outcome =
         Failure{QStringLiteral("lost the connection to %1 before everything was sent; is the daemon still running?")
                     .arg(peer())};
   else if (_socket.error() == QAbstractSocket::ConnectionRefusedError)
-    _failure = Failure{QStringLiteral("%1 refuses the connection; is the daemon running there?").arg(peer())};
+    _outcome = Failure{QStringLiteral("%1 refuses the connection; is the daemon running there?").arg(peer())};
   else
-    _failure = Failure{
+    _outcome = Failure{
         QStringLiteral("cannot connect to %1 (%2); check --host and --port").arg(peer(), _socket.errorString())};
 }
 

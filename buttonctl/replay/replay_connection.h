@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
+#include "buttonctl/session/endpoint.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QTcpSocket>
-
-#include <optional>
 
 namespace buttondriver::buttonctl {
 
@@ -25,9 +23,9 @@ public:
   /// Nothing more will be sent: closes once everything has left.
   void end();
 
-  /// What went wrong, if anything; also that for as long as the endpoint's time-out the connection did not come about,
-  /// or nothing could be sent.
-  std::optional<Failure> failure() const;
+  /// A failure when something went wrong; also when for as long as the endpoint's time-out the connection did not come
+  /// about, or nothing could be sent.
+  Outcome<Done> outcome() const;
   /// Everything was sent and the daemon has closed its side too, or does not do so in a second.
   bool is_closed() const;
 
@@ -37,7 +35,7 @@ private:
   QString peer() const;
 
   const Endpoint _endpoint;
-  std::optional<Failure> _failure;
+  Outcome<Done> _outcome{Done{}};
   bool _was_connected = false;
   bool _is_ending = false;
   bool _is_shut_down = false;

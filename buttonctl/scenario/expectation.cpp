@@ -3,6 +3,7 @@
 
 #include "buttonctl/arguments/argument_reader.h"
 #include "buttonctl/arguments/option_parser.h"
+#include "dimensions/panel_dimensions.h"
 
 #include <QFileInfo>
 #include <QImageReader>
@@ -13,11 +14,11 @@ namespace buttondriver::buttonctl {
 
 namespace {
 
-constexpr std::int32_t highest_led = PanelReport::led_count - 1;
-constexpr std::int32_t highest_toggle = PanelReport::toggle_count - 1;
-constexpr std::int32_t highest_screen = PanelReport::screen_count - 1;
-constexpr std::int32_t highest_line = 127;
-constexpr std::int32_t highest_intensity = 63;
+constexpr std::int32_t highest_led = dimensions::led_count - 1;
+constexpr std::int32_t highest_toggle = dimensions::toggle_indicator_count - 1;
+constexpr std::int32_t highest_screen = dimensions::screen_count - 1;
+/// A font is at least one pixel high.
+constexpr std::int32_t highest_line = dimensions::screen_height - 1;
 constexpr std::int32_t longest_timeout_ms = 600000;
 constexpr std::int32_t longest_phase_ms = std::numeric_limits<std::int32_t>::max();
 
@@ -31,10 +32,10 @@ QString shown_state(const PanelReport &report, std::int32_t button) {
   return on_off(report.button_leds[static_cast<std::size_t>(button)]);
 }
 
-std::optional<QString> difference(const QString &what, const QString &is, const QString &should) {
+Outcome<Done> compare(const QString &what, const QString &is, const QString &should) {
   if (is == should)
-    return std::nullopt;
-  return QStringLiteral("%1 is %2, not %3").arg(what, is, should);
+    return Done{};
+  return Failure{QStringLiteral("%1 is %2, not %3").arg(what, is, should)};
 }
 
 StateTest led_test(ArgumentReader &arguments) {
@@ -43,25 +44,25 @@ StateTest led_test(ArgumentReader &arguments) {
   const QString what = QStringLiteral("LED %1").arg(button);
   if (state == QLatin1String("blinking")) {
     if (arguments.at_end())
-      return [=](const PanelReport &report) -> std::optional<QString> {
+      return [=](const PanelReport &report) -> Outcome<Done> {
         if (report.blinking.count(button) > 0)
-          return std::nullopt;
-        return difference(what, shown_state(report, button), QStringLiteral("blinking"));
+          return Done{};
+        return compare(what, shown_state(report, button), QStringLiteral("blinking"));
       };
     const QString should = QStringLiteral("blinking %1").arg(arguments.number("MS", 1, longest_phase_ms));
-    return [=](const PanelReport &report) { return difference(what, shown_state(report, button), should); };
+    return [=](const PanelReport &report) { return compare(what, shown_state(report, button), should); };
   }
   if (state != QLatin1String("on") && state != QLatin1String("off"))
     arguments.fail(QStringLiteral("STATE must be 'on', 'off' or 'blinking', not '%1'").arg(state));
-  return [=](const PanelReport &report) { return difference(what, shown_state(report, button), state); };
+  return [=](const PanelReport &report) { return compare(what, shown_state(report, button), state); };
 }
 
 StateTest status_test(ArgumentReader &arguments) {
   const std::int32_t indicator = arguments.number("ID", 0, highest_led);
   const bool lit = arguments.on_or_off() != 0;
   return [=](const PanelReport &report) {
-    return difference(QStringLiteral("status LED %1").arg(indicator),
-                      on_off(report.status_leds[static_cast<std::size_t>(indicator)]), on_off(lit));
+    return compare(QStringLiteral("status LED %1").arg(indicator),
+                   on_off(report.status_leds[static_cast<std::size_t>(indicator)]), on_off(lit));
   };
 }
 
@@ -69,15 +70,15 @@ StateTest toggle_test(ArgumentReader &arguments) {
   const std::int32_t indicator = arguments.number("ID", 0, highest_toggle);
   const bool lit = arguments.on_or_off() != 0;
   return [=](const PanelReport &report) {
-    return difference(QStringLiteral("toggle indicator %1").arg(indicator),
-                      on_off(report.toggles[static_cast<std::size_t>(indicator)]), on_off(lit));
+    return compare(QStringLiteral("toggle indicator %1").arg(indicator),
+                   on_off(report.toggles[static_cast<std::size_t>(indicator)]), on_off(lit));
   };
 }
 
 StateTest intensity_test(ArgumentReader &arguments) {
-  const std::int32_t level = arguments.number("LEVEL", 0, highest_intensity);
+  const std::int32_t level = arguments.number("LEVEL", 0, dimensions::highest_intensity_level);
   return [=](const PanelReport &report) {
-    return difference(QStringLiteral("the intensity"), QString::number(report.intensity), QString::number(level));
+    return compare(QStringLiteral("the intensity"), QString::number(report.intensity), QString::number(level));
   };
 }
 
@@ -96,8 +97,8 @@ StateTest text_test(ArgumentReader &arguments) {
     const auto &lines = report.text[static_cast<std::size_t>(screen)];
     const auto found = lines.find(line);
     const QString is = found == lines.end() ? QString() : without_trailing_blanks(found->second);
-    return difference(QStringLiteral("line %1 of screen %2").arg(line).arg(screen),
-                      QLatin1Char('\'') + is + QLatin1Char('\''), QLatin1Char('\'') + should + QLatin1Char('\''));
+    return compare(QStringLiteral("line %1 of screen %2").arg(line).arg(screen),
+                   QLatin1Char('\'') + is + QLatin1Char('\''), QLatin1Char('\'') + should + QLatin1Char('\''));
   };
 }
 
@@ -118,7 +119,7 @@ PictureTest picture_test(ArgumentReader &arguments, bool replaces_pictures) {
   const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
   const QString name = arguments.word("FILE");
   const QString file = arguments.path_of(name);
-  if (arguments.failure() || replaces_pictures || !QFileInfo::exists(file))
+  if (arguments.has_failed() || replaces_pictures || !QFileInfo::exists(file))
     return {screen, file, QImage()};
   QImageReader reader(file);
   const QImage expected = reader.read();
@@ -142,8 +143,8 @@ Outcome<Expectation> parse_expectation(const QStringList &words, const QString &
 
   QCommandLineParser parser;
   add_options(parser, {{"timeout", "MS", nullptr}});
-  if (const auto failure = parse_options(parser, words.mid(1), QStringLiteral("buttonctl run --help")))
-    return Failure{name + QLatin1String(": ") + failure->text};
+  if (const auto parsed = parse_options(parser, words.mid(1), QStringLiteral("buttonctl run --help")); !parsed)
+    return Failure{name + QLatin1String(": ") + parsed.failure().text};
   ArgumentReader reader(name, parser, folder, QStringLiteral("run"));
   Expectation expectation{name, std::nullopt, {}};
   if (reader.has_option("timeout"))
@@ -153,8 +154,8 @@ Outcome<Expectation> parse_expectation(const QStringList &words, const QString &
   else
     expectation.test = picture_test(reader, replaces_pictures);
   reader.expect_end();
-  if (reader.failure())
-    return *reader.failure();
+  if (reader.has_failed())
+    return reader.outcome().failure();
   return expectation;
 }
 

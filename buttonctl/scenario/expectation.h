@@ -14,8 +14,8 @@
 
 namespace buttondriver::buttonctl {
 
-/// Nothing when the panel is as expected; else what it is, for the user: "LED 5 is off, not on".
-using StateTest = std::function<std::optional<QString>(const PanelReport &)>;
+/// Done when the panel is as expected; else what it is, for the user: "LED 5 is off, not on".
+using StateTest = std::function<Outcome<Done>(const PanelReport &)>;
 
 struct PictureTest {
   int screen;

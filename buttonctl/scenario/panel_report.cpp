@@ -7,7 +7,6 @@
 #include <QJsonValue>
 
 #include <cmath>
-#include <optional>
 #include <utility>
 
 namespace buttondriver::buttonctl {
@@ -15,14 +14,14 @@ namespace buttondriver::buttonctl {
 namespace {
 
 constexpr int known_version = 1;
-constexpr int highest_intensity = 63;
 
 /// Takes members one after the other; the first that is wrong is kept.
 class MemberReader {
 public:
   explicit MemberReader(QJsonObject object) : _object(std::move(object)) {}
 
-  const std::optional<Failure> &failure() const { return _failure; }
+  /// The first member that was wrong, if any was.
+  const Outcome<Done> &outcome() const { return _outcome; }
 
   int number(const char *name) { return number(_object.value(QLatin1String(name)), name); }
 
@@ -55,7 +54,7 @@ public:
     const QJsonArray values = list(name);
     if (values.size() != static_cast<int>(count))
       fail(name, QStringLiteral("a list of %1").arg(count));
-    for (std::size_t i = 0; i < count && !_failure; ++i) {
+    for (std::size_t i = 0; i < count && _outcome; ++i) {
       const QJsonValue lit = values.at(static_cast<int>(i));
       if (!lit.isBool())
         fail(name, QStringLiteral("a list of true and false"));
@@ -64,13 +63,13 @@ public:
   }
 
   void fail(const char *name, const QString &expected) {
-    if (!_failure)
-      _failure = Failure{QStringLiteral("'%1' must be %2").arg(QLatin1String(name), expected)};
+    if (_outcome)
+      _outcome = Failure{QStringLiteral("'%1' must be %2").arg(QLatin1String(name), expected)};
   }
 
 private:
   QJsonObject _object;
-  std::optional<Failure> _failure;
+  Outcome<Done> _outcome{Done{}};
 };
 
 void read_blinking(MemberReader &members, PanelReport &report) {
@@ -84,8 +83,8 @@ void read_blinking(MemberReader &members, PanelReport &report) {
 void read_text(MemberReader &members, PanelReport &report) {
   const QJsonArray screens = members.list("screens");
   if (screens.size() != static_cast<int>(report.text.size()))
-    members.fail("screens", QStringLiteral("a list of 3"));
-  for (std::size_t screen = 0; screen < report.text.size() && !members.failure(); ++screen) {
+    members.fail("screens", QStringLiteral("a list of %1").arg(report.text.size()));
+  for (std::size_t screen = 0; screen < report.text.size() && members.outcome(); ++screen) {
     const QJsonObject object = screens.at(static_cast<int>(screen)).toObject();
     int line = 0;
     for (const QJsonValue &text : members.list(object.value(QLatin1String("text")), "screens.text"))
@@ -102,7 +101,7 @@ Outcome<PanelReport> parse_panel_report(const QByteArray &json) {
     return Failure{QStringLiteral("it is no JSON object (%1)").arg(error.errorString())};
   MemberReader members(document.object());
   const int version = members.number("version");
-  if (!members.failure() && version != known_version)
+  if (members.outcome() && version != known_version)
     return Failure{QStringLiteral("its version is %1; this program reads version %2").arg(version).arg(known_version)};
 
   PanelReport report;
@@ -110,12 +109,12 @@ Outcome<PanelReport> parse_panel_report(const QByteArray &json) {
   members.lamps("status_leds", report.status_leds);
   members.lamps("toggles", report.toggles);
   report.intensity = members.number("intensity");
-  if (report.intensity > highest_intensity)
-    members.fail("intensity", QStringLiteral("a whole number from 0 to 63"));
+  if (report.intensity > dimensions::highest_intensity_level)
+    members.fail("intensity", QStringLiteral("a whole number from 0 to %1").arg(dimensions::highest_intensity_level));
   read_blinking(members, report);
   read_text(members, report);
-  if (members.failure())
-    return *members.failure();
+  if (!members.outcome())
+    return members.outcome().failure();
   return report;
 }
 

@@ -29,7 +29,7 @@ struct ScreenPicture {
 ///      "screens": [{"text": ["line 0", "line 1", ...]}, 3 of them]}
 ///
 /// "time" is in milliseconds; a line that was not written is "". Other members are not read here, and may be added
-/// without a new version. docs/simulator-http.md says it all.
+/// without a new version. docs/simulator-http.md describes all of it.
 class PanelStateReader {
 public:
   /// `url` is "http://HOST:PORT"; no answer may take longer than `timeout_ms`.

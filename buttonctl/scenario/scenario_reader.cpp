@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/scenario_reader.h"
 
+#include "buttonctl/arguments/line_place.h"
 #include "buttonctl/arguments/line_splitter.h"
-#include "buttonctl/commands/batch.h"
 #include "buttonctl/commands/command_line.h"
 
 #include <QFile>
@@ -12,8 +12,8 @@ namespace buttondriver::buttonctl {
 
 namespace {
 
-Outcome<std::variant<Steps, Expectation>> parse_line(const QByteArray &line, const QString &folder,
-                                                     bool replaces_pictures) {
+Outcome<std::variant<Steps, Expectation>> parse_line(const CommandTable &commands, const QByteArray &line,
+                                                     const QString &folder, bool replaces_pictures) {
   const Outcome<QStringList> words = split_line(QString::fromUtf8(line));
   if (!words)
     return words.failure();
@@ -23,7 +23,7 @@ Outcome<std::variant<Steps, Expectation>> parse_line(const QByteArray &line, con
       return expectation.failure();
     return std::variant<Steps, Expectation>(*expectation);
   }
-  const Outcome<Steps> steps = parse_batch_line(line, folder);
+  const Outcome<Steps> steps = parse_batch_line(commands, line, folder);
   if (!steps)
     return steps.failure();
   return std::variant<Steps, Expectation>(*steps);
@@ -36,27 +36,28 @@ bool is_empty(const std::variant<Steps, Expectation> &content) {
 
 } // namespace
 
-Outcome<std::vector<ScenarioLine>> parse_scenario(const QString &file, const QByteArray &content,
-                                                  bool replaces_pictures) {
+Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, const QString &file,
+                                                  const QByteArray &content, bool replaces_pictures) {
   const QString folder = QFileInfo(file).path();
   std::vector<ScenarioLine> lines;
   int number = 0;
   for (const QByteArray &line : content.split('\n')) {
     ++number;
-    const auto parsed = parse_line(line, folder, replaces_pictures);
+    const auto parsed = parse_line(commands, line, folder, replaces_pictures);
     if (!parsed)
-      return Failure{batch_place(file, number) + parsed.failure().text};
+      return Failure{line_place(file, number) + parsed.failure().text};
     if (!is_empty(*parsed))
-      lines.push_back({batch_place(file, number), *parsed});
+      lines.push_back({line_place(file, number), *parsed});
   }
   return lines;
 }
 
-Outcome<std::vector<ScenarioLine>> read_scenario(const QString &file, bool replaces_pictures) {
+Outcome<std::vector<ScenarioLine>> read_scenario(const CommandTable &commands, const QString &file,
+                                                 bool replaces_pictures) {
   QFile source(file);
   if (!source.open(QIODevice::ReadOnly))
     return Failure{QStringLiteral("run: cannot read '%1': %2").arg(file, source.errorString())};
-  return parse_scenario(file, source.readAll(), replaces_pictures);
+  return parse_scenario(commands, file, source.readAll(), replaces_pictures);
 }
 
 } // namespace buttondriver::buttonctl

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/step.h"
+#include "buttonctl/commands/command.h"
 #include "buttonctl/scenario/expectation.h"
 #include "outcome/outcome.h"
 
@@ -19,11 +19,12 @@ struct ScenarioLine {
 };
 
 /// All commands and expectations in `content`, empty lines and comments left out; or what is wrong with the first line
-/// that is wrong, behind "`file`:LINE: ". Names of files in it are relative to the folder of `file`.
-Outcome<std::vector<ScenarioLine>> parse_scenario(const QString &file, const QByteArray &content,
-                                                  bool replaces_pictures);
+/// that is wrong, after "`file`:LINE: ". Names of files in it are relative to the folder of `file`.
+Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, const QString &file,
+                                                  const QByteArray &content, bool replaces_pictures);
 
 /// As parse_scenario, from a file.
-Outcome<std::vector<ScenarioLine>> read_scenario(const QString &file, bool replaces_pictures);
+Outcome<std::vector<ScenarioLine>> read_scenario(const CommandTable &commands, const QString &file,
+                                                 bool replaces_pictures);
 
 } // namespace buttondriver::buttonctl

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/scenario_runner.h"
 
-#include "buttonctl/commands/messages.h"
 #include "buttonctl/pictures/picture_difference.h"
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
-#include "protocol/encoders.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -46,9 +44,8 @@ QString write_difference(const PictureTest &test, const QImage &actual) {
 
 } // namespace
 
-ScenarioRunner::ScenarioRunner(const Request &request)
-    : _request(request), _session(request.endpoint, request.dry_run),
-      _panel(request.panel_url, request.endpoint.timeout_ms) {}
+ScenarioRunner::ScenarioRunner(const ScenarioPlan &plan)
+    : _plan(plan), _session(plan.endpoint, plan.dry_run), _panel(plan.panel_url, plan.endpoint.timeout_ms) {}
 
 int ScenarioRunner::run(const std::vector<ScenarioLine> &lines) {
   if (const auto started = _session.start(); !started)
@@ -73,7 +70,7 @@ int ScenarioRunner::perform(const ScenarioLine &line) {
       return report(performed.failure(), exit_unreachable, line.where);
     return exit_done;
   }
-  if (_request.dry_run)
+  if (_plan.dry_run)
     return exit_done;
   if (const auto settled = settle(); !settled)
     return report(settled.failure(), exit_unreachable, line.where);
@@ -81,13 +78,13 @@ int ScenarioRunner::perform(const ScenarioLine &line) {
   if (const auto *test = std::get_if<StateTest>(&expectation.test))
     return expect_state(line.where, expectation, *test);
   const auto &picture = std::get<PictureTest>(expectation.test);
-  return _request.update ? update_picture(line.where, picture) : expect_picture(line.where, expectation, picture);
+  return _plan.update ? update_picture(line.where, picture) : expect_picture(line.where, expectation, picture);
 }
 
 Outcome<Done> ScenarioRunner::settle() {
   if (_is_settled)
     return Done{};
-  const Outcome<Done> answered = _session.settle(framed(hton_BMS_Ping()));
+  const Outcome<Done> answered = _session.settle();
   _is_settled = static_cast<bool>(answered);
   return answered;
 }
@@ -101,14 +98,13 @@ int ScenarioRunner::expect_state(const QString &where, const Expectation &expect
     const Outcome<PanelReport> state = _panel.state();
     if (!state)
       return report(state.failure(), exit_unreachable, where);
-    const auto difference = test(*state);
-    if (!difference)
+    const Outcome<Done> tested = test(*state);
+    if (tested)
       return exit_done;
     if (is_last)
-      return report(
-          Failure{
-              QStringLiteral("%1: after %2 ms, %3").arg(expectation.command, QString::number(timeout_ms), *difference)},
-          exit_timed_out, where);
+      return report(Failure{QStringLiteral("%1: after %2 ms, %3")
+                                .arg(expectation.command, QString::number(timeout_ms), tested.failure().text)},
+                    exit_timed_out, where);
     pause();
   }
 }
@@ -142,7 +138,7 @@ int ScenarioRunner::update_picture(const QString &where, const PictureTest &test
   if (!screen)
     return report(screen.failure(), exit_unreachable, where);
   const QImage expected(test.file);
-  // A picture that says the same is left as it is, whoever has written it.
+  // A picture that shows the same is left as it is, whoever has written it.
   if (!expected.isNull() && count_different_pixels(expected, screen->image) == 0)
     return exit_done;
   if (const auto written = write_file(test.file, screen->png); !written)
@@ -153,14 +149,7 @@ int ScenarioRunner::update_picture(const QString &where, const PictureTest &test
 }
 
 int ScenarioRunner::timeout_of(const Expectation &expectation) const {
-  return expectation.timeout_ms.value_or(_request.endpoint.timeout_ms);
-}
-
-int run_scenario(const Request &request) {
-  const auto lines = read_scenario(request.file, request.update);
-  if (!lines)
-    return report(lines.failure(), exit_bad_usage);
-  return ScenarioRunner(request).run(*lines);
+  return expectation.timeout_ms.value_or(_plan.endpoint.timeout_ms);
 }
 
 } // namespace buttondriver::buttonctl

@@ -1,19 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
 #include "buttonctl/scenario/panel_state_reader.h"
 #include "buttonctl/scenario/scenario_reader.h"
 #include "buttonctl/session/session.h"
 
 namespace buttondriver::buttonctl {
 
+/// Which scenario, against what.
+struct ScenarioPlan {
+  QString file;
+  QString panel_url; ///< "http://HOST:PORT"
+  bool update;       ///< what the screens show becomes the expected pictures
+  Endpoint endpoint; ///< the daemon
+  bool dry_run;
+};
+
 /// Performs the lines of a scenario up to the first that fails.
 class ScenarioRunner {
 public:
-  explicit ScenarioRunner(const Request &request);
+  explicit ScenarioRunner(const ScenarioPlan &plan);
 
-  /// Returns the exit status, after what went wrong was said on standard error.
+  /// Returns the exit status, after what went wrong was printed on standard error.
   int run(const std::vector<ScenarioLine> &lines);
 
 private:
@@ -25,13 +33,10 @@ private:
   int update_picture(const QString &where, const PictureTest &test);
   int timeout_of(const Expectation &expectation) const;
 
-  const Request _request;
+  const ScenarioPlan _plan;
   Session _session;
   PanelStateReader _panel;
   bool _is_settled = false;
 };
-
-/// `buttonctl run`. Returns the exit status.
-int run_scenario(const Request &request);
 
 } // namespace buttondriver::buttonctl

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
+#include "buttonctl/session/endpoint.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
@@ -25,11 +25,12 @@ public:
   /// Sends `bytes`, a framed ping, and waits for the answer: the round trip in milliseconds.
   Outcome<double> ping(const QByteArray &bytes);
 
-  /// Says that nothing more comes and waits until the daemon has closed its side too, so that nothing that was sent is
-  /// thrown away on the way; a daemon that is too busy for that is not waited for any longer than a second.
+  /// Lets the daemon know that nothing more comes, and waits until the daemon has closed its side too, so that nothing
+  /// that was sent is thrown away on the way; a daemon that is too busy for that is not waited for any longer than a
+  /// second.
   Outcome<Done> close();
 
-  /// What the system said last, for one who wants to tell failures apart.
+  /// The system's last error, for a caller that has to tell failures apart.
   QAbstractSocket::SocketError error() const { return _socket.error(); }
 
   /// "127.0.0.1 port 3003"

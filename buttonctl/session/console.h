@@ -5,7 +5,7 @@
 
 #include <QString>
 
-/// What the program says: answers on standard output, what goes wrong on standard error.
+/// What the program prints: answers on standard output, what goes wrong on standard error.
 namespace buttondriver::buttonctl {
 
 /// `text` with its control characters as \x and two digits, because they must not break a line or drive the terminal.

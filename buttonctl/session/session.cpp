@@ -2,6 +2,7 @@
 #include "buttonctl/session/session.h"
 
 #include "buttonctl/session/console.h"
+#include "buttonctl/session/framed_ping.h"
 
 #include <algorithm>
 #include <numeric>
@@ -50,10 +51,10 @@ Outcome<Done> Session::perform(const Steps &steps) {
   return Done{};
 }
 
-Outcome<Done> Session::settle(const QByteArray &ping) {
+Outcome<Done> Session::settle() {
   if (_dry_run)
     return Done{};
-  const Outcome<double> round_trip = _connection.ping(ping);
+  const Outcome<double> round_trip = _connection.ping(framed_ping());
   if (!round_trip)
     return round_trip.failure();
   return Done{};

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
-#include "buttonctl/commands/step.h"
 #include "buttonctl/session/connection.h"
+#include "buttonctl/session/endpoint.h"
+#include "buttonctl/session/step.h"
 #include "outcome/outcome.h"
 
 namespace buttondriver::buttonctl {
@@ -16,8 +16,8 @@ public:
   Outcome<Done> start();
   /// The steps of one command, in order, up to the first that fails.
   Outcome<Done> perform(const Steps &steps);
-  /// Returns when the daemon has answered `ping`, a framed one, and so has read everything before it. Prints nothing.
-  Outcome<Done> settle(const QByteArray &ping);
+  /// Returns when the daemon has answered a ping, and so has read everything before it. Prints nothing.
+  Outcome<Done> settle();
   /// To be called after the last step; without it the last bytes may get lost.
   Outcome<Done> finish();
 

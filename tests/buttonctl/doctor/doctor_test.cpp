@@ -247,13 +247,9 @@ TEST(Doctor, checks_what_is_on_this_machine_and_the_daemon) {
   for (const Row &row : rows) {
     test::TestRoot root;
     root.writeFontSize(8, 16);
-    Request request;
-    request.root = root.path();
-    request.endpoint.host = QLatin1String(row.host);
-    request.endpoint.port = nobody.port();
-    request.is_virtual = row.is_virtual;
+    const Examination examination{root.path(), row.is_virtual, {QLatin1String(row.host), nobody.port()}};
     std::vector<std::string> names;
-    for (const Finding &finding : examine(request, look_at_file))
+    for (const Finding &finding : examine(examination, look_at_file))
       names.push_back(finding.name.toStdString());
     EXPECT_EQ(names, std::vector<std::string>(row.names.begin(), row.names.end())) << row.host;
   }

@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/commands/batch.h"
+#include "buttonctl/commands/batch_reader.h"
 
+#include "buttonctl/arguments/line_place.h"
 #include "buttonctl/commands/command_line.h"
 
 #include <QFile>
 
 namespace buttondriver::buttonctl {
 
-QString batch_place(const QString &file, int line) {
-  return QStringLiteral("%1:%2: ").arg(file, QString::number(line));
-}
-
-Outcome<std::vector<BatchLine>> read_batch(const QString &file) {
+Outcome<std::vector<BatchLine>> read_batch(const CommandTable &commands, const QString &file) {
   QFile source(file);
   if (!source.open(QIODevice::ReadOnly))
     return Failure{QStringLiteral("batch: cannot read '%1': %2").arg(file, source.errorString())};
@@ -19,11 +16,11 @@ Outcome<std::vector<BatchLine>> read_batch(const QString &file) {
   int number = 0;
   for (const QByteArray &line : source.readAll().split('\n')) {
     ++number;
-    const Outcome<Steps> steps = parse_batch_line(line);
+    const Outcome<Steps> steps = parse_batch_line(commands, line);
     if (!steps)
-      return Failure{batch_place(file, number) + steps.failure().text};
+      return Failure{line_place(file, number) + steps.failure().text};
     if (!steps->empty())
-      lines.push_back({batch_place(file, number), *steps});
+      lines.push_back({line_place(file, number), *steps});
   }
   return lines;
 }

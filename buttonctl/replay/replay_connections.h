@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/commands/request.h"
 #include "buttonctl/replay/player.h"
 #include "buttonctl/replay/replay_connection.h"
+#include "buttonctl/session/endpoint.h"
 
 #include <cstdint>
 #include <map>
@@ -11,7 +11,7 @@
 
 namespace buttondriver::buttonctl {
 
-/// Sends frames over as many connections as the recording has, each opened with its first frame and closed behind its
+/// Sends frames over as many connections as the recording has, each opened with its first frame and closed after its
 /// last one.
 class ReplayConnections : public FrameSink {
 public:
@@ -23,13 +23,11 @@ public:
   Outcome<Done> finish();
 
 private:
-  std::optional<Failure> failure() const;
+  /// The failure of the first connection that has one.
+  Outcome<Done> outcome() const;
 
   const Endpoint _endpoint;
   std::map<std::int32_t, std::unique_ptr<ReplayConnection>> _connections;
 };
-
-/// `buttonctl replay`. Returns the exit status.
-int run_replay(const Request &request);
 
 } // namespace buttondriver::buttonctl

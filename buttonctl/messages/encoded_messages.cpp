@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/commands/messages.h"
+#include "buttonctl/messages/encoded_messages.h"
 
 #include "protocol/encode.h"
 

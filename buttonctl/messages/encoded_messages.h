@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "protocol/frames.h"
-
 #include <QByteArray>
 
 #include <cstdint>
@@ -12,7 +10,7 @@ namespace buttondriver::buttonctl {
 /// A BMS_DrawTFTImage, built without the lines that the public encoder prints.
 QByteArray draw_image_message(std::int32_t screen_id, std::int32_t x, std::int32_t y, const QByteArray &bmp);
 
-/// A TYPE_NULL_MESSAGE with `payload` behind its opcode.
+/// A TYPE_NULL_MESSAGE with `payload` after its opcode.
 QByteArray null_message(const QByteArray &payload);
 
 } // namespace buttondriver::buttonctl

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "buttonctl/command_table.h"
+
+#include "buttonctl/commands/batch_command.h"
+#include "buttonctl/doctor/doctor_command.h"
+#include "buttonctl/messages/byte_commands.h"
+#include "buttonctl/messages/daemon_commands.h"
+#include "buttonctl/messages/lamp_commands.h"
+#include "buttonctl/messages/screen_commands.h"
+#include "buttonctl/recording/record_command.h"
+#include "buttonctl/replay/replay_command.h"
+#include "buttonctl/scenario/run_command.h"
+
+namespace buttondriver::buttonctl {
+
+const CommandTable &command_table() {
+  static const CommandTable table = {
+      text_command(),   subtext_command(), image_command(),    blackout_command(), led_command(),  status_command(),
+      toggle_command(), upload_command(),  reconfig_command(), ping_command(),     null_command(),
+      raw_command(),    batch_command(),   record_command(),   replay_command(),   run_command(),  doctor_command(),
+  };
+  return table;
+}
+
+} // namespace buttondriver::buttonctl
