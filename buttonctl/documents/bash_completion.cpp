@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "buttonctl/documents/bash_completion.h"
+
+#include "buttonctl/commands/command_help.h"
+#include "buttonctl/messages/by_name/message_fields.h"
+#include "dimensions/panel_dimensions.h"
+
+#include <QStringList>
+
+#include <map>
+
+namespace buttondriver::buttonctl {
+
+namespace {
+
+const char *const introduction = R"bash(# shellcheck shell=bash
+# SPDX-License-Identifier: Apache-2.0
+# Completion of buttonctl in bash. Made from the rows of the commands, not written by hand:
+#
+#   cmake --build build/qt6 --target update_buttonctl_documents
+
+)bash";
+
+// COMP_WORDS holds a "=" as a word of its own.
+const char *const main_function = R"bash(# Puts into COMPREPLY those of the words $1 that start with $2.
+_buttonctl_reply() {
+  mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
+}
+
+# The same with the names of files, or with -d of folders.
+_buttonctl_reply_files() {
+  mapfile -t COMPREPLY < <(compgen "$1" -- "$2")
+  compopt -o filenames 2>/dev/null
+}
+
+_buttonctl() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  local command='' first='' option='' arguments_only='' position=0 field word words i
+  COMPREPLY=()
+  for ((i = 1; i < COMP_CWORD; ++i)); do
+    word=${COMP_WORDS[i]}
+    if [[ $option ]]; then
+      [[ $word == '=' ]] || option=''
+    elif [[ $word == '--' ]]; then
+      arguments_only=yes
+    elif [[ $word == -?* && ! $arguments_only ]]; then
+      if _buttonctl_takes_value "$word"; then
+        option=$word
+      fi
+    elif [[ ! $command ]]; then
+      command=$word
+    else
+      first=${first:-$word}
+      ((++position))
+    fi
+  done
+
+  if [[ $option ]]; then
+    _buttonctl_value "$option" "${current#=}"
+  elif [[ $command == message && $position -gt 0 && ($current == '=' || $previous == '=') ]]; then
+    field=$previous
+    [[ $current == '=' ]] || field=${COMP_WORDS[COMP_CWORD - 2]}
+    if _buttonctl_takes_file "$first" "$field"; then
+      _buttonctl_reply_files -f "${current#=}"
+    fi
+  elif [[ $current == -* && ! $arguments_only ]]; then
+    _buttonctl_reply "$(_buttonctl_options "$command")" "$current"
+  elif [[ ! $command ]]; then
+    _buttonctl_reply "$_buttonctl_commands" "$current"
+  elif [[ $command == message && $position -gt 0 ]]; then
+    _buttonctl_reply "$(_buttonctl_fields "$first")" "$current"
+    compopt -o nospace 2>/dev/null
+  else
+    words=$(_buttonctl_words "$command" "$position")
+    if [[ $words == '<file>' ]]; then
+      _buttonctl_reply_files -f "$current"
+    else
+      _buttonctl_reply "$words" "$current"
+    fi
+  fi
+}
+
+complete -F _buttonctl buttonctl
+)bash";
+
+constexpr QLatin1String file_words("<file>");
+
+QStringList names_of(const CommandOption &option) {
+  QStringList names;
+  for (const QString &name : QString::fromLatin1(option.names).split(QLatin1Char(',')))
+    names += dashed(name);
+  return names;
+}
+
+QStringList names_of(const std::vector<CommandOption> &options) {
+  QStringList names;
+  for (const CommandOption &option : options)
+    names += names_of(option);
+  return names;
+}
+
+/// All options of the tool that take a value: what the value is called, and their names.
+std::map<QString, QStringList> valued_options(const CommandTable &commands) {
+  std::map<QString, QStringList> options;
+  const auto add = [&options](const std::vector<CommandOption> &more) {
+    for (const CommandOption &option : more)
+      for (const QString &name : names_of(option))
+        if (option.value && !options[QLatin1String(option.value)].contains(name))
+          options[QLatin1String(option.value)] += name;
+  };
+  add(general_options());
+  for (const Command &command : commands)
+    add(command.options);
+  return options;
+}
+
+/// One case of a bash function.
+QString case_of(const QString &pattern, const QString &does) {
+  return QStringLiteral("    %1) %2 ;;\n").arg(pattern, does);
+}
+
+QString print_of(const QStringList &words) { return QStringLiteral("echo '%1'").arg(words.join(QLatin1Char(' '))); }
+
+QString function(const char *comment, const char *name, const char *subject, const QString &cases,
+                 const char *end = "") {
+  return QStringLiteral("# %1\n%2() {\n  case %3 in\n%4  esac\n%5}\n\n")
+      .arg(QLatin1String(comment), QLatin1String(name), QLatin1String(subject), cases, QLatin1String(end));
+}
+
+QStringList numbers_and_all(int count) {
+  QStringList words;
+  for (int i = 0; i < count; ++i)
+    words += QString::number(i);
+  return words + QStringList(QStringLiteral("all"));
+}
+
+QStringList message_names() {
+  QStringList names;
+  for (const MessageType &type : catalogue)
+    names += QLatin1String(type.name);
+  return names;
+}
+
+/// What can stand for an argument such as "SCREEN" or "on|off"; nothing when that is for the user to know.
+QStringList words_of(const QString &argument) {
+  if (argument == QLatin1String("SCREEN"))
+    return numbers_and_all(dimensions::screen_count);
+  if (argument == QLatin1String("BUTTON"))
+    return numbers_and_all(dimensions::button_count);
+  if (argument == QLatin1String("NAME"))
+    return message_names();
+  if (argument == QLatin1String("FILE"))
+    return {file_words};
+  return argument.contains(QLatin1Char('|')) ? argument.split(QLatin1Char('|')) : QStringList();
+}
+
+QString value_function(const CommandTable &commands) {
+  QString cases;
+  for (const auto &[value, names] : valued_options(commands)) {
+    const QString pattern = names.join(QLatin1String(" | "));
+    if (value == QLatin1String("DIR"))
+      cases += case_of(pattern, QStringLiteral("_buttonctl_reply_files -d \"$2\""));
+    else if (value.startsWith(QLatin1String("HOST")))
+      cases += case_of(pattern, QStringLiteral("mapfile -t COMPREPLY < <(compgen -A hostname -- \"$2\")"));
+  }
+  return function("Completes $2, the value of the option $1.", "_buttonctl_value", "$1", cases);
+}
+
+QString takes_value_function(const CommandTable &commands) {
+  QStringList all;
+  for (const auto &[value, names] : valued_options(commands))
+    all += names;
+  return function("Whether the option $1 takes a value.", "_buttonctl_takes_value", "$1",
+                  case_of(all.join(QLatin1String(" | ")), QStringLiteral("return 0")), "  return 1\n");
+}
+
+QString options_function(const CommandTable &commands) {
+  const QStringList general = names_of(general_options());
+  QString cases = case_of(QStringLiteral("''"), print_of(general + names_of(version_option())));
+  for (const Command &command : commands)
+    if (!command.options.empty())
+      cases += case_of(QLatin1String(command.name), print_of(names_of(command.options) + general));
+  cases += case_of(QStringLiteral("*"), print_of(general));
+  return function("Prints the options of the command $1, or those before the command.", "_buttonctl_options", "$1",
+                  cases);
+}
+
+QString words_function(const CommandTable &commands) {
+  QString cases;
+  for (const Command &command : commands) {
+    int position = 0;
+    for (QString argument : QString::fromLatin1(command.arguments).split(QLatin1Char(' '))) {
+      if (argument.startsWith(QLatin1String("--")))
+        break;
+      argument.remove(QLatin1Char('[')).remove(QLatin1Char(']'));
+      const QStringList words = words_of(argument);
+      if (!words.isEmpty())
+        cases += case_of(QStringLiteral("%1:%2").arg(QLatin1String(command.name)).arg(position), print_of(words));
+      ++position;
+    }
+  }
+  return function("Prints what the argument $2, counted from 0, of the command $1 can be.", "_buttonctl_words", "$1:$2",
+                  cases);
+}
+
+QString fields_function() {
+  QString cases;
+  for (const MessageType &type : catalogue) {
+    QStringList names;
+    for (const MessageField &field : message_fields(type))
+      names += field.name + QLatin1Char('=');
+    if (!names.isEmpty())
+      cases += case_of(QLatin1String(type.name), print_of(names));
+  }
+  return function("Prints the fields of the message $1.", "_buttonctl_fields", "$1", cases);
+}
+
+QString takes_file_function() {
+  QStringList patterns;
+  for (const MessageType &type : catalogue)
+    for (const MessageField &field : message_fields(type))
+      if (field.input == MessageField::Input::file)
+        patterns += QLatin1String(type.name) + QLatin1Char(':') + field.name;
+  return function("Whether the field $2 of the message $1 is given as the name of a file.", "_buttonctl_takes_file",
+                  "$1:$2", case_of(patterns.join(QLatin1String(" | ")), QStringLiteral("return 0")), "  return 1\n");
+}
+
+} // namespace
+
+QString bash_completion(const CommandTable &commands) {
+  QStringList names;
+  for (const Command &command : commands)
+    names += QLatin1String(command.name);
+  return QLatin1String(introduction) +
+         QStringLiteral("_buttonctl_commands='%1'\n\n").arg(names.join(QLatin1Char(' '))) +
+         takes_value_function(commands) + value_function(commands) + options_function(commands) +
+         words_function(commands) + fields_function() + takes_file_function() + QLatin1String(main_function);
+}
+
+} // namespace buttondriver::buttonctl

@@ -1,0 +1,67 @@
+#!/bin/bash
+# SPDX-License-Identifier: Apache-2.0
+# Whether the completion in the file $1 offers what it should.
+set -u
+source "$1" || exit 2
+here=$(mktemp -d) && cd "$here" || exit 2
+trap 'rm -r "$here"' EXIT
+mkdir folder
+touch picture.png 'two words.png' folder/only.raw
+
+failures=0
+# expect OFFERS WORD... : what is offered for the last word, when bash has split the line into these words
+expect() {
+  local offers=$1
+  shift
+  COMP_WORDS=(buttonctl "$@")
+  COMP_CWORD=$#
+  COMPREPLY=(left over)
+  _buttonctl
+  local got
+  got=$(IFS='|'; echo "${COMPREPLY[*]}")
+  if [[ $got != "$offers" ]]; then
+    printf '%s: offers "%s", not "%s"\n' "$*" "$got" "$offers"
+    failures=1
+  fi
+}
+
+[[ $(complete -p buttonctl) == 'complete -F _buttonctl buttonctl' ]] || { echo 'not registered'; failures=1; }
+
+# Commands, after options with and without values.
+expect 'reconfig|record|replay' re
+expect 'reconfig' recon
+expect 'message' -n --host panel -p 3003 mes
+expect 'led' --host = panel le
+expect '' nonsense ''
+# Arguments.
+expect '0|1|2|all' text ''
+expect 'on|off' led 5 o
+expect 'blink' led 5 b
+expect 'all' led a
+expect 'on|off' status 3 ''
+expect 'on|off' --dry-run toggle -p 3003 1 ''
+expect '' text 0 ''
+expect 'picture.png' image 1 pi
+expect 'two words.png' upload 4 tw
+expect 'picture.png' batch p
+# Options.
+expect '--version' --v
+expect '--black-on-white' text 0 0 --b
+expect '--black-on-white' text 0 0 Alarm --b
+expect '' text -- --b
+expect '--panel|--port' run a.scenario --p
+expect '--host|--help' reconfig --h
+expect 'folder' doctor --root f
+expect 'folder' doctor --root = f
+expect '' ping --count ''
+# Messages and their fields.
+expect 'BMS_SetLEDState|BMS_SetLEDStatusIndicator' message BMS_SetLEDSt
+expect 'button_id=|state=|time=' message BMS_SetLEDState ''
+expect 'state=' message BMS_SetLEDState button_id = 5 st
+expect '' message BMS_SetLEDState button_id = ''
+expect 'screen_id=|line_id=|flag=|text=' message BMS_TFTTextLine ''
+expect 'picture.png' message BMS_DrawTFTImage _screen_id = 0 image = p
+expect '' message BMS_Ping ''
+cd folder
+expect 'only.raw' message BMS_UploadImage image =
+exit $failures

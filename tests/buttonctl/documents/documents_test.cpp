@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "buttonctl/command_table.h"
+#include "buttonctl/documents/bash_completion.h"
+#include "buttonctl/documents/commands_page.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace buttondriver::buttonctl {
+namespace {
+
+constexpr const char *renewal = "make it again: cmake --build build/qt6 --target update_buttonctl_documents";
+
+QString read(const char *name) {
+  QFile file(QString::fromUtf8(name));
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+  return QString::fromUtf8(file.readAll());
+}
+
+Steps send_nothing(ArgumentReader &) { return {}; }
+
+TEST(CommittedDocuments, the_page_has_the_commands_as_their_rows_are) {
+  const QString page = read(BUTTONCTL_PAGE);
+  const Outcome<QString> updated = with_commands(page, command_table());
+  ASSERT_TRUE(updated) << updated.failure().text.toStdString();
+  EXPECT_EQ(page.toStdString(), updated->toStdString()) << renewal;
+}
+
+TEST(CommittedDocuments, the_completion_is_what_the_rows_make_of_it) {
+  EXPECT_EQ(read(BUTTONCTL_COMPLETION).toStdString(), bash_completion(command_table()).toStdString()) << renewal;
+}
+
+TEST(CommandsPage, tells_all_of_a_row) {
+  const CommandTable table = {{"wave",
+                               "HAND --with FLAG",
+                               "wave a hand",
+                               QStringLiteral("HAND is left|right, not *both*.\n\n  like this\n  or so\nAnd on.\n"),
+                               "buttonctl wave left\n",
+                               {{"with", "FLAG", "what is <in> it"}, {"s,speed", "X", "1|2"}, {"up", nullptr, "high"}},
+                               send_nothing}};
+  EXPECT_EQ(commands_section(table).toStdString(), "### wave\n"
+                                                   "\n"
+                                                   "    buttonctl wave HAND --with FLAG [-s X] [--up]\n"
+                                                   "\n"
+                                                   "Wave a hand.\n"
+                                                   "\n"
+                                                   "HAND is left|right, not \\*both\\*.\n"
+                                                   "\n"
+                                                   "```text\n"
+                                                   "like this\n"
+                                                   "or so\n"
+                                                   "```\n"
+                                                   "And on.\n"
+                                                   "\n"
+                                                   "| Option | Meaning |\n"
+                                                   "|---|---|\n"
+                                                   "| `--with FLAG` | what is \\<in> it |\n"
+                                                   "| `-s X`, `--speed X` | 1\\|2 |\n"
+                                                   "| `--up` | high |\n"
+                                                   "\n"
+                                                   "```sh\n"
+                                                   "buttonctl wave left\n"
+                                                   "```\n"
+                                                   "\n");
+}
+
+TEST(CommandsPage, is_refused_without_its_marks) { EXPECT_FALSE(with_commands(QStringLiteral("# buttonctl\n"), {})); }
+
+} // namespace
+} // namespace buttondriver::buttonctl
