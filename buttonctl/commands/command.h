@@ -42,7 +42,7 @@ struct Command {
   QString details;       ///< the rest of its help, whole lines; those that start with two blanks are kept apart
   const char *examples;  ///< command lines, each a whole line
   std::vector<CommandOption> options;
-  /// The first for a command that only sends messages, and so may stand in a batch; the second for any other.
+  /// The first for a command that only sends messages, and so can be a line of a batch; the second for any other.
   std::variant<StepsBuilder, ActionBuilder> work;
 
   bool only_sends() const { return std::holds_alternative<StepsBuilder>(work); }

@@ -36,7 +36,7 @@ Command doctor_command() {
           "find out why the panel does not work",
           QStringLiteral(
               "Checks the configuration, the font, the levels and the device of this machine, and asks the daemon\n"
-              "for an answer. Each check is one line, 'ok' or 'FAULT'; below a fault stands a command line that\n"
+              "for an answer. Each check is one line, 'ok' or 'FAULT'; below a fault is a command line that\n"
               "mends it, to be run as root where the file belongs to root. When --host is another machine, only\n"
               "the daemon is checked. Exit status: 0 all is well, 1 there is a fault.\n"),
           "buttonctl doctor\n"

@@ -53,7 +53,7 @@ Command led_command() {
           "BUTTON on|off|blink MS",
           "set a button's LED",
           QStringLiteral(
-              "BUTTON is 0 to 23, or all. MS stands after blink only: the length of each phase, lit and dark, 1 to\n"
+              "BUTTON is 0 to 23, or all. MS goes with blink only: the length of each phase, lit and dark, 1 to\n"
               "2147483647 milliseconds; the panel works in steps of 20. on and off end blinking.\n"),
           "buttonctl led 5 on\n"
           "buttonctl led 5 blink 500\n"

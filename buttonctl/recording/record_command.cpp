@@ -72,7 +72,7 @@ Command record_command() {
           "buttonctl record morning.rec --listen 3004 --to 127.0.0.1:3003\n"
           "buttonctl record morning.rec --listen 0.0.0.0:3004 --host 192.168.1.20\n",
           {{"listen", "PORT", "where clients connect: PORT on 127.0.0.1, or ADDRESS:PORT; port 0 takes a free one"},
-           {"to", "HOST:PORT", "where the daemon is (default: as --host and --port say)"}},
+           {"to", "HOST:PORT", "where the daemon is (default: what --host and --port name)"}},
           build_record};
 }
 

@@ -13,7 +13,7 @@
 /// The line of a frame holds the microseconds since the recording began, at which the frame's last byte came; the
 /// number of its connection, counted from 1 in the order in which they were accepted; and the frame in hexadecimal, its
 /// 4-byte length in front. Items are parted by blanks, and times never go backwards. Empty lines, and lines that start
-/// with "#", say nothing. A later version of this form has another number in the first line.
+/// with "#", are passed over. A later version of this form has another number in the first line.
 namespace buttondriver::buttonctl {
 
 inline constexpr char recording_title[] = "buttonctl recording ";

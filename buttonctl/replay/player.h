@@ -14,7 +14,7 @@ class ReplayClock {
 public:
   virtual ~ReplayClock() = default;
   virtual std::int64_t now_us() = 0;
-  /// Returns when it is `deadline_us`, at once when that is past; earlier when `give_up` says so.
+  /// Returns when it is `deadline_us`, at once when that is past; earlier when `give_up` returns true.
   virtual void wait_until(std::int64_t deadline_us, const std::function<bool()> &give_up) = 0;
 };
 
@@ -24,7 +24,7 @@ public:
   virtual ~FrameSink() = default;
   /// `is_last`: no more frames of this connection will come.
   virtual Outcome<Done> send(const RecordedFrame &frame, bool is_last) = 0;
-  /// Sending is of no use any more; the next `send` says why.
+  /// Sending is of no use any more; the next `send` returns the reason.
   virtual bool has_failed() const = 0;
 };
 
