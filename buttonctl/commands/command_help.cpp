@@ -40,6 +40,9 @@ QString indented(const char *lines) {
 
 } // namespace
 
+// The numbers in the texts below.
+static_assert(DEFAULT_PORT == 3003 && default_timeout_ms == 3000);
+
 const std::vector<CommandOption> &general_options() {
   static const std::vector<CommandOption> options = {
       {"H,host", "HOST", "name or address of the daemon's machine (default 127.0.0.1)"},

@@ -25,8 +25,8 @@ struct PlacedPicture {
 /// no change comes back byte for byte; anything else that Qt can read is converted.
 Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Oversize oversize);
 
-/// The 120 bytes of a button image: `file` itself when it is that long and no PNG, else a picture of 40 x 24 pixels, in
-/// which the lighter half of the greys becomes 1 (0 with `invert`, which turns all bits, those of raw bytes too).
+/// The bytes of a button image: `file` itself when it is that long and no PNG, else a picture of its size, in which the
+/// lighter half of the greys becomes 1 (0 with `invert`, which turns all bits, those of raw bytes too).
 Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert);
 
 } // namespace buttondriver::buttonctl

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <optional>
+
 namespace buttondriver::buttonctl {
 
 namespace {
@@ -12,18 +14,17 @@ constexpr int gap = 4;
 constexpr QRgb gap_colour = 0xFF808080;
 constexpr QRgb difference_colour = 0xFFFF0000;
 
-/// The pixel at a place, opaque; `inside` says whether there is one.
-QRgb pixel(const QImage &image, int x, int y, bool &inside) {
-  inside = image.valid(x, y);
-  return inside ? image.pixel(x, y) | 0xFF000000U : 0xFF000000U;
+constexpr QRgb opaque_black = 0xFF000000;
+
+/// The pixel at a place, opaque; nothing outside the picture.
+std::optional<QRgb> pixel(const QImage &image, int x, int y) {
+  if (!image.valid(x, y))
+    return std::nullopt;
+  return image.pixel(x, y) | opaque_black;
 }
 
 bool differs(const QImage &expected, const QImage &actual, int x, int y) {
-  bool is_expected = false;
-  bool is_there = false;
-  const QRgb should = pixel(expected, x, y, is_expected);
-  const QRgb is = pixel(actual, x, y, is_there);
-  return is_expected != is_there || is != should;
+  return pixel(expected, x, y) != pixel(actual, x, y);
 }
 
 QRgb quarter(QRgb colour) { return qRgb(qRed(colour) / 4, qGreen(colour) / 4, qBlue(colour) / 4); }
@@ -35,7 +36,7 @@ int count_different_pixels(const QImage &expected, const QImage &actual) {
   int count = 0;
   for (int y = 0; y < size.height(); ++y)
     for (int x = 0; x < size.width(); ++x)
-      if ((expected.valid(x, y) || actual.valid(x, y)) && differs(expected, actual, x, y))
+      if (differs(expected, actual, x, y))
         ++count;
   return count;
 }
@@ -48,10 +49,9 @@ QImage difference_picture(const QImage &expected, const QImage &actual) {
   const int third = 2 * second;
   for (int y = 0; y < size.height(); ++y) {
     for (int x = 0; x < size.width(); ++x) {
-      bool ignored = false;
-      const QRgb should = pixel(expected, x, y, ignored);
+      const QRgb should = pixel(expected, x, y).value_or(opaque_black);
       picture.setPixel(x, y, should);
-      picture.setPixel(second + x, y, pixel(actual, x, y, ignored));
+      picture.setPixel(second + x, y, pixel(actual, x, y).value_or(opaque_black));
       picture.setPixel(third + x, y, differs(expected, actual, x, y) ? difference_colour : quarter(should));
     }
   }

@@ -69,8 +69,8 @@ QString message_list() {
   }
   QString text;
   for (const MessageType &type : catalogue) {
-    text += list_line(name_column, QLatin1String(type.name), meaning_column - name_column,
-                      QString::fromUtf8(type.meaning));
+    text +=
+        list_line(name_column, QLatin1String(type.name), meaning_column - name_column, QString::fromUtf8(type.meaning));
     for (const MessageField &field : message_fields(type))
       text += list_line(field_column, field.name, meaning_column - field_column, field.meaning);
   }
