@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/messages/by_name/message_fields.h"
 
+#include "protocol/field_text.h"
+
 #include <algorithm>
 
 namespace buttondriver::buttonctl {
@@ -29,7 +31,7 @@ MessageField counted_part(const MessageType &type) {
 }
 
 MessageField fixed_part(const Field &field) {
-  const QString meaning = QString::fromUtf8(field.meaning);
+  const QString meaning = QString::fromStdString(field_text(field));
   if (field.kind == FieldKind::bytes)
     return {QLatin1String(field.name), MessageField::Input::file, &field,
             QStringLiteral("name of a file of %1 bytes: %2").arg(QString::number(field.width), meaning)};

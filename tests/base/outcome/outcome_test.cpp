@@ -15,7 +15,7 @@ Outcome<int> half(int number) {
   return number / 2;
 }
 
-TEST(Outcome, holds_a_value_or_the_reason_why_there_is_none) {
+TEST(OutcomeTest, holds_a_value_or_the_reason_why_there_is_none) {
   const Outcome<int> good = half(6);
   ASSERT_TRUE(good);
   EXPECT_EQ(*good, 3);
@@ -24,12 +24,12 @@ TEST(Outcome, holds_a_value_or_the_reason_why_there_is_none) {
   EXPECT_EQ(bad.failure().text.toStdString(), "7 is odd");
 }
 
-TEST(Outcome, of_something_that_yields_nothing_is_done_or_a_failure) {
+TEST(OutcomeTest, of_something_that_yields_nothing_is_done_or_a_failure) {
   EXPECT_TRUE(Outcome<Done>(Done{}));
   EXPECT_FALSE(Outcome<Done>(Failure{QString()}));
 }
 
-TEST(Outcome, gives_away_a_value_that_cannot_be_copied) {
+TEST(OutcomeTest, gives_away_a_value_that_cannot_be_copied) {
   Outcome<std::unique_ptr<std::string>> outcome(std::make_unique<std::string>("text"));
   ASSERT_TRUE(outcome);
   EXPECT_EQ((*outcome)->size(), 4U);

@@ -6,7 +6,7 @@
 namespace buttondriver::buttonctl {
 namespace {
 
-TEST(LineSplitter, words_come_out_as_from_a_shell) {
+TEST(LineSplitterTest, words_come_out_as_from_a_shell) {
   struct Row {
     const char *line;
     QStringList words;
@@ -39,7 +39,7 @@ TEST(LineSplitter, words_come_out_as_from_a_shell) {
   }
 }
 
-TEST(LineSplitter, a_line_that_ends_inside_something_is_refused) {
+TEST(LineSplitterTest, a_line_that_ends_inside_something_is_refused) {
   struct Row {
     const char *line;
     const char *text;

@@ -47,23 +47,23 @@ std::string printed_by(const QStringList &arguments) {
   return std::to_string(status) + ": " + testing::internal::GetCapturedStdout();
 }
 
-TEST(CommandLine, runs_the_function_of_the_row) {
+TEST(CommandLineTest, runs_the_function_of_the_row) {
   EXPECT_EQ(printed_by({"look", "here"}), "7: ");
   EXPECT_EQ(seen.word.toStdString(), "here");
 }
 
-TEST(CommandLine, nothing_is_run_before_all_arguments_are_good) {
+TEST(CommandLineTest, nothing_is_run_before_all_arguments_are_good) {
   seen = {};
   EXPECT_EQ(printed_by({"look", "here", "there"}),
             "failure: look: 'there' is one argument too many; see 'buttonctl look --help'");
   EXPECT_TRUE(seen.word.isEmpty());
 }
 
-TEST(CommandLine, steps_are_printed_in_a_dry_run) {
+TEST(CommandLineTest, steps_are_printed_in_a_dry_run) {
   EXPECT_EQ(printed_by({"-n", "say", "hi", "--loud"}), "0: 686921\n");
 }
 
-TEST(CommandLine, bad_lines_are_refused_with_the_reason) {
+TEST(CommandLineTest, bad_lines_are_refused_with_the_reason) {
   struct Row {
     QStringList arguments;
     const char *text;
@@ -89,7 +89,7 @@ TEST(CommandLine, bad_lines_are_refused_with_the_reason) {
     EXPECT_EQ(printed_by(row.arguments), std::string("failure: ") + row.text);
 }
 
-TEST(CommandLine, the_daemon_is_looked_for_where_the_options_say) {
+TEST(CommandLineTest, the_daemon_is_looked_for_where_the_options_say) {
   struct Row {
     QStringList arguments;
     const char *host;
@@ -114,7 +114,7 @@ TEST(CommandLine, the_daemon_is_looked_for_where_the_options_say) {
   }
 }
 
-TEST(CommandLine, help_wins_over_what_is_missing) {
+TEST(CommandLineTest, help_wins_over_what_is_missing) {
   const std::string help = printed_by({"say", "--help"});
   EXPECT_EQ(help.rfind("0: Usage: buttonctl [OPTION]... say WORD\nSend a word.\n", 0), 0U) << help;
   EXPECT_NE(help.find("\n  --loud  louder\n"), std::string::npos) << help;
@@ -122,13 +122,13 @@ TEST(CommandLine, help_wins_over_what_is_missing) {
   EXPECT_NE(printed_by({"look", "-h"}).find(".\n\nMore about it.\n"), std::string::npos);
 }
 
-TEST(CommandLine, general_help_names_every_command) {
+TEST(CommandLineTest, general_help_names_every_command) {
   const std::string help = printed_by({"--help"});
   EXPECT_NE(help.find("\n  look [WORD]   look for the daemon\n"), std::string::npos) << help;
   EXPECT_NE(help.find("\n  say WORD      send a word\n"), std::string::npos) << help;
 }
 
-TEST(BatchLine, is_a_command) {
+TEST(BatchLineTest, is_a_command) {
   struct Row {
     const char *line;
     const char *bytes;
@@ -151,7 +151,7 @@ TEST(BatchLine, is_a_command) {
   }
 }
 
-TEST(BatchLine, that_is_bad_is_refused_with_the_reason) {
+TEST(BatchLineTest, that_is_bad_is_refused_with_the_reason) {
   struct Row {
     const char *line;
     const char *text;

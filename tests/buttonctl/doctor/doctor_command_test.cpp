@@ -15,7 +15,7 @@ Examination examination_of(const QStringList &words) {
   return read_examination(arguments.reader(), {Endpoint(), false, nothing});
 }
 
-TEST(DoctorCommand, takes_a_root_and_whether_the_panel_is_virtual) {
+TEST(DoctorCommandTest, takes_a_root_and_whether_the_panel_is_virtual) {
   const Examination examination = examination_of({"--root", "x", "--virtual"});
   EXPECT_EQ(examination.root.toStdString(), "x");
   EXPECT_TRUE(examination.is_virtual);
@@ -23,7 +23,7 @@ TEST(DoctorCommand, takes_a_root_and_whether_the_panel_is_virtual) {
   EXPECT_FALSE(examination_of({}).is_virtual);
 }
 
-TEST(DoctorCommand, bad_arguments_are_refused_with_the_reason) {
+TEST(DoctorCommandTest, bad_arguments_are_refused_with_the_reason) {
   struct Row {
     QStringList arguments;
     const char *text;

@@ -33,7 +33,7 @@ const std::string rewritten_configuration =
     "       fix: mkdir -p ROOT/etc/rv1000e && printf '[font]\\nwidth=8\\nheight=16\\n' > "
     "ROOT/etc/rv1000e/launcher.cfg\n";
 
-TEST(FontCheck, judges_the_configuration) {
+TEST(FontCheckTest, judges_the_configuration) {
   struct Row {
     const char *content;
     std::string says;
@@ -61,14 +61,14 @@ TEST(FontCheck, judges_the_configuration) {
   }
 }
 
-TEST(FontCheck, a_missing_configuration_is_a_fault) {
+TEST(FontCheckTest, a_missing_configuration_is_a_fault) {
   const test::TestRoot root;
   EXPECT_EQ(shown_in(root, check_configuration_and_font(root.paths(), look_at_file)),
             "FAULT  configuration: ROOT/etc/rv1000e/launcher.cfg is missing, so that no font is loaded\n" +
                 rewritten_configuration);
 }
 
-TEST(FontCheck, a_folder_in_place_of_the_configuration_is_a_fault) {
+TEST(FontCheckTest, a_folder_in_place_of_the_configuration_is_a_fault) {
   const test::TestRoot root;
   QDir().mkpath(root.launcherConfiguration());
   EXPECT_EQ(shown_in(root, check_configuration_and_font(root.paths(), look_at_file)),
@@ -77,7 +77,7 @@ TEST(FontCheck, a_folder_in_place_of_the_configuration_is_a_fault) {
             "ROOT/etc/rv1000e && printf '[font]\\nwidth=8\\nheight=16\\n' > ROOT/etc/rv1000e/launcher.cfg\n");
 }
 
-TEST(FontCheck, a_configuration_that_must_not_be_read_is_a_fault) {
+TEST(FontCheckTest, a_configuration_that_must_not_be_read_is_a_fault) {
   test::TestRoot root;
   root.writeFontSize(8, 16);
   const FileLook look = all_but(root.launcherConfiguration(), {Kind::regular, false, true});
@@ -86,7 +86,7 @@ TEST(FontCheck, a_configuration_that_must_not_be_read_is_a_fault) {
             "       fix: chmod a+r ROOT/etc/rv1000e/launcher.cfg\n");
 }
 
-TEST(FontCheck, a_size_without_a_font_is_a_fault_and_the_usual_size_mends_it) {
+TEST(FontCheckTest, a_size_without_a_font_is_a_fault_and_the_usual_size_mends_it) {
   test::TestRoot root;
   root.writeFontSize(9, 16);
   EXPECT_EQ(shown_in(root, check_configuration_and_font(root.paths(), look_at_file)),
@@ -95,7 +95,7 @@ TEST(FontCheck, a_size_without_a_font_is_a_fault_and_the_usual_size_mends_it) {
                 rewritten_configuration);
 }
 
-TEST(FontCheck, no_fonts_at_all_are_a_fault) {
+TEST(FontCheckTest, no_fonts_at_all_are_a_fault) {
   test::TestRoot root;
   root.writeFontSize(8, 16);
   SystemPaths paths = root.paths();
@@ -106,7 +106,7 @@ TEST(FontCheck, no_fonts_at_all_are_a_fault) {
             "/usr/share/fonts/X11/misc/[0-9]*x*.pcf.gz 'ROOT/my fonts'\n");
 }
 
-TEST(FontCheck, another_size_mends_it_where_the_usual_one_is_missing) {
+TEST(FontCheckTest, another_size_mends_it_where_the_usual_one_is_missing) {
   test::TestRoot root;
   root.writeFontSize(8, 16);
   SystemPaths paths = root.paths();
@@ -118,7 +118,7 @@ TEST(FontCheck, another_size_mends_it_where_the_usual_one_is_missing) {
             "ROOT/etc/rv1000e/launcher.cfg\n");
 }
 
-TEST(FontCheck, a_font_that_must_not_be_read_or_is_no_file_is_a_fault) {
+TEST(FontCheckTest, a_font_that_must_not_be_read_or_is_no_file_is_a_fault) {
   struct Row {
     FileFacts facts;
     const char *says;
@@ -140,7 +140,7 @@ TEST(FontCheck, a_font_that_must_not_be_read_or_is_no_file_is_a_fault) {
   }
 }
 
-TEST(LevelCheck, judges_each_line) {
+TEST(LevelCheckTest, judges_each_line) {
   struct Row {
     const char *content;
     const char *fault; ///< null: all is well
@@ -169,7 +169,7 @@ TEST(LevelCheck, judges_each_line) {
   }
 }
 
-TEST(LevelCheck, a_file_that_is_missing_or_cannot_be_read_is_a_fault) {
+TEST(LevelCheckTest, a_file_that_is_missing_or_cannot_be_read_is_a_fault) {
   const std::string rewrite = "printf 'led 100\\nlcd 100\\nscr 100\\n' > ROOT/etc/rv1000e/buttonlevel\n";
   const std::string file = "ROOT/etc/rv1000e/buttonlevel";
   const std::pair<FileFacts, std::string> rows[] = {
@@ -191,7 +191,7 @@ TEST(LevelCheck, a_file_that_is_missing_or_cannot_be_read_is_a_fault) {
   }
 }
 
-TEST(DeviceCheck, judges_the_node) {
+TEST(DeviceCheckTest, judges_the_node) {
   struct Row {
     FileFacts facts;
     const char *says;
@@ -220,7 +220,7 @@ TEST(DeviceCheck, judges_the_node) {
   }
 }
 
-TEST(FileFacts, are_what_the_system_says) {
+TEST(FileFactsTest, are_what_the_system_says) {
   test::TestRoot root;
   root.writeFontSize(8, 16);
   EXPECT_EQ(look_at_file(root.launcherConfiguration()).kind, Kind::regular);
@@ -231,7 +231,7 @@ TEST(FileFacts, are_what_the_system_says) {
   EXPECT_EQ(look_at_file(QStringLiteral("/dev/null")).kind, Kind::character_device);
 }
 
-TEST(Doctor, checks_what_is_on_this_machine_and_the_daemon) {
+TEST(DoctorTest, checks_what_is_on_this_machine_and_the_daemon) {
   struct Row {
     const char *host;
     bool is_virtual;
@@ -255,7 +255,7 @@ TEST(Doctor, checks_what_is_on_this_machine_and_the_daemon) {
   }
 }
 
-TEST(ShellWord, is_quoted_when_the_shell_would_change_it) {
+TEST(ShellWordTest, is_quoted_when_the_shell_would_change_it) {
   struct Row {
     const char *text;
     const char *word;

@@ -20,18 +20,18 @@ QString read(const char *name) {
 
 Steps send_nothing(ArgumentReader &) { return {}; }
 
-TEST(CommittedDocuments, the_page_has_the_commands_as_their_rows_are) {
+TEST(CommittedDocumentsTest, the_page_has_the_commands_as_their_rows_are) {
   const QString page = read(BUTTONCTL_PAGE);
   const Outcome<QString> updated = with_commands(page, command_table());
   ASSERT_TRUE(updated) << updated.failure().text.toStdString();
   EXPECT_EQ(page.toStdString(), updated->toStdString()) << renewal;
 }
 
-TEST(CommittedDocuments, the_completion_is_what_the_rows_make_of_it) {
+TEST(CommittedDocumentsTest, the_completion_is_what_the_rows_make_of_it) {
   EXPECT_EQ(read(BUTTONCTL_COMPLETION).toStdString(), bash_completion(command_table()).toStdString()) << renewal;
 }
 
-TEST(CommandsPage, tells_all_of_a_row) {
+TEST(CommandsPageTest, tells_all_of_a_row) {
   const CommandTable table = {{"wave",
                                "HAND --with FLAG",
                                "wave a hand",
@@ -65,7 +65,9 @@ TEST(CommandsPage, tells_all_of_a_row) {
                                                    "\n");
 }
 
-TEST(CommandsPage, is_refused_without_its_marks) { EXPECT_FALSE(with_commands(QStringLiteral("# buttonctl\n"), {})); }
+TEST(CommandsPageTest, is_refused_without_its_marks) {
+  EXPECT_FALSE(with_commands(QStringLiteral("# buttonctl\n"), {}));
+}
 
 } // namespace
 } // namespace buttondriver::buttonctl

@@ -14,9 +14,9 @@ namespace buttondriver::buttonctl {
 namespace {
 
 /// A folder with the files that the examples name.
-class Examples : public testing::Test {
+class ExamplesTest : public testing::Test {
 protected:
-  Examples() {
+  ExamplesTest() {
     _folder.write("logo.bmp", test::encoded(test::filled(40, 24, qRgb(1, 2, 3)), "BMP"));
     _folder.write("photo.png", test::encoded(test::filled(200, 150, qRgb(1, 2, 3)), "PNG"));
     _folder.write("arrow.png", test::encoded(test::filled(40, 24, qRgb(1, 2, 3)), "PNG"));
@@ -41,12 +41,12 @@ protected:
   const test::WorkingFolder _folder;
 };
 
-TEST_F(Examples, those_of_the_help_are_accepted) {
+TEST_F(ExamplesTest, those_of_the_help_are_accepted) {
   for (const Command &command : command_table())
     EXPECT_GT(check_lines(QString::fromUtf8(command.examples)), 0) << command.name;
 }
 
-TEST_F(Examples, those_of_the_page_are_accepted_and_it_has_the_general_options) {
+TEST_F(ExamplesTest, those_of_the_page_are_accepted_and_it_has_the_general_options) {
   QFile page(QStringLiteral(BUTTONCTL_PAGE));
   ASSERT_TRUE(page.open(QIODevice::ReadOnly));
   const QString text = QString::fromUtf8(page.readAll());

@@ -102,9 +102,9 @@ std::vector<CommandRow> command_rows() {
   };
 }
 
-class MessageCommands : public testing::Test {
+class MessageCommandsTest : public testing::Test {
 protected:
-  MessageCommands() {
+  MessageCommandsTest() {
     _folder.write("2x2.bmp", test::bmp_2x2());
     _folder.write("1x1.png", test::encoded(test::filled(1, 1, qRgb(0x11, 0x22, 0x33)), "PNG"));
     _folder.write("wide.png", test::encoded(test::filled(129, 1, 0), "PNG"));
@@ -115,7 +115,7 @@ protected:
   const test::WorkingFolder _folder;
 };
 
-TEST_F(MessageCommands, become_golden_frames) {
+TEST_F(MessageCommandsTest, become_golden_frames) {
   for (const CommandRow &row : command_rows()) {
     const std::string line = row.arguments.join(QLatin1Char(' ')).toStdString();
     const Steps steps = steps_of(row.arguments);
@@ -124,7 +124,7 @@ TEST_F(MessageCommands, become_golden_frames) {
   }
 }
 
-TEST_F(MessageCommands, each_has_a_row_above) {
+TEST_F(MessageCommandsTest, each_has_a_row_above) {
   for (const Command &command : commands()) {
     bool known = false;
     for (const CommandRow &row : command_rows())
@@ -133,7 +133,7 @@ TEST_F(MessageCommands, each_has_a_row_above) {
   }
 }
 
-TEST_F(MessageCommands, only_ping_waits_for_an_answer) {
+TEST_F(MessageCommandsTest, only_ping_waits_for_an_answer) {
   for (const CommandRow &row : command_rows())
     EXPECT_EQ(steps_of(row.arguments)[0].kind == Step::Kind::ping, row.arguments.first() == QLatin1String("ping"));
   const Steps three = steps_of({"ping", "--count", "3"});
@@ -142,13 +142,13 @@ TEST_F(MessageCommands, only_ping_waits_for_an_answer) {
     EXPECT_EQ(hex(step.bytes), "000000040000000c");
 }
 
-TEST_F(MessageCommands, an_image_is_built_without_output) {
+TEST_F(MessageCommandsTest, an_image_is_built_without_output) {
   testing::internal::CaptureStdout();
   steps_of({"image", "1", "2x2.bmp"});
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST_F(MessageCommands, bad_arguments_are_refused_with_the_reason) {
+TEST_F(MessageCommandsTest, bad_arguments_are_refused_with_the_reason) {
   struct Row {
     QStringList arguments;
     const char *text;

@@ -40,14 +40,14 @@ constexpr char bmp_3x2[] = "424d 4e000000 0000 0000 36000000 28000000 03000000 0
 /// The size in the header of a converted picture.
 QSize size_of(const QByteArray &bmp) { return QImage::fromData(bmp, "BMP").size(); }
 
-TEST(PictureConverter, a_png_becomes_a_padded_bottom_up_24_bit_bmp) {
+TEST(PictureConverterTest, a_png_becomes_a_padded_bottom_up_24_bit_bmp) {
   const auto placed = place_picture(encoded(picture_3x2(), "PNG"), {10, 20}, Oversize::refuse);
   ASSERT_TRUE(placed);
   EXPECT_EQ(hex(placed->bmp), golden(bmp_3x2));
   EXPECT_EQ(placed->corner, QPoint(10, 20));
 }
 
-TEST(PictureConverter, other_bmps_become_24_bit_bmps) {
+TEST(PictureConverterTest, other_bmps_become_24_bit_bmps) {
   const QImage few_colours = picture_3x2().convertToFormat(QImage::Format_Indexed8);
   const QByteArray few_bits = encoded(few_colours, "BMP");
   ASSERT_LE(few_bits.at(28), 8);
@@ -63,7 +63,7 @@ TEST(PictureConverter, other_bmps_become_24_bit_bmps) {
   }
 }
 
-TEST(PictureConverter, a_24_bit_bmp_is_left_as_it_is) {
+TEST(PictureConverterTest, a_24_bit_bmp_is_left_as_it_is) {
   for (const Oversize oversize : {Oversize::refuse, Oversize::crop}) {
     const auto placed = place_picture(bmp_2x2(), {126, 126}, oversize);
     ASSERT_TRUE(placed);
@@ -75,7 +75,7 @@ TEST(PictureConverter, a_24_bit_bmp_is_left_as_it_is) {
   EXPECT_EQ(hex(fitted->bmp), hex(bmp_2x2()));
 }
 
-TEST(PictureConverter, transparent_pixels_lie_on_black) {
+TEST(PictureConverterTest, transparent_pixels_lie_on_black) {
   QImage image(2, 1, QImage::Format_ARGB32);
   image.setPixel(0, 0, qRgba(255, 255, 255, 0));
   image.setPixel(1, 0, qRgba(255, 255, 255, 128));
@@ -84,7 +84,7 @@ TEST(PictureConverter, transparent_pixels_lie_on_black) {
   EXPECT_EQ(hex(placed->bmp.mid(54)), golden("000000 808080 0000"));
 }
 
-TEST(PictureConverter, a_jpeg_becomes_a_bmp_of_its_size) {
+TEST(PictureConverterTest, a_jpeg_becomes_a_bmp_of_its_size) {
   if (!QImageReader::supportedImageFormats().contains("jpeg"))
     GTEST_SKIP() << "this Qt reads no JPEG";
   const auto placed = place_picture(encoded(filled(16, 8, qRgb(255, 255, 255)), "JPEG"), {0, 0}, Oversize::refuse);
@@ -94,7 +94,7 @@ TEST(PictureConverter, a_jpeg_becomes_a_bmp_of_its_size) {
   EXPECT_EQ(hex(placed->bmp.mid(54, 3)), golden("ffffff"));
 }
 
-TEST(PictureConverter, crop_leaves_what_lies_on_the_screen) {
+TEST(PictureConverterTest, crop_leaves_what_lies_on_the_screen) {
   QImage image(200, 3, QImage::Format_RGB32);
   for (int y = 0; y < image.height(); ++y)
     for (int x = 0; x < image.width(); ++x)
@@ -120,7 +120,7 @@ TEST(PictureConverter, crop_leaves_what_lies_on_the_screen) {
   }
 }
 
-TEST(PictureConverter, a_24_bit_bmp_that_is_too_large_can_be_cropped_and_fitted) {
+TEST(PictureConverterTest, a_24_bit_bmp_that_is_too_large_can_be_cropped_and_fitted) {
   const QByteArray file = encoded(filled(130, 65, qRgb(1, 2, 3)), "BMP");
   const auto cropped = place_picture(file, {0, 0}, Oversize::crop);
   ASSERT_TRUE(cropped);
@@ -131,7 +131,7 @@ TEST(PictureConverter, a_24_bit_bmp_that_is_too_large_can_be_cropped_and_fitted)
   EXPECT_EQ(hex(fitted->bmp.mid(54, 3)), golden("030201"));
 }
 
-TEST(PictureConverter, fit_scales_to_the_room_and_keeps_proportions) {
+TEST(PictureConverterTest, fit_scales_to_the_room_and_keeps_proportions) {
   struct Row {
     QSize size;
     QPoint at;
@@ -150,7 +150,7 @@ TEST(PictureConverter, fit_scales_to_the_room_and_keeps_proportions) {
   }
 }
 
-TEST(PictureConverter, refuses_what_cannot_be_shown) {
+TEST(PictureConverterTest, refuses_what_cannot_be_shown) {
   const QByteArray wide = encoded(filled(129, 4, 0), "PNG");
   const QByteArray high = encoded(filled(4, 129, 0), "BMP");
   const QByteArray small = encoded(filled(4, 4, 0), "PNG");
@@ -195,13 +195,13 @@ TEST(PictureConverter, refuses_what_cannot_be_shown) {
   }
 }
 
-TEST(PictureConverter, a_picture_that_just_fits_is_taken) {
+TEST(PictureConverterTest, a_picture_that_just_fits_is_taken) {
   const auto placed = place_picture(encoded(filled(128, 128, 0), "PNG"), {0, 0}, Oversize::refuse);
   ASSERT_TRUE(placed);
   EXPECT_EQ(placed->bmp.size(), 54 + 128 * 128 * 3);
 }
 
-TEST(PictureConverter, a_button_image_of_120_bytes_is_left_as_it_is) {
+TEST(PictureConverterTest, a_button_image_of_120_bytes_is_left_as_it_is) {
   const QByteArray raw(120, '\x5A');
   const auto kept = convert_button_image(raw, false);
   ASSERT_TRUE(kept);
@@ -211,7 +211,7 @@ TEST(PictureConverter, a_button_image_of_120_bytes_is_left_as_it_is) {
   EXPECT_EQ(*inverted, QByteArray(120, '\xA5'));
 }
 
-TEST(PictureConverter, light_pixels_of_a_40_by_24_picture_become_1) {
+TEST(PictureConverterTest, light_pixels_of_a_40_by_24_picture_become_1) {
   QImage image = filled(40, 24, qRgb(127, 127, 127));
   image.setPixel(0, 0, qRgb(255, 255, 255));
   image.setPixel(39, 0, qRgb(128, 128, 128));
@@ -228,7 +228,7 @@ TEST(PictureConverter, light_pixels_of_a_40_by_24_picture_become_1) {
   EXPECT_EQ(hex(inverted->left(5)), "7ffffffffe");
 }
 
-TEST(PictureConverter, a_png_of_120_bytes_is_a_picture) {
+TEST(PictureConverterTest, a_png_of_120_bytes_is_a_picture) {
   // Bytes behind the end of a PNG mean nothing, so that a file of any length can be made.
   QImage image(40, 24, QImage::Format_Mono);
   image.fill(1);
@@ -240,7 +240,7 @@ TEST(PictureConverter, a_png_of_120_bytes_is_a_picture) {
   EXPECT_EQ(*converted, QByteArray(120, '\xFF'));
 }
 
-TEST(PictureConverter, refuses_what_is_no_button_image) {
+TEST(PictureConverterTest, refuses_what_is_no_button_image) {
   struct Row {
     QByteArray file;
     const char *text;

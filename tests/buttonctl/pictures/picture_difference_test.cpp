@@ -23,7 +23,7 @@ std::string row(const QImage &image, int y) {
   return text;
 }
 
-TEST(PictureDifference, shows_expected_actual_and_where_they_differ) {
+TEST(PictureDifferenceTest, shows_expected_actual_and_where_they_differ) {
   QImage expected = filled(2, 2, qRgb(0x40, 0x80, 0xFF));
   QImage actual = expected;
   actual.setPixel(1, 0, qRgb(0x40, 0x80, 0xFE));
@@ -34,7 +34,7 @@ TEST(PictureDifference, shows_expected_actual_and_where_they_differ) {
   EXPECT_EQ(row(picture, 1), "4080ff 4080ff " + gap + "4080ff 4080ff " + gap + "10203f 10203f ");
 }
 
-TEST(PictureDifference, what_one_picture_does_not_have_differs) {
+TEST(PictureDifferenceTest, what_one_picture_does_not_have_differs) {
   const QImage expected = filled(1, 2, 0);
   const QImage actual = filled(2, 1, 0);
   EXPECT_EQ(count_different_pixels(expected, actual), 2);
@@ -46,14 +46,14 @@ TEST(PictureDifference, what_one_picture_does_not_have_differs) {
   EXPECT_EQ(row(picture, 1).substr(84, 7), "ff0000 ");
 }
 
-TEST(PictureDifference, counts_pixels_whatever_the_format) {
+TEST(PictureDifferenceTest, counts_pixels_whatever_the_format) {
   const QImage expected = filled(3, 3, qRgb(255, 255, 255));
   EXPECT_EQ(count_different_pixels(expected, expected.convertToFormat(QImage::Format_Grayscale8)), 0);
   EXPECT_EQ(count_different_pixels(expected, filled(3, 3, qRgb(255, 255, 254))), 9);
   EXPECT_EQ(count_different_pixels(expected, expected.convertToFormat(QImage::Format_ARGB32)), 0);
 }
 
-TEST(PictureDifference, lies_beside_the_expected_picture) {
+TEST(PictureDifferenceTest, lies_beside_the_expected_picture) {
   EXPECT_EQ(difference_file(QStringLiteral("a/ready.png")).toStdString(), "a/ready.difference.png");
   EXPECT_EQ(difference_file(QStringLiteral("ready.2.png")).toStdString(), "ready.2.difference.png");
   EXPECT_EQ(difference_file(QStringLiteral("/b/ready")).toStdString(), "/b/ready.difference.png");

@@ -44,7 +44,7 @@ const QByteArray &all_received(const FakeDaemon &daemon) {
 /// A message large enough not to vanish in the buffers of the system.
 QByteArray long_line() { return "raw " + QByteArray(2 * 12 * 1024 * 1024, '0') + "\n"; }
 
-TEST(Buttonctl, sends_one_frame_and_closes) {
+TEST(ButtonctlTest, sends_one_frame_and_closes) {
   FakeDaemon daemon;
   const ToolResult result = run_tool({"--port", number(daemon.port()), "text", "1", "2", "Hi"});
   EXPECT_EQ(result.exit_status, 0);
@@ -54,7 +54,7 @@ TEST(Buttonctl, sends_one_frame_and_closes) {
   EXPECT_EQ(daemon.connections(), 1);
 }
 
-TEST(Buttonctl, texts_are_utf8_in_every_locale) {
+TEST(ButtonctlTest, texts_are_utf8_in_every_locale) {
   FakeDaemon daemon;
   qputenv("LC_ALL", "C");
   const ToolResult result = run_tool({"--port", number(daemon.port()), "text", "0", "0", QStringLiteral("\u00e9")});
@@ -63,7 +63,7 @@ TEST(Buttonctl, texts_are_utf8_in_every_locale) {
   EXPECT_EQ(hex(all_received(daemon)), golden("00000016 0000000f 00000000 00000000 00000001 00000002 e900"));
 }
 
-TEST(Buttonctl, an_image_is_sent_without_a_word) {
+TEST(ButtonctlTest, an_image_is_sent_without_a_word) {
   const WorkingFolder folder;
   folder.write("dot.bmp",
                QByteArray::fromStdString(from_hex("424d 3a000000 0000 0000 36000000 28000000 01000000 01000000"
@@ -80,7 +80,7 @@ TEST(Buttonctl, an_image_is_sent_without_a_word) {
                    "0100 1800 00000000 00000000 00000000 00000000 00000000 00000000 0000ff00"));
 }
 
-TEST(Buttonctl, an_answered_ping_prints_the_round_trip) {
+TEST(ButtonctlTest, an_answered_ping_prints_the_round_trip) {
   FakeDaemon daemon;
   daemon.answer_pings_with(pong);
   const ToolResult result = run_tool({"-p", number(daemon.port()), "ping"});
@@ -90,7 +90,7 @@ TEST(Buttonctl, an_answered_ping_prints_the_round_trip) {
   EXPECT_EQ(hex(all_received(daemon)), golden("00000004 0000000c"));
 }
 
-TEST(Buttonctl, several_pings_end_with_a_summary) {
+TEST(ButtonctlTest, several_pings_end_with_a_summary) {
   FakeDaemon daemon;
   daemon.answer_pings_with(pong);
   const ToolResult result = run_tool({"-p", number(daemon.port()), "ping", "--count", "3"});
@@ -101,7 +101,7 @@ TEST(Buttonctl, several_pings_end_with_a_summary) {
   EXPECT_EQ(daemon.connections(), 1);
 }
 
-TEST(Buttonctl, an_unanswered_ping_fails) {
+TEST(ButtonctlTest, an_unanswered_ping_fails) {
   FakeDaemon daemon;
   const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping"});
   EXPECT_EQ(result.exit_status, 1);
@@ -110,7 +110,7 @@ TEST(Buttonctl, an_unanswered_ping_fails) {
                                           "time with --timeout, or restart the daemon\n"));
 }
 
-TEST(Buttonctl, half_an_answer_is_none) {
+TEST(ButtonctlTest, half_an_answer_is_none) {
   FakeDaemon daemon;
   daemon.answer_pings_with(pong.left(7));
   const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping"});
@@ -118,7 +118,7 @@ TEST(Buttonctl, half_an_answer_is_none) {
   EXPECT_THAT(result.errors, StartsWith("buttonctl: no answer from "));
 }
 
-TEST(Buttonctl, another_answer_than_a_ping_reply_fails) {
+TEST(ButtonctlTest, another_answer_than_a_ping_reply_fails) {
   FakeDaemon daemon;
   daemon.answer_pings_with("HTTP/1.1");
   const ToolResult result = run_tool({"-p", number(daemon.port()), "ping"});
@@ -127,7 +127,7 @@ TEST(Buttonctl, another_answer_than_a_ping_reply_fails) {
                                           "31, which is no ping reply; is that the daemon\\?\n"));
 }
 
-TEST(Buttonctl, a_connection_closed_instead_of_an_answer_fails) {
+TEST(ButtonctlTest, a_connection_closed_instead_of_an_answer_fails) {
   FakeDaemon daemon;
   daemon.when_received([](QTcpSocket &socket) { socket.disconnectFromHost(); });
   const ToolResult result = run_tool({"-p", number(daemon.port()), "ping"});
@@ -137,7 +137,7 @@ TEST(Buttonctl, a_connection_closed_instead_of_an_answer_fails) {
                            "is that the daemon\\?\n"));
 }
 
-TEST(Buttonctl, a_refused_connection_fails) {
+TEST(ButtonctlTest, a_refused_connection_fails) {
   const RefusingPort nobody;
   const ToolResult result = run_tool({"-p", number(nobody.port()), "blackout"});
   EXPECT_EQ(result.exit_status, 1);
@@ -146,7 +146,7 @@ TEST(Buttonctl, a_refused_connection_fails) {
                                           "running there\\?\n"));
 }
 
-TEST(Buttonctl, a_connection_lost_before_all_was_sent_fails) {
+TEST(ButtonctlTest, a_connection_lost_before_all_was_sent_fails) {
   const WorkingFolder folder;
   folder.write("long.txt", "ping --count 1\n" + long_line());
   FakeDaemon daemon;
@@ -163,7 +163,7 @@ TEST(Buttonctl, a_connection_lost_before_all_was_sent_fails) {
                                           "everything was sent; is the daemon still running\\?\n"));
 }
 
-TEST(Buttonctl, a_message_thrown_away_unread_is_no_success) {
+TEST(ButtonctlTest, a_message_thrown_away_unread_is_no_success) {
   FakeDaemon daemon;
   daemon.leave_unread();
   daemon.when_received([](QTcpSocket &socket) { socket.abort(); });
@@ -172,7 +172,7 @@ TEST(Buttonctl, a_message_thrown_away_unread_is_no_success) {
   EXPECT_THAT(result.errors, StartsWith("buttonctl: lost the connection to "));
 }
 
-TEST(Buttonctl, a_daemon_that_takes_no_data_fails) {
+TEST(ButtonctlTest, a_daemon_that_takes_no_data_fails) {
   FakeDaemon daemon;
   daemon.leave_unread();
   const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "300", "batch"}, long_line());
@@ -182,7 +182,7 @@ TEST(Buttonctl, a_daemon_that_takes_no_data_fails) {
                            "allow more time with --timeout\n"));
 }
 
-TEST(Buttonctl, a_daemon_too_busy_to_close_is_not_waited_for_longer_than_the_timeout) {
+TEST(ButtonctlTest, a_daemon_too_busy_to_close_is_not_waited_for_longer_than_the_timeout) {
   FakeDaemon daemon;
   daemon.leave_unread();
   const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "text", "0", "0", "Hi"});
@@ -190,7 +190,7 @@ TEST(Buttonctl, a_daemon_too_busy_to_close_is_not_waited_for_longer_than_the_tim
   EXPECT_EQ(result.errors, "");
 }
 
-TEST(Buttonctl, everything_arrives_though_an_answer_was_left_unread) {
+TEST(ButtonctlTest, everything_arrives_though_an_answer_was_left_unread) {
   struct Row {
     const char *last_line;
     int exit_status;
@@ -213,7 +213,7 @@ TEST(Buttonctl, everything_arrives_though_an_answer_was_left_unread) {
   }
 }
 
-TEST(Buttonctl, bad_usage_is_one_line_and_exit_status_2) {
+TEST(ButtonctlTest, bad_usage_is_one_line_and_exit_status_2) {
   struct Row {
     QStringList arguments;
     const char *errors;
@@ -235,7 +235,7 @@ TEST(Buttonctl, bad_usage_is_one_line_and_exit_status_2) {
   }
 }
 
-TEST(Buttonctl, help_and_version_go_to_standard_output) {
+TEST(ButtonctlTest, help_and_version_go_to_standard_output) {
   struct Row {
     QStringList arguments;
     const char *pattern;
@@ -254,7 +254,7 @@ TEST(Buttonctl, help_and_version_go_to_standard_output) {
   }
 }
 
-TEST(Buttonctl, a_dry_run_prints_and_connects_nowhere) {
+TEST(ButtonctlTest, a_dry_run_prints_and_connects_nowhere) {
   FakeDaemon daemon;
   const ToolResult result = run_tool({"-n", "-p", number(daemon.port()), "led", "5", "blink", "500"});
   EXPECT_EQ(result.exit_status, 0);
@@ -263,7 +263,7 @@ TEST(Buttonctl, a_dry_run_prints_and_connects_nowhere) {
   EXPECT_EQ(daemon.connections(), 0);
 }
 
-TEST(Buttonctl, a_batch_file_goes_over_one_connection) {
+TEST(ButtonctlTest, a_batch_file_goes_over_one_connection) {
   const WorkingFolder folder;
   folder.write("start.txt", "# lights\nled 5 on\n\nled 6 off   # dark\r\nping\nblackout 'all'");
   FakeDaemon daemon;
@@ -277,7 +277,7 @@ TEST(Buttonctl, a_batch_file_goes_over_one_connection) {
   EXPECT_EQ(daemon.connections(), 1);
 }
 
-TEST(Buttonctl, a_bad_line_of_a_batch_file_is_named_and_nothing_is_sent) {
+TEST(ButtonctlTest, a_bad_line_of_a_batch_file_is_named_and_nothing_is_sent) {
   const WorkingFolder folder;
   folder.write("start%2.txt", "led 5 on\n\nled 5 up\n");
   FakeDaemon daemon;
@@ -287,7 +287,7 @@ TEST(Buttonctl, a_bad_line_of_a_batch_file_is_named_and_nothing_is_sent) {
   EXPECT_EQ(daemon.connections(), 0);
 }
 
-TEST(Buttonctl, lines_of_standard_input_are_sent_as_they_come) {
+TEST(ButtonctlTest, lines_of_standard_input_are_sent_as_they_come) {
   FakeDaemon daemon;
   ToolRun run({"-p", number(daemon.port()), "batch"});
   run.write("blackout 0\n");

@@ -14,9 +14,9 @@ namespace {
 using testing::ContainsRegex;
 using testing::MatchesRegex;
 
-class DoctorRun : public testing::Test {
+class DoctorRunTest : public testing::Test {
 protected:
-  DoctorRun() {
+  DoctorRunTest() {
     root.writeFontSize(8, 16);
     root.writeLevels("led 100\nlcd 100\nscr 100\n");
   }
@@ -28,7 +28,7 @@ protected:
   TestRoot root;
 };
 
-TEST_F(DoctorRun, all_is_well_with_a_virtual_panel) {
+TEST_F(DoctorRunTest, all_is_well_with_a_virtual_panel) {
   Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM), {"--root", root.path(), "map", QString(), "0"});
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   const ToolResult result = run(simulator.listeningPort(), {"--virtual"});
@@ -41,7 +41,7 @@ TEST_F(DoctorRun, all_is_well_with_a_virtual_panel) {
                            "ok     daemon: 127.0.0.1 port [0-9]+ answers in [0-9.]+ ms\n"));
 }
 
-TEST_F(DoctorRun, a_missing_device_is_a_fault) {
+TEST_F(DoctorRunTest, a_missing_device_is_a_fault) {
   FakeDaemon daemon;
   daemon.answer_pings_with(QByteArray::fromHex("0000000400000001"));
   const ToolResult result = run(daemon.port());
@@ -50,7 +50,7 @@ TEST_F(DoctorRun, a_missing_device_is_a_fault) {
                                            "       fix: udevadm "));
 }
 
-TEST_F(DoctorRun, a_closed_port_is_a_daemon_that_does_not_listen) {
+TEST_F(DoctorRunTest, a_closed_port_is_a_daemon_that_does_not_listen) {
   const RefusingPort nobody;
   const ToolResult result = run(nobody.port(), {"--virtual"});
   EXPECT_EQ(result.exit_status, 1);
@@ -59,7 +59,7 @@ TEST_F(DoctorRun, a_closed_port_is_a_daemon_that_does_not_listen) {
                                            "\n       fix: buttondriver map '' " + port + " &\n$"));
 }
 
-TEST_F(DoctorRun, something_that_answers_no_ping_is_not_the_daemon) {
+TEST_F(DoctorRunTest, something_that_answers_no_ping_is_not_the_daemon) {
   struct Row {
     QByteArray answer;
     const char *pattern;
@@ -81,7 +81,7 @@ TEST_F(DoctorRun, something_that_answers_no_ping_is_not_the_daemon) {
   }
 }
 
-TEST_F(DoctorRun, every_fault_is_told_at_once) {
+TEST_F(DoctorRunTest, every_fault_is_told_at_once) {
   root.writeFontSize(9, 17);
   root.writeLevels("scr 200\n");
   const RefusingPort nobody;

@@ -40,7 +40,7 @@ QByteArray state_after_the_scenario() {
   return state.json();
 }
 
-TEST(FirstScenario, shows_the_pictures_beside_it) {
+TEST(FirstScenarioTest, shows_the_pictures_beside_it) {
   const QTemporaryDir folder;
   const QString snapshot = folder.filePath(QStringLiteral("panel.png"));
   Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM), {"--snapshot", snapshot, "map", QString(), "0"});

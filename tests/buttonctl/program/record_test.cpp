@@ -91,7 +91,7 @@ std::string transfers(const QString &file) {
   return text;
 }
 
-TEST(Record, a_replayed_recording_makes_the_same_transfers) {
+TEST(RecordTest, a_replayed_recording_makes_the_same_transfers) {
   const WorkingFolder folder;
   folder.write("dot.bmp", bmp_2x2());
   TestRoot root;
@@ -125,7 +125,7 @@ TEST(Record, a_replayed_recording_makes_the_same_transfers) {
   EXPECT_GT(transfers(QStringLiteral("original")).size(), 10000U);
 }
 
-TEST(Record, keeps_the_frames_of_several_clients_and_brings_answers_back) {
+TEST(RecordTest, keeps_the_frames_of_several_clients_and_brings_answers_back) {
   const WorkingFolder folder;
   FakeDaemon daemon;
   daemon.answer_pings_with(pong);
@@ -145,7 +145,7 @@ TEST(Record, keeps_the_frames_of_several_clients_and_brings_answers_back) {
   EXPECT_EQ(recorder.program().standardError(), "");
 }
 
-TEST(Record, finds_frames_that_tcp_has_cut) {
+TEST(RecordTest, finds_frames_that_tcp_has_cut) {
   const WorkingFolder folder;
   FakeDaemon daemon;
   RecorderRun recorder(daemon.port());
@@ -161,7 +161,7 @@ TEST(Record, finds_frames_that_tcp_has_cut) {
   EXPECT_EQ(recorded_frames(), "1 000000080000001000000002\n1 00000002ffee\n");
 }
 
-TEST(Record, megabytes_pass_both_ways_through_a_daemon_that_reads_late) {
+TEST(RecordTest, megabytes_pass_both_ways_through_a_daemon_that_reads_late) {
   const WorkingFolder folder;
   FakeDaemon daemon;
   daemon.leave_unread();
@@ -187,7 +187,7 @@ TEST(Record, megabytes_pass_both_ways_through_a_daemon_that_reads_late) {
   EXPECT_TRUE(recording.endsWith(" 1 0000ffff" + QByteArray(0xFFFF, '\x3f').toHex() + "\n"));
 }
 
-TEST(Record, what_a_client_left_behind_reaches_the_daemon) {
+TEST(RecordTest, what_a_client_left_behind_reaches_the_daemon) {
   const WorkingFolder folder;
   FakeDaemon daemon;
   RecorderRun recorder(daemon.port());
@@ -200,7 +200,7 @@ TEST(Record, what_a_client_left_behind_reaches_the_daemon) {
   EXPECT_EQ(recorded_frames(), "1 000000080000001000000002\n");
 }
 
-TEST(Record, a_client_is_hung_up_on_when_the_daemon_has_gone) {
+TEST(RecordTest, a_client_is_hung_up_on_when_the_daemon_has_gone) {
   const WorkingFolder folder;
   FakeDaemon daemon;
   daemon.when_received([](QTcpSocket &socket) { socket.disconnectFromHost(); });
@@ -212,7 +212,7 @@ TEST(Record, a_client_is_hung_up_on_when_the_daemon_has_gone) {
   EXPECT_EQ(recorded_frames(), "1 000000040000000c\n");
 }
 
-TEST(Record, a_daemon_that_cannot_be_reached_is_said_and_recording_goes_on) {
+TEST(RecordTest, a_daemon_that_cannot_be_reached_is_said_and_recording_goes_on) {
   const WorkingFolder folder;
   const RefusingPort nobody;
   RecorderRun recorder(nobody.port());
@@ -227,7 +227,7 @@ TEST(Record, a_daemon_that_cannot_be_reached_is_said_and_recording_goes_on) {
   EXPECT_EQ(recorded_frames(), "");
 }
 
-TEST(Record, bytes_that_are_no_whole_frame_are_passed_on_and_said) {
+TEST(RecordTest, bytes_that_are_no_whole_frame_are_passed_on_and_said) {
   struct Row {
     const char *stream;
     const char *frames;
@@ -257,7 +257,7 @@ TEST(Record, bytes_that_are_no_whole_frame_are_passed_on_and_said) {
   }
 }
 
-TEST(Record, what_keeps_it_from_starting_is_one_line_and_exit_status_1) {
+TEST(RecordTest, what_keeps_it_from_starting_is_one_line_and_exit_status_1) {
   const WorkingFolder folder;
   const RefusingPort taken;
   struct Row {
@@ -279,7 +279,7 @@ TEST(Record, what_keeps_it_from_starting_is_one_line_and_exit_status_1) {
   EXPECT_FALSE(QFile::exists(QStringLiteral("a.rec"))) << "a recorder that cannot listen must not touch the file";
 }
 
-TEST(Record, a_full_disk_ends_it_with_exit_status_1) {
+TEST(RecordTest, a_full_disk_ends_it_with_exit_status_1) {
   FakeDaemon daemon;
   const WorkingFolder folder;
   const ToolResult result =
@@ -292,7 +292,7 @@ QStringList replay(const FakeDaemon &daemon, const QStringList &options = {}) {
   return QStringList{"-p", QString::number(daemon.port()), "replay", "a.rec"} + options;
 }
 
-TEST(Replay, uses_a_connection_for_each_of_the_recording) {
+TEST(ReplayTest, uses_a_connection_for_each_of_the_recording) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n"
                         "5000000 7 000000080000001000000000\n"
@@ -314,7 +314,7 @@ TEST(Replay, uses_a_connection_for_each_of_the_recording) {
                     "000000080000001000000001000000080000001000000000000000080000001000000002"));
 }
 
-TEST(Replay, answers_are_dropped_and_do_not_hold_it_up) {
+TEST(ReplayTest, answers_are_dropped_and_do_not_hold_it_up) {
   const WorkingFolder folder;
   QByteArray recording = "buttonctl recording 1\n";
   for (int i = 0; i < 1000; ++i)
@@ -327,7 +327,7 @@ TEST(Replay, answers_are_dropped_and_do_not_hold_it_up) {
   EXPECT_EQ(daemon.received().size(), 8000);
 }
 
-TEST(Replay, a_cut_off_last_line_is_said_and_left_out) {
+TEST(ReplayTest, a_cut_off_last_line_is_said_and_left_out) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n0 1 000000080000001000000000\n9 1 00000008000000");
   FakeDaemon daemon;
@@ -338,7 +338,7 @@ TEST(Replay, a_cut_off_last_line_is_said_and_left_out) {
   EXPECT_EQ(to_hex(daemon.received().toStdString()), "000000080000001000000000");
 }
 
-TEST(Replay, a_bad_recording_is_exit_status_2_and_nothing_is_sent) {
+TEST(ReplayTest, a_bad_recording_is_exit_status_2_and_nothing_is_sent) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n0 1 000000080000001000000000\n9 1 x\n");
   FakeDaemon daemon;
@@ -348,7 +348,7 @@ TEST(Replay, a_bad_recording_is_exit_status_2_and_nothing_is_sent) {
   EXPECT_EQ(daemon.connections(), 0);
 }
 
-TEST(Replay, a_dry_run_prints_the_frames) {
+TEST(ReplayTest, a_dry_run_prints_the_frames) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n0 1 00000000\n999999999 2 000000040000000C\n");
   FakeDaemon daemon;
@@ -358,7 +358,7 @@ TEST(Replay, a_dry_run_prints_the_frames) {
   EXPECT_EQ(daemon.connections(), 0);
 }
 
-TEST(Replay, a_daemon_that_cannot_be_reached_is_exit_status_1) {
+TEST(ReplayTest, a_daemon_that_cannot_be_reached_is_exit_status_1) {
   const WorkingFolder folder;
   // The second frame is due in an hour, which must not be waited for.
   folder.write("a.rec", "buttonctl recording 1\n0 1 00000000\n3600000000 1 00000000\n");
@@ -369,7 +369,7 @@ TEST(Replay, a_daemon_that_cannot_be_reached_is_exit_status_1) {
                                           "connection; is the daemon running there\\?\n"));
 }
 
-TEST(Replay, a_lost_connection_is_exit_status_1) {
+TEST(ReplayTest, a_lost_connection_is_exit_status_1) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n0 4 00000000\n3600000000 4 00000000\n");
   FakeDaemon daemon;
@@ -380,7 +380,7 @@ TEST(Replay, a_lost_connection_is_exit_status_1) {
                                           "[0-9]+ before everything was sent; is the daemon still running\\?\n"));
 }
 
-TEST(Replay, a_daemon_that_takes_no_data_is_exit_status_1) {
+TEST(ReplayTest, a_daemon_that_takes_no_data_is_exit_status_1) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n0 1 00c00000" + QByteArray(2 * 0xc00000, '0') + "\n");
   FakeDaemon daemon;

@@ -19,9 +19,9 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-class Scenario : public testing::Test {
+class ScenarioTest : public testing::Test {
 protected:
-  Scenario() {
+  ScenarioTest() {
     daemon.answer_pings_with(QByteArray::fromHex("0000000400000001"));
     panel.answer("/state.json", PanelStateText().json());
   }
@@ -39,7 +39,7 @@ protected:
   PanelDouble panel;
 };
 
-TEST_F(Scenario, as_expected_is_exit_status_0_and_silence) {
+TEST_F(ScenarioTest, as_expected_is_exit_status_0_and_silence) {
   PanelStateText state;
   state.lit_button = 6;
   state.lit_status = 3;
@@ -73,7 +73,7 @@ TEST_F(Scenario, as_expected_is_exit_status_0_and_silence) {
   EXPECT_EQ(panel.asked().size(), 7);
 }
 
-TEST_F(Scenario, an_expectation_is_asked_again_until_it_is_true) {
+TEST_F(ScenarioTest, an_expectation_is_asked_again_until_it_is_true) {
   int times = 0;
   panel.answer("/state.json", [&times] {
     PanelStateText state;
@@ -91,7 +91,7 @@ TEST_F(Scenario, an_expectation_is_asked_again_until_it_is_true) {
   EXPECT_FALSE(QFile::exists(QStringLiteral("grey.difference.png")));
 }
 
-TEST_F(Scenario, another_picture_is_exit_status_3_and_leaves_a_difference_picture) {
+TEST_F(ScenarioTest, another_picture_is_exit_status_3_and_leaves_a_difference_picture) {
   QImage expected = filled(128, 128, qRgb(0x40, 0x80, 0xFF));
   QImage actual = expected;
   actual.setPixel(0, 0, qRgb(0, 0, 0));
@@ -122,7 +122,7 @@ TEST_F(Scenario, another_picture_is_exit_status_3_and_leaves_a_difference_pictur
   EXPECT_EQ(to_hex(daemon.received().toStdString()), to_hex(from_hex("00000008 00000010 ffffffff 00000004 0000000c")));
 }
 
-TEST_F(Scenario, a_missing_expected_picture_is_exit_status_3) {
+TEST_F(ScenarioTest, a_missing_expected_picture_is_exit_status_3) {
   panel.answer("/screen/0.png", encoded(filled(128, 128, 0), "PNG"));
   const ToolResult result = run("expect-screen 0 no.png\n");
   EXPECT_EQ(result.exit_status, 3);
@@ -131,7 +131,7 @@ TEST_F(Scenario, a_missing_expected_picture_is_exit_status_3) {
   EXPECT_FALSE(QFile::exists(QStringLiteral("no.png")));
 }
 
-TEST_F(Scenario, a_state_that_does_not_come_is_exit_status_4) {
+TEST_F(ScenarioTest, a_state_that_does_not_come_is_exit_status_4) {
   struct Row {
     const char *line;
     const char *text;
@@ -154,7 +154,7 @@ TEST_F(Scenario, a_state_that_does_not_come_is_exit_status_4) {
   EXPECT_EQ(general.errors, "buttonctl: a.scenario:1: expect-led: after 2000 ms, LED 5 is off, not on\n");
 }
 
-TEST_F(Scenario, a_panel_that_cannot_be_asked_is_exit_status_1) {
+TEST_F(ScenarioTest, a_panel_that_cannot_be_asked_is_exit_status_1) {
   struct Row {
     const char *line;
     const char *pattern;
@@ -192,7 +192,7 @@ TEST_F(Scenario, a_panel_that_cannot_be_asked_is_exit_status_1) {
                                            "start the virtual panel with --http, and check --panel\n"));
 }
 
-TEST_F(Scenario, a_daemon_that_cannot_be_reached_or_does_not_answer_is_exit_status_1) {
+TEST_F(ScenarioTest, a_daemon_that_cannot_be_reached_or_does_not_answer_is_exit_status_1) {
   daemon.answer_pings_with(QByteArray());
   const ToolResult silence = run("led 5 on\nexpect-led 5 on\n", {"--timeout", "500"});
   EXPECT_EQ(silence.exit_status, 1);
@@ -205,7 +205,7 @@ TEST_F(Scenario, a_daemon_that_cannot_be_reached_or_does_not_answer_is_exit_stat
   EXPECT_THAT(refused.errors, HasSubstr("refuses the connection; is the daemon running there?"));
 }
 
-TEST_F(Scenario, a_bad_line_is_exit_status_2_and_nothing_is_sent) {
+TEST_F(ScenarioTest, a_bad_line_is_exit_status_2_and_nothing_is_sent) {
   struct Row {
     const char *scenario;
     const char *errors;
@@ -233,7 +233,7 @@ TEST_F(Scenario, a_bad_line_is_exit_status_2_and_nothing_is_sent) {
   EXPECT_EQ(missing.errors, "buttonctl: run: cannot read '/no/such.scenario': No such file or directory\n");
 }
 
-TEST_F(Scenario, update_writes_what_the_screens_show) {
+TEST_F(ScenarioTest, update_writes_what_the_screens_show) {
   const QByteArray shown = encoded(filled(128, 128, qRgb(1, 2, 3)), "PNG");
   // The same picture in other bytes.
   const QByteArray same = encoded(filled(128, 128, qRgb(1, 2, 3)).convertToFormat(QImage::Format_ARGB32), "PNG");
@@ -257,12 +257,12 @@ TEST_F(Scenario, update_writes_what_the_screens_show) {
   EXPECT_EQ(again.output, "");
 }
 
-TEST_F(Scenario, update_does_not_excuse_other_expectations) {
+TEST_F(ScenarioTest, update_does_not_excuse_other_expectations) {
   const ToolResult result = run("expect-led 5 on --timeout 20\n", {"--update"});
   EXPECT_EQ(result.exit_status, 4);
 }
 
-TEST_F(Scenario, files_are_relative_to_the_scenario) {
+TEST_F(ScenarioTest, files_are_relative_to_the_scenario) {
   ASSERT_TRUE(QDir().mkpath(QStringLiteral("sub")));
   folder.write("sub/dot.png", encoded(filled(1, 1, 0), "PNG"));
   folder.write("sub/screen.png", encoded(filled(128, 128, 0), "PNG"));
@@ -273,7 +273,7 @@ TEST_F(Scenario, files_are_relative_to_the_scenario) {
   EXPECT_EQ(result.exit_status, 0) << result.errors;
 }
 
-TEST_F(Scenario, a_dry_run_prints_the_messages_and_asks_nobody) {
+TEST_F(ScenarioTest, a_dry_run_prints_the_messages_and_asks_nobody) {
   const ToolResult result = run("led 5 on\nexpect-led 5 on\nblackout\n", {"--dry-run"});
   EXPECT_EQ(result.exit_status, 0) << result.errors;
   EXPECT_EQ(result.output, "0000001000000011000000050000000100000000\n0000000800000010ffffffff\n");

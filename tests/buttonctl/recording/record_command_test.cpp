@@ -9,7 +9,7 @@
 namespace buttondriver::buttonctl {
 namespace {
 
-TEST(RecordCommand, takes_a_file_and_two_places) {
+TEST(RecordCommandTest, takes_a_file_and_two_places) {
   struct Row {
     QStringList arguments;
     const char *listen_host;
@@ -39,7 +39,7 @@ TEST(RecordCommand, takes_a_file_and_two_places) {
   }
 }
 
-TEST(RecordCommand, bad_arguments_are_refused_with_the_reason) {
+TEST(RecordCommandTest, bad_arguments_are_refused_with_the_reason) {
   struct Row {
     QStringList arguments;
     const char *text;

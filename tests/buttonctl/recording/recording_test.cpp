@@ -17,7 +17,7 @@ const QByteArray title = "buttonctl recording 1\n";
 
 QByteArray bytes(const char *digits) { return QByteArray::fromStdString(from_hex(digits)); }
 
-TEST(RecordingReader, reads_times_connections_and_frames) {
+TEST(RecordingReaderTest, reads_times_connections_and_frames) {
   const auto good = parse_recording(QStringLiteral("a.rec"), title + "0 1 000000040000000c\n"
                                                                      "# a remark\n"
                                                                      "\n"
@@ -36,7 +36,7 @@ TEST(RecordingReader, reads_times_connections_and_frames) {
   EXPECT_EQ(good->frames[2].bytes, bytes("00000002 00ff"));
 }
 
-TEST(RecordingReader, names_what_is_wrong_with_a_line_and_its_number) {
+TEST(RecordingReaderTest, names_what_is_wrong_with_a_line_and_its_number) {
   struct Row {
     QByteArray content;
     const char *text;
@@ -88,7 +88,7 @@ TEST(RecordingReader, names_what_is_wrong_with_a_line_and_its_number) {
   }
 }
 
-TEST(RecordingReader, leaves_out_a_last_line_that_is_cut_off_wherever_that_is) {
+TEST(RecordingReaderTest, leaves_out_a_last_line_that_is_cut_off_wherever_that_is) {
   const QByteArray last = "20 1 000000040000000c";
   for (int length = 0; length <= last.size(); ++length) {
     const auto recording = parse_recording(QStringLiteral("a.rec"), title + "10 1 00000000\n" + last.left(length));
@@ -103,13 +103,13 @@ TEST(RecordingReader, leaves_out_a_last_line_that_is_cut_off_wherever_that_is) {
   }
 }
 
-TEST(RecordingReader, a_missing_file_is_a_failure) {
+TEST(RecordingReaderTest, a_missing_file_is_a_failure) {
   const auto recording = read_recording(QStringLiteral("/no/such.rec"));
   ASSERT_FALSE(recording);
   EXPECT_EQ(recording.failure().text.toStdString(), "cannot read '/no/such.rec': No such file or directory");
 }
 
-TEST(RecordingWriter, each_line_is_in_the_file_at_once) {
+TEST(RecordingWriterTest, each_line_is_in_the_file_at_once) {
   const test::TemporaryFolder folder;
   const std::string file = folder.write("a.rec", "what was there before");
   RecordingWriter writer;
@@ -119,7 +119,7 @@ TEST(RecordingWriter, each_line_is_in_the_file_at_once) {
   EXPECT_EQ(test::read_file(file), "buttonctl recording 1\n1234567890123 7 000000040000000c\n");
 }
 
-TEST(RecordingWriter, says_when_it_cannot_write) {
+TEST(RecordingWriterTest, says_when_it_cannot_write) {
   struct Row {
     const char *file;
     const char *text;
@@ -136,7 +136,7 @@ TEST(RecordingWriter, says_when_it_cannot_write) {
   }
 }
 
-TEST(FrameSplitter, finds_the_same_frames_however_the_stream_is_cut) {
+TEST(FrameSplitterTest, finds_the_same_frames_however_the_stream_is_cut) {
   const QByteArray stream = bytes("00000004 0000000c 00000000 00000002 ffee 00000001 aa 00000003 0102");
   for (int piece = 1; piece <= stream.size(); ++piece) {
     FrameSplitter splitter;
@@ -150,7 +150,7 @@ TEST(FrameSplitter, finds_the_same_frames_however_the_stream_is_cut) {
   }
 }
 
-TEST(FrameSplitter, a_frame_longer_than_any_ends_the_splitting) {
+TEST(FrameSplitterTest, a_frame_longer_than_any_ends_the_splitting) {
   for (const char *length : {"01000001", "7fffffff", "fffffffc", "ffffffff"}) {
     FrameSplitter splitter;
     EXPECT_EQ(splitter.take(bytes("00000001 aa") + bytes(length)).size(), 1U);

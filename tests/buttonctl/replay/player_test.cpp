@@ -61,7 +61,7 @@ Recording recording_of(const std::vector<std::pair<std::int64_t, int>> &frames) 
 
 const QString file = QStringLiteral("a.rec");
 
-TEST(Player, every_deadline_is_counted_from_the_first_frame) {
+TEST(PlayerTest, every_deadline_is_counted_from_the_first_frame) {
   struct Row {
     double speed;
     std::vector<std::int64_t> offsets;
@@ -85,7 +85,7 @@ TEST(Player, every_deadline_is_counted_from_the_first_frame) {
   }
 }
 
-TEST(Player, being_late_does_not_add_up) {
+TEST(PlayerTest, being_late_does_not_add_up) {
   std::vector<std::pair<std::int64_t, int>> frames;
   for (int i = 0; i < 1000; ++i)
     frames.emplace_back(10000 * i, 1);
@@ -102,7 +102,7 @@ TEST(Player, being_late_does_not_add_up) {
   }
 }
 
-TEST(Player, what_was_held_up_is_sent_at_once_until_it_is_in_time_again) {
+TEST(PlayerTest, what_was_held_up_is_sent_at_once_until_it_is_in_time_again) {
   LateClock clock;
   clock.delays = {0, 25000, 0, 0, 0, 0};
   SlowSink sink(clock);
@@ -110,14 +110,14 @@ TEST(Player, what_was_held_up_is_sent_at_once_until_it_is_in_time_again) {
   EXPECT_EQ(sink.sent_at, (std::vector<std::int64_t>{5000000, 5035000, 5035000, 5035000, 5040000}));
 }
 
-TEST(Player, says_which_frame_of_a_connection_is_its_last) {
+TEST(PlayerTest, says_which_frame_of_a_connection_is_its_last) {
   LateClock clock;
   SlowSink sink(clock);
   ASSERT_TRUE(play(file, recording_of({{0, 3}, {1, 1}, {2, 3}, {3, 2}, {4, 1}}), 1, clock, sink));
   EXPECT_EQ(sink.last_of, (std::vector<std::int32_t>{3, 2, 1}));
 }
 
-TEST(Player, a_frame_that_cannot_be_sent_ends_it_and_is_named) {
+TEST(PlayerTest, a_frame_that_cannot_be_sent_ends_it_and_is_named) {
   LateClock clock;
   SlowSink sink(clock);
   sink.frames_before_failure = 2;
@@ -127,14 +127,14 @@ TEST(Player, a_frame_that_cannot_be_sent_ends_it_and_is_named) {
   EXPECT_EQ(clock.deadlines.size(), 3U);
 }
 
-TEST(Player, an_empty_recording_is_played_at_once) {
+TEST(PlayerTest, an_empty_recording_is_played_at_once) {
   LateClock clock;
   SlowSink sink(clock);
   EXPECT_TRUE(play(file, Recording(), 1, clock, sink));
   EXPECT_TRUE(clock.deadlines.empty());
 }
 
-TEST(MonotonicClock, never_wakes_before_the_deadline) {
+TEST(MonotonicClockTest, never_wakes_before_the_deadline) {
   MonotonicClock clock;
   for (const std::int64_t wait_us : {-1000, 0, 1, 500, 1999, 2000, 2500, 12345}) {
     const std::int64_t deadline = clock.now_us() + wait_us;
@@ -143,7 +143,7 @@ TEST(MonotonicClock, never_wakes_before_the_deadline) {
   }
 }
 
-TEST(MonotonicClock, gives_up_when_asked_to) {
+TEST(MonotonicClockTest, gives_up_when_asked_to) {
   MonotonicClock clock;
   clock.wait_until(clock.now_us() + 3600000000, [] { return true; });
 }

@@ -15,7 +15,7 @@ ReplayPlan plan_of(const QStringList &words) {
   return read_replay_plan(arguments.reader(), {Endpoint(), true, nothing});
 }
 
-TEST(ReplayCommand, takes_a_file_and_a_speed) {
+TEST(ReplayCommandTest, takes_a_file_and_a_speed) {
   const ReplayPlan plan = plan_of({"a.rec", "--speed", "0.5"});
   EXPECT_EQ(plan.file.toStdString(), "a.rec");
   EXPECT_EQ(plan.speed, 0.5);
@@ -23,7 +23,7 @@ TEST(ReplayCommand, takes_a_file_and_a_speed) {
   EXPECT_EQ(plan_of({"a.rec"}).speed, 1);
 }
 
-TEST(ReplayCommand, bad_arguments_are_refused_with_the_reason) {
+TEST(ReplayCommandTest, bad_arguments_are_refused_with_the_reason) {
   struct Row {
     QStringList arguments;
     const char *text;

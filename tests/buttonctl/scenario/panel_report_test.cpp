@@ -31,7 +31,7 @@ const QByteArray state = R"({
   "counters": {"messages": 1, "transfers": 2, "refused": 0, "queue": 0, "clients": 1},
   "uptime": "what nobody knows"})";
 
-TEST(PanelReport, reads_every_member) {
+TEST(PanelReportTest, reads_every_member) {
   const auto report = parse_panel_report(spelled_out(state));
   ASSERT_TRUE(report) << report.failure().text.toStdString();
   std::string leds;
@@ -52,7 +52,7 @@ TEST(PanelReport, reads_every_member) {
   EXPECT_EQ(report->text[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
 }
 
-TEST(PanelReport, names_the_member_that_is_wrong) {
+TEST(PanelReportTest, names_the_member_that_is_wrong) {
   struct Row {
     const char *is;
     const char *instead;
@@ -92,7 +92,7 @@ TEST(PanelReport, names_the_member_that_is_wrong) {
   }
 }
 
-TEST(Expectation, tells_how_the_panel_differs) {
+TEST(ExpectationTest, tells_how_the_panel_differs) {
   struct Row {
     QStringList words;
     const char *difference; ///< null: as expected
@@ -138,7 +138,7 @@ TEST(Expectation, tells_how_the_panel_differs) {
   }
 }
 
-TEST(Expectation, a_picture_is_looked_for_beside_the_scenario) {
+TEST(ExpectationTest, a_picture_is_looked_for_beside_the_scenario) {
   const test::WorkingFolder folder;
   folder.write("ready.png", test::encoded(test::filled(2, 3, qRgb(1, 2, 3)), "PNG"));
   const auto found = parse_expectation({"expect-screen", "2", "ready.png"}, QDir::currentPath(), false);
@@ -155,7 +155,7 @@ TEST(Expectation, a_picture_is_looked_for_beside_the_scenario) {
   EXPECT_EQ(missing->timeout_ms, 50);
 }
 
-TEST(Expectation, bad_lines_are_refused_with_the_reason) {
+TEST(ExpectationTest, bad_lines_are_refused_with_the_reason) {
   struct Row {
     QStringList words;
     const char *text;

@@ -15,7 +15,7 @@ ScenarioPlan plan_of(const QStringList &words) {
   return read_scenario_plan(arguments.reader(), {Endpoint(), false, nothing});
 }
 
-TEST(RunCommand, takes_a_file_and_where_the_panel_answers) {
+TEST(RunCommandTest, takes_a_file_and_where_the_panel_answers) {
   const ScenarioPlan plan = plan_of({"a.scenario", "--panel", "http://panel:81/", "--update"});
   EXPECT_EQ(plan.file.toStdString(), "a.scenario");
   EXPECT_EQ(plan.panel_url.toStdString(), "http://panel:81");
@@ -24,7 +24,7 @@ TEST(RunCommand, takes_a_file_and_where_the_panel_answers) {
   EXPECT_FALSE(plan_of({"a.scenario"}).update);
 }
 
-TEST(RunCommand, bad_arguments_are_refused_with_the_reason) {
+TEST(RunCommandTest, bad_arguments_are_refused_with_the_reason) {
   struct Row {
     QStringList arguments;
     const char *text;

@@ -7,7 +7,6 @@
 #include <netinet/in.h>
 #include <stdexcept>
 #include <sys/socket.h>
-#include <unistd.h>
 #include <utility>
 
 namespace buttondriver::test {
@@ -82,11 +81,9 @@ RefusingPort::RefusingPort() : _descriptor(::socket(AF_INET, SOCK_STREAM, 0)) {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof address;
   auto *generic = reinterpret_cast<sockaddr *>(&address);
-  if (::bind(_descriptor, generic, size) != 0 || ::getsockname(_descriptor, generic, &size) != 0)
+  if (::bind(_descriptor.get(), generic, size) != 0 || ::getsockname(_descriptor.get(), generic, &size) != 0)
     throw std::runtime_error("no port to keep");
   _port = ntohs(address.sin_port);
 }
-
-RefusingPort::~RefusingPort() { ::close(_descriptor); }
 
 } // namespace buttondriver::test

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "files/owned_descriptor.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QTcpServer>
@@ -56,14 +58,11 @@ private:
 class RefusingPort {
 public:
   RefusingPort();
-  ~RefusingPort();
-  RefusingPort(const RefusingPort &) = delete;
-  RefusingPort &operator=(const RefusingPort &) = delete;
 
   std::uint16_t port() const { return _port; }
 
 private:
-  int _descriptor;
+  OwnedDescriptor _descriptor;
   std::uint16_t _port;
 };
 

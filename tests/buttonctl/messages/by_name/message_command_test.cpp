@@ -13,9 +13,9 @@ namespace {
 
 std::string golden(const std::string &digits) { return test::to_hex(test::from_hex(digits)); }
 
-class MessageCommand : public testing::Test {
+class MessageCommandTest : public testing::Test {
 protected:
-  MessageCommand() {
+  MessageCommandTest() {
     _folder.write("bits.raw", QByteArray(120, '\x5A'));
     _folder.write("short.raw", QByteArray(119, '\x5A'));
     _folder.write("picture.bmp", "BM?");
@@ -35,7 +35,7 @@ protected:
   const test::WorkingFolder _folder;
 };
 
-TEST_F(MessageCommand, puts_the_fields_where_they_belong) {
+TEST_F(MessageCommandTest, puts_the_fields_where_they_belong) {
   std::string bits;
   for (int i = 0; i < 120; ++i)
     bits += "5a";
@@ -79,7 +79,7 @@ TEST_F(MessageCommand, puts_the_fields_where_they_belong) {
     EXPECT_EQ(frame_of(QString::fromUtf8(row.line)), golden(row.frame)) << row.line;
 }
 
-TEST_F(MessageCommand, sends_every_row_of_the_catalogue) {
+TEST_F(MessageCommandTest, sends_every_row_of_the_catalogue) {
   for (const MessageType &type : catalogue) {
     const int size = static_cast<int>(type.head_size) + (type.counted == Counted::text_bytes ? 1 : 0);
     const std::string start = test::to_hex(std::string{0, 0, 0, static_cast<char>(size)}) +
@@ -90,7 +90,7 @@ TEST_F(MessageCommand, sends_every_row_of_the_catalogue) {
   }
 }
 
-TEST_F(MessageCommand, refuses_what_no_message_has_with_the_reason) {
+TEST_F(MessageCommandTest, refuses_what_no_message_has_with_the_reason) {
   struct Row {
     const char *line;
     const char *text;
@@ -127,7 +127,7 @@ TEST_F(MessageCommand, refuses_what_no_message_has_with_the_reason) {
     EXPECT_EQ(frame_of(QString::fromUtf8(row.line)), row.text);
 }
 
-TEST_F(MessageCommand, help_lists_every_message_and_what_can_be_given) {
+TEST_F(MessageCommandTest, help_lists_every_message_and_what_can_be_given) {
   const QString help = message_command().details;
   for (const MessageType &type : catalogue)
     EXPECT_TRUE(help.contains(QStringLiteral("\n  %1 ").arg(QLatin1String(type.name)))) << type.name;
