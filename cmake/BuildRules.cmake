@@ -27,7 +27,7 @@ if(BUTTONDRIVER_SANITIZE)
   add_link_options(-fsanitize=${BUTTONDRIVER_SANITIZE})
 endif()
 
-# Where include lines start: "panel/leds.h", "protocol/catalogue.h", "bytes/byte_view.h", "simulator/options.h".
+# Where include lines start: "panel/leds.h", "protocol/catalogue.h", "bytes/byte_view.h", "simulator/app/options.h".
 set(BUTTONDRIVER_INCLUDE_ROOTS
   "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/daemon>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/libraries>"
   "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/base>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")

@@ -16,9 +16,9 @@ WebPage::WebPage(Simulation &simulation) : _simulation(simulation) {}
 
 WebPage::~WebPage() = default;
 
-bool WebPage::listen(const HttpEndpoint &endpoint, QString *reason) {
+Outcome<Done> WebPage::listen(const HttpEndpoint &endpoint) {
   _server = std::make_unique<Server>(_simulation);
-  return _server->listenOn(endpoint.address, endpoint.port, reason);
+  return _server->listenOn(endpoint);
 }
 
 QString WebPage::address() const { return page_address(_server->address(), _server->port()); }

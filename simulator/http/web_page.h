@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/http/http_endpoint.h"
+#include "outcome/outcome.h"
+#include "simulator/http/server/http_endpoint.h"
 
 #include <QString>
 
@@ -23,9 +24,8 @@ public:
   WebPage(const WebPage &) = delete;
   WebPage &operator=(const WebPage &) = delete;
 
-  /// Starts to serve; only after the simulation has been started with a page. False when the port cannot be had, and
-  /// why in `reason`.
-  bool listen(const HttpEndpoint &endpoint, QString *reason);
+  /// Starts to serve, once the simulation has been started with its traffic kept. Fails when the port cannot be had.
+  Outcome<Done> listen(const HttpEndpoint &endpoint);
   /// "http://127.0.0.1:8080/", with the port that is listened on.
   QString address() const;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The page of a build without Qt's HTTP server and WebSockets.
+// The page of a build without Qt's WebSockets.
 
 #include "simulator/http/web_page.h"
 
@@ -13,10 +13,7 @@ WebPage::WebPage(Simulation &simulation) : _simulation(simulation) {}
 
 WebPage::~WebPage() = default;
 
-bool WebPage::listen(const HttpEndpoint &, QString *reason) {
-  *reason = QStringLiteral("this build has none");
-  return false;
-}
+Outcome<Done> WebPage::listen(const HttpEndpoint &) { return Failure{QStringLiteral("this build has none")}; }
 
 QString WebPage::address() const { return {}; }
 

@@ -94,21 +94,16 @@ QImage draw_panel(const PanelState &state) {
   return picture;
 }
 
-bool write_png(const QImage &image, const QString &file_name, QString *error) {
-  const auto failed = [error](const QString &reason) {
-    if (error)
-      *error = reason;
-    return false;
-  };
+Outcome<Done> write_png(const QImage &image, const QString &file_name) {
   // Encoded in memory first, because Qt's PNG encoder leaks when its device stops taking bytes, as a full disk does.
   QBuffer encoded;
   QImageWriter writer(&encoded, "png");
   if (!writer.write(image))
-    return failed(writer.errorString());
+    return Failure{writer.errorString()};
   QSaveFile file(file_name);
   if (!file.open(QIODevice::WriteOnly) || file.write(encoded.data()) != encoded.size() || !file.commit())
-    return failed(file.errorString());
-  return true;
+    return Failure{file.errorString()};
+  return Done{};
 }
 
 } // namespace buttondriver::simulator

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "outcome/outcome.h"
 #include "simulator/device/panel_state.h"
 
 #include <QImage>
@@ -17,8 +18,6 @@ QImage draw_panel(const PanelState &state);
 
 /// Writes `image` as a PNG file. The file appears complete, in one step, and takes the place of an older one; on
 /// failure an older one stays as it is and nothing is left behind.
-///
-/// Returns false when the file cannot be written, and says why in `error`, which may be null.
-bool write_png(const QImage &image, const QString &file_name, QString *error);
+Outcome<Done> write_png(const QImage &image, const QString &file_name);
 
 } // namespace buttondriver::simulator

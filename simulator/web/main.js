@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // Puts the page together: what comes over the link goes to the panel and the lists, what the reader does goes back.
-import { Link } from './link.js';
-import { loadLettering, letterAll } from './lettering.js';
-import { Panel } from './panel.js';
-import { RunningList } from './running_list.js';
-import { messageRow, logRow } from './rows.js';
-import { Composer } from './composer.js';
-import { Announcer } from './announcer.js';
-import { demonstration } from './demonstration.js';
-import { Catalogue } from './catalogue.js';
+import { Link } from './protocol/link.js';
+import { loadLettering, letterAll } from './panel/lettering.js';
+import { Panel } from './panel/panel.js';
+import { RunningList } from './lists/running_list.js';
+import { messageRow, logRow } from './lists/rows.js';
+import { Composer } from './send/composer.js';
+import { Announcer } from './panel/announcer.js';
+import { demonstration } from './send/demonstration.js';
+import { Catalogue } from './protocol/catalogue.js';
 
 const element = (id) => document.getElementById(id);
 

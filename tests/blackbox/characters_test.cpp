@@ -5,7 +5,7 @@
 #include "panel/panel_lib.h"
 #include "protocol/encoders.h"
 #include "protocol/frames.h"
-#include "simulator/simulation.h"
+#include "simulator/simulation/simulation.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
 #include "support/test_root.h"
@@ -90,11 +90,11 @@ protected:
 
   void start() {
     root.writeFontSize(GetParam().width, GetParam().height);
-    simulator::Options options;
-    options.root = root.path();
-    options.daemon_arguments =
+    simulator::SimulationSettings settings;
+    settings.root = root.path();
+    settings.daemon_arguments =
         QStringList{QStringLiteral("sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
-    simulation.emplace(options);
+    simulation.emplace(settings);
     ASSERT_TRUE(simulation->start());
     client.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation->daemon().server().port());
     ASSERT_TRUE(process_events_until([&] { return client.state() == QAbstractSocket::ConnectedState; }));

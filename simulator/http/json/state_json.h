@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simulator/device/panel_state.h"
-#include "simulator/simulation.h"
+#include "simulator/simulation/simulation_counters.h"
 #include "simulator/traffic/text_memory.h"
 
 #include <QJsonArray>

@@ -27,7 +27,7 @@ auto tied(const FeedPosition &p) {
 QByteArray encoded(std::size_t screen, const ScreenRows &rows) {
   const std::size_t row_count = rows.pixels.size() / screen_width;
   QByteArray bytes;
-  bytes.reserve(static_cast<qsizetype>(4 + rows.pixels.size() * 2));
+  bytes.reserve(static_cast<int>(4 + rows.pixels.size() * 2));
   bytes += rows_of_a_screen;
   bytes += static_cast<char>(screen);
   bytes += static_cast<char>(rows.first_row);

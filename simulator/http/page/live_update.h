@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simulator/device/panel_changes.h"
-#include "simulator/simulation.h"
+#include "simulator/simulation/simulation.h"
 
 #include <QByteArray>
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/page/page_file.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QSet>
 
 // Resources of a static library are there once somebody asks for them, which only works outside of namespaces.
 static void take_page_files_in() { Q_INIT_RESOURCE(web); }
@@ -21,15 +22,24 @@ QByteArray type_of_file(const QString &name) {
   return "image/svg+xml";
 }
 
+/// The paths of all files of the page, as requests name them: "/panel/screen.js".
+QSet<QString> paths_of_files() {
+  take_page_files_in();
+  const QString root = QStringLiteral(":/web");
+  QSet<QString> paths;
+  for (QDirIterator files(root, QDir::Files, QDirIterator::Subdirectories); files.hasNext();)
+    paths += files.next().mid(root.size());
+  return paths;
+}
+
 } // namespace
 
 std::optional<HttpAnswer> page_file(const QString &path, const QByteArray &host) {
-  const QString name = path == QLatin1String("/") ? QStringLiteral("index.html") : path.mid(1);
-  take_page_files_in();
-  const QDir files(QStringLiteral(":/web"));
-  if (!files.entryList(QDir::Files).contains(name))
+  static const QSet<QString> paths = paths_of_files();
+  const QString name = path == QLatin1String("/") ? QStringLiteral("/index.html") : path;
+  if (!paths.contains(name))
     return std::nullopt;
-  QFile file(files.filePath(name));
+  QFile file(QStringLiteral(":/web") + name);
   if (!file.open(QIODevice::ReadOnly))
     return std::nullopt;
   HttpAnswer answer;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/page/page_server.h"
 
-#include "simulator/http/gate/access_rule.h"
-#include "simulator/http/gate/gated_server.h"
 #include "simulator/http/json/catalogue_json.h"
 #include "simulator/http/json/lettering_json.h"
 #include "simulator/http/json/state_json.h"
@@ -12,8 +10,8 @@
 #include "threads/post.h"
 
 #include <QBuffer>
-#include <QHttpServerRequest>
 #include <QJsonDocument>
+#include <QWebSocket>
 
 #include <memory>
 #include <utility>
@@ -33,98 +31,53 @@ HttpAnswer picture_answer(const QImage &image) {
   return answer;
 }
 
-QByteArray header_of(const QHttpServerRequest &request, const QByteArray &name) {
-  for (const auto &[key, value] : request.headers())
-    if (key.toLower() == name)
-      return value;
-  return {};
-}
-
 } // namespace
 
-void PageServer::Client::answer(const HttpAnswer &answer) const {
-  if (socket)
-    answer.writeTo(*socket, wants_body);
-}
-
 PageServer::PageServer(Simulation &simulation)
-    : _simulation(simulation), _server(new GatedServer(this)), _feed(simulation) {
-  connect(this, &QAbstractHttpServer::newWebSocketConnection, this, &PageServer::welcomePages);
+    : _simulation(simulation), _pages(QStringLiteral("buttondriver-sim"), QWebSocketServer::NonSecureMode),
+      _feed(simulation) {
+  connect(&_server, &HttpServer::requested, this, &PageServer::answer);
+  connect(&_server, &HttpServer::upgradeRequested, &_pages, &QWebSocketServer::handleConnection);
+  connect(&_pages, &QWebSocketServer::newConnection, this, &PageServer::welcomePages);
   // Drawing is quick enough for one thread, and slow enough to keep it off this one.
   _painters.setMaxThreadCount(1);
 }
 
 PageServer::~PageServer() { _painters.waitForDone(); }
 
-bool PageServer::listenOn(const QHostAddress &address, quint16 port, QString *reason) {
-  if (!_server->listenOn(address, port)) {
-    *reason = _server->errorString();
-    return false;
-  }
-  bind(_server);
-  return true;
-}
-
-QHostAddress PageServer::address() const { return _server->serverAddress(); }
-
-quint16 PageServer::port() const { return _server->serverPort(); }
-
-bool PageServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) {
-  const Client client{socket, request.method() != QHttpServerRequest::Method::Head};
-  const QString path = request.url().path();
-  // The WebSocket server takes it up where this says that it is handled.
-  if (path == QLatin1String(AccessRule::live_path) && !header_of(request, "upgrade").isEmpty())
-    return true;
-  if (request.method() != QHttpServerRequest::Method::Post)
-    return handleGet(path, client, header_of(request, "host"));
-  if (path == QLatin1String("/reset"))
-    reset(client);
+void PageServer::answer(const RequestHead &request, const HttpClient &client) {
+  if (request.method != "POST")
+    answerGet(request, client);
+  else if (request.path() == QLatin1String("/reset"))
+    _simulation.reset([client] { client.answer({204, {}, {}, {}}); });
   else
     client.answer(HttpAnswer::fault(405, "only /reset takes a POST"));
-  return true;
 }
 
-bool PageServer::handleGet(const QString &path, const Client &client, const QByteArray &host) {
-  if (path == QLatin1String("/state.json")) {
-    sendState(client);
-    return true;
-  }
-  if (path == QLatin1String("/panel.png")) {
-    sendPicture(client, draw_panel);
-    return true;
-  }
+void PageServer::answerGet(const RequestHead &request, const HttpClient &client) {
+  const QString path = request.path();
+  if (path == QLatin1String("/state.json"))
+    return sendState(client);
+  if (path == QLatin1String("/panel.png"))
+    return sendPicture(client, draw_panel);
   for (std::size_t screen = 0; screen < screen_count; ++screen) {
-    if (path != QStringLiteral("/screen/%1.png").arg(screen))
-      continue;
-    sendPicture(client,
-                [screen](const PanelState &state) { return screen_image(state.screens[screen], state.intensity); });
-    return true;
+    if (path == QStringLiteral("/screen/%1.png").arg(screen))
+      return sendPicture(client, [screen](const PanelState &state) {
+        return screen_image(state.screens[screen], state.intensity);
+      });
   }
-  if (path == QLatin1String("/catalogue.json")) {
-    client.answer({200, json_type, catalogue_json(), {}});
-    return true;
-  }
-  if (path == QLatin1String("/lettering.json")) {
-    client.answer({200, json_type, lettering_json(), {}});
-    return true;
-  }
-  if (path == QLatin1String("/reset")) {
-    client.answer(HttpAnswer::fault(405, "/reset takes a POST"));
-    return true;
-  }
-  if (const std::optional<HttpAnswer> file = page_file(path, host)) {
-    client.answer(*file);
-    return true;
-  }
-  return false;
-}
-
-void PageServer::missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) {
-  const Client client{socket, request.method() != QHttpServerRequest::Method::Head};
+  if (path == QLatin1String("/catalogue.json"))
+    return client.answer({200, json_type, catalogue_json(), {}});
+  if (path == QLatin1String("/lettering.json"))
+    return client.answer({200, json_type, lettering_json(), {}});
+  if (path == QLatin1String("/reset"))
+    return client.answer(HttpAnswer::fault(405, "/reset takes a POST"));
+  if (const std::optional<HttpAnswer> file = page_file(path, request.host))
+    return client.answer(*file);
   client.answer(HttpAnswer::fault(404, "there is nothing here"));
 }
 
-void PageServer::sendState(const Client &client) {
+void PageServer::sendState(const HttpClient &client) {
   // What is known at once belongs to the moment of the request, as do the tasks that are waited for.
   const QJsonArray texts = to_json(_simulation.messages().texts().screens());
   const QJsonArray blinking = blinking_to_json(_simulation.daemon().dispatcher().blinkTimes());
@@ -142,7 +95,7 @@ void PageServer::sendState(const Client &client) {
   });
 }
 
-void PageServer::sendPicture(const Client &client, std::function<QImage(const PanelState &)> draw) {
+void PageServer::sendPicture(const HttpClient &client, std::function<QImage(const PanelState &)> draw) {
   _simulation.whenWorkIsDone([this, client, draw = std::move(draw)](const PanelState &state) {
     const auto shared_state = std::make_shared<const PanelState>(state);
     _painters.start(HandedOver([this, client, draw, shared_state] {
@@ -152,13 +105,11 @@ void PageServer::sendPicture(const Client &client, std::function<QImage(const Pa
   });
 }
 
-void PageServer::reset(const Client &client) {
-  _simulation.reset([client] { client.answer({204, {}, {}, {}}); });
-}
-
 void PageServer::welcomePages() {
-  while (std::unique_ptr<QWebSocket> page = nextPendingWebSocketConnection())
-    _feed.add(std::move(page));
+  while (QWebSocket *page = _pages.nextPendingConnection()) {
+    page->setParent(nullptr);
+    _feed.add(std::unique_ptr<QWebSocket>(page));
+  }
 }
 
 } // namespace buttondriver::simulator

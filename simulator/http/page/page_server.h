@@ -1,25 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/http/gate/http_answer.h"
+#include "outcome/outcome.h"
 #include "simulator/http/page/live_feed.h"
-#include "simulator/simulation.h"
+#include "simulator/http/server/http_server.h"
+#include "simulator/simulation/simulation.h"
 
-#include <QAbstractHttpServer>
 #include <QImage>
-#include <QPointer>
-#include <QTcpSocket>
+#include <QObject>
 #include <QThreadPool>
-#include <QWebSocket>
+#include <QWebSocketServer>
 
 #include <functional>
 
 namespace buttondriver::simulator {
 
-class GatedServer;
-
-/// Answers the requests for the page, its files, the pictures and the state, and gives each page its live feed.
-class PageServer : public QAbstractHttpServer {
+/// Answers the requests for the page, its files, the pictures and the state, and gives each page its live feed. Lives on
+/// the main thread.
+class PageServer : public QObject {
   Q_OBJECT
 
 public:
@@ -27,30 +25,21 @@ public:
   explicit PageServer(Simulation &simulation);
   ~PageServer() override;
 
-  bool listenOn(const QHostAddress &address, quint16 port, QString *reason);
-  QHostAddress address() const;
-  quint16 port() const;
-
-protected:
-  bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
-  void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
+  /// Starts to serve; fails when the port cannot be had.
+  Outcome<Done> listenOn(const HttpEndpoint &endpoint) { return _server.listenOn(endpoint); }
+  QHostAddress address() const { return _server.serverAddress(); }
+  quint16 port() const { return _server.serverPort(); }
 
 private:
-  /// Where an answer goes; nowhere any more once the client has gone.
-  struct Client {
-    QPointer<QTcpSocket> socket;
-    bool wants_body;
-    void answer(const HttpAnswer &answer) const;
-  };
-
-  bool handleGet(const QString &path, const Client &client, const QByteArray &host);
-  void sendState(const Client &client);
-  void sendPicture(const Client &client, std::function<QImage(const PanelState &)> draw);
-  void reset(const Client &client);
+  void answer(const RequestHead &request, const HttpClient &client);
+  void answerGet(const RequestHead &request, const HttpClient &client);
+  void sendState(const HttpClient &client);
+  void sendPicture(const HttpClient &client, std::function<QImage(const PanelState &)> draw);
   void welcomePages();
 
   Simulation &_simulation;
-  GatedServer *_server; // child of this object
+  HttpServer _server;
+  QWebSocketServer _pages;
   LiveFeed _feed;
   QThreadPool _painters;
 };

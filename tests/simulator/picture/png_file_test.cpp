@@ -67,22 +67,21 @@ private:
 };
 
 TEST_F(PngFile, reads_back_as_the_same_picture) {
-  QString error;
-  ASSERT_TRUE(write_png(picture(0xFF804020), path("panel.png"), &error)) << error.toStdString();
+  ASSERT_TRUE(write_png(picture(0xFF804020), path("panel.png")));
   EXPECT_EQ(contents("panel.png").left(8), QByteArray("\x89PNG\r\n\x1a\n"));
   EXPECT_EQ(QImage(path("panel.png"), "png").convertToFormat(QImage::Format_RGB32), picture(0xFF804020));
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }
 
 TEST_F(PngFile, does_not_depend_on_its_name) {
-  ASSERT_TRUE(write_png(picture(0xFF804020), path("panel.jpg"), nullptr));
+  ASSERT_TRUE(write_png(picture(0xFF804020), path("panel.jpg")));
   EXPECT_EQ(contents("panel.jpg").left(8), QByteArray("\x89PNG\r\n\x1a\n"));
 }
 
 TEST_F(PngFile, of_the_same_panel_has_the_same_bytes) {
   const PanelState state;
-  ASSERT_TRUE(write_png(draw_panel(state), path("first.png"), nullptr));
-  ASSERT_TRUE(write_png(draw_panel(state), path("second.png"), nullptr));
+  ASSERT_TRUE(write_png(draw_panel(state), path("first.png")));
+  ASSERT_TRUE(write_png(draw_panel(state), path("second.png")));
   EXPECT_EQ(contents("first.png"), contents("second.png"));
 }
 
@@ -90,48 +89,45 @@ TEST_F(PngFile, replaces_an_older_one_without_touching_it) {
   put("panel.png", "the older file");
   QFile reader(path("panel.png"));
   ASSERT_TRUE(reader.open(QIODevice::ReadOnly));
-  ASSERT_TRUE(write_png(picture(0xFF00FF00), path("panel.png"), nullptr));
+  ASSERT_TRUE(write_png(picture(0xFF00FF00), path("panel.png")));
   EXPECT_EQ(reader.readAll(), QByteArray("the older file"));
   EXPECT_EQ(QImage(path("panel.png"), "png").pixel(0, 0), 0xFF00FF00U);
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }
 
 TEST_F(PngFile, in_a_missing_folder_is_an_error) {
-  QString error;
-  EXPECT_FALSE(write_png(picture(0xFF804020), path("missing/panel.png"), &error));
-  EXPECT_FALSE(error.isEmpty());
+  const auto written = write_png(picture(0xFF804020), path("missing/panel.png"));
+  ASSERT_FALSE(written);
+  EXPECT_FALSE(written.failure().text.isEmpty());
   EXPECT_EQ(folder_contents(), QStringList());
 }
 
 TEST_F(PngFile, in_the_place_of_a_folder_is_an_error) {
   ASSERT_TRUE(QDir().mkdir(path("panel.png")));
-  QString error;
-  EXPECT_FALSE(write_png(picture(0xFF804020), path("panel.png"), &error));
-  EXPECT_FALSE(error.isEmpty());
+  const auto written = write_png(picture(0xFF804020), path("panel.png"));
+  ASSERT_FALSE(written);
+  EXPECT_FALSE(written.failure().text.isEmpty());
   EXPECT_TRUE(QDir(path("panel.png")).exists());
 }
 
 TEST_F(PngFile, that_cannot_be_finished_leaves_the_older_one) {
   put("panel.png", "the older file");
   const QImage image = draw_panel(PanelState());
-  QString error;
-  bool written = true;
   {
     const FileSizeLimit limit(4096);
-    written = write_png(image, path("panel.png"), &error);
+    const auto written = write_png(image, path("panel.png"));
+    ASSERT_FALSE(written);
+    EXPECT_FALSE(written.failure().text.isEmpty());
   }
-  EXPECT_FALSE(written);
-  EXPECT_FALSE(error.isEmpty());
   EXPECT_EQ(contents("panel.png"), QByteArray("the older file"));
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }
 
 TEST_F(PngFile, of_no_picture_is_an_error_and_leaves_the_older_one) {
   put("panel.png", "the older file");
-  QString error;
-  EXPECT_FALSE(write_png(QImage(), path("panel.png"), &error));
-  EXPECT_FALSE(error.isEmpty());
-  EXPECT_FALSE(write_png(QImage(), path("panel.png"), nullptr));
+  const auto written = write_png(QImage(), path("panel.png"));
+  ASSERT_FALSE(written);
+  EXPECT_FALSE(written.failure().text.isEmpty());
   EXPECT_EQ(contents("panel.png"), QByteArray("the older file"));
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }

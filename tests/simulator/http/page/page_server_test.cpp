@@ -2,7 +2,6 @@
 // The pictures, the state and the files that the page's server answers with.
 
 #include "fpga/fpga_task.h"
-#include "simulator/page_opening.h"
 #include "simulator/picture/panel_picture.h"
 #include "support/event_loop.h"
 #include "web_page_fixture.h"
@@ -11,7 +10,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSemaphore>
-#include <QTcpServer>
 
 #include <gmock/gmock.h>
 
@@ -174,7 +172,7 @@ TEST_F(PageServerTest, the_page_and_its_files_are_there_and_may_talk_to_this_ser
   };
   const Row rows[] = {
       {"/", "text/html; charset=utf-8", "<title>Virtual panel</title>"},
-      {"/main.js", "text/javascript; charset=utf-8", "import { Link } from './link.js';"},
+      {"/main.js", "text/javascript; charset=utf-8", "import { Link } from './protocol/link.js';"},
       {"/page.css", "text/css; charset=utf-8", ":root {"},
       {"/icon.svg", "image/svg+xml", "<svg "},
   };
@@ -191,7 +189,7 @@ TEST_F(PageServerTest, the_page_and_its_files_are_there_and_may_talk_to_this_ser
 
 TEST_F(PageServerTest, the_page_finds_every_file_that_it_names) {
   const QByteArray page = get("/").body;
-  for (const char *file : {"page.css", "panel.css", "main.js", "icon.svg"}) {
+  for (const char *file : {"page.css", "panel/panel.css", "main.js", "icon.svg"}) {
     EXPECT_TRUE(page.contains(QByteArray("\"") + file + "\"")) << file;
     EXPECT_EQ(get(QByteArray("/") + file).status, 200) << file;
   }
@@ -243,32 +241,6 @@ TEST_F(PageServerTest, a_client_that_hangs_up_early_is_no_trouble) {
     socket->abort();
   }
   EXPECT_EQ(get("/panel.png").status, 200);
-}
-
-TEST_F(PageServerTest, a_port_that_is_taken_is_one_line_and_matters_only_when_it_was_asked_for) {
-  QTcpServer taken;
-  ASSERT_TRUE(taken.listen(QHostAddress(QHostAddress::LocalHost)));
-  for (const bool is_asked_for : {false, true}) {
-    Options options;
-    options.http = HttpEndpoint{QHostAddress(QHostAddress::LocalHost), taken.serverPort()};
-    options.http_is_asked_for = is_asked_for;
-    WebPage second(*simulation);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(open_page(second, options), !is_asked_for);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "buttondriver-sim: no web page on http://127.0.0.1:" + std::to_string(taken.serverPort()) +
-                  "/: The bound address is already in use\n");
-  }
-}
-
-TEST_F(PageServerTest, says_where_the_page_is) {
-  Options options;
-  options.http = HttpEndpoint{QHostAddress(QHostAddress::LocalHost), 0};
-  WebPage second(*simulation);
-  output.take();
-  EXPECT_TRUE(open_page(second, options));
-  EXPECT_EQ(output.take(), "buttondriver-sim: page on " + second.address().toStdString() + "\n");
-  EXPECT_TRUE(open_page(second, Options())) << "no page is wanted";
 }
 
 } // namespace

@@ -13,20 +13,18 @@ namespace buttondriver::simulator {
 
 using test::process_events_until;
 
-QJsonObject Reply::json() const { return QJsonDocument::fromJson(body).object(); }
+const QJsonObject Reply::json() const { return QJsonDocument::fromJson(body).object(); }
 
 WebPageFixture::WebPageFixture() {
   root.writeFontSize(8, 16);
-  Options options;
-  options.root = root.path();
-  options.http.emplace();
-  options.daemon_arguments = {QStringLiteral("buttondriver-sim"), QStringLiteral("map"), QString(),
-                              QStringLiteral("0")};
-  simulation.emplace(options);
+  SimulationSettings settings;
+  settings.root = root.path();
+  settings.keeps_traffic = true;
+  settings.daemon_arguments = QStringList{QStringLiteral("buttondriver-sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
+  simulation.emplace(settings);
   EXPECT_TRUE(simulation->start());
   web_page.emplace(*simulation);
-  QString reason;
-  EXPECT_TRUE(web_page->listen({QHostAddress(QHostAddress::LocalHost), 0}, &reason)) << reason.toStdString();
+  EXPECT_TRUE(web_page->listen({QHostAddress(QHostAddress::LocalHost), 0}));
 }
 
 WebPageFixture::~WebPageFixture() {

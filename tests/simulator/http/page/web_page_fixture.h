@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simulator/http/web_page.h"
-#include "simulator/simulation.h"
+#include "simulator/simulation/simulation.h"
 #include "support/captured_log.h"
 #include "support/test_root.h"
 
@@ -23,7 +23,8 @@ struct Reply {
   QByteArray head;
   QByteArray body;
 
-  QJsonObject json() const;
+  /// Const, so that [] has the same type with each version of Qt.
+  const QJsonObject json() const; // NOLINT(readability-const-return-type)
 };
 
 /// A virtual panel and its page on ports of their own, in this process.

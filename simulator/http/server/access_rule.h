@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "simulator/http/server/request_head.h"
+
+#include <QHostAddress>
+
+#include <optional>
+
+namespace buttondriver::simulator {
+
+/// Who may talk to the page's server: programs, and pages that came from it; no page of another site.
+///
+/// A browser says in Host by which name it has found the server. Names that somebody else could point at this machine
+/// are refused, so that no foreign site becomes "the same origin": allowed are 127.0.0.1, localhost, [::1], the address
+/// that is listened on, and, when that is every address, any address written in numbers. An Origin, which browsers
+/// send with whatever could do harm, must be that of the very Host.
+class AccessRule {
+public:
+  explicit AccessRule(const QHostAddress &listening) : _listening(listening) {}
+
+  /// Looks at method, size of the body, Host and Origin. Nothing when the request is allowed.
+  std::optional<RefusedRequest> refusal(const RequestHead &head) const;
+
+  static constexpr int largest_head = 16 * 1024;
+  static constexpr qint64 largest_body = 1024;
+  static constexpr const char *live_path = "/live";
+
+private:
+  bool isKnownHost(const QByteArray &host) const;
+
+  QHostAddress _listening;
+};
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "outcome/outcome.h"
+#include "simulator/http/server/access_rule.h"
+#include "simulator/http/server/http_client.h"
+#include "simulator/http/server/http_endpoint.h"
+#include "simulator/http/server/http_limits.h"
+
+#include <QTcpServer>
+
+namespace buttondriver::simulator {
+
+/// Takes HTTP requests, one to a connection, as far as AccessRule allows them, and leaves the answers to others. Lives
+/// on one thread with an event loop.
+class HttpServer : public QTcpServer {
+  Q_OBJECT
+
+public:
+  explicit HttpServer(const HttpLimits &limits = {});
+
+  /// Starts to take requests; fails when the port cannot be had.
+  Outcome<Done> listenOn(const HttpEndpoint &endpoint);
+
+signals:
+  /// A request to be answered, now or later.
+  void requested(const RequestHead &request, const HttpClient &client);
+  /// A connection that is to become a WebSocket, with its request complete and unread. Who takes it deletes it when it
+  /// has ended; this object does so at its own end.
+  void upgradeRequested(QTcpSocket *socket);
+
+protected:
+  void incomingConnection(qintptr descriptor) override;
+
+private:
+  const HttpLimits _limits;
+  AccessRule _rule{QHostAddress()};
+};
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <variant>
+
+namespace buttondriver::simulator {
+
+/// The part of an HTTP/1 request before its body, as far as it decides whether the request is taken.
+struct RequestHead {
+  QByteArray method;
+  QByteArray target; ///< as it came: a path, and perhaps a query
+  QByteArray host;
+  std::optional<QByteArray> origin;
+  qint64 body_size = 0;
+  bool is_websocket = false;
+
+  /// The target without its query, decoded.
+  QString path() const;
+};
+
+/// Why a request is not taken.
+struct RefusedRequest {
+  int status; ///< 400 to 503
+  QByteArray reason;
+};
+
+/// Where the head in `bytes` ends, the empty line included; -1 while it is not complete.
+int head_end(const QByteArray &bytes);
+
+/// Reads a complete head. Refuses what is not HTTP/1.1 or 1.0, a line that is no header, a missing or second Host, a
+/// second Origin or Content-Length, a length that is no number, bodies without a length, and a WebSocket without
+/// "Connection: Upgrade".
+std::variant<RequestHead, RefusedRequest> read_head(const QByteArray &bytes);
+
+} // namespace buttondriver::simulator

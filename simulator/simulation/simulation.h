@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/daemon.h"
+#include "outcome/outcome.h"
+#include "simulator/device/transfer_recorder.h"
+#include "simulator/device/virtual_panel.h"
+#include "simulator/simulation/simulation_counters.h"
+#include "simulator/simulation/simulation_settings.h"
+#include "simulator/traffic/log_tap.h"
+#include "simulator/traffic/message_observer.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace buttondriver::simulator {
+
+/// The daemon's own object graph on a virtual panel, with pictures and a recording of what the panel was told.
+/// Lives on the main thread, beside a QCoreApplication. One object a process.
+class Simulation : public QObject {
+  Q_OBJECT
+
+public:
+  explicit Simulation(const SimulationSettings &settings);
+  ~Simulation() override;
+
+  /// Opens the recording and starts the daemon. Fails when there is no such root, or when the recording cannot be
+  /// written.
+  Outcome<Done> start();
+
+  VirtualPanel &panel() { return _panel; }
+  const VirtualPanel &panel() const { return _panel; }
+  Daemon &daemon() { return *_daemon; }
+
+  /// The messages that clients have sent; none where the settings do not ask for the traffic to be kept.
+  const MessageObserver &messages() const { return _messages; }
+  /// What the program has logged; null where the settings do not ask for the traffic to be kept.
+  const LogTap *log() const { return _log ? &*_log : nullptr; }
+  SimulationCounters counters() const;
+
+  /// Calls `then` on the main thread with what the panel shows once all work queued before has been carried out.
+  void whenWorkIsDone(std::function<void(const PanelState &)> then);
+
+  /// Makes the panel as it is after the start, lamps dark, screens black, the intensity at its highest, nothing
+  /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. Calls `then` on the main
+  /// thread when the panel shows it.
+  void reset(std::function<void()> then);
+
+public slots:
+  /// Writes the picture, if one was asked for, of what was accepted so far.
+  void takeSnapshot();
+  /// Writes the picture, as takeSnapshot, and then ends the application; asked again, ends it at once.
+  void end();
+
+private:
+  void writeSnapshot(const PanelState &state) const;
+
+  SimulationSettings _settings;
+  bool _is_ending = false;
+  VirtualPanel _panel;
+  VirtualPanel::Counters _counters_at_reset;
+  std::optional<LogTap> _log;
+  MessageObserver _messages;
+  std::optional<TransferRecorder> _recorder;
+  std::optional<Daemon> _daemon;
+};
+
+} // namespace buttondriver::simulator

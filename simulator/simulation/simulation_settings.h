@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace buttondriver::simulator {
+
+/// What a simulation is made with.
+struct SimulationSettings {
+  QString root;                 ///< folder that the fixed paths lie under; empty for the ready-made one
+  QString snapshot_file;        ///< empty: no picture
+  QString record_file;          ///< empty: no recording
+  bool keeps_traffic = false;   ///< whether messages, their texts and log lines are kept, for a page that shows them
+  QStringList daemon_arguments; ///< as the daemon itself would get them: program, map file, address, port
+};
+
+} // namespace buttondriver::simulator
