@@ -34,7 +34,7 @@ private:
   void follow(unsigned port, std::uint16_t word);
 
   simulator::VirtualPanel _panel;
-  std::array<Controller, simulator::screen_count> _controllers;
+  std::array<Controller, dimensions::screen_count> _controllers;
 };
 
 } // namespace buttondriver::fuzz

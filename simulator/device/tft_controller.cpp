@@ -71,7 +71,7 @@ void TftController::copyVisible(ScreenPixels &pixels) const {
   auto *destination = pixels.data();
   for (int row = panel::first_row; row <= panel::last_row; ++row) {
     const auto source = _memory.begin() + row * int{memory_columns} + panel::first_column;
-    destination = std::copy_n(source, screen_width, destination);
+    destination = std::copy_n(source, dimensions::screen_width, destination);
   }
 }
 
@@ -80,7 +80,7 @@ std::vector<ScreenRows> TftController::rowsChangedSince(std::uint64_t revision) 
   if (_revision <= revision)
     return runs;
   bool is_in_run = false;
-  for (std::size_t row = 0; row < screen_height; ++row) {
+  for (std::size_t row = 0; row < dimensions::screen_height; ++row) {
     const std::size_t memory_row = row + panel::first_row;
     const bool is_changed = _row_revisions[memory_row] > revision;
     if (is_changed && !is_in_run)
@@ -89,7 +89,7 @@ std::vector<ScreenRows> TftController::rowsChangedSince(std::uint64_t revision) 
     if (!is_changed)
       continue;
     const auto *source = _memory.data() + memory_row * memory_columns + panel::first_column;
-    runs.back().pixels.insert(runs.back().pixels.end(), source, source + screen_width);
+    runs.back().pixels.insert(runs.back().pixels.end(), source, source + dimensions::screen_width);
   }
   return runs;
 }

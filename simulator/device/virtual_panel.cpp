@@ -18,6 +18,7 @@ namespace led_command_bits = panel::led_command_bits;
 namespace {
 
 constexpr std::uint32_t tft_ports_end = fpga_register::tft_data_base + 2 * panel::all_controllers;
+constexpr int intensity_level_bits = 0x3F;
 constexpr unsigned led_id_bits = 0x1F;
 constexpr unsigned led_kind_bits = led_command_bits::button_led | led_command_bits::status_indicator;
 
@@ -75,7 +76,7 @@ PanelState VirtualPanel::state() const {
   const std::lock_guard lock(_mutex);
   PanelState state;
   static_cast<PanelLamps &>(state) = _lamps;
-  for (std::size_t screen = 0; screen < screen_count; ++screen)
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen)
     _controllers[screen].copyVisible(state.screens[screen]);
   return state;
 }
@@ -89,7 +90,7 @@ PanelChanges VirtualPanel::changesSince(const PanelRevision &seen) const {
   const std::lock_guard lock(_mutex);
   PanelChanges changes;
   changes.revision.lamps = _lamp_revision;
-  for (std::size_t screen = 0; screen < screen_count; ++screen) {
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen) {
     changes.revision.screens[screen] = _controllers[screen].revision();
     changes.rows[screen] = _controllers[screen].rowsChangedSince(seen.screens[screen]);
   }
@@ -141,13 +142,13 @@ void VirtualPanel::writeWord(std::uint32_t address, std::uint16_t word) {
   case fpga_register::tft_intensity:
     // Other values of the enable bits belong to the power-on sequence and say nothing about the level.
     if ((high_byte & panel::intensity_enable) == panel::intensity_enable)
-      setLamp(_lamps.intensity, high_byte & highest_intensity);
+      setLamp(_lamps.intensity, high_byte & intensity_level_bits);
     break;
   case fpga_register::led_command:
     writeLedCommand(high_byte);
     break;
   case fpga_register::toggle_indicators:
-    for (std::size_t i = 0; i < toggle_count; ++i)
+    for (std::size_t i = 0; i < dimensions::toggle_indicator_count; ++i)
       setLamp(_lamps.toggles[i], (word >> i & 1) != 0);
     break;
   default:
@@ -168,7 +169,7 @@ void VirtualPanel::writeTft(std::uint32_t address, std::uint16_t word) {
   const std::uint32_t port = address - fpga_register::tft_index_base;
   const bool is_index = port % 2 == 0;
   const unsigned mask = port / 2;
-  for (std::size_t screen = 0; screen < screen_count; ++screen) {
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen) {
     if ((mask >> screen & 1) == 0)
       continue;
     if (is_index)

@@ -61,7 +61,7 @@ private:
   PanelLamps _lamps;
   std::uint64_t _lamp_revision = 0;
   std::atomic<std::uint64_t> _revision{0};
-  std::array<TftController, screen_count> _controllers;
+  std::array<TftController, dimensions::screen_count> _controllers;
 };
 
 } // namespace buttondriver::simulator

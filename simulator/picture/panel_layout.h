@@ -18,9 +18,8 @@ inline constexpr int picture_width = 1520;
 inline constexpr int picture_height = 984;
 /// Each screen pixel is a square of this many picture pixels.
 inline constexpr int screen_scale = 3;
-/// Lamps below this id sit on a key; the ones from here on have no key.
-inline constexpr std::size_t key_count = 24;
-inline constexpr std::size_t keys_below_each_screen = key_count / screen_count;
+/// Button LEDs below dimensions::button_count sit on a key; the ones from there on have no key.
+inline constexpr std::size_t keys_below_each_screen = dimensions::button_count / dimensions::screen_count;
 
 namespace detail {
 
@@ -37,7 +36,9 @@ constexpr QRect around(QPoint centre, int reach) {
 }
 
 constexpr QPoint status_centre(std::size_t id) { return QPoint(222 + number(id) * 37 + number(id / 8) * 12, 622); }
-constexpr QPoint keyless_centre(std::size_t id) { return QPoint(641 + number(id - key_count) * 34, 919); }
+constexpr QPoint keyless_centre(std::size_t id) {
+  return QPoint(641 + number(id - dimensions::button_count) * 34, 919);
+}
 constexpr QPoint toggle_centre(std::size_t id) { return QPoint(870 + number(id) * 66, 72); }
 
 } // namespace detail
@@ -53,7 +54,7 @@ constexpr QRect bezel(std::size_t id) {
 /// The visible pixels of a screen.
 constexpr QRect screen(std::size_t id) {
   return QRect(bezel(id).topLeft() + QPoint(28, 28),
-               QSize(detail::number(screen_width), detail::number(screen_height)) * screen_scale);
+               QSize(dimensions::screen_width, dimensions::screen_height) * screen_scale);
 }
 
 /// The square that shows one pixel of a screen.
@@ -65,7 +66,7 @@ constexpr QRect screen_pixel(std::size_t id, std::size_t x, std::size_t y) {
 /// The dark tray that holds the status lamps.
 inline constexpr QRect status_tray(detail::column_left, 592, 1392, 74);
 
-/// The cap of a key, `id` below key_count: two rows of four below each screen.
+/// The cap of a key, `id` below dimensions::button_count: two rows of four below each screen.
 constexpr QRect key(std::size_t id) {
   const int column = detail::number(id / keys_below_each_screen);
   const int place = detail::number(id % keys_below_each_screen);
@@ -73,16 +74,17 @@ constexpr QRect key(std::size_t id) {
                700 + place / detail::key_columns * 98, 96, 82);
 }
 
-/// The lamp of a button LED: a bar on its key, or, from key_count on, a dot at the bottom of the plate.
+/// The lamp of a button LED: a bar on its key, or, from dimensions::button_count on, a dot at the bottom of the plate.
 constexpr QRect button_led(std::size_t id) {
-  if (id < key_count)
+  if (id < dimensions::button_count)
     return QRect(key(id).left() + 30, key(id).top() + 17, 36, 7);
   return detail::around(detail::keyless_centre(id), 4);
 }
 
 /// What a button LED lights up: the whole key with the gap around it, or the surroundings of the dot.
 constexpr QRect button_light(std::size_t id) {
-  return id < key_count ? key(id).adjusted(-5, -5, 5, 5) : detail::around(detail::keyless_centre(id), 13);
+  return id < dimensions::button_count ? key(id).adjusted(-5, -5, 5, 5)
+                                       : detail::around(detail::keyless_centre(id), 13);
 }
 
 constexpr QRect status_led(std::size_t id) { return detail::around(detail::status_centre(id), 7); }
@@ -94,9 +96,9 @@ constexpr QRect toggle_light(std::size_t id) { return detail::around(detail::tog
 /// The dark window that shows the intensity as a bar and as a number.
 inline constexpr QRect intensity_window(1136, 52, 320, 42);
 
-/// The segment of the bar that is lit when the intensity is at least `level`, 1 to highest_intensity.
-constexpr QRect intensity_segment(unsigned level) {
-  return QRect(intensity_window.left() + 14 + static_cast<int>(level - 1) * 4, intensity_window.top() + 12, 3, 18);
+/// The segment of the bar that is lit when the intensity is at least `level`, 1 to dimensions::highest_intensity_level.
+constexpr QRect intensity_segment(int level) {
+  return QRect(intensity_window.left() + 14 + (level - 1) * 4, intensity_window.top() + 12, 3, 18);
 }
 
 } // namespace buttondriver::simulator::layout

@@ -21,12 +21,9 @@ namespace buttondriver::simulator {
 namespace {
 
 constexpr Lettering intensity_number = {15, 1.8, 0.35, 0xFFF4EBDD};
-constexpr QColor segment_colour(unsigned level) {
-  const int warmth = static_cast<int>(level);
-  return QColor(178 + warmth, 168 + warmth, 146 + warmth);
-}
+constexpr QColor segment_colour(int level) { return QColor(178 + level, 168 + level, 146 + level); }
 
-void draw_screen(QImage &picture, std::size_t id, const ScreenPixels &pixels, unsigned intensity) {
+void draw_screen(QImage &picture, std::size_t id, const ScreenPixels &pixels, int intensity) {
   const QImage source = screen_image(pixels, intensity);
   const QRect place = layout::screen(id);
   for (int y = 0; y < place.height(); ++y) {
@@ -50,26 +47,26 @@ void draw_round_light(QPainter &painter, const QRect &lamp, const QRect &light, 
 }
 
 void draw_button_light(QPainter &painter, std::size_t id) {
-  if (id < layout::key_count)
+  if (id < dimensions::button_count)
     draw_key_light(painter, id);
   else
     draw_round_light(painter, layout::button_led(id), layout::button_light(id), 170, button_lamp);
 }
 
 void draw_lights(QPainter &painter, const PanelState &state) {
-  for (std::size_t id = 0; id < led_count; ++id) {
+  for (std::size_t id = 0; id < dimensions::led_count; ++id) {
     if (state.button_leds[id])
       draw_button_light(painter, id);
     if (state.status_leds[id])
       draw_round_light(painter, layout::status_led(id), layout::status_light(id), 200, status_lamp);
   }
-  for (std::size_t id = 0; id < toggle_count; ++id)
+  for (std::size_t id = 0; id < dimensions::toggle_indicator_count; ++id)
     if (state.toggles[id])
       draw_round_light(painter, layout::toggle(id), layout::toggle_light(id), 235, toggle_lamp);
 }
 
-void draw_intensity(QPainter &painter, unsigned intensity) {
-  for (unsigned level = 1; level <= intensity; ++level)
+void draw_intensity(QPainter &painter, int intensity) {
+  for (int level = 1; level <= intensity; ++level)
     painter.fillRect(layout::intensity_segment(level), segment_colour(level));
   const std::string number = std::to_string(intensity);
   const double right = layout::intensity_window.right() - 15;
@@ -84,8 +81,8 @@ void draw_intensity(QPainter &painter, unsigned intensity) {
 QImage draw_panel(const PanelState &state) {
   static const QImage housing = draw_housing();
   QImage picture = housing;
-  const unsigned intensity = std::min(state.intensity, highest_intensity);
-  for (std::size_t id = 0; id < screen_count; ++id)
+  const int intensity = std::min(state.intensity, dimensions::highest_intensity_level);
+  for (std::size_t id = 0; id < dimensions::screen_count; ++id)
     draw_screen(picture, id, state.screens[id], intensity);
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);

@@ -38,7 +38,9 @@ private:
 
 } // namespace
 
-Simulation::Simulation(const SimulationSettings &settings) : _settings(settings) { panel::use_register_device(&_panel); }
+Simulation::Simulation(const SimulationSettings &settings) : _settings(settings) {
+  panel::use_register_device(&_panel);
+}
 
 Simulation::~Simulation() {
   _daemon.reset();
@@ -90,14 +92,14 @@ SimulationCounters Simulation::counters() const {
 
 void Simulation::reset(std::function<void()> then) {
   // Through the daemon, because it remembers what blinks and how the toggle indicators are set.
-  _daemon->dispatcher().setLEDState(-1, 0, 0);
+  _daemon->dispatcher().setLEDState(dimensions::all_buttons, 0, 0);
   FPGA &fpga = _daemon->fpga();
-  for (std::size_t id = 0; id < led_count; ++id)
+  for (std::size_t id = 0; id < dimensions::led_count; ++id)
     fpga.setLEDStatusIndicator(static_cast<int>(id), 0);
-  for (std::size_t id = 0; id < toggle_count; ++id)
+  for (std::size_t id = 0; id < dimensions::toggle_indicator_count; ++id)
     fpga.setLEDToggleIndicator(static_cast<unsigned>(id), 0);
   fpga.setTFTIntensity(highest_percent);
-  fpga.blackoutScreen(-1);
+  fpga.blackoutScreen(dimensions::all_screens);
   _messages.forget();
   if (_log)
     _log->forget();

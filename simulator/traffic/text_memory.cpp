@@ -9,8 +9,6 @@ namespace buttondriver::simulator {
 
 namespace {
 
-constexpr std::int32_t all_screens = -1;
-
 /// The line, made together with the ones above it where they are missing; null when no screen has it.
 std::string *line_of(TextMemory::Lines &lines, std::int32_t id) {
   if (id < 0 || id >= TextMemory::line_limit)
@@ -45,8 +43,8 @@ void write_part(TextMemory::Lines &lines, const BMS_TFTSubTextLine &part, std::s
 } // namespace
 
 template <class Change> void TextMemory::change(std::int32_t screen_id, Change change) {
-  for (std::size_t screen = 0; screen < screen_count; ++screen) {
-    if (screen_id != all_screens && screen_id != static_cast<std::int32_t>(screen))
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen) {
+    if (screen_id != dimensions::all_screens && screen_id != static_cast<std::int32_t>(screen))
       continue;
     const Lines before = _screens[screen];
     change(_screens[screen]);
@@ -75,7 +73,7 @@ void TextMemory::follow(ByteView message) {
 }
 
 void TextMemory::clear() {
-  change(all_screens, [](Lines &lines) { lines.clear(); });
+  change(dimensions::all_screens, [](Lines &lines) { lines.clear(); });
 }
 
 } // namespace buttondriver::simulator

@@ -17,8 +17,8 @@ namespace buttondriver::simulator {
 class TextMemory {
 public:
   /// Lines and characters from here on cannot be on a screen, whatever the font, and are not kept.
-  static constexpr std::int32_t line_limit = 128;
-  static constexpr std::size_t column_limit = 128;
+  static constexpr std::int32_t line_limit = dimensions::screen_height;
+  static constexpr std::size_t column_limit = dimensions::screen_width;
 
   /// The lines of one screen from the topmost to the lowest that was written, Latin-1; empty ones were not.
   using Lines = std::vector<std::string>;
@@ -27,14 +27,14 @@ public:
   void follow(ByteView message);
   void clear();
 
-  const std::array<Lines, screen_count> &screens() const { return _screens; }
+  const std::array<Lines, dimensions::screen_count> &screens() const { return _screens; }
   /// Grows with every change of screens().
   std::uint64_t revision() const { return _revision; }
 
 private:
   template <class Change> void change(std::int32_t screen_id, Change change);
 
-  std::array<Lines, screen_count> _screens;
+  std::array<Lines, dimensions::screen_count> _screens;
   std::uint64_t _revision = 0;
 };
 

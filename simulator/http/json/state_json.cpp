@@ -18,10 +18,10 @@ QJsonObject to_json(const PanelLamps &lamps) {
   return {{QStringLiteral("button_leds"), array_of(lamps.button_leds)},
           {QStringLiteral("status_leds"), array_of(lamps.status_leds)},
           {QStringLiteral("toggles"), array_of(lamps.toggles)},
-          {QStringLiteral("intensity"), static_cast<int>(lamps.intensity)}};
+          {QStringLiteral("intensity"), lamps.intensity}};
 }
 
-QJsonArray to_json(const std::array<TextMemory::Lines, screen_count> &screens) {
+QJsonArray to_json(const std::array<TextMemory::Lines, dimensions::screen_count> &screens) {
   QJsonArray array;
   for (const TextMemory::Lines &lines : screens) {
     QJsonArray texts;

@@ -25,7 +25,7 @@ auto tied(const FeedPosition &p) {
 }
 
 QByteArray encoded(std::size_t screen, const ScreenRows &rows) {
-  const std::size_t row_count = rows.pixels.size() / screen_width;
+  const std::size_t row_count = rows.pixels.size() / dimensions::screen_width;
   QByteArray bytes;
   bytes.reserve(static_cast<int>(4 + rows.pixels.size() * 2));
   bytes += rows_of_a_screen;
@@ -42,7 +42,7 @@ QByteArray encoded(std::size_t screen, const ScreenRows &rows) {
 void add_panel(QJsonObject &object, LiveUpdate &update, const VirtualPanel &panel, const FeedPosition &from) {
   const PanelChanges changes = panel.changesSince(from.panel);
   update.position.panel = changes.revision;
-  for (std::size_t screen = 0; screen < screen_count; ++screen)
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen)
     for (const ScreenRows &rows : changes.rows[screen])
       update.pixels.push_back(encoded(screen, rows));
   if (from.is_new || changes.revision.lamps != from.panel.lamps)

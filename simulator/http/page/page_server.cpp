@@ -60,11 +60,10 @@ void PageServer::answerGet(const RequestHead &request, const HttpClient &client)
     return sendState(client);
   if (path == QLatin1String("/panel.png"))
     return sendPicture(client, draw_panel);
-  for (std::size_t screen = 0; screen < screen_count; ++screen) {
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen) {
     if (path == QStringLiteral("/screen/%1.png").arg(screen))
-      return sendPicture(client, [screen](const PanelState &state) {
-        return screen_image(state.screens[screen], state.intensity);
-      });
+      return sendPicture(
+          client, [screen](const PanelState &state) { return screen_image(state.screens[screen], state.intensity); });
   }
   if (path == QLatin1String("/catalogue.json"))
     return client.answer({200, json_type, catalogue_json(), {}});

@@ -59,7 +59,7 @@ void draw_header(QPainter &painter) {
 }
 
 void draw_toggles(QPainter &painter) {
-  for (std::size_t id = 0; id < toggle_count; ++id) {
+  for (std::size_t id = 0; id < dimensions::toggle_indicator_count; ++id) {
     const QRectF lamp = layout::toggle(id);
     const QRectF ring = lamp.adjusted(-5, -5, 5, 5);
     painter.fillPath(rounded(ring.adjusted(-1, -1, 1, 1), ring.width() / 2 + 1), QColor(12, 13, 14));
@@ -77,7 +77,7 @@ void draw_toggles(QPainter &painter) {
 void draw_intensity_window(QPainter &painter) {
   const QRectF window = layout::intensity_window;
   draw_opening(painter, window, 8);
-  for (unsigned level = 1; level <= highest_intensity; ++level)
+  for (int level = 1; level <= dimensions::highest_intensity_level; ++level)
     painter.fillRect(layout::intensity_segment(level), QColor(44, 46, 49));
   draw_lettering(painter, QPointF(window.left() - 12 - lettering_width("INTENSITY", legend), window.center().y()),
                  "INTENSITY", legend);
@@ -87,7 +87,7 @@ void draw_status_tray(QPainter &painter) {
   const QRectF tray = layout::status_tray;
   draw_opening(painter, tray, 12);
   draw_lettering(painter, QPointF(tray.left() + 28, layout::status_led(0).center().y() + 0.5), "STATUS", legend);
-  for (std::size_t id = 0; id < led_count; ++id) {
+  for (std::size_t id = 0; id < dimensions::led_count; ++id) {
     const QRectF lamp = layout::status_led(id);
     draw_dark_lamp(painter, layout::status_led(id), status_lamp);
     draw_centred_lettering(painter, QPointF(lamp.center().x(), lamp.bottom() + 20), std::to_string(id),
@@ -96,21 +96,21 @@ void draw_status_tray(QPainter &painter) {
 }
 
 void draw_keys(QPainter &painter) {
-  for (std::size_t id = 0; id < layout::key_count; ++id)
+  for (std::size_t id = 0; id < dimensions::button_count; ++id)
     draw_dark_key(painter, id);
 }
 
 /// The button lamps that have no key, between two fine lines.
 void draw_keyless_lamps(QPainter &painter) {
-  for (std::size_t id = layout::key_count; id < led_count; ++id) {
+  for (std::size_t id = dimensions::button_count; id < dimensions::led_count; ++id) {
     const QRectF lamp = layout::button_led(id);
     draw_dark_lamp(painter, layout::button_led(id), button_lamp);
     draw_centred_lettering(painter, QPointF(lamp.center().x(), lamp.bottom() + 15), std::to_string(id),
                            {6, 1, 0.4, 0xFF868C93});
   }
-  const double middle = QRectF(layout::button_led(layout::key_count)).center().y();
+  const double middle = QRectF(layout::button_led(dimensions::button_count)).center().y();
   const double left = layout::bezel(0).left() + 28;
-  const double right = layout::button_light(layout::key_count).left() - 18;
+  const double right = layout::button_light(dimensions::button_count).left() - 18;
   for (const double start : {left, layout::picture_width - right}) {
     painter.fillRect(QRectF(start, middle - 1, right - left, 1), QColor(0, 0, 0, 120));
     painter.fillRect(QRectF(start, middle, right - left, 1), QColor(255, 255, 255, 22));
@@ -126,7 +126,7 @@ QImage draw_housing() {
   draw_header(painter);
   draw_toggles(painter);
   draw_intensity_window(painter);
-  for (std::size_t id = 0; id < screen_count; ++id)
+  for (std::size_t id = 0; id < dimensions::screen_count; ++id)
     draw_bezel(painter, id);
   draw_status_tray(painter);
   draw_keys(painter);

@@ -64,7 +64,7 @@ TEST_F(Panel, starts_dark_with_full_intensity) {
   EXPECT_THAT(state.button_leds, Each(false));
   EXPECT_THAT(state.status_leds, Each(false));
   EXPECT_THAT(state.toggles, Each(false));
-  EXPECT_EQ(state.intensity, 63U);
+  EXPECT_EQ(state.intensity, 63);
   for (const ScreenPixels &screen : state.screens)
     EXPECT_THAT(screen, Each(0));
   EXPECT_EQ(virtual_panel.counters().transfers, 0U);

@@ -163,7 +163,7 @@ TEST(PanelPicture, lights_as_many_segments_as_the_intensity) {
   const QImage without = draw_panel(state);
   for (state.intensity = 0; state.intensity <= 63; ++state.intensity) {
     const QImage picture = draw_panel(state);
-    for (unsigned level = 1; level <= 63; ++level) {
+    for (int level = 1; level <= 63; ++level) {
       const QPoint middle = layout::intensity_segment(level).center();
       const bool lit = brightness(picture.pixel(middle)) > brightness(without.pixel(middle)) + 200;
       EXPECT_EQ(lit, level <= state.intensity) << level << " at " << state.intensity;

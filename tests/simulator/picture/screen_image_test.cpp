@@ -9,7 +9,7 @@ namespace {
 struct Row {
   const char *condition;
   std::uint16_t pixel;
-  unsigned intensity;
+  int intensity;
   QRgb shown;
 };
 
@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"white at 31", 0xFFFF, 31, 0xFF9E9E9E}, Row{"red at 42", 0xF800, 42, 0xFFBF0000},
                     Row{"2, 17 and 20 at 42", 0x1234, 42, 0xFF0C347C}, Row{"white at 62", 0xFFFF, 62, 0xFFFCFCFC},
                     Row{"just above the highest intensity", 0x07E0, 64, 0xFF00FF00},
-                    Row{"far above the highest intensity", 0xABCD, 0xFFFFFFFF, 0xFFAD796B}));
+                    Row{"far above the highest intensity", 0xABCD, 0x7FFFFFFF, 0xFFAD796B}));
 
 TEST(ScreenImage, is_opaque_128_by_128) {
   const QImage image = screen_image(ScreenPixels{}, 63);
@@ -65,7 +65,7 @@ TEST(ScreenImage, never_gets_darker_with_more_intensity) {
   for (unsigned step = 0; step < 64; ++step)
     every_step[step] = static_cast<std::uint16_t>(step / 2 << 11 | step << 5 | step / 2);
   QImage before = screen_image(every_step, 0);
-  for (unsigned intensity = 1; intensity <= 63; ++intensity) {
+  for (int intensity = 1; intensity <= 63; ++intensity) {
     const QImage now = screen_image(every_step, intensity);
     for (int step = 0; step < 64; ++step) {
       EXPECT_GE(qRed(now.pixel(step, 0)), qRed(before.pixel(step, 0))) << step << " at " << intensity;

@@ -32,7 +32,7 @@ constexpr const char *up_on_0_line_2 = "0000000f 00000000 00000002 00000000 0000
 constexpr const char *go_on_all_line_1 = "0000000f ffffffff 00000001 00000001 00000003 476f00";
 
 TEST_F(TextMemoryTest, starts_without_lines) {
-  for (std::size_t screen = 0; screen < screen_count; ++screen)
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen)
     EXPECT_THAT(lines(screen), IsEmpty());
   EXPECT_EQ(memory.revision(), 0U);
 }
@@ -45,7 +45,7 @@ TEST_F(TextMemoryTest, a_line_that_was_not_written_above_one_that_was_is_empty) 
 
 TEST_F(TextMemoryTest, screen_minus_one_is_every_screen) {
   follow({go_on_all_line_1});
-  for (std::size_t screen = 0; screen < screen_count; ++screen)
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen)
     EXPECT_THAT(lines(screen), ElementsAre("", "Go"));
 }
 

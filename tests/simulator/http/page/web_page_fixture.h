@@ -24,7 +24,7 @@ struct Reply {
   QByteArray body;
 
   /// Const, so that [] has the same type with each version of Qt.
-  const QJsonObject json() const; // NOLINT(readability-const-return-type)
+  const QJsonObject json() const;
 };
 
 /// A virtual panel and its page on ports of their own, in this process.
