@@ -13,10 +13,6 @@ namespace buttondriver::simulator {
 
 namespace {
 
-bool is_colour(const Field &field) {
-  return field.width == 4 && std::string_view(field.name).find("colour") != std::string_view::npos;
-}
-
 QJsonValue value_of(const Field &field, ByteView message) {
   if (field.kind == FieldKind::bytes)
     return QStringLiteral("%1 bytes").arg(field.width);
@@ -40,6 +36,10 @@ void add_variable_part(QJsonObject &object, const MessageType &type, const Messa
 }
 
 } // namespace
+
+bool is_colour(const Field &field) {
+  return field.width == 4 && std::string_view(field.name).find("colour") != std::string_view::npos;
+}
 
 QJsonObject to_json(const MessageRecord &record) {
   QJsonObject object{{QStringLiteral("time"), record.time_ms},

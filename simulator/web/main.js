@@ -8,7 +8,7 @@ import { messageRow, logRow } from './lists/rows.js';
 import { Composer } from './send/composer.js';
 import { Announcer } from './panel/announcer.js';
 import { demonstration } from './send/demonstration.js';
-import { Catalogue } from './protocol/catalogue.js';
+import { catalogue } from './protocol/catalogue.js';
 
 const element = (id) => document.getElementById(id);
 
@@ -27,7 +27,7 @@ function showCounters(counters) {
 }
 
 async function start() {
-  const [catalogue] = await Promise.all([Catalogue.load(), loadLettering()]);
+  await loadLettering();
   letterAll(document);
 
   const announcer = new Announcer(element('announcer'));
@@ -35,7 +35,7 @@ async function start() {
   const log = new RunningList('log', logRow);
   const link = new Link();
   const panel = new Panel((name, values) => link.send(catalogue.encode(name, values)));
-  const composer = new Composer(catalogue, link);
+  const composer = new Composer(link);
   let isFirstUpdate = true;
 
   link.onopen = (welcome) => {
@@ -69,8 +69,8 @@ async function start() {
     log.clear();
     announcer.say(['The panel has been reset.']);
   });
-  element('demonstration').addEventListener('click', async () => {
-    for (const message of await demonstration(catalogue)) link.send(message);
+  element('demonstration').addEventListener('click', () => {
+    for (const message of demonstration()) link.send(message);
   });
   link.open();
 }

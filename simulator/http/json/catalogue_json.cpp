@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/json/catalogue_json.h"
 
+#include "dimensions/panel_dimensions.h"
 #include "protocol/field_text.h"
+#include "protocol/framing.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -57,14 +59,13 @@ QJsonArray fields_of(const MessageType &type) {
                           {QStringLiteral("offset"), field.offset},
                           {QStringLiteral("width"), field.width},
                           {QStringLiteral("kind"), name_of(field.kind)},
+                          {QStringLiteral("is_colour"), field.is_colour},
                           {QStringLiteral("meaning"), QString::fromStdString(field_text(field))}};
   }
   return fields;
 }
 
-} // namespace
-
-QByteArray catalogue_json() {
+QJsonArray messages() {
   QJsonArray types;
   for (const MessageType &type : catalogue)
     types += QJsonObject{{QStringLiteral("opcode"), qint64{type.opcode}},
@@ -74,7 +75,30 @@ QByteArray catalogue_json() {
                          {QStringLiteral("counted"), name_of(type.counted)},
                          {QStringLiteral("head_size"), qint64{type.head_size}},
                          {QStringLiteral("fields"), fields_of(type)}};
-  return QJsonDocument(types).toJson(QJsonDocument::Compact);
+  return types;
+}
+
+QJsonObject panel() {
+  return {{QStringLiteral("screen_count"), dimensions::screen_count},
+          {QStringLiteral("all_screens"), dimensions::all_screens},
+          {QStringLiteral("screen_width"), dimensions::screen_width},
+          {QStringLiteral("screen_height"), dimensions::screen_height},
+          {QStringLiteral("highest_intensity"), dimensions::highest_intensity_level},
+          {QStringLiteral("button_count"), dimensions::button_count},
+          {QStringLiteral("all_buttons"), dimensions::all_buttons},
+          {QStringLiteral("led_count"), dimensions::led_count},
+          {QStringLiteral("toggle_count"), dimensions::toggle_indicator_count},
+          {QStringLiteral("button_image_width"), dimensions::button_image_width},
+          {QStringLiteral("button_image_height"), dimensions::button_image_height},
+          {QStringLiteral("button_image_bytes"), dimensions::button_image_bytes},
+          {QStringLiteral("default_port"), Connector::default_port}};
+}
+
+} // namespace
+
+QByteArray catalogue_json() {
+  const QJsonObject object{{QStringLiteral("panel"), panel()}, {QStringLiteral("messages"), messages()}};
+  return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
 } // namespace buttondriver::simulator

@@ -5,8 +5,10 @@
 
 namespace buttondriver::simulator {
 
-/// The catalogue of messages for the page: an array of {"opcode", "name", "meaning", "handling", "counted",
-/// "head_size", "fields": [{"name", "offset", "width", "kind", "meaning"}]}.
+/// What the page has to know of the panel and of the messages: {"panel", "messages"}. "panel" has the dimensions, by
+/// the names of panel_dimensions.h or nearly so, and "default_port", the daemon's. "messages" is an array of {"opcode",
+/// "name", "meaning", "handling", "counted", "head_size", "fields": [{"name", "offset", "width", "kind", "is_colour",
+/// "meaning"}]}.
 QByteArray catalogue_json();
 
 } // namespace buttondriver::simulator

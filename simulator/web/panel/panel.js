@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The panel: screens, keys and lamps. Pressing a key or a lamp sends the message that turns its light over.
+import { panel as dimensions } from '../protocol/catalogue.js';
 import { lettered } from './lettering.js';
 import { Screen } from './screen.js';
 import { moveWithArrows } from './arrow_keys.js';
 
-const keyCount = 24;
-const keysBelowEachScreen = 8;
-const ledCount = 32;
+const keyCount = dimensions.button_count;
+const keysBelowEachScreen = keyCount / dimensions.screen_count;
+const ledCount = dimensions.led_count;
+const lampsInAGroup = 8;
 
+const idsBelow = (count) => Array.from({ length: count }, (_, id) => id);
 const element = (id) => document.getElementById(id);
 
 function made(tag, className, ...children) {
@@ -36,18 +39,18 @@ const isOn = (button) => button.getAttribute('aria-pressed') === 'true';
 export class Panel {
   // `send` gets the name of a message and its values.
   constructor(send) {
-    this.screens = [0, 1, 2].map((id) => new Screen(id));
+    this.screens = idsBelow(dimensions.screen_count).map((id) => new Screen(id));
     element('screens').append(...this.screens.map((screen) => screen.element));
     this.keys = this.#makeKeys(send);
     this.status = this.#makeStatus(send);
     this.toggles = this.#makeToggles(send);
     this.keyless = this.#makeKeyless();
     this.intensity = -1;
-    this.#showIntensity(63);
+    this.#showIntensity(dimensions.highest_intensity);
   }
 
   #makeKeys(send) {
-    const keys = Array.from({ length: keyCount }, (_, id) => {
+    const keys = idsBelow(keyCount).map((id) => {
       const number = lettered(String(id), { height: 17, stroke: 2, spacing: 0.3 });
       const key = lampButton('key', `Button LED ${id}`, lamp('bar-lamp'), number);
       key.addEventListener('click', () =>
@@ -61,21 +64,21 @@ export class Panel {
   }
 
   #makeStatus(send) {
-    const lamps = Array.from({ length: ledCount }, (_, id) => {
+    const lamps = idsBelow(ledCount).map((id) => {
       const number = lettered(String(id), { height: 7.5, stroke: 1.1, spacing: 0.4 });
       const button = lampButton('status', `Status LED ${id}`, lamp(), number);
       button.addEventListener('click', () =>
         send('BMS_SetLEDStatusIndicator', { button_id: id, state: isOn(button) ? 0 : 1 }));
       return button;
     });
-    for (let first = 0; first < ledCount; first += 8)
-      element('status').append(made('div', 'lamp-group', ...lamps.slice(first, first + 8)));
+    for (let first = 0; first < ledCount; first += lampsInAGroup)
+      element('status').append(made('div', 'lamp-group', ...lamps.slice(first, first + lampsInAGroup)));
     moveWithArrows(element('status'), lamps);
     return lamps;
   }
 
   #makeToggles(send) {
-    const toggles = [0, 1].map((id) => {
+    const toggles = idsBelow(dimensions.toggle_count).map((id) => {
       const number = lettered(String(id), { height: 9, stroke: 1.35, spacing: 0.5 });
       const button = lampButton('toggle', `Toggle indicator ${id}`, number, lamp());
       button.addEventListener('click', () =>
@@ -106,7 +109,7 @@ export class Panel {
     this.toggles.forEach((button, id) => press(button, lamps.toggles[id]));
     this.keyless.forEach((place, i) => place.classList.toggle('is-on', lamps.button_leds[keyCount + i]));
     const lit = this.keyless.map((_, i) => keyCount + i).filter((id) => lamps.button_leds[id]);
-    element('keyless').setAttribute('aria-label', `Button LEDs 24 to 31: ${lit.length ? `${lit.join(', ')} on` : 'all off'}`);
+    element('keyless').setAttribute('aria-label', `Button LEDs ${keyCount} to ${ledCount - 1}: ${lit.length ? `${lit.join(', ')} on` : 'all off'}`);
     this.#showIntensity(lamps.intensity);
   }
 
@@ -114,8 +117,11 @@ export class Panel {
     if (intensity === this.intensity) return;
     this.intensity = intensity;
     const window = element('intensity');
+    window.setAttribute('aria-valuemax', dimensions.highest_intensity);
     window.setAttribute('aria-valuenow', intensity);
-    window.querySelector('.segments').style.setProperty('--lit', intensity);
+    const segments = window.querySelector('.segments');
+    segments.style.setProperty('--levels', dimensions.highest_intensity);
+    segments.style.setProperty('--lit', intensity);
     window.querySelector('.intensity-number').replaceChildren(
       lettered(String(intensity), { height: 13, stroke: 1.7, spacing: 0.35 }));
     for (const screen of this.screens) screen.setIntensity(intensity);

@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 // One of the three screens: its pixels on a canvas, and its texts for those who listen.
+import { panel } from '../protocol/catalogue.js';
 import { lettered } from './lettering.js';
 
-export const screenSize = 128;
-const highestIntensity = 63;
+const width = panel.screen_width;
+const height = panel.screen_height;
+const highestIntensity = panel.highest_intensity;
+// A panel whose light never goes out: so many levels are left at intensity 0.
+const darkest = 21;
 
-// As the server's pictures do it: widened to 8 bits, then dimmed by (intensity + 21) / 84, halves rounded up.
+// As the server's pictures do it: widened to 8 bits, then dimmed by (intensity + 21) / (highest + 21), halves rounded up.
 function dimmed(value, intensity) {
-  return Math.floor((value * (Math.min(intensity, highestIntensity) + 21) + 42) / 84);
+  const divisor = highestIntensity + darkest;
+  return Math.floor((value * (Math.min(intensity, highestIntensity) + darkest) + divisor / 2) / divisor);
 }
 
 export class Screen {
   constructor(id) {
     this.id = id;
-    this.pixels = new Uint16Array(screenSize * screenSize);
+    this.pixels = new Uint16Array(width * height);
     this.lines = [];
     this.element = this.#build();
     this.#context = this.canvas.getContext('2d');
@@ -32,7 +37,8 @@ export class Screen {
     this.glass = document.createElement('div');
     this.glass.className = 'glass';
     this.canvas = document.createElement('canvas');
-    this.canvas.width = this.canvas.height = screenSize;
+    this.canvas.width = width;
+    this.canvas.height = height;
     this.canvas.id = `screen-${this.id}`;
     this.canvas.setAttribute('role', 'img');
     this.canvas.setAttribute('aria-label', `Screen ${this.id}`);
@@ -52,32 +58,31 @@ export class Screen {
   // The largest size at which every pixel is the same whole number of the display's.
   #fit() {
     const ratio = devicePixelRatio || 1;
-    const scale = Math.max(1, Math.floor((this.glass.clientWidth * ratio) / screenSize));
-    const side = `${(scale * screenSize) / ratio}px`;
-    this.canvas.style.width = side;
-    this.canvas.style.height = side;
+    const scale = Math.max(1, Math.floor((this.glass.clientWidth * ratio) / width));
+    this.canvas.style.width = `${(scale * width) / ratio}px`;
+    this.canvas.style.height = `${(scale * height) / ratio}px`;
   }
 
   setIntensity(intensity) {
     for (let i = 0; i < 32; ++i) this.#five[i] = dimmed((i << 3) | (i >> 2), intensity);
     for (let i = 0; i < 64; ++i) this.#six[i] = dimmed((i << 2) | (i >> 4), intensity);
-    this.#draw(0, screenSize);
+    this.#draw(0, height);
   }
 
   showRows(firstRow, pixels) {
-    this.pixels.set(pixels, firstRow * screenSize);
-    this.#draw(firstRow, pixels.length / screenSize);
+    this.pixels.set(pixels, firstRow * width);
+    this.#draw(firstRow, pixels.length / width);
   }
 
   clear() {
     this.pixels.fill(0);
-    this.#draw(0, screenSize);
+    this.#draw(0, height);
   }
 
   #draw(firstRow, rowCount) {
-    const image = this.#context.createImageData(screenSize, rowCount);
+    const image = this.#context.createImageData(width, rowCount);
     let to = 0;
-    for (let from = firstRow * screenSize; from < (firstRow + rowCount) * screenSize; ++from) {
+    for (let from = firstRow * width; from < (firstRow + rowCount) * width; ++from) {
       const pixel = this.pixels[from];
       image.data[to++] = this.#five[pixel >> 11];
       image.data[to++] = this.#six[(pixel >> 5) & 63];

@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-// The messages as the server's catalogue has them, and how their bytes are made.
-export class Catalogue {
-  static async load() {
-    return new Catalogue(await (await fetch('catalogue.json')).json());
-  }
+// What the server says of the panel and of the messages, and how the bytes of a message are made.
+import { latin1 } from './bytes.js';
 
+class Catalogue {
   constructor(types) {
     this.types = types;
   }
 
   find(name) {
     return this.types.find((type) => type.name === name);
+  }
+
+  // Whether a message in network order, without its length, is of this type.
+  isA(name, bytes) {
+    return bytes.length >= 4 && new DataView(bytes.buffer, bytes.byteOffset).getUint32(0) === this.find(name).opcode;
   }
 
   // The message in network order, without its length. `values` has the fields by name; `rest` is what follows the head
@@ -52,17 +55,8 @@ export class Catalogue {
   }
 }
 
-export const isLatin1 = (text) => /^[\u0000-\u00ff]*$/.test(text);
+const answer = await (await fetch('catalogue.json')).json();
 
-export function latin1(text) {
-  return Uint8Array.from(text, (character) => character.charCodeAt(0) & 0xff);
-}
-
-export const hexOf = (bytes) => Array.from(bytes, (byte) => byte.toString(16).padStart(2, '0')).join('');
-
-// Bytes of hexadecimal digits, blanks ignored; null when it is something else.
-export function bytesOf(hex) {
-  const digits = hex.replace(/\s+/g, '');
-  if (digits.length % 2 !== 0 || !/^[0-9a-fA-F]*$/.test(digits)) return null;
-  return Uint8Array.from({ length: digits.length / 2 }, (_, i) => parseInt(digits.slice(i * 2, i * 2 + 2), 16));
-}
+// The panel's dimensions, and the port on which a daemon usually listens.
+export const panel = answer.panel;
+export const catalogue = new Catalogue(answer.messages);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // The WebSocket to the server. It comes back by itself when the server has gone and come again.
+import { catalogue, panel } from './catalogue.js';
+
 const firstDelay = 250;
 const longestDelay = 4000;
 const rowsOfAScreen = 1;
-const screenWidth = 128;
 
 export class Link {
   onopen = () => {};
@@ -36,8 +37,7 @@ export class Link {
       this.onnotsent('There is no connection to the simulator.');
       return false;
     }
-    const isPing = new DataView(bytes.buffer, bytes.byteOffset).byteLength >= 4 && bytes[3] === 12 && bytes[2] === 0;
-    if (isPing) this.#pingsSent.push(performance.now());
+    if (catalogue.isA('BMS_Ping', bytes)) this.#pingsSent.push(performance.now());
     this.#socket.send(bytes);
     return true;
   }
@@ -64,7 +64,7 @@ export class Link {
 
   #pixels(data, rowCount) {
     const view = new DataView(data, 4);
-    const pixels = new Uint16Array(rowCount * screenWidth);
+    const pixels = new Uint16Array(rowCount * panel.screen_width);
     for (let i = 0; i < pixels.length; ++i) pixels[i] = view.getUint16(i * 2, true);
     return pixels;
   }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The side of the page that sends: a form for each message, and the same as a line for a shell.
+import { catalogue } from '../protocol/catalogue.js';
 import { commandLine } from './command_line.js';
 import { MessageForm, rawName } from './message_form.js';
 
@@ -7,14 +8,12 @@ const element = (id) => document.getElementById(id);
 const groups = [['handled', 'The panel acts on'], ['ignored', 'Reported as unhandled'], ['answer', 'Sent by the daemon itself']];
 
 export class Composer {
-  #catalogue;
   #link;
   #form;
   #forms = new Map();
   #daemonPort = 0;
 
-  constructor(catalogue, link) {
-    this.#catalogue = catalogue;
+  constructor(link) {
     this.#link = link;
     this.#fillChoice();
     element('message-type').addEventListener('change', () => this.#choose(element('message-type').value));
@@ -45,7 +44,7 @@ export class Composer {
     for (const [handling, label] of groups) {
       const group = document.createElement('optgroup');
       group.label = label;
-      for (const type of this.#catalogue.types)
+      for (const type of catalogue.types)
         if (type.handling === handling) group.append(new Option(type.name, type.name));
       choice.append(group);
     }
@@ -58,7 +57,7 @@ export class Composer {
 
   #choose(name) {
     if (!this.#forms.has(name)) {
-      const form = new MessageForm(this.#catalogue, name);
+      const form = new MessageForm(name);
       if (form.picture) form.picture.onchange = () => this.#refresh();
       this.#forms.set(name, form);
     }

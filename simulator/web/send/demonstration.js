@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // A scene that shows what the panel can do, as the messages that a client would send.
+import { catalogue, panel } from '../protocol/catalogue.js';
 import { bmpOf } from './picture.js';
 
-const side = 128;
+const side = panel.screen_width;
 const white = 0xffffff;
 const black = 0x000000;
 const amber = 0xffc25c;
@@ -65,7 +66,7 @@ function gauge(context) {
   context.fill();
 }
 
-export async function demonstration(catalogue) {
+export function demonstration() {
   const line = (screen_id, line_id, text, flag = 1) =>
     catalogue.encode('BMS_TFTTextLine', { screen_id, line_id, flag }, text);
   const part = (screen, row, offset, text, colour, background = black) =>
@@ -79,7 +80,7 @@ export async function demonstration(catalogue) {
 
   const lit = [0, 5, 9, 10, 18, 23];
   return [
-    catalogue.encode('BMS_BlackoutScreen', { screen_id: -1 }),
+    catalogue.encode('BMS_BlackoutScreen', { screen_id: panel.all_screens }),
     line(0, 0, '  CHANNEL 7', 0),
     part(0, 2, 0, 'Frequency', grey),
     part(0, 3, 0, '118.250 MHz', amber),
@@ -94,9 +95,9 @@ export async function demonstration(catalogue) {
     picture(2, gauge),
     part(2, 0, 0, 'Power', white),
     part(2, 0, 12, '62 %', amber),
-    ...Array.from({ length: 24 }, (_, id) => led(id, lit.includes(id) ? 1 : 0)),
+    ...Array.from({ length: panel.button_count }, (_, id) => led(id, lit.includes(id) ? 1 : 0)),
     led(14, -1, 500),
-    ...Array.from({ length: 32 }, (_, id) => status(id, [0, 1, 2, 4, 8, 9, 12, 17, 24, 25, 31].includes(id) ? 1 : 0)),
+    ...Array.from({ length: panel.led_count }, (_, id) => status(id, [0, 1, 2, 4, 8, 9, 12, 17, 24, 25, 31].includes(id) ? 1 : 0)),
     toggle(0, 0),
     toggle(1, 1),
     catalogue.encode('BMS_Ping', {}),

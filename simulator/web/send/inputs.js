@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The inputs of the form, one kind of thing each. An input has an `element`, says by `read()` what it holds, and by
 // `fault()` what is wrong with that, if anything is.
-import { bytesOf, isLatin1 } from '../protocol/catalogue.js';
+import { bytesOf, isLatin1 } from '../protocol/bytes.js';
 
 let nextId = 0;
 
@@ -126,12 +126,13 @@ export class IdsInput extends Input {
 }
 
 export class BytesInput extends Input {
-  constructor(label, { value, hint, fewest }) {
+  constructor(label, { value, hint, fewest, most = Infinity }) {
     const control = document.createElement('textarea');
     control.value = value;
     control.spellcheck = false;
     super(label, control, { hint, isWide: true });
     this.fewest = fewest;
+    this.most = most;
   }
 
   read() {
@@ -141,6 +142,7 @@ export class BytesInput extends Input {
   fault() {
     const bytes = bytesOf(this.control.value);
     if (bytes === null) return 'Two hexadecimal digits for each byte, please.';
-    return bytes.length < this.fewest ? `At least ${this.fewest} bytes, please.` : null;
+    if (bytes.length < this.fewest) return `At least ${this.fewest} bytes, please.`;
+    return bytes.length > this.most ? `At most ${this.most} bytes, please.` : null;
   }
 }

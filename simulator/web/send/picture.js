@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Pictures of all kinds, as the panel takes them.
-const screenSide = 128;
-const buttonWidth = 40;
-const buttonHeight = 24;
+import { panel } from '../protocol/catalogue.js';
+
+const { button_image_width: buttonWidth, button_image_height: buttonHeight, button_image_bytes: buttonBytes } = panel;
 const lightestDarkGrey = 127;
 // 72 an inch; the panel does not look at it.
 const pixelsPerMetre = 2835;
@@ -28,9 +28,11 @@ function drawn(width, height, draw) {
   return context.getImageData(0, 0, width, height);
 }
 
+export const isOnScreen = (x, y) => x >= 0 && y >= 0 && x < panel.screen_width && y < panel.screen_height;
+
 // The part of the screen right of and below a corner.
 export function roomAt(x, y) {
-  return { width: Math.max(screenSide - x, 1), height: Math.max(screenSide - y, 1) };
+  return { width: Math.max(panel.screen_width - x, 1), height: Math.max(panel.screen_height - y, 1) };
 }
 
 export function fitsAt(bitmap, x, y) {
@@ -79,11 +81,11 @@ export function bmpOf(image) {
   return bytes;
 }
 
-// 40 x 24 pixels, one bit each: the picture must have that size.
+// As many pixels as a button has, one bit each; null when the picture has another size.
 export function buttonImage(bitmap) {
   if (bitmap.width !== buttonWidth || bitmap.height !== buttonHeight) return null;
   const { data } = drawn(buttonWidth, buttonHeight, (context) => context.drawImage(bitmap, 0, 0));
-  const bytes = new Uint8Array((buttonWidth / 8) * buttonHeight);
+  const bytes = new Uint8Array(buttonBytes);
   for (let i = 0; i < buttonWidth * buttonHeight; ++i) {
     const grey = (data[i * 4] * 11 + data[i * 4 + 1] * 16 + data[i * 4 + 2] * 5) / 32;
     if (Math.floor(grey) > lightestDarkGrey) bytes[i >> 3] |= 0x80 >> (i & 7);

@@ -196,7 +196,12 @@ TEST_F(PageServerTest, the_page_finds_every_file_that_it_names) {
 }
 
 TEST_F(PageServerTest, the_catalogue_and_the_lettering_are_there_for_the_page) {
-  const QJsonArray types = QJsonDocument::fromJson(get("/catalogue.json").body).array();
+  const QJsonObject answer = get("/catalogue.json").json();
+  const QJsonObject panel = answer[QLatin1String("panel")].toObject();
+  EXPECT_EQ(panel[QLatin1String("button_count")].toInt(), 24);
+  EXPECT_EQ(panel[QLatin1String("all_screens")].toInt(), -1);
+  EXPECT_EQ(panel[QLatin1String("default_port")].toInt(), 3003);
+  const QJsonArray types = answer[QLatin1String("messages")].toArray();
   ASSERT_EQ(types.size(), 19);
   const QJsonObject blackout = types[13].toObject();
   EXPECT_EQ(blackout[QLatin1String("name")].toString(), QStringLiteral("BMS_BlackoutScreen"));
@@ -204,7 +209,7 @@ TEST_F(PageServerTest, the_catalogue_and_the_lettering_are_there_for_the_page) {
   EXPECT_EQ(blackout[QLatin1String("head_size")].toInt(), 8);
   EXPECT_EQ(blackout[QLatin1String("handling")].toString(), QStringLiteral("handled"));
   EXPECT_EQ(blackout[QLatin1String("fields")].toArray()[1].toObject(),
-            QJsonDocument::fromJson(R"({"name":"screen_id","offset":4,"width":4,"kind":"signed",
+            QJsonDocument::fromJson(R"({"name":"screen_id","offset":4,"width":4,"kind":"signed","is_colour":false,
               "meaning":"0, 1 or 2; -1: all screens"})")
                 .object());
   EXPECT_EQ(get("/lettering.json").json()[QLatin1String("I")].toObject(),
