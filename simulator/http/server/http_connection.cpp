@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/server/http_connection.h"
 
-#include <QTcpSocket>
-
 #include <sys/socket.h>
 
 namespace buttondriver::simulator {

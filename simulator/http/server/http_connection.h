@@ -6,9 +6,8 @@
 #include "simulator/http/server/http_limits.h"
 
 #include <QObject>
+#include <QTcpSocket>
 #include <QTimer>
-
-class QTcpSocket;
 
 namespace buttondriver::simulator {
 

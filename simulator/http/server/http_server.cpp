@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/server/http_server.h"
 
-#include <QTcpSocket>
-
 namespace buttondriver::simulator {
 
 HttpServer::HttpServer(const HttpLimits &limits) : _limits(limits) {}

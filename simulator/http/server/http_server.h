@@ -8,6 +8,7 @@
 #include "simulator/http/server/http_limits.h"
 
 #include <QTcpServer>
+#include <QTcpSocket>
 
 namespace buttondriver::simulator {
 
