@@ -27,8 +27,12 @@ protected:
                        requests.push_back(request);
                        clients.push_back(client);
                      });
-    QObject::connect(&*server, &HttpServer::upgradeRequested, &*server,
-                     [this](QTcpSocket *socket) { upgrades.push_back(socket); });
+    QObject::connect(&*server, &HttpServer::upgradeRequested, &*server, [this](QTcpSocket *socket) {
+      upgrades.push_back(socket);
+      // As QWebSocketServer does, which has missed it.
+      if (upgrades.size() == 1)
+        emit socket->readyRead();
+    });
     ASSERT_TRUE(server->listenOn({QHostAddress(QHostAddress::LocalHost), 0}));
   }
 
@@ -79,8 +83,9 @@ TEST_F(HttpServerTest, an_answer_to_a_client_that_has_gone_goes_nowhere) {
 TEST_F(HttpServerTest, a_websocket_is_handed_on_with_its_request_unread) {
   serve();
   const auto socket = sent(live);
-  ASSERT_TRUE(process_events_until([&] { return upgrades.size() == 1; }));
+  ASSERT_TRUE(process_events_until([&] { return !upgrades.empty(); }));
   EXPECT_TRUE(requests.empty());
+  EXPECT_EQ(upgrades.size(), 1U);
   EXPECT_EQ(upgrades[0]->readAll(), live);
   // From now on it is not looked at: what would be a second request comes through.
   socket->write(get_x);
@@ -109,6 +114,7 @@ TEST_F(HttpServerTest, a_request_that_is_not_answered_in_time_ends_without_an_an
 
 TEST_F(HttpServerTest, a_refused_client_that_does_not_hang_up_is_cut_off) {
   HttpLimits limits;
+  limits.request_ms = 60'000;
   limits.farewell_ms = 1;
   serve(limits);
   // It never reads, and so does not see that the server has ended its side.
