@@ -28,7 +28,7 @@ std::vector<std::string> lines_of(const std::string &text) {
   return lines;
 }
 
-class Recorder : public testing::Test {
+class TransferRecorderTest : public testing::Test {
 protected:
   std::string recorded() const { return test::read_file(file); }
 
@@ -36,7 +36,7 @@ protected:
   const std::string file = folder.path("transfers");
 };
 
-TEST_F(Recorder, writes_a_line_for_every_transfer_at_once) {
+TEST_F(TransferRecorderTest, writes_a_line_for_every_transfer_at_once) {
   TransferRecorder recorder(file);
   EXPECT_TRUE(recorder.isOpen());
   EXPECT_EQ(recorded(), "");
@@ -54,7 +54,7 @@ TEST_F(Recorder, writes_a_line_for_every_transfer_at_once) {
   EXPECT_EQ(recorded().back(), '\n');
 }
 
-TEST_F(Recorder, writes_all_words_of_a_screen) {
+TEST_F(TransferRecorderTest, writes_all_words_of_a_screen) {
   TransferRecorder recorder(file);
   std::vector<std::uint16_t> words(16384, 0xF81F);
   recorder.record({0x0A03, false, words.data(), 16384});
@@ -65,7 +65,7 @@ TEST_F(Recorder, writes_all_words_of_a_screen) {
   EXPECT_EQ(text.substr(text.find('w')), expected + "\n");
 }
 
-TEST_F(Recorder, times_are_microseconds_since_it_was_made_and_never_fall) {
+TEST_F(TransferRecorderTest, times_are_microseconds_since_it_was_made_and_never_fall) {
   const auto before = std::chrono::steady_clock::now();
   TransferRecorder recorder(file);
   std::uint16_t word = 0;
@@ -82,20 +82,20 @@ TEST_F(Recorder, times_are_microseconds_since_it_was_made_and_never_fall) {
   EXPECT_LE(last, std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count());
 }
 
-TEST_F(Recorder, replaces_an_older_recording) {
+TEST_F(TransferRecorderTest, replaces_an_older_recording) {
   folder.write("transfers", "something old\n");
   TransferRecorder recorder(file);
   EXPECT_EQ(recorded(), "");
 }
 
-TEST_F(Recorder, that_cannot_write_its_file_records_nothing) {
+TEST_F(TransferRecorderTest, that_cannot_write_its_file_records_nothing) {
   TransferRecorder recorder(folder.path("missing") + "/transfers");
   EXPECT_FALSE(recorder.isOpen());
   std::uint16_t word = 0;
   recorder.record({0x0900, false, &word, 1});
 }
 
-TEST_F(Recorder, sees_what_the_panel_accepts_and_what_reads_return) {
+TEST_F(TransferRecorderTest, sees_what_the_panel_accepts_and_what_reads_return) {
   TransferRecorder recorder(file);
   VirtualPanel panel;
   const auto send = [&](const char *bytes) {

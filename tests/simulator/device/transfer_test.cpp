@@ -29,7 +29,7 @@ const Row accepted[] = {
     {"long read", 0xC0102401, "00000000 ffffff7f 01000000 00000000", 0x1FFFFFFF, true, 1},
     {"long form of a short address", 0xC0102401, "00000000 00090020 01000000 00650000", 0x0900, false, 1}};
 
-TEST(Transfer, is_read_from_either_form) {
+TEST(TransferTest, is_read_from_either_form) {
   for (const Row &row : accepted) {
     SCOPED_TRACE(row.condition);
     const panel::TransferRecord record = test::record_of(row.record);
@@ -43,7 +43,7 @@ TEST(Transfer, is_read_from_either_form) {
   }
 }
 
-TEST(Transfer, has_the_words_that_go_with_the_record) {
+TEST(TransferTest, has_the_words_that_go_with_the_record) {
   for (const char *bytes : {"00000000 032a 0000 02000000 3412ffff", "00000000 032a 0000 01000000 3412ffff"}) {
     const panel::TransferRecord record = test::record_of(bytes);
     std::uint16_t words[] = {0xAAAA, 0xBBBB};
@@ -52,7 +52,7 @@ TEST(Transfer, has_the_words_that_go_with_the_record) {
   }
 }
 
-TEST(Transfer, of_no_words_needs_no_buffer) {
+TEST(TransferTest, of_no_words_needs_no_buffer) {
   const panel::TransferRecord record = test::record_of("00000000 0029 0000 00000000 00000000");
   EXPECT_TRUE(std::holds_alternative<Transfer>(read_record(0xC0102400, record, nullptr)));
 }
@@ -79,7 +79,7 @@ const RefusedRow refused[] = {
     {0x40102400, "00000000 0029 0000 01000000 00650000", true, "the request is unknown"},
     {0, "00000000 0029 0000 01000000 00650000", true, "the request is unknown"}};
 
-TEST(Transfer, is_refused_for_each_thing_that_is_fixed) {
+TEST(TransferTest, is_refused_for_each_thing_that_is_fixed) {
   for (const RefusedRow &row : refused) {
     const panel::TransferRecord record = test::record_of(row.record);
     std::uint16_t words[2] = {};

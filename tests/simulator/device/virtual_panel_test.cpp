@@ -26,10 +26,10 @@ using testing::ElementsAre;
 
 using Words = std::vector<std::uint16_t>;
 
-class Panel : public testing::Test {
+class VirtualPanelTest : public testing::Test {
 protected:
-  Panel() { panel::use_register_device(&virtual_panel); }
-  ~Panel() override { panel::use_register_device(nullptr); }
+  VirtualPanelTest() { panel::use_register_device(&virtual_panel); }
+  ~VirtualPanelTest() override { panel::use_register_device(nullptr); }
 
   static void write(std::uint32_t address, Words words) {
     panel::fpga_reg_write(0, address, words.data(), static_cast<std::uint32_t>(words.size()));
@@ -59,7 +59,7 @@ template <std::size_t size> std::vector<std::size_t> lit(const std::array<bool, 
   return numbers;
 }
 
-TEST_F(Panel, starts_dark_with_full_intensity) {
+TEST_F(VirtualPanelTest, starts_dark_with_full_intensity) {
   const PanelState state = virtual_panel.state();
   EXPECT_THAT(state.button_leds, Each(false));
   EXPECT_THAT(state.status_leds, Each(false));
@@ -71,9 +71,9 @@ TEST_F(Panel, starts_dark_with_full_intensity) {
   EXPECT_EQ(virtual_panel.counters().refused, 0U);
 }
 
-TEST_F(Panel, opens_whatever_the_path) { EXPECT_GE(panel::fpga_reg_open(nullptr), 0); }
+TEST_F(VirtualPanelTest, opens_whatever_the_path) { EXPECT_GE(panel::fpga_reg_open(nullptr), 0); }
 
-TEST_F(Panel, shows_button_leds_and_status_leds_apart) {
+TEST_F(VirtualPanelTest, shows_button_leds_and_status_leds_apart) {
   write(0x900, {0x6500}); // button LED 5 on
   write(0x900, {0x7F00}); // button LED 31 on
   write(0x900, {0xA100}); // status indicator 1 on
@@ -85,7 +85,7 @@ TEST_F(Panel, shows_button_leds_and_status_leds_apart) {
   EXPECT_THAT(lit(virtual_panel.state().status_leds), ElementsAre(1));
 }
 
-TEST_F(Panel, ignores_led_commands_of_no_kind_or_both) {
+TEST_F(VirtualPanelTest, ignores_led_commands_of_no_kind_or_both) {
   write(0x900, {0x2500});
   write(0x900, {0xE500});
   write(0x900, {0x0065}); // in the low byte
@@ -93,7 +93,7 @@ TEST_F(Panel, ignores_led_commands_of_no_kind_or_both) {
   EXPECT_THAT(virtual_panel.state().status_leds, Each(false));
 }
 
-TEST_F(Panel, shows_an_led_id_above_31_as_the_hardware_gets_it) {
+TEST_F(VirtualPanelTest, shows_an_led_id_above_31_as_the_hardware_gets_it) {
   panel::led_set_button_state(33, 0); // 33 + 64: button LED 1 on
   panel::led_set_button_state(35, 1); // 35 + 64 + 32: status indicator 3 off
   panel::led_set_button_state(67, 1); // 67 + 64 + 32: status indicator 3 on
@@ -101,7 +101,7 @@ TEST_F(Panel, shows_an_led_id_above_31_as_the_hardware_gets_it) {
   EXPECT_THAT(lit(virtual_panel.state().status_leds), ElementsAre(3));
 }
 
-TEST_F(Panel, shows_the_two_toggle_indicators) {
+TEST_F(VirtualPanelTest, shows_the_two_toggle_indicators) {
   write(0x1003, {0x0001});
   EXPECT_THAT(virtual_panel.state().toggles, ElementsAre(true, false));
   write(0x1003, {0xFFFE});
@@ -110,7 +110,7 @@ TEST_F(Panel, shows_the_two_toggle_indicators) {
   EXPECT_THAT(virtual_panel.state().toggles, ElementsAre(false, false));
 }
 
-TEST_F(Panel, takes_the_intensity_with_both_enable_bits_only) {
+TEST_F(VirtualPanelTest, takes_the_intensity_with_both_enable_bits_only) {
   const std::pair<std::uint16_t, unsigned> rows[] = {{0xC000, 0}, {0xDF00, 31}, {0xFF00, 63}, {0xC1FF, 1},
                                                      {0x0000, 1}, {0x8000, 1},  {0x7F00, 1},  {0xBF00, 1},
                                                      {0x00FF, 1}, {0xE000, 32}};
@@ -120,7 +120,7 @@ TEST_F(Panel, takes_the_intensity_with_both_enable_bits_only) {
   }
 }
 
-TEST_F(Panel, draws_on_the_controllers_of_the_mask_alone) {
+TEST_F(VirtualPanelTest, draws_on_the_controllers_of_the_mask_alone) {
   for (const unsigned mask : {1U, 2U, 4U, 3U, 5U, 6U, 7U, 0U}) {
     draw(7, 0x0404, 0x0101, {0x1111});
     draw(mask, 0x0404, 0x0101, {0xFFFF});
@@ -130,7 +130,7 @@ TEST_F(Panel, draws_on_the_controllers_of_the_mask_alone) {
   }
 }
 
-TEST_F(Panel, keeps_a_window_for_each_controller) {
+TEST_F(VirtualPanelTest, keeps_a_window_for_each_controller) {
   panel::tft_write_register(1, 0x44, 0x0505);
   panel::tft_write_register(1, 0x45, 0x0202);
   panel::tft_start_pixels(7);
@@ -143,7 +143,7 @@ TEST_F(Panel, keeps_a_window_for_each_controller) {
   EXPECT_EQ(state.screens[2][0], 0xFFFF);
 }
 
-TEST_F(Panel, blackout_clears_its_own_screen) {
+TEST_F(VirtualPanelTest, blackout_clears_its_own_screen) {
   draw(7, 0x8304, 0x8001, Words(16384, 0x1234));
   panel::tft_blackout(1);
   const PanelState state = virtual_panel.state();
@@ -152,21 +152,21 @@ TEST_F(Panel, blackout_clears_its_own_screen) {
   EXPECT_THAT(state.screens[2], Each(0x1234));
 }
 
-TEST_F(Panel, stays_in_its_memory_whatever_is_drawn_where) {
+TEST_F(VirtualPanelTest, stays_in_its_memory_whatever_is_drawn_where) {
   draw(7, 0xFF00, 0xFF00, Words(65535, 0xFFFF));
   draw(7, 0x8384, 0x80C9, Words(65535, 0xFFFF));
   EXPECT_EQ(virtual_panel.counters().refused, 0U);
   EXPECT_THAT(virtual_panel.state().screens[2], Each(0xFFFF));
 }
 
-TEST_F(Panel, ports_outside_of_the_controllers_are_plain_registers) {
+TEST_F(VirtualPanelTest, ports_outside_of_the_controllers_are_plain_registers) {
   write(0xA10, {0x2200});
   write(0x9FF, {0x2200});
   EXPECT_THAT(read(0xA10, 1), ElementsAre(0x2200));
   EXPECT_THAT(read(0x9FF, 1), ElementsAre(0x2200));
 }
 
-TEST_F(Panel, reads_what_was_last_written) {
+TEST_F(VirtualPanelTest, reads_what_was_last_written) {
   EXPECT_THAT(read(0x1000, 1), ElementsAre(0));
   write(0x1003, {0x0001});
   write(0x1003, {0x0003});
@@ -177,14 +177,14 @@ TEST_F(Panel, reads_what_was_last_written) {
   EXPECT_EQ(panel::fpga_reg_read(0, 0x1003), 3);
 }
 
-TEST_F(Panel, a_read_changes_nothing_but_the_word) {
+TEST_F(VirtualPanelTest, a_read_changes_nothing_but_the_word) {
   panel::TransferRecord record = test::record_of("00000000 0069 0000 01000000 0065ffff");
   EXPECT_EQ(virtual_panel.transfer(0, 0xC0102400, record, nullptr), 0);
   EXPECT_EQ(test::bytes_of(record), "0000000000690000010000000000ffff");
   EXPECT_THAT(virtual_panel.state().button_leds, Each(false));
 }
 
-TEST_F(Panel, a_single_word_is_that_of_the_record_whatever_the_caller_s_are) {
+TEST_F(VirtualPanelTest, a_single_word_is_that_of_the_record_whatever_the_caller_s_are) {
   panel::TransferRecord record = test::record_of("00000000 0029 0000 01000000 0065ffff");
   std::uint16_t words[] = {0x6100};
   EXPECT_EQ(virtual_panel.transfer(0, 0xC0102400, record, words), 0);
@@ -193,19 +193,19 @@ TEST_F(Panel, a_single_word_is_that_of_the_record_whatever_the_caller_s_are) {
   EXPECT_EQ(words[0], 0x6100);
 }
 
-TEST_F(Panel, several_words_for_one_register_are_written_one_after_the_other) {
+TEST_F(VirtualPanelTest, several_words_for_one_register_are_written_one_after_the_other) {
   write(0x900, {0x6100, 0x6200, 0x4100});
   EXPECT_THAT(lit(virtual_panel.state().button_leds), ElementsAre(2));
 }
 
-TEST_F(Panel, no_words_are_accepted_and_change_nothing) {
+TEST_F(VirtualPanelTest, no_words_are_accepted_and_change_nothing) {
   EXPECT_EQ(panel::fpga_reg_write(0, 0x1003, nullptr, 0), 0);
   EXPECT_EQ(panel::fpga_spi_transfer(0, 0x1003, 1, nullptr, 0), 0);
   EXPECT_THAT(virtual_panel.state().toggles, Each(false));
   EXPECT_EQ(virtual_panel.counters().transfers, 2U);
 }
 
-TEST_F(Panel, refused_transfers_are_counted_and_the_first_is_said) {
+TEST_F(VirtualPanelTest, refused_transfers_are_counted_and_the_first_is_said) {
   panel::TransferRecord wrong = test::record_of("00000000 0009 0000 01000000 00650000");
   panel::TransferRecord good = test::record_of("00000000 0029 0000 01000000 00610000");
   panel::TransferRecord reserved = test::record_of("000000ff 0029 0000 01000000 00650000");
@@ -233,7 +233,7 @@ TEST_F(Panel, refused_transfers_are_counted_and_the_first_is_said) {
   EXPECT_THAT(lit(virtual_panel.state().button_leds), ElementsAre(1));
 }
 
-TEST_F(Panel, state_is_never_that_of_half_a_transfer) {
+TEST_F(VirtualPanelTest, state_is_never_that_of_half_a_transfer) {
   std::atomic<bool> stop{false};
   std::atomic<unsigned> rounds{0};
   std::thread writer([&] {

@@ -88,18 +88,18 @@ PanelState all_lit() {
   return state;
 }
 
-TEST(PanelPicture, has_the_size_of_the_layout_and_is_opaque) {
+TEST(PanelPictureTest, has_the_size_of_the_layout_and_is_opaque) {
   const QImage picture = draw_panel(PanelState());
   EXPECT_EQ(picture.size(), QSize(layout::picture_width, layout::picture_height));
   EXPECT_EQ(picture.format(), QImage::Format_RGB32);
 }
 
-TEST(PanelPicture, needs_only_a_core_application) {
+TEST(PanelPictureTest, needs_only_a_core_application) {
   ASSERT_EQ(qobject_cast<QGuiApplication *>(QCoreApplication::instance()), nullptr);
   EXPECT_FALSE(draw_panel(PanelState()).isNull());
 }
 
-TEST(PanelPicture, shows_each_screen_pixel_as_a_square_of_three_by_three) {
+TEST(PanelPictureTest, shows_each_screen_pixel_as_a_square_of_three_by_three) {
   const QImage picture = draw_panel(coloured_screens());
   for (std::size_t screen = 0; screen < 3; ++screen)
     for (int y = 0; y < 384; ++y)
@@ -112,7 +112,7 @@ TEST(PanelPicture, shows_each_screen_pixel_as_a_square_of_three_by_three) {
       }
 }
 
-TEST(PanelPicture, changes_one_square_when_one_screen_pixel_changes) {
+TEST(PanelPictureTest, changes_one_square_when_one_screen_pixel_changes) {
   const QImage dark = draw_panel(PanelState());
   for (std::size_t screen = 0; screen < 3; ++screen) {
     PanelState state;
@@ -121,7 +121,7 @@ TEST(PanelPicture, changes_one_square_when_one_screen_pixel_changes) {
   }
 }
 
-TEST(PanelPicture, changes_only_the_light_of_a_lamp_when_it_goes_on) {
+TEST(PanelPictureTest, changes_only_the_light_of_a_lamp_when_it_goes_on) {
   const QImage dark = draw_panel(PanelState());
   for (const Lamp &lamp : all_lamps()) {
     const QImage picture = draw_panel(lamp.lit_alone);
@@ -133,13 +133,13 @@ TEST(PanelPicture, changes_only_the_light_of_a_lamp_when_it_goes_on) {
   }
 }
 
-TEST(PanelPicture, shows_a_lamp_the_same_whatever_the_others_do) {
+TEST(PanelPictureTest, shows_a_lamp_the_same_whatever_the_others_do) {
   const QImage lit = draw_panel(all_lit());
   for (const Lamp &lamp : all_lamps())
     EXPECT_EQ(lit.copy(lamp.light), draw_panel(lamp.lit_alone).copy(lamp.light)) << lamp.name;
 }
 
-TEST(PanelPicture, numbers_every_key_differently) {
+TEST(PanelPictureTest, numbers_every_key_differently) {
   const QImage picture = draw_panel(PanelState());
   // The same shade may come out one step apart at two places; ink and no ink are far apart.
   const auto clearly_different = [&](std::size_t one, std::size_t other) {
@@ -157,7 +157,7 @@ TEST(PanelPicture, numbers_every_key_differently) {
       EXPECT_GT(clearly_different(one, other), 10) << one << " and " << other;
 }
 
-TEST(PanelPicture, lights_as_many_segments_as_the_intensity) {
+TEST(PanelPictureTest, lights_as_many_segments_as_the_intensity) {
   PanelState state;
   state.intensity = 0;
   const QImage without = draw_panel(state);
@@ -172,7 +172,7 @@ TEST(PanelPicture, lights_as_many_segments_as_the_intensity) {
   }
 }
 
-TEST(PanelPicture, writes_every_intensity_as_a_different_number) {
+TEST(PanelPictureTest, writes_every_intensity_as_a_different_number) {
   const QRect last_segment = layout::intensity_segment(63);
   QRect number = layout::intensity_window;
   number.setLeft(last_segment.right() + 1);
@@ -185,7 +185,7 @@ TEST(PanelPicture, writes_every_intensity_as_a_different_number) {
       EXPECT_NE(numbers[one], numbers[other]) << one << " and " << other;
 }
 
-TEST(PanelPicture, dims_the_screens_with_the_intensity) {
+TEST(PanelPictureTest, dims_the_screens_with_the_intensity) {
   PanelState state;
   state.screens[1].fill(0xFFFF);
   int before = -1;
@@ -197,14 +197,14 @@ TEST(PanelPicture, dims_the_screens_with_the_intensity) {
   EXPECT_EQ(before, 3 * 255);
 }
 
-TEST(PanelPicture, takes_an_intensity_above_the_highest_for_the_highest) {
+TEST(PanelPictureTest, takes_an_intensity_above_the_highest_for_the_highest) {
   PanelState state = coloured_screens();
   const QImage highest = draw_panel(state);
   state.intensity = 64;
   EXPECT_EQ(draw_panel(state), highest);
 }
 
-TEST(PanelPicture, is_the_same_for_the_same_state_on_every_thread) {
+TEST(PanelPictureTest, is_the_same_for_the_same_state_on_every_thread) {
   const PanelState state = all_lit();
   const QImage here = draw_panel(state);
   QImage there;
@@ -213,7 +213,7 @@ TEST(PanelPicture, is_the_same_for_the_same_state_on_every_thread) {
   EXPECT_EQ(draw_panel(state), here);
 }
 
-TEST(PanelLayout, keeps_screens_and_lights_apart_and_on_the_plate) {
+TEST(PanelLayoutTest, keeps_screens_and_lights_apart_and_on_the_plate) {
   std::vector<QRect> places = {layout::intensity_window};
   for (std::size_t screen = 0; screen < 3; ++screen)
     places.push_back(layout::screen(screen));
@@ -228,7 +228,7 @@ TEST(PanelLayout, keeps_screens_and_lights_apart_and_on_the_plate) {
   }
 }
 
-TEST(PanelLayout, puts_eight_keys_in_two_rows_below_each_screen) {
+TEST(PanelLayoutTest, puts_eight_keys_in_two_rows_below_each_screen) {
   for (std::size_t id = 0; id < 24; ++id) {
     const QRect screen = layout::bezel(id / 8);
     const QRect key = layout::key(id);

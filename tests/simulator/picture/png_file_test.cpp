@@ -13,7 +13,7 @@
 namespace buttondriver::simulator {
 namespace {
 
-class PngFile : public testing::Test {
+class PngFileTest : public testing::Test {
 protected:
   void SetUp() override { ASSERT_TRUE(_folder.isValid()); }
 
@@ -66,26 +66,26 @@ private:
   void (*_handler)(int) = nullptr;
 };
 
-TEST_F(PngFile, reads_back_as_the_same_picture) {
+TEST_F(PngFileTest, reads_back_as_the_same_picture) {
   ASSERT_TRUE(write_png(picture(0xFF804020), path("panel.png")));
   EXPECT_EQ(contents("panel.png").left(8), QByteArray("\x89PNG\r\n\x1a\n"));
   EXPECT_EQ(QImage(path("panel.png"), "png").convertToFormat(QImage::Format_RGB32), picture(0xFF804020));
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }
 
-TEST_F(PngFile, does_not_depend_on_its_name) {
+TEST_F(PngFileTest, does_not_depend_on_its_name) {
   ASSERT_TRUE(write_png(picture(0xFF804020), path("panel.jpg")));
   EXPECT_EQ(contents("panel.jpg").left(8), QByteArray("\x89PNG\r\n\x1a\n"));
 }
 
-TEST_F(PngFile, of_the_same_panel_has_the_same_bytes) {
+TEST_F(PngFileTest, of_the_same_panel_has_the_same_bytes) {
   const PanelState state;
   ASSERT_TRUE(write_png(draw_panel(state), path("first.png")));
   ASSERT_TRUE(write_png(draw_panel(state), path("second.png")));
   EXPECT_EQ(contents("first.png"), contents("second.png"));
 }
 
-TEST_F(PngFile, replaces_an_older_one_without_touching_it) {
+TEST_F(PngFileTest, replaces_an_older_one_without_touching_it) {
   put("panel.png", "the older file");
   QFile reader(path("panel.png"));
   ASSERT_TRUE(reader.open(QIODevice::ReadOnly));
@@ -95,14 +95,14 @@ TEST_F(PngFile, replaces_an_older_one_without_touching_it) {
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }
 
-TEST_F(PngFile, in_a_missing_folder_is_an_error) {
+TEST_F(PngFileTest, in_a_missing_folder_is_an_error) {
   const auto written = write_png(picture(0xFF804020), path("missing/panel.png"));
   ASSERT_FALSE(written);
   EXPECT_FALSE(written.failure().text.isEmpty());
   EXPECT_EQ(folder_contents(), QStringList());
 }
 
-TEST_F(PngFile, in_the_place_of_a_folder_is_an_error) {
+TEST_F(PngFileTest, in_the_place_of_a_folder_is_an_error) {
   ASSERT_TRUE(QDir().mkdir(path("panel.png")));
   const auto written = write_png(picture(0xFF804020), path("panel.png"));
   ASSERT_FALSE(written);
@@ -110,7 +110,7 @@ TEST_F(PngFile, in_the_place_of_a_folder_is_an_error) {
   EXPECT_TRUE(QDir(path("panel.png")).exists());
 }
 
-TEST_F(PngFile, that_cannot_be_finished_leaves_the_older_one) {
+TEST_F(PngFileTest, that_cannot_be_finished_leaves_the_older_one) {
   put("panel.png", "the older file");
   const QImage image = draw_panel(PanelState());
   {
@@ -123,7 +123,7 @@ TEST_F(PngFile, that_cannot_be_finished_leaves_the_older_one) {
   EXPECT_EQ(folder_contents(), QStringList{QStringLiteral("panel.png")});
 }
 
-TEST_F(PngFile, of_no_picture_is_an_error_and_leaves_the_older_one) {
+TEST_F(PngFileTest, of_no_picture_is_an_error_and_leaves_the_older_one) {
   put("panel.png", "the older file");
   const auto written = write_png(QImage(), path("panel.png"));
   ASSERT_FALSE(written);

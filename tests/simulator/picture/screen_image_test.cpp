@@ -15,9 +15,9 @@ struct Row {
 
 void PrintTo(const Row &row, std::ostream *out) { *out << row.condition; }
 
-class ScreenImageColour : public testing::TestWithParam<Row> {};
+class ScreenImageColourTest : public testing::TestWithParam<Row> {};
 
-TEST_P(ScreenImageColour, is_widened_and_dimmed) {
+TEST_P(ScreenImageColourTest, is_widened_and_dimmed) {
   ScreenPixels pixels{};
   pixels[5 * 128 + 7] = GetParam().pixel;
   const QImage image = screen_image(pixels, GetParam().intensity);
@@ -27,7 +27,7 @@ TEST_P(ScreenImageColour, is_widened_and_dimmed) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, ScreenImageColour,
+    Rows, ScreenImageColourTest,
     testing::Values(Row{"black", 0x0000, 63, 0xFF000000}, Row{"white", 0xFFFF, 63, 0xFFFFFFFF},
                     Row{"red", 0xF800, 63, 0xFFFF0000}, Row{"green", 0x07E0, 63, 0xFF00FF00},
                     Row{"blue", 0x001F, 63, 0xFF0000FF}, Row{"middle grey", 0x8410, 63, 0xFF848284},
@@ -41,13 +41,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"just above the highest intensity", 0x07E0, 64, 0xFF00FF00},
                     Row{"far above the highest intensity", 0xABCD, 0x7FFFFFFF, 0xFFAD796B}));
 
-TEST(ScreenImage, is_opaque_128_by_128) {
+TEST(ScreenImageTest, is_opaque_128_by_128) {
   const QImage image = screen_image(ScreenPixels{}, 63);
   EXPECT_EQ(image.size(), QSize(128, 128));
   EXPECT_EQ(image.format(), QImage::Format_RGB32);
 }
 
-TEST(ScreenImage, starts_with_the_top_row_from_the_left) {
+TEST(ScreenImageTest, starts_with_the_top_row_from_the_left) {
   ScreenPixels pixels{};
   pixels.front() = 0xF800;
   pixels[127] = 0x07E0;
@@ -60,7 +60,7 @@ TEST(ScreenImage, starts_with_the_top_row_from_the_left) {
   EXPECT_EQ(image.pixel(127, 127), 0xFFFFFFFFU);
 }
 
-TEST(ScreenImage, never_gets_darker_with_more_intensity) {
+TEST(ScreenImageTest, never_gets_darker_with_more_intensity) {
   ScreenPixels every_step{};
   for (unsigned step = 0; step < 64; ++step)
     every_step[step] = static_cast<std::uint16_t>(step / 2 << 11 | step << 5 | step / 2);
