@@ -19,7 +19,7 @@ QJsonValue value_of(const Field &field, ByteView message) {
   if (field.width == 1)
     return int{message.u8(field.offset)};
   const std::uint32_t word = message.big_endian_32(field.offset);
-  if (is_colour(field))
+  if (field.is_colour)
     return QStringLiteral("0x%1").arg(word, 6, 16, QLatin1Char('0'));
   if (field.kind == FieldKind::signed_integer)
     return qint64{static_cast<std::int32_t>(word)};
@@ -36,10 +36,6 @@ void add_variable_part(QJsonObject &object, const MessageType &type, const Messa
 }
 
 } // namespace
-
-bool is_colour(const Field &field) {
-  return field.width == 4 && std::string_view(field.name).find("colour") != std::string_view::npos;
-}
 
 QJsonObject to_json(const MessageRecord &record) {
   QJsonObject object{{QStringLiteral("time"), record.time_ms},

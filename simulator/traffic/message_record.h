@@ -2,7 +2,6 @@
 #pragma once
 
 #include "bytes/byte_view.h"
-#include "protocol/catalogue.h"
 
 #include <QByteArray>
 #include <QJsonObject>
@@ -20,9 +19,6 @@ struct MessageRecord {
   qint64 size;      ///< bytes of the whole message
   QByteArray bytes; ///< the first most_bytes of it, in network order
 };
-
-/// Whether a field of a message is a colour, 0xRRGGBB.
-bool is_colour(const Field &field);
 
 /// The message with its name and its fields, as {"time", "client", "size", "name", "fields": [[name, value], ...]}.
 /// Numbers come as numbers, colours as text "0xRRGGBB". Where the message counts characters, "text" has them up to the

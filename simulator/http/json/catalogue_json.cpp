@@ -51,17 +51,34 @@ QString name_of(Handling handling) {
   return QStringLiteral("handled");
 }
 
+QJsonArray named_of(const Field &field) {
+  QJsonArray values;
+  for (std::size_t i = 0; i < field.named_count(); ++i)
+    values += QJsonObject{{QStringLiteral("first"), qint64{field.named[i].first}},
+                          {QStringLiteral("last"), qint64{field.named[i].last}},
+                          {QStringLiteral("name"), QLatin1String(field.named[i].name)}};
+  return values;
+}
+
+QJsonObject to_json(const Field &field) {
+  QJsonObject object{{QStringLiteral("name"), QLatin1String(field.name)},
+                     {QStringLiteral("offset"), field.offset},
+                     {QStringLiteral("width"), field.width},
+                     {QStringLiteral("kind"), name_of(field.kind)},
+                     {QStringLiteral("is_colour"), field.is_colour},
+                     {QStringLiteral("meaning"), QString::fromStdString(field_text(field))}};
+  if (field.kind != FieldKind::bytes) {
+    object[QLatin1String("lowest")] = qint64{field.lowest};
+    object[QLatin1String("highest")] = qint64{field.highest};
+    object[QLatin1String("named")] = named_of(field);
+  }
+  return object;
+}
+
 QJsonArray fields_of(const MessageType &type) {
   QJsonArray fields;
-  for (std::size_t i = 0; i < type.field_count(); ++i) {
-    const Field &field = type.fields[i];
-    fields += QJsonObject{{QStringLiteral("name"), QLatin1String(field.name)},
-                          {QStringLiteral("offset"), field.offset},
-                          {QStringLiteral("width"), field.width},
-                          {QStringLiteral("kind"), name_of(field.kind)},
-                          {QStringLiteral("is_colour"), field.is_colour},
-                          {QStringLiteral("meaning"), QString::fromStdString(field_text(field))}};
-  }
+  for (std::size_t i = 0; i < type.field_count(); ++i)
+    fields += to_json(type.fields[i]);
   return fields;
 }
 
@@ -91,7 +108,7 @@ QJsonObject panel() {
           {QStringLiteral("button_image_width"), dimensions::button_image_width},
           {QStringLiteral("button_image_height"), dimensions::button_image_height},
           {QStringLiteral("button_image_bytes"), dimensions::button_image_bytes},
-          {QStringLiteral("default_port"), Connector::default_port}};
+          {QStringLiteral("default_port"), DEFAULT_PORT}};
 }
 
 } // namespace

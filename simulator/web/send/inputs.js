@@ -54,12 +54,14 @@ function inputOf(type, value) {
 }
 
 export class NumberInput extends Input {
-  constructor(label, { lowest, highest, value, hint }) {
+  // `named` has the values outside of the range that mean something as well.
+  constructor(label, { lowest, highest, named, value, hint }) {
     const control = inputOf('text', String(value));
     control.inputMode = 'numeric';
     super(label, control, { hint });
     this.lowest = lowest;
     this.highest = highest;
+    this.named = named;
   }
 
   read() {
@@ -70,7 +72,9 @@ export class NumberInput extends Input {
     const text = this.control.value.trim();
     const value = Number(text);
     if (!/^-?(\d+|0x[0-9a-f]+)$/i.test(text)) return 'A whole number, please.';
-    return value < this.lowest || value > this.highest ? `From ${this.lowest} to ${this.highest}, please.` : null;
+    const isNamed = this.named.some(({ first, last }) => value >= first && value <= last);
+    if (isNamed || (value >= this.lowest && value <= this.highest)) return null;
+    return `From ${this.lowest} to ${this.highest}, please.`;
   }
 }
 

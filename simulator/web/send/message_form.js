@@ -6,40 +6,36 @@ import { BytesInput, ChoiceInput, ColourInput, IdsInput, NumberInput, TextInput 
 import { PictureInput } from './picture_input.js';
 import { bmpOf, buttonImage, fitsAt, isOnScreen, screenPixels } from './picture.js';
 
-const onOff = [[1, 'On'], [0, 'Off']];
-const choices = {
-  'BMS_SetLEDState.state': [[1, 'On'], [0, 'Off'], [-1, 'Blinking']],
-  'BMS_SetLEDStatusIndicator.state': onOff,
-  'BMS_SetLEDToggleIndicator.state': onOff,
-  'BMS_TFTTextLine.flag': [[1, 'White on black'], [0, 'Black on white']],
-};
 const screens = [...Array.from({ length: panel.screen_count }, (_, id) => [id, `Screen ${id}`]), [panel.all_screens, 'All screens']];
 const firstValues = {
   'BMS_SetLEDState.button_id': 5,
   'BMS_TFTSubTextLine._line_id': 2,
   'BMS_TFTSubTextLine._num_chars': 5,
-  'BMS_SetParameter.parameter': 8,
+  'BMS_TFTTextLine.flag': 1,
 };
 const firstColours = { _text_colour: '#ffc25c' };
 
 const label = (name) => name.replace(/^_/, '').replaceAll('_', ' ');
 
-// The values that mean something, where the catalogue says it; else all that there is room for.
-function numberRange({ lowest, highest, width, kind }) {
-  if (lowest !== undefined && highest !== undefined) return { lowest, highest };
-  if (width === 1) return { lowest: 0, highest: 255 };
-  return kind === 'signed' ? { lowest: -(2 ** 31), highest: 2 ** 31 - 1 } : { lowest: 0, highest: 2 ** 32 - 1 };
+const capital = (text) => text[0].toUpperCase() + text.slice(1);
+
+// The values of a field, each with its name; null when not every value has a name of its own.
+function choicesOf({ lowest, highest, named }) {
+  const choices = named.filter(({ first, last }) => first === last).map(({ first, name }) => [first, capital(name)]);
+  for (let value = lowest; value <= highest; ++value)
+    if (!choices.some(([one]) => one === value)) return null;
+  return choices;
 }
 
 function inputFor(type, field) {
   const place = `${type.name}.${field.name}`;
   if (/^_?screen_id$/.test(field.name)) return new ChoiceInput('screen', screens, 0);
-  if (choices[place]) return new ChoiceInput(label(field.name), choices[place], choices[place][0][0]);
   if (field.is_colour) return new ColourInput(label(field.name), firstColours[field.name] ?? '#000000');
   if (field.kind === 'bytes') return bytesInputFor(field);
-  const { lowest, highest } = numberRange(field);
-  const value = firstValues[place] ?? Math.min(Math.max(0, lowest), highest);
-  return new NumberInput(label(field.name), { lowest, highest, value, hint: field.meaning });
+  const choices = choicesOf(field);
+  if (choices) return new ChoiceInput(label(field.name), choices, firstValues[place] ?? choices[0][0]);
+  const value = firstValues[place] ?? Math.min(Math.max(0, field.lowest), field.highest);
+  return new NumberInput(label(field.name), { ...field, value, hint: field.meaning });
 }
 
 function bytesInputFor(field) {
@@ -56,16 +52,15 @@ function buttonPicture() {
   });
 }
 
-// Counts are made, not typed; reserved fields and those with one possible value as well.
+// Counts are made, not typed; fields with one possible value as well.
 function isTyped(type, field, i) {
   const isCount = type.counted !== 'nothing' && i === type.fields.length - 1;
-  return i > 0 && !isCount && !field.name.includes('reserved') && onlyValue(type, field) === undefined;
+  return i > 0 && !isCount && onlyValue(field) === undefined;
 }
 
 // The one value that a field can have, if it is so.
-function onlyValue(type, { name, lowest, highest }) {
-  if (lowest !== undefined && lowest === highest) return lowest;
-  return type.name === 'BMS_UploadImage' && name === 'size' ? panel.button_image_bytes : undefined;
+function onlyValue({ lowest, highest }) {
+  return lowest === highest ? lowest : undefined;
 }
 
 export const rawName = 'raw';
@@ -120,7 +115,7 @@ export class MessageForm {
   read() {
     if (this.name === rawName) return { bytes: this.rest.read(), parts: {} };
     const values = Object.fromEntries([...this.fields].map(([name, input]) => [name, input.read()]));
-    for (const field of this.type.fields) values[field.name] ??= onlyValue(this.type, field);
+    for (const field of this.type.fields) values[field.name] ??= onlyValue(field);
     let rest = this.rest?.read();
     if (this.name === 'BMS_TFTSubTextLine' && values._num_chars > rest.length && values._num_chars <= panel.screen_width)
       rest = rest.padEnd(values._num_chars, ' ');

@@ -210,7 +210,8 @@ TEST_F(PageServerTest, the_catalogue_and_the_lettering_are_there_for_the_page) {
   EXPECT_EQ(blackout[QLatin1String("handling")].toString(), QStringLiteral("handled"));
   EXPECT_EQ(blackout[QLatin1String("fields")].toArray()[1].toObject(),
             QJsonDocument::fromJson(R"({"name":"screen_id","offset":4,"width":4,"kind":"signed","is_colour":false,
-              "meaning":"0, 1 or 2; -1: all screens"})")
+              "meaning":"0, 1 or 2; -1: all screens","lowest":0,"highest":2,
+              "named":[{"first":-1,"last":-1,"name":"all screens"}]})")
                 .object());
   EXPECT_EQ(get("/lettering.json").json()[QLatin1String("I")].toObject(),
             QJsonDocument::fromJson(R"({"width":0,"strokes":"M00L0c"})").object());
