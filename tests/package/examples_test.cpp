@@ -33,7 +33,8 @@ public:
   Panel()
       : _record(_folder.filePath(QStringLiteral("record"))),
         _simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM),
-                   {QStringLiteral("--record"), _record, QStringLiteral("map"), QString(), QStringLiteral("0")}) {
+                   {QStringLiteral("--http=off"), QStringLiteral("--record"), _record, QStringLiteral("map"), QString(),
+                    QStringLiteral("0")}) {
     EXPECT_TRUE(_simulator.waitForOutput("buttondriver-sim: listening on port "));
   }
 

@@ -29,7 +29,8 @@ protected:
 };
 
 TEST_F(DoctorRunTest, all_is_well_with_a_virtual_panel) {
-  Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM), {"--root", root.path(), "map", QString(), "0"});
+  Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM),
+                    {"--root", root.path(), "--http", "off", "map", QString(), "0"});
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   const ToolResult result = run(simulator.listeningPort(), {"--virtual"});
   EXPECT_EQ(result.exit_status, 0);

@@ -43,7 +43,8 @@ QByteArray state_after_the_scenario() {
 TEST(FirstScenarioTest, shows_the_pictures_beside_it) {
   const QTemporaryDir folder;
   const QString snapshot = folder.filePath(QStringLiteral("panel.png"));
-  Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM), {"--snapshot", snapshot, "map", QString(), "0"});
+  Program simulator(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM),
+                    {"--http", "off", "--snapshot", snapshot, "map", QString(), "0"});
   ASSERT_TRUE(simulator.waitForOutput("buttondriver-sim: listening on port "));
   PanelDouble panel;
   panel.answer("/state.json", state_after_the_scenario());

@@ -75,9 +75,9 @@ std::string recorded_frames() {
 }
 
 std::unique_ptr<Program> start_simulator(const TestRoot &root, const QString &record) {
-  auto simulator =
-      std::make_unique<Program>(QStringLiteral(BUTTONDRIVER_SIM_PROGRAM),
-                                QStringList{"--root", root.path(), "--record", record, "map", QString(), "0"});
+  auto simulator = std::make_unique<Program>(
+      QStringLiteral(BUTTONDRIVER_SIM_PROGRAM),
+      QStringList{"--http", "off", "--root", root.path(), "--record", record, "map", QString(), "0"});
   EXPECT_TRUE(simulator->waitForOutput("buttondriver-sim: listening on port "));
   return simulator;
 }
