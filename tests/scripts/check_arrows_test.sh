@@ -82,6 +82,29 @@ expect 'daemon/fpga/a.cpp:3: must not include sys/ioctl.h' daemon/fpga/a.cpp '<s
 
 expect 'attic/a.cpp: its room is not in the table of arrows' attic/a.cpp '<vector>'
 
+# expect_circle SAYS FILE INCLUDE FILE INCLUDE: SAYS is the line expected, or "nothing", for a tree with two includes.
+expect_circle() {
+  rows=$((rows + 1))
+  tree=$folder/$rows
+  mkdir -p "$tree/$(dirname "$2")" "$tree/$(dirname "$4")"
+  echo "#include \"$3\"" >"$tree/$2"
+  echo "#include \"$5\"" >"$tree/$4"
+  found=$("$check_arrows" "$tree" 2>&1)
+  [ "$1" = nothing ] && [ -z "$found" ] && return
+  # A circle is named from where it was met first.
+  [ -n "$found" ] && [ "$(echo "$found" | tr ' ' '\n' | sort -u)" = "$(echo "$1" | tr ' ' '\n' | sort -u)" ] && return
+  echo "FAILED: $2 with #include $3 and $4 with $5: '$found' instead of '$1'"
+  failures=$((failures + 1))
+}
+
+# In a circle, of files of one room, and of rooms.
+expect_circle 'circle: daemon/fpga/a daemon/fpga/b daemon/fpga/a' daemon/fpga/a.h 'fpga/b.h' daemon/fpga/b.h 'fpga/a.h'
+expect_circle 'circle: daemon/fpga/a daemon/fpga/b daemon/fpga/a' daemon/fpga/a.h 'fpga/b.h' daemon/fpga/b.cpp 'fpga/a.h'
+expect_circle 'circle: buttonctl/ buttonctl/documents/ buttonctl/' buttonctl/runner.cpp 'buttonctl/documents/a.h' \
+  buttonctl/documents/b.cpp 'buttonctl/command_table.h'
+expect_circle nothing daemon/fpga/a.h 'fpga/b.h' daemon/fpga/c.h 'fpga/b.h'
+expect_circle nothing daemon/fpga/a.cpp 'fpga/a.h' daemon/fpga/b.h 'fpga/a.h'
+
 mkdir "$folder/empty"
 "$check_arrows" "$folder/empty" >/dev/null 2>&1
 if [ $? -ne 2 ]; then
