@@ -63,7 +63,7 @@ void run(const Rig &rig, Input input) {
   const int usable = panel::bmp_check_header(bmp, &header);
   panel::bmp_print_header(bmp);
   const Picture beginning = decode(bmp, limit);
-  require(usable == 0 || beginning.result == -1, "no picture is decoded behind a header that is refused");
+  require(usable == 0 || beginning.result == -1, "no picture is decoded after a header that is refused");
   if (beginning.result == 0 && beginning.count() <= most_pixels) {
     const Picture whole = decode(bmp, std::numeric_limits<std::size_t>::max());
     const auto same =

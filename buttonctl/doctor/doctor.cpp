@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/doctor.h"
 
-#include "buttonctl/doctor/daemon_check.h"
-#include "buttonctl/doctor/device_check.h"
-#include "buttonctl/doctor/font_check.h"
-#include "buttonctl/doctor/level_check.h"
+#include "buttonctl/doctor/checks/daemon_check.h"
+#include "buttonctl/doctor/checks/device_check.h"
+#include "buttonctl/doctor/checks/font_check.h"
+#include "buttonctl/doctor/checks/level_check.h"
 #include "buttonctl/session/console.h"
 
 #include <QDir>
@@ -27,7 +27,7 @@ std::vector<Finding> examine(const Examination &examination, const FileLook &loo
     const SystemPaths paths = SystemPaths::under(root.toStdString());
     findings = check_configuration_and_font(paths, look);
     findings.push_back(check_levels(paths, look));
-    if (!examination.is_virtual)
+    if (!examination.skip_device)
       findings.push_back(check_device(root, look));
   }
   findings.push_back(check_daemon(examination.endpoint));

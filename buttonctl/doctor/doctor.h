@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/doctor/file_facts.h"
-#include "buttonctl/doctor/finding.h"
+#include "buttonctl/doctor/checks/file_facts.h"
+#include "buttonctl/doctor/checks/finding.h"
 #include "buttonctl/session/endpoint.h"
 
 #include <QString>
@@ -13,8 +13,8 @@ namespace buttondriver::buttonctl {
 
 /// What is to be checked.
 struct Examination {
-  QString root;    ///< folder that the fixed paths lie under; empty for the system's own root
-  bool is_virtual; ///< there is no device to look for
+  QString root;     ///< folder that the fixed paths lie under; empty for the system's own root
+  bool skip_device; ///< there is no device to look for
   Endpoint endpoint;
 };
 

@@ -14,7 +14,7 @@ inline constexpr std::int32_t blink_tick_ms = 20;
 class BlinkState {
 public:
   /// Both phases last `time` milliseconds. A negative time gives phases of negative length: then every tick starts the
-  /// period anew and shows the second value.
+  /// period again and shows the second value.
   explicit BlinkState(std::int32_t time) : _on_time(time), _off_time(time) {}
 
   /// What it was made with.

@@ -60,7 +60,7 @@ ButtonSetterImpl::ButtonSetterImpl(const SystemPaths &paths) : _paths(paths) {
   reconfig();
   _update_timer.setTimerType(Qt::PreciseTimer);
   _update_timer.setInterval(blink_tick_ms);
-  connect(&_update_timer, SIGNAL(timeout()), this, SLOT(update_timer()));
+  connect(&_update_timer, &QTimer::timeout, this, &ButtonSetterImpl::update_timer);
 }
 
 void ButtonSetterImpl::setButtons(const ButtonMap &buttons) { _buttons = buttons; }

@@ -38,7 +38,7 @@ void print_lines(const QByteArray &message, std::size_t begin, std::size_t end) 
 
 NullMessageLog::NullMessageLog() {
   _turn.setInterval(0);
-  connect(&_turn, SIGNAL(timeout()), this, SLOT(writePiece()));
+  connect(&_turn, &QTimer::timeout, this, &NullMessageLog::writePiece);
 }
 
 void NullMessageLog::write(const QByteArray &message, qint32 client_id) {

@@ -10,7 +10,7 @@
 namespace buttondriver::fuzz {
 
 /// The bytes of one input, cut into what a target needs. Numbers are taken from the end and files from the front, so
-/// that a real file with a few bytes behind it is a sensible input. Nothing ever fails: what is no more there is zero,
+/// that a real file with a few bytes after it is a sensible input. Nothing ever fails: what is no more there is zero,
 /// or empty.
 class Input {
 public:
@@ -30,7 +30,7 @@ public:
   }
 
   /// At most `count` bytes from the front, in memory of exactly their size, so that a sanitizer sees the first read
-  /// behind them.
+  /// after them.
   std::vector<std::uint8_t> bytes(std::size_t count) {
     const std::uint8_t *begin = _begin;
     _begin += std::min(count, left());

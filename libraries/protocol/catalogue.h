@@ -12,7 +12,7 @@
 /// Constants all of it, for any thread.
 ///
 /// A message starts with its opcode; all integers are big-endian; offsets count from the first byte of the message,
-/// behind the 4-byte length that frames it on the stream (framing.h).
+/// after the 4-byte length that frames it on the stream (framing.h).
 namespace buttondriver {
 
 enum class FieldKind : std::uint8_t {

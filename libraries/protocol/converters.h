@@ -8,7 +8,7 @@
 /// Host order to network order and back.
 ///
 /// `destination` and `source` each hold a whole message: the head and, for a type that counts something, as many bytes
-/// behind it as the count in `source` says. They are the same place, or do not overlap. The head is always written, the
+/// after it as the count in `source` says. They are the same place, or do not overlap. The head is always written, the
 /// variable part only when the places differ (image ids are numbers: they are swapped in either case). Neither has to
 /// be aligned. Nothing is shared: any thread may convert.
 /// For bytes that came from outside, and may be shorter than they claim, use decode.h.

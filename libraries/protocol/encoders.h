@@ -14,9 +14,8 @@
 ///
 /// Texts are sent as Latin-1 with a terminating NUL; any other character becomes a question mark. The daemon reads a
 /// text up to its first NUL. Screens are 0, 1 and 2, and -1 for all three; lines count from 0 at the top, how many fit
-/// depends on the daemon's font. Bytes behind a pointer are copied and stay the caller's. Nothing is shared: any thread
-/// may call.
-/// A message of 2 GiB or more, which a QByteArray cannot hold everywhere, comes out empty.
+/// depends on the daemon's font. Bytes that a pointer names are copied and stay the caller's. Nothing is shared: any
+/// thread may call. A message of 2 GiB or more, which a QByteArray cannot hold everywhere, comes out empty.
 namespace buttondriver {
 
 /// `button_id` 0 to 23, -1 for all buttons. `state` 1 is on, -1 blinks with phases of `time` milliseconds (not 0), all

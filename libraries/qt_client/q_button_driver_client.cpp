@@ -23,7 +23,7 @@ QButtonDriverClient::QButtonDriverClient()
 
 QButtonDriverClient::QButtonDriverClient(const QString &host, quint16 port) : _host(host), _port(port) {
   qRegisterMetaType<vector<QByteArray>>("vector<QByteArray>");
-  connect(&_socket, SIGNAL(connected()), this, SLOT(connected()));
+  connect(&_socket, &QTcpSocket::connected, this, &QButtonDriverClient::connected);
   // Unread answers would pile up without bound.
   _socket.setReadBufferSize(highest_unread_size);
   connect(&_socket, &QTcpSocket::readyRead, &_socket, [this] { _socket.readAll(); });

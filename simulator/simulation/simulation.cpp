@@ -24,7 +24,7 @@ QString ready_made_root() {
   return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/buttondriver/panel-root"));
 }
 
-/// Runs on the worker, behind all tasks queued before it: then the panel shows their work.
+/// Runs on the worker, after all tasks queued before it: then the panel shows their work.
 class ReportStateTask : public FPGATask {
 public:
   ReportStateTask(const VirtualPanel &panel, std::function<void(PanelState)> report)

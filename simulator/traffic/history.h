@@ -20,7 +20,7 @@ public:
     ++_last;
   }
 
-  /// Numbers go on behind those of what was dropped.
+  /// Numbers go on after those of what was dropped.
   void clear() { _entries.clear(); }
 
   std::size_t size() const { return _entries.size(); }

@@ -45,7 +45,7 @@ public:
     std::uint64_t last;
     std::vector<LogEntry> entries;
   };
-  /// At most `most` of the entries behind number `number`, the newest ones.
+  /// At most `most` of the entries after number `number`, the newest ones.
   Part since(std::uint64_t number, std::size_t most) const;
   /// Empties the list; the numbers go on.
   void forget();

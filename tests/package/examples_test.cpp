@@ -60,9 +60,9 @@ struct ClientRow {
 
 void PrintTo(const ClientRow &row, std::ostream *stream) { *stream << row.example; }
 
-class ClientExample : public testing::TestWithParam<ClientRow> {};
+class ClientExampleTest : public testing::TestWithParam<ClientRow> {};
 
-TEST_P(ClientExample, says_what_it_should_and_the_panel_does_it) {
+TEST_P(ClientExampleTest, says_what_it_should_and_the_panel_does_it) {
   const QString example = QString::fromLatin1(GetParam().example);
   Panel panel;
   for (const char *transfer : GetParam().transfers)
@@ -75,7 +75,7 @@ TEST_P(ClientExample, says_what_it_should_and_the_panel_does_it) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Examples, ClientExample,
+    Examples, ClientExampleTest,
     testing::Values(
         // Button LED 5 on, brightness at 63.
         ClientRow{"01-event-client-c/event_client_c", {" w 0900 1 6500\n", " w 0800 1 ff00\n"}},
@@ -85,9 +85,9 @@ INSTANTIATE_TEST_SUITE_P(
         ClientRow{"09-event-client-pkg-config/brightness", {" w 0800 1 ff00\n"}}),
     [](const auto &row) { return program_of(row.param.example); });
 
-class ClientWithoutPanel : public testing::TestWithParam<const char *> {};
+class ClientWithoutPanelTest : public testing::TestWithParam<const char *> {};
 
-TEST_P(ClientWithoutPanel, says_so_and_fails) {
+TEST_P(ClientWithoutPanelTest, says_so_and_fails) {
   // Bound and not listening: nobody else gets this port meanwhile, and who connects is refused.
   QTcpSocket placeholder;
   ASSERT_TRUE(placeholder.bind(QHostAddress(QHostAddress::LocalHost), 0));
@@ -97,14 +97,14 @@ TEST_P(ClientWithoutPanel, says_so_and_fails) {
   EXPECT_EQ(client.standardError().toStdString(), "no panel at 127.0.0.1 port " + port.toStdString() + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, ClientWithoutPanel,
+INSTANTIATE_TEST_SUITE_P(Examples, ClientWithoutPanelTest,
                          testing::Values("01-event-client-c/event_client_c", "02-qt-client/qt_client",
                                          "09-event-client-pkg-config/brightness"),
                          [](const auto &row) { return program_of(row.param); });
 
-class LoneExample : public testing::TestWithParam<const char *> {};
+class LoneExampleTest : public testing::TestWithParam<const char *> {};
 
-TEST_P(LoneExample, says_what_it_should) {
+TEST_P(LoneExampleTest, says_what_it_should) {
   qputenv("TZ", "UTC0");
   const QString example = QString::fromLatin1(GetParam());
   Program program(built(example), {});
@@ -112,12 +112,12 @@ TEST_P(LoneExample, says_what_it_should) {
   EXPECT_EQ(program.standardOutput().toStdString(), expected_output(example));
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, LoneExample,
+INSTANTIATE_TEST_SUITE_P(Examples, LoneExampleTest,
                          testing::Values("03-encoders/encoders", "04-protocol/protocol",
                                          "07-character-display/character_display", "08-stopwatch/stopwatch"),
                          [](const auto &row) { return program_of(row.param); });
 
-TEST(UnixSignalsExample, tells_each_signal_and_ends_in_order) {
+TEST(UnixSignalsExampleTest, tells_each_signal_and_ends_in_order) {
   const QString example = QStringLiteral("05-unix-signals/unix_signals");
   Program program(built(example), {});
   ASSERT_TRUE(program.waitForOutput("ready\n"));
@@ -128,7 +128,7 @@ TEST(UnixSignalsExample, tells_each_signal_and_ends_in_order) {
   EXPECT_EQ(program.standardOutput().toStdString(), expected_output(example));
 }
 
-TEST(ButtonLevelExample, halves_the_level_of_the_screens) {
+TEST(ButtonLevelExampleTest, halves_the_level_of_the_screens) {
   const QString example = QStringLiteral("06-button-level/button_level");
   const QTemporaryDir folder;
   const QString file = folder.filePath(QStringLiteral("buttonlevel"));

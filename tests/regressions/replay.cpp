@@ -37,7 +37,7 @@ bool run(const filesystem::path &path) {
   const std::vector<char> content{std::istreambuf_iterator<char>(file), {}};
   if (!file.is_open() || file.bad())
     return false;
-  // Exactly its size, so that a sanitizer sees the first read behind it.
+  // Exactly its size, so that a sanitizer sees the first read after it.
   const std::vector<std::uint8_t> input(content.begin(), content.end());
   ::alarm(longest_seconds);
   return LLVMFuzzerTestOneInput(input.data(), input.size()) == 0;

@@ -30,7 +30,7 @@ local default_port = )lua";
 constexpr const char *preference = R"lua(
 proto.prefs.port = Pref.uint("TCP port", default_port, "The port that the daemon listens on")
 
--- The fields of each message behind its opcode, and what its last one counts.
+-- The fields of each message after its opcode, and what its last one counts.
 local messages = {
 )lua";
 
@@ -95,7 +95,7 @@ local function add_text(tree, field, range)
   tree:add_packet_field(field, range(0, size), ENC_ISO_8859_1):set_len(range:len())
 end
 
--- Adds what the message counts, as far as it is there, and returns the offset behind it.
+-- Adds what the message counts, as far as it is there, and returns the offset after it.
 local function add_variable_part(tree, tvb, variable, offset)
   local promised = unsigned_32(tvb, length_size + variable.count_offset) * variable.width
   local size = math.min(promised, tvb:len() - offset)
@@ -269,7 +269,7 @@ std::string filter_name(std::string_view name) {
     name.remove_prefix(1);
   std::string result;
   for (std::size_t i = 0; i < name.size(); ++i) {
-    // A word starts with a capital behind a small letter, or with the last capital of a run before a small letter.
+    // A word starts with a capital after a small letter, or with the last capital of a run before a small letter.
     const bool behind_small = i > 0 && !is_upper(name[i - 1]) && name[i - 1] != '_';
     const bool before_small = i + 1 < name.size() && !is_upper(name[i + 1]) && name[i + 1] != '_';
     if (i > 0 && is_upper(name[i]) && name[i - 1] != '_' && (behind_small || before_small))

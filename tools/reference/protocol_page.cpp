@@ -59,7 +59,7 @@ Nothing that a client sends makes the daemon close the connection.
 | a text without a NUL | takes as many bytes as the count says |
 | an opcode that clients can build and the daemon does not handle | logs `ButtonSetterImpl::process_messages, unhandled switch case ` and the opcode at critical level |
 | an opcode that does not exist | the same |
-| a length of 0xFFFFFFFC or more | adds the 4 bytes of the length to it in 32 bits, which wraps to 0 to 3: does not wait, and takes all that has arrived behind the length at that moment as one message |
+| a length of 0xFFFFFFFC or more | adds the 4 bytes of the length to it in 32 bits, which wraps to 0 to 3: does not wait, and takes all that has arrived after the length at that moment as one message |
 | a length that the bytes never reach | waits for good, keeps what that connection goes on to send in memory, and serves the other connections |
 
 )";
@@ -217,7 +217,7 @@ std::string protocol_page() {
   for (const MessageType &type : catalogue)
     write_message(page, type);
   std::string text = page.str();
-  text.pop_back(); // the blank line behind the last message
+  text.pop_back(); // the blank line after the last message
   return text;
 }
 

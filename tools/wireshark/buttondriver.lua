@@ -13,7 +13,7 @@ local proto = Proto("buttondriver", "buttondriver command protocol")
 local default_port = 3003
 proto.prefs.port = Pref.uint("TCP port", default_port, "The port that the daemon listens on")
 
--- The fields of each message behind its opcode, and what its last one counts.
+-- The fields of each message after its opcode, and what its last one counts.
 local messages = {
   [0] = {
     name = "TYPE_NULL_MESSAGE",
@@ -238,7 +238,7 @@ local function add_text(tree, field, range)
   tree:add_packet_field(field, range(0, size), ENC_ISO_8859_1):set_len(range:len())
 end
 
--- Adds what the message counts, as far as it is there, and returns the offset behind it.
+-- Adds what the message counts, as far as it is there, and returns the offset after it.
 local function add_variable_part(tree, tvb, variable, offset)
   local promised = unsigned_32(tvb, length_size + variable.count_offset) * variable.width
   local size = math.min(promised, tvb:len() - offset)

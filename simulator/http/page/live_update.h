@@ -23,14 +23,14 @@ struct FeedPosition {
 /// What takes a page from one position to the next.
 struct LiveUpdate {
   FeedPosition position;
-  /// Some rows of a screen each: screen, first row, number of rows, one byte each, behind a 1 that says so; then the
+  /// Some rows of a screen each: screen, first row, number of rows, one byte each, after a 1 that says so; then the
   /// pixels, 5-6-5, low byte first.
   std::vector<QByteArray> pixels;
   /// A JSON object of the parts that have changed; empty when none has.
   QByteArray text;
 };
 
-/// Gathers what has happened behind `from`. Of very many messages and log lines it takes the newest ones only and says
+/// Gathers what has happened after `from`. Of very many messages and log lines it takes the newest ones only and says
 /// how many it has left out.
 LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from);
 

@@ -49,7 +49,7 @@ void HttpConnection::read() {
     return refuse(*refused);
   const qint64 size = end + head.body_size;
   if (bytes.size() > size)
-    return refuse({400, "bytes behind the request"});
+    return refuse({400, "bytes after the request"});
   if (bytes.size() < size)
     return;
   if (head.is_websocket)

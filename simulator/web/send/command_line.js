@@ -10,12 +10,12 @@ const isIn = (value, lowest, highest) => value >= lowest && value <= highest;
 const isBelow = (value, count) => isIn(value, 0, count - 1);
 const screenOf = (id) => (id === panel.all_screens ? 'all' : String(id));
 const colourOf = (value) => value.toString(16).padStart(6, '0').toUpperCase();
-// Everything behind "--" is an argument, also what starts with a dash.
+// Everything after "--" is an argument, also what starts with a dash.
 const withText = (text, words, options) =>
   text.startsWith('-') ? [words[0], ...options, '--', ...words.slice(1)] : [...words, ...options];
 
-// Each returns the words behind "buttonctl", or null for what only "raw" can say. `parts` has the values, the text or
-// bytes behind the head, and the picture's file.
+// Each returns the words after "buttonctl", or null for what only "raw" can say. `parts` has the values, the text or
+// bytes after the head, and the picture's file.
 const commands = {
   BMS_TFTTextLine: ({ values, rest }) => isBelow(values.line_id, panel.screen_height) &&
     withText(rest, ['text', screenOf(values.screen_id), String(values.line_id), quoted(rest)],

@@ -83,7 +83,7 @@ export class MessageForm {
     if (this.type.counted === 'text') this.rest = new TextInput('text', this.name === 'BMS_TFTSubTextLine' ? '12:30' : 'Hello, panel');
     if (this.type.counted === 'ids') this.rest = new IdsInput('image ids', '1, 2');
     if (this.type.counted === 'image') this.rest = this.#screenPicture();
-    if (this.name === 'TYPE_NULL_MESSAGE') this.rest = new BytesInput('bytes behind the opcode', { value: '', fewest: 0 });
+    if (this.name === 'TYPE_NULL_MESSAGE') this.rest = new BytesInput('bytes after the opcode', { value: '', fewest: 0 });
   }
 
   #screenPicture() {

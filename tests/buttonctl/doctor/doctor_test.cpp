@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/doctor.h"
 
-#include "buttonctl/doctor/device_check.h"
-#include "buttonctl/doctor/font_check.h"
-#include "buttonctl/doctor/level_check.h"
+#include "buttonctl/doctor/checks/device_check.h"
+#include "buttonctl/doctor/checks/font_check.h"
+#include "buttonctl/doctor/checks/level_check.h"
 #include "buttonctl/support/fake_daemon.h"
 #include "support/test_root.h"
 
@@ -234,7 +234,7 @@ TEST(FileFactsTest, are_what_the_system_says) {
 TEST(DoctorTest, checks_what_is_on_this_machine_and_the_daemon) {
   struct Row {
     const char *host;
-    bool is_virtual;
+    bool skip_device;
     std::vector<const char *> names;
   };
   const test::RefusingPort nobody;
@@ -247,7 +247,7 @@ TEST(DoctorTest, checks_what_is_on_this_machine_and_the_daemon) {
   for (const Row &row : rows) {
     test::TestRoot root;
     root.writeFontSize(8, 16);
-    const Examination examination{root.path(), row.is_virtual, {QLatin1String(row.host), nobody.port()}};
+    const Examination examination{root.path(), row.skip_device, {QLatin1String(row.host), nobody.port()}};
     std::vector<std::string> names;
     for (const Finding &finding : examine(examination, look_at_file))
       names.push_back(finding.name.toStdString());

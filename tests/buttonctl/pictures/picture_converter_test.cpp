@@ -229,7 +229,7 @@ TEST(PictureConverterTest, light_pixels_of_a_40_by_24_picture_become_1) {
 }
 
 TEST(PictureConverterTest, a_png_of_120_bytes_is_a_picture) {
-  // Bytes behind the end of a PNG mean nothing, so that a file of any length can be made.
+  // Bytes after the end of a PNG mean nothing, so that a file of any length can be made.
   QImage image(40, 24, QImage::Format_Mono);
   image.fill(1);
   QByteArray file = encoded(image, "PNG");

@@ -304,7 +304,7 @@ TEST(ReplayTest, uses_a_connection_for_each_of_the_recording) {
   elapsed.start();
   const ToolResult result = run_tool(replay(daemon));
   EXPECT_EQ(result.exit_status, 0) << result.errors;
-  EXPECT_GE(elapsed.elapsed(), 200) << "the last frame is due 0.2 s behind the first one";
+  EXPECT_GE(elapsed.elapsed(), 200) << "the last frame is due 0.2 s after the first one";
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(daemon.connections(), 2);
   // On a busy machine the daemon may take the other connection's frame earlier or later.

@@ -64,7 +64,7 @@ TEST_F(ScenarioTest, as_expected_is_exit_status_0_and_silence) {
   EXPECT_EQ(result.exit_status, 0) << result.errors;
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.errors, "");
-  // A ping before the first expectation behind a command, and only there.
+  // A ping before the first expectation after a command, and only there.
   EXPECT_EQ(to_hex(daemon.received().toStdString()), to_hex(from_hex("00000010 00000011 00000005 ffffffff 000001f4"
                                                                      "00000004 0000000c"
                                                                      "00000010 00000011 00000006 00000001 00000000"
@@ -118,7 +118,7 @@ TEST_F(ScenarioTest, another_picture_is_exit_status_3_and_leaves_a_difference_pi
   difference.setPixel(391, 127, qRgb(0xFF, 0, 0));
   EXPECT_EQ(QImage(QStringLiteral("ready.difference.png")), difference);
   EXPECT_EQ(read_file(QStringLiteral("ready.difference.png")), encoded(difference, "PNG"));
-  // What stands behind it is not sent.
+  // What stands after it is not sent.
   EXPECT_EQ(to_hex(daemon.received().toStdString()), to_hex(from_hex("00000008 00000010 ffffffff 00000004 0000000c")));
 }
 

@@ -149,7 +149,7 @@ TEST_F(ClientButtondriverTest, gives_its_share_of_the_budget_back_when_its_peer_
   }
 }
 
-TEST(ClientButtondriver, without_a_socket_stays_unconnected_and_logs_it) {
+TEST(ClientWithoutSocketTest, stays_unconnected_and_logs_it) {
   test::RememberingSetter setter;
   test::CapturedLog log;
   LargeFrameBudget budget;

@@ -28,7 +28,7 @@ TEST(FrameReaderTest, takes_the_complete_frames_and_leaves_the_rest) {
       // From here on the length and its own four bytes wrap: the frame is what is there.
       {"wrapped to nothing", "fffffffc 0102", {"0102"}, ""},
       {"wrapped to three", "ffffffff 010203040506", {"010203040506"}, ""},
-      {"wrapped, nothing behind", "ffffffff", {""}, ""},
+      {"wrapped, nothing after it", "ffffffff", {""}, ""},
       {"a frame, then a wrapped one", "00000001 aa fffffffd bb", {"aa", "bb"}, ""},
   };
   for (const Row &row : rows) {

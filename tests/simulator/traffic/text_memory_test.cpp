@@ -82,7 +82,7 @@ TEST_F(TextMemoryTest, what_can_be_on_no_screen_is_not_kept) {
       "00",
       "",
   });
-  // A text line that is cut short behind its opcode reads as an empty text on line 0 of screen 0.
+  // A text line that is cut short after its opcode reads as an empty text on line 0 of screen 0.
   EXPECT_THAT(lines(0), ElementsAre(""));
   EXPECT_THAT(lines(1), IsEmpty());
   EXPECT_THAT(lines(2), IsEmpty());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/doctor/font_check.h"
+#include "buttonctl/doctor/checks/font_check.h"
 
 #include <QDir>
 #include <QFileInfo>

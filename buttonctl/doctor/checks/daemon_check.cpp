@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/doctor/daemon_check.h"
+#include "buttonctl/doctor/checks/daemon_check.h"
 
 #include "buttonctl/session/connection.h"
 #include "buttonctl/session/framed_ping.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/doctor/file_facts.h"
+#include "buttonctl/doctor/checks/file_facts.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/doctor/finding.h"
+#include "buttonctl/doctor/checks/finding.h"
 #include "buttonctl/session/endpoint.h"
 
 namespace buttondriver::buttonctl {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/doctor/device_check.h"
+#include "buttonctl/doctor/checks/device_check.h"
 
 #include "panel/registers/registers.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/doctor/file_facts.h"
-#include "buttonctl/doctor/finding.h"
+#include "buttonctl/doctor/checks/file_facts.h"
+#include "buttonctl/doctor/checks/finding.h"
 #include "files/system_paths.h"
 
 #include <vector>

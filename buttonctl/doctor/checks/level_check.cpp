@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/doctor/level_check.h"
+#include "buttonctl/doctor/checks/level_check.h"
 
 #include <QFile>
 #include <QFileInfo>
