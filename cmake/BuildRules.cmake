@@ -32,7 +32,15 @@ set(BUTTONDRIVER_INCLUDE_ROOTS
   "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/daemon>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/libraries>"
   "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/base>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
 
+# buttondriver_compile_rules(<target> [GTEST])
+#
+# To be called when the target is linked. GTEST is for a test program, see buttondriver_precompile().
 function(buttondriver_compile_rules target)
+  buttondriver_warnings(${target})
+  buttondriver_precompile(${target} ${ARGN})
+endfunction()
+
+function(buttondriver_warnings target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
   if(BUTTONDRIVER_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
