@@ -249,7 +249,7 @@ void write_variable_part(std::ostream &script, const MessageType &type) {
          << "\") },\n";
 }
 
-void write_message(std::ostream &script, const MessageType &type) {
+void write_branch_of_message(std::ostream &script, const MessageType &type) {
   script << "  [" << type.opcode << "] = {\n    name = \"" << type.name << "\",\n    fields = {\n";
   // The first field is the opcode, which all messages share.
   for (std::size_t i = 1; i < type.field_count(); ++i)
@@ -283,7 +283,7 @@ std::string wireshark_dissector() {
   std::ostringstream script;
   script << head << DEFAULT_PORT << preference;
   for (const MessageType &type : catalogue)
-    write_message(script, type);
+    write_branch_of_message(script, type);
   script << tail;
   return script.str();
 }

@@ -15,8 +15,8 @@
 
 namespace buttondriver::simulator {
 
-/// Answers the requests for the page, its files, the pictures and the state, and gives each page its live feed. Lives on
-/// the main thread.
+/// Answers the requests for the page, its files, the pictures and the state, and gives each page its live feed. Lives
+/// on the main thread.
 class PageServer : public QObject {
   Q_OBJECT
 

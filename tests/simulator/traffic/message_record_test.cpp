@@ -47,8 +47,7 @@ const Row rows[] = {
     {"a_picture_by_its_size_only", "00000013 00000000 00000001 00000002 00000003 424d00",
      R"({"name":"BMS_DrawTFTImage","rest":3,"fields":
        [["opcode",19],["_screen_id",0],["_xoffset",1],["_yoffset",2],["_size",3]]})"},
-    {"bytes_after_a_null_message", "00000000 0102",
-     R"({"name":"TYPE_NULL_MESSAGE","rest":2,"fields":[["opcode",0]]})"},
+    {"bytes_after_a_null_message", "00000000 0102", R"({"name":"TYPE_NULL_MESSAGE","rest":2,"fields":[["opcode",0]]})"},
     {"a_head_that_is_cut_short", "00000011 00000005",
      R"({"name":"BMS_SetLEDState","fields":[["opcode",17],["button_id",5],["state",0],["time",0]]})"},
     {"an_opcode_that_does_not_exist", "00000063 00000001", R"({"name":"","fields":[["opcode",99]]})"},

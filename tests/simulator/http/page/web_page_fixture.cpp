@@ -20,7 +20,8 @@ WebPageFixture::WebPageFixture() {
   SimulationSettings settings;
   settings.root = root.path();
   settings.keeps_traffic = true;
-  settings.daemon_arguments = QStringList{QStringLiteral("buttondriver-sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
+  settings.daemon_arguments =
+      QStringList{QStringLiteral("buttondriver-sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
   simulation.emplace(settings);
   EXPECT_TRUE(simulation->start());
   web_page.emplace(*simulation);
