@@ -4,6 +4,7 @@
 #
 # The documents name tests as proof, such as `TaskQueueTest.reports_each_mark_*`. Each of them has to exist.
 cd "$1" || exit 2
+# shellcheck disable=SC2016 # the quotes of Markdown
 names=$(grep -ohE '`[A-Z][A-Za-z]+Test\.[a-z][a-z_0-9]*\*?`' README.md docs/*.md docs/*/*.md | tr -d '`' | sort -u)
 if [ -z "$names" ]; then
   echo "FAILED: the documents name no test"
