@@ -78,7 +78,7 @@ void require_no_frame_left(QIODevice &stream) {
   const QByteArray prefix = stream.peek(frame_prefix_size);
   if (prefix.size() < static_cast<int>(frame_prefix_size))
     return;
-  const std::uint32_t length = ByteView(prefix.constData(), frame_prefix_size).big_endian_32(0);
+  const std::uint32_t length = ByteView(prefix.constData(), frame_prefix_size).bigEndian32(0);
   require(stream.bytesAvailable() < qint64{frame_bytes_needed(length)}, "every complete frame is taken");
 }
 

@@ -89,15 +89,15 @@ std::string text(std::size_t most) {
 void require_frame(std::string_view frame, std::size_t raw_size) {
   const ByteView bytes(frame.data(), frame.size());
   const ByteView message = bytes.from(frame_prefix_size);
-  require(frame.size() >= frame_prefix_size && bytes.big_endian_32(0) == message.size(),
+  require(frame.size() >= frame_prefix_size && bytes.bigEndian32(0) == message.size(),
           "a length is that of its message");
   if (raw_size > 0) {
     require(message.size() == raw_size, "a message is sent as it is");
     return;
   }
-  const MessageType *type = find_message_type(message.big_endian_32(0));
+  const MessageType *type = find_message_type(message.bigEndian32(0));
   require(type != nullptr, "only messages of the catalogue are sent");
-  const std::uint32_t count = type->counted == Counted::nothing ? 0 : message.big_endian_32(type->count_field().offset);
+  const std::uint32_t count = type->counted == Counted::nothing ? 0 : message.bigEndian32(type->countField().offset);
   require(message.size() == type->size(count), "a message has the size that the catalogue says");
 }
 

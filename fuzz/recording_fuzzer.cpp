@@ -34,7 +34,7 @@ void require_order(const Recording &recording) {
     require(recording.lines[i] > line, "frames are in the order of their lines");
     require(frame.connection >= 1, "connections count from 1");
     const ByteView bytes = view_of(frame.bytes);
-    require(bytes.size() >= frame_prefix_size && bytes.big_endian_32(0) == bytes.size() - frame_prefix_size,
+    require(bytes.size() >= frame_prefix_size && bytes.bigEndian32(0) == bytes.size() - frame_prefix_size,
             "a frame is as long as it says");
     time = frame.time_us;
     line = recording.lines[i];

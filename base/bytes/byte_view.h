@@ -25,18 +25,18 @@ public:
   constexpr std::uint8_t u8(std::uint64_t offset) const { return offset < _size ? _data[offset] : std::uint8_t{0}; }
 
   /// 32 bits, most significant byte first.
-  constexpr std::uint32_t big_endian_32(std::uint64_t offset) const {
+  constexpr std::uint32_t bigEndian32(std::uint64_t offset) const {
     return std::uint32_t{u8(offset)} << 24 | std::uint32_t{u8(offset + 1)} << 16 | std::uint32_t{u8(offset + 2)} << 8 |
            std::uint32_t{u8(offset + 3)};
   }
 
   /// 16 bits, least significant byte first.
-  constexpr std::uint16_t little_endian_16(std::uint64_t offset) const {
+  constexpr std::uint16_t littleEndian16(std::uint64_t offset) const {
     return static_cast<std::uint16_t>(u8(offset) | u8(offset + 1) << 8);
   }
 
   /// 32 bits, least significant byte first.
-  constexpr std::uint32_t little_endian_32(std::uint64_t offset) const {
+  constexpr std::uint32_t littleEndian32(std::uint64_t offset) const {
     return std::uint32_t{u8(offset)} | std::uint32_t{u8(offset + 1)} << 8 | std::uint32_t{u8(offset + 2)} << 16 |
            std::uint32_t{u8(offset + 3)} << 24;
   }
@@ -47,7 +47,7 @@ public:
   }
 
   /// Copies the first `count` bytes to `destination`, zeros standing for those past the end.
-  void copy_to(void *destination, std::size_t count) const {
+  void copyTo(void *destination, std::size_t count) const {
     const std::size_t available = std::min(count, _size);
     if (available > 0)
       std::memcpy(destination, _data, available);

@@ -57,20 +57,20 @@ Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std
 
 ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser, QString folder, QString help)
     : _command(std::move(command)), _parser(parser), _folder(std::move(folder)),
-      _help(help.isEmpty() ? _command : std::move(help)), _arguments(parser.positionalArguments()) {}
+      _help(help.isEmpty() ? QString(_command) : std::move(help)), _arguments(parser.positionalArguments()) {}
 
 void ArgumentReader::fail(const QString &text) {
   if (_outcome)
     _outcome = Failure{_command + QLatin1String(": ") + text};
 }
 
-void ArgumentReader::expect_end() {
-  if (!at_end())
+void ArgumentReader::expectEnd() {
+  if (!atEnd())
     fail(QStringLiteral("'%1' is one argument too many; see 'buttonctl %2 --help'").arg(_arguments.at(_next), _help));
 }
 
 QString ArgumentReader::word(const char *name) {
-  if (at_end()) {
+  if (atEnd()) {
     fail(QStringLiteral("%1 is missing; see 'buttonctl %2 --help'").arg(QLatin1String(name), _help));
     return {};
   }
@@ -82,9 +82,9 @@ std::int32_t ArgumentReader::number(const char *name, std::int32_t lowest, std::
   return checked(parse_number(QLatin1String(name), text, lowest, highest));
 }
 
-std::int32_t ArgumentReader::screen() { return number_or_all("SCREEN", 0, dimensions::screen_count - 1); }
+std::int32_t ArgumentReader::screen() { return numberOrAll("SCREEN", 0, dimensions::screen_count - 1); }
 
-std::int32_t ArgumentReader::number_or_all(const char *name, std::int32_t lowest, std::int32_t highest) {
+std::int32_t ArgumentReader::numberOrAll(const char *name, std::int32_t lowest, std::int32_t highest) {
   const QString text = word(name);
   if (text == QLatin1String("all"))
     return all;
@@ -95,7 +95,7 @@ std::int32_t ArgumentReader::number_or_all(const char *name, std::int32_t lowest
   return outcome ? *outcome : 0;
 }
 
-std::int32_t ArgumentReader::on_or_off() {
+std::int32_t ArgumentReader::onOrOff() {
   const QString text = word("STATE");
   if (text == QLatin1String("on"))
     return 1;
@@ -122,7 +122,7 @@ QString ArgumentReader::text(const QString &text, const QString &name) {
 
 QByteArray ArgumentReader::hexadecimal() {
   QByteArray bytes;
-  while (!at_end()) {
+  while (!atEnd()) {
     for (const QString &group : word("HEX").split(QLatin1Char(' '))) {
       for (const QChar character : group)
         if (!is_hexadecimal_digit(character))
@@ -135,39 +135,39 @@ QByteArray ArgumentReader::hexadecimal() {
   return bytes;
 }
 
-QString ArgumentReader::path_of(const QString &name) const {
+QString ArgumentReader::pathOf(const QString &name) const {
   return _folder.isEmpty() ? name : QDir::cleanPath(QDir(_folder).filePath(name));
 }
 
 NamedFile ArgumentReader::file() {
   const QString name = word("FILE");
-  return {name, content_of(name)};
+  return {name, contentOf(name)};
 }
 
-QByteArray ArgumentReader::content_of(const QString &name) {
-  if (has_failed())
+QByteArray ArgumentReader::contentOf(const QString &name) {
+  if (hasFailed())
     return {};
-  QFile source(path_of(name));
+  QFile source(pathOf(name));
   if (!source.open(QIODevice::ReadOnly)) {
     fail(QStringLiteral("cannot read '%1': %2").arg(name, source.errorString()));
     return {};
   }
   constexpr qint64 largest_file = qint64{largest_file_mib} * 1024 * 1024;
-  const QByteArray content = source.read(largest_file + 1);
+  QByteArray content = source.read(largest_file + 1);
   if (content.size() > largest_file)
     fail(QStringLiteral("'%1' has more than %2 MiB").arg(name, QString::number(largest_file_mib)));
   return content;
 }
 
-std::int32_t ArgumentReader::option_number(const char *name, std::int32_t lowest, std::int32_t highest,
-                                           std::int32_t fallback) {
-  if (!has_option(name))
+std::int32_t ArgumentReader::optionNumber(const char *name, std::int32_t lowest, std::int32_t highest,
+                                          std::int32_t fallback) {
+  if (!hasOption(name))
     return fallback;
   return checked(parse_number(QLatin1String("--") + QLatin1String(name), option(name), lowest, highest));
 }
 
-double ArgumentReader::option_factor(const char *name, double lowest, double highest, double fallback) {
-  if (!has_option(name))
+double ArgumentReader::optionFactor(const char *name, double lowest, double highest, double fallback) {
+  if (!hasOption(name))
     return fallback;
   bool good = false;
   const double factor = option(name).toDouble(&good);
@@ -178,8 +178,8 @@ double ArgumentReader::option_factor(const char *name, double lowest, double hig
   return factor;
 }
 
-std::uint32_t ArgumentReader::option_colour(const char *name, std::uint32_t fallback) {
-  if (!has_option(name))
+std::uint32_t ArgumentReader::optionColour(const char *name, std::uint32_t fallback) {
+  if (!hasOption(name))
     return fallback;
   QString digits = option(name);
   if (digits.startsWith(QLatin1Char('#')))
@@ -192,10 +192,10 @@ std::uint32_t ArgumentReader::option_colour(const char *name, std::uint32_t fall
   return digits.toUInt(nullptr, 16);
 }
 
-bool ArgumentReader::option_pair(const char *yes, const char *no, bool fallback) {
-  if (has_option(yes) && has_option(no))
+bool ArgumentReader::optionPair(const char *yes, const char *no, bool fallback) {
+  if (hasOption(yes) && hasOption(no))
     fail(QStringLiteral("use only one of --%1 and --%2").arg(QLatin1String(yes), QLatin1String(no)));
-  return has_option(yes) || (fallback && !has_option(no));
+  return hasOption(yes) || (fallback && !hasOption(no));
 }
 
 std::int32_t ArgumentReader::checked(const Outcome<std::int32_t> &outcome) {

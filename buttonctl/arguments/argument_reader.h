@@ -30,15 +30,15 @@ public:
   ArgumentReader(QString command, const QCommandLineParser &parser, QString folder = QString(),
                  QString help = QString());
 
-  bool at_end() const { return _next >= _arguments.size(); }
+  bool atEnd() const { return _next >= _arguments.size(); }
   /// The first thing that was wrong, if anything was.
   const Outcome<Done> &outcome() const { return _outcome; }
-  bool has_failed() const { return !_outcome; }
+  bool hasFailed() const { return !_outcome; }
 
   /// Keeps the command's name and `text` as the failure, when there is none yet.
   void fail(const QString &text);
   /// Arguments that nobody has taken are a failure.
-  void expect_end();
+  void expectEnd();
 
   /// The next argument as it is.
   QString word(const char *name);
@@ -46,9 +46,9 @@ public:
   /// The id of a screen, or `dimensions::all_screens` for the word "all".
   std::int32_t screen();
   /// `lowest` to `highest`, or -1 for the word "all".
-  std::int32_t number_or_all(const char *name, std::int32_t lowest, std::int32_t highest);
+  std::int32_t numberOrAll(const char *name, std::int32_t lowest, std::int32_t highest);
   /// 1 for the word "on", 0 for the word "off".
-  std::int32_t on_or_off();
+  std::int32_t onOrOff();
   /// A text that survives the way to the panel, which is Latin-1.
   QString text();
   /// `text` itself, which must survive that way too; `name` is what a failure calls it.
@@ -56,22 +56,22 @@ public:
   /// All arguments that are left, as hexadecimal digits, with blanks allowed between bytes.
   QByteArray hexadecimal();
   /// Where the file `name` lies.
-  QString path_of(const QString &name) const;
+  QString pathOf(const QString &name) const;
   /// The file that the next argument names.
   NamedFile file();
   /// The bytes of the file `name`.
-  QByteArray content_of(const QString &name);
+  QByteArray contentOf(const QString &name);
 
-  bool has_option(const char *name) const { return _parser.isSet(QLatin1String(name)); }
+  bool hasOption(const char *name) const { return _parser.isSet(QLatin1String(name)); }
   QString option(const char *name) const { return _parser.value(QLatin1String(name)); }
   /// `fallback` when the option is absent.
-  std::int32_t option_number(const char *name, std::int32_t lowest, std::int32_t highest, std::int32_t fallback);
+  std::int32_t optionNumber(const char *name, std::int32_t lowest, std::int32_t highest, std::int32_t fallback);
   /// 0xRRGGBB; `fallback` when the option is absent.
-  std::uint32_t option_colour(const char *name, std::uint32_t fallback);
+  std::uint32_t optionColour(const char *name, std::uint32_t fallback);
   /// A decimal number such as 2 or 0.5; `fallback` when the option is absent.
-  double option_factor(const char *name, double lowest, double highest, double fallback);
+  double optionFactor(const char *name, double lowest, double highest, double fallback);
   /// True for `yes`, false for `no`, `fallback` when neither is there; both are a failure.
-  bool option_pair(const char *yes, const char *no, bool fallback);
+  bool optionPair(const char *yes, const char *no, bool fallback);
 
 private:
   std::int32_t checked(const Outcome<std::int32_t> &outcome);

@@ -54,7 +54,7 @@ int run_standard_input(const CommandContext &context) {
 }
 
 Action build_batch(ArgumentReader &arguments, const CommandContext &context) {
-  const QString file = arguments.at_end() ? QString() : arguments.word("FILE");
+  const QString file = arguments.atEnd() ? QString() : arguments.word("FILE");
   if (file.isEmpty() || file == QLatin1String("-"))
     return [context] { return run_standard_input(context); };
   return [file, context] { return run_file(file, context); };

@@ -45,7 +45,7 @@ struct Command {
   /// The first for a command that only sends messages, and so can be a line of a batch; the second for any other.
   std::variant<StepsBuilder, ActionBuilder> work;
 
-  bool only_sends() const { return std::holds_alternative<StepsBuilder>(work); }
+  bool onlySends() const { return std::holds_alternative<StepsBuilder>(work); }
 };
 
 /// Null when there is no such command. The result is part of `commands`.

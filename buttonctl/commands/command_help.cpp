@@ -25,6 +25,7 @@ QString table(const std::vector<Row> &rows) {
 
 QString option_table(const std::vector<CommandOption> &options) {
   std::vector<Row> rows;
+  rows.reserve(options.size());
   for (const CommandOption &option : options)
     rows.emplace_back(spelled(option), QLatin1String(option.meaning));
   return table(rows);

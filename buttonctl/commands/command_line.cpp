@@ -53,8 +53,8 @@ Failure of_command(const QString &name, const Failure &failure) {
 
 /// `result`, when `arguments` were good and were all taken.
 template <class Result> Outcome<Result> checked(ArgumentReader &arguments, const Result &result) {
-  arguments.expect_end();
-  if (arguments.has_failed())
+  arguments.expectEnd();
+  if (arguments.hasFailed())
     return arguments.outcome().failure();
   return result;
 }
@@ -124,7 +124,7 @@ Outcome<Steps> parse_batch_line(const CommandTable &commands, const QByteArray &
   const Command *command = find_command(commands, name);
   if (!command)
     return unknown_command(name);
-  if (!command->only_sends())
+  if (!command->onlySends())
     return Failure{QStringLiteral("a batch cannot run '%1'%2")
                        .arg(name, QLatin1String(name == QLatin1String("batch") ? "; give its lines here" : ""))};
 

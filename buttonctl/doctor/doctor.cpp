@@ -35,7 +35,7 @@ std::vector<Finding> examine(const Examination &examination, const FileLook &loo
 }
 
 QString shown(const Finding &finding) {
-  if (!finding.is_fault())
+  if (!finding.isFault())
     return QStringLiteral("ok     %1: %2").arg(finding.name, as_one_line(finding.text));
   return QStringLiteral("FAULT  %1: %2\n       fix: %3")
       .arg(finding.name, as_one_line(finding.text), as_one_line(finding.fix));

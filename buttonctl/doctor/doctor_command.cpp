@@ -15,7 +15,7 @@ int run_doctor(const Examination &examination) {
   for (const Finding &finding : findings)
     print_line(shown(finding));
   const bool is_ill =
-      std::any_of(findings.begin(), findings.end(), [](const Finding &finding) { return finding.is_fault(); });
+      std::any_of(findings.begin(), findings.end(), [](const Finding &finding) { return finding.isFault(); });
   return is_ill ? exit_unreachable : exit_done;
 }
 
@@ -27,7 +27,7 @@ Action build_doctor(ArgumentReader &arguments, const CommandContext &context) {
 
 Examination read_examination(ArgumentReader &arguments, const CommandContext &context) {
   refuse_dry_run(arguments, context);
-  return {arguments.option("root"), arguments.has_option("virtual"), context.endpoint};
+  return {arguments.option("root"), arguments.hasOption("virtual"), context.endpoint};
 }
 
 Command doctor_command() {

@@ -11,10 +11,10 @@ namespace {
 Steps build_null(ArgumentReader &arguments) { return send(null_message(arguments.hexadecimal())); }
 
 Steps build_raw(ArgumentReader &arguments) {
-  if (arguments.at_end())
+  if (arguments.atEnd())
     arguments.word("HEX");
   const QByteArray bytes = arguments.hexadecimal();
-  if (!arguments.has_option("unframed"))
+  if (!arguments.hasOption("unframed"))
     return send(bytes);
   if (bytes.isEmpty())
     arguments.fail(QStringLiteral("HEX is empty, so there is nothing to send"));

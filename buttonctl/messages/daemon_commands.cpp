@@ -23,9 +23,9 @@ static_assert(dimensions::button_image_width == 40 && dimensions::button_image_h
 Steps build_upload(ArgumentReader &arguments) {
   const std::int32_t image_id = arguments.number("IMAGE_ID", 0, highest_image_id);
   const NamedFile file = arguments.file();
-  if (arguments.has_failed())
+  if (arguments.hasFailed())
     return {};
-  const Outcome<QByteArray> image = convert_button_image(file.content, arguments.has_option("invert"));
+  const Outcome<QByteArray> image = convert_button_image(file.content, arguments.hasOption("invert"));
   if (!image) {
     arguments.fail(QStringLiteral("'%1': %2").arg(file.name, image.failure().text));
     return {};
@@ -36,7 +36,7 @@ Steps build_upload(ArgumentReader &arguments) {
 Steps build_reconfig(ArgumentReader &) { return send(hton_BMS_Reconfig()); }
 
 Steps build_ping(ArgumentReader &arguments) {
-  const std::int32_t count = arguments.option_number("count", 1, most_pings, 1);
+  const std::int32_t count = arguments.optionNumber("count", 1, most_pings, 1);
   return Steps(static_cast<std::size_t>(count), Step{Step::Kind::ping, framed_ping()});
 }
 

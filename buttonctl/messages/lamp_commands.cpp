@@ -24,7 +24,7 @@ constexpr std::int32_t led_off = 0;
 constexpr std::int32_t led_blinks = -1;
 
 Steps build_led(ArgumentReader &arguments) {
-  const std::int32_t button = arguments.number_or_all("BUTTON", 0, highest_button);
+  const std::int32_t button = arguments.numberOrAll("BUTTON", 0, highest_button);
   const QString state = arguments.word("STATE");
   if (state == QLatin1String("on"))
     return send(hton_BMS_SetLEDState(button, led_on, 0));
@@ -38,12 +38,12 @@ Steps build_led(ArgumentReader &arguments) {
 
 Steps build_status(ArgumentReader &arguments) {
   const std::int32_t indicator = arguments.number("ID", 0, highest_status_indicator);
-  return send(hton_BMS_SetLEDStatusIndicator(indicator, arguments.on_or_off()));
+  return send(hton_BMS_SetLEDStatusIndicator(indicator, arguments.onOrOff()));
 }
 
 Steps build_toggle(ArgumentReader &arguments) {
   const std::int32_t indicator = arguments.number("ID", 0, highest_toggle_indicator);
-  return send(hton_BMS_SetLEDToggleIndicator(indicator, arguments.on_or_off()));
+  return send(hton_BMS_SetLEDToggleIndicator(indicator, arguments.onOrOff()));
 }
 
 } // namespace

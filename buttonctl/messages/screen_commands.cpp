@@ -30,7 +30,7 @@ Steps build_text(ArgumentReader &arguments) {
   const std::int32_t screen = arguments.screen();
   const std::int32_t line = arguments.number("LINE", 0, highest_line);
   const QString text = arguments.text();
-  const bool white_on_black = arguments.option_pair("white-on-black", "black-on-white", true);
+  const bool white_on_black = arguments.optionPair("white-on-black", "black-on-white", true);
   return send(hton_BMS_TFTTextLine(screen, line, text, white_on_black ? 1 : 0));
 }
 
@@ -40,9 +40,9 @@ Steps build_subtext(ArgumentReader &arguments) {
   const std::int32_t offset = arguments.number("OFFSET", 0, highest_character);
   const QString text = arguments.text();
   const auto length = static_cast<std::int32_t>(text.size());
-  const std::int32_t count = arguments.option_number("count", 1, most_characters, length);
-  const std::uint32_t colour = arguments.option_colour("colour", white);
-  const std::uint32_t background = arguments.option_colour("background", black);
+  const std::int32_t count = arguments.optionNumber("count", 1, most_characters, length);
+  const std::uint32_t colour = arguments.optionColour("colour", white);
+  const std::uint32_t background = arguments.optionColour("background", black);
   if (count < 1 || count > most_characters)
     arguments.fail(QStringLiteral("TEXT must have 1 to %1 characters, not %2; --count says how many to write")
                        .arg(most_characters)
@@ -52,7 +52,7 @@ Steps build_subtext(ArgumentReader &arguments) {
 }
 
 QPoint read_corner(ArgumentReader &arguments) {
-  if (!arguments.has_option("at"))
+  if (!arguments.hasOption("at"))
     return {0, 0};
   const QStringList numbers = arguments.option("at").split(QLatin1Char(','));
   if (numbers.size() == 2) {
@@ -68,14 +68,14 @@ QPoint read_corner(ArgumentReader &arguments) {
 Steps build_image(ArgumentReader &arguments) {
   const std::int32_t screen = arguments.screen();
   const QPoint corner = read_corner(arguments);
-  if (arguments.has_option("fit") && arguments.has_option("crop"))
+  if (arguments.hasOption("fit") && arguments.hasOption("crop"))
     arguments.fail(QStringLiteral("use only one of --fit and --crop"));
   const NamedFile file = arguments.file();
-  if (arguments.has_failed())
+  if (arguments.hasFailed())
     return {};
-  const Oversize oversize = arguments.has_option("fit")    ? Oversize::fit
-                            : arguments.has_option("crop") ? Oversize::crop
-                                                           : Oversize::refuse;
+  const Oversize oversize = arguments.hasOption("fit")    ? Oversize::fit
+                            : arguments.hasOption("crop") ? Oversize::crop
+                                                          : Oversize::refuse;
   const Outcome<PlacedPicture> picture = place_picture(file.content, corner, oversize);
   if (!picture) {
     arguments.fail(QStringLiteral("'%1': %2").arg(file.name, picture.failure().text));
@@ -85,7 +85,7 @@ Steps build_image(ArgumentReader &arguments) {
 }
 
 Steps build_blackout(ArgumentReader &arguments) {
-  return send(hton_BMS_BlackoutScreen(arguments.at_end() ? dimensions::all_screens : arguments.screen()));
+  return send(hton_BMS_BlackoutScreen(arguments.atEnd() ? dimensions::all_screens : arguments.screen()));
 }
 
 } // namespace

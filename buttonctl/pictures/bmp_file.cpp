@@ -31,13 +31,13 @@ struct Header {
 std::optional<Header> read_header(ByteView file) {
   if (file.size() < header_size || file.u8(0) != 'B' || file.u8(1) != 'M')
     return std::nullopt;
-  return Header{file.little_endian_32(10),
-                file.little_endian_32(14),
-                static_cast<std::int32_t>(file.little_endian_32(18)),
-                static_cast<std::int32_t>(file.little_endian_32(22)),
-                file.little_endian_16(26),
-                file.little_endian_16(28),
-                file.little_endian_32(30)};
+  return Header{file.littleEndian32(10),
+                file.littleEndian32(14),
+                static_cast<std::int32_t>(file.littleEndian32(18)),
+                static_cast<std::int32_t>(file.littleEndian32(22)),
+                file.littleEndian16(26),
+                file.littleEndian16(28),
+                file.littleEndian32(30)};
 }
 
 /// Rows start on multiples of four bytes.

@@ -22,7 +22,7 @@ public:
   std::vector<QByteArray> take(const QByteArray &bytes);
 
   /// A frame was too long; from there on there are no more.
-  bool has_lost_track() const { return _cutter.has_lost_track(); }
+  bool hasLostTrack() const { return _cutter.hasLostTrack(); }
   /// Bytes of a frame that is not whole yet.
   std::int64_t unfinished() const { return _cutter.unfinished(); }
 

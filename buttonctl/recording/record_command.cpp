@@ -37,7 +37,7 @@ Action build_record(ArgumentReader &arguments, const CommandContext &context) {
 RecordingPlan read_recording_plan(ArgumentReader &arguments, const CommandContext &context) {
   RecordingPlan plan{arguments.word("FILE"), HostPort(), context.endpoint};
   refuse_dry_run(arguments, context);
-  if (!arguments.has_option("listen")) {
+  if (!arguments.hasOption("listen")) {
     arguments.fail(QStringLiteral("--listen PORT is missing; clients connect to that port"));
     return plan;
   }
@@ -49,7 +49,7 @@ RecordingPlan read_recording_plan(ArgumentReader &arguments, const CommandContex
     arguments.fail(QStringLiteral("--listen: '%1' is no address, such as 127.0.0.1 or 0.0.0.0").arg(listen->host));
   else
     plan.listen = *listen;
-  if (!arguments.has_option("to"))
+  if (!arguments.hasOption("to"))
     return plan;
   const auto daemon = parse_host_port(QStringLiteral("--to"), arguments.option("to"), QString(), 1);
   if (!daemon) {

@@ -27,23 +27,23 @@ RecordedConnection::RecordedConnection(int number, std::unique_ptr<QTcpSocket> c
   }
   // The panel is near; a proxy meant for the web has no part in this.
   _daemon.setProxy(QNetworkProxy::NoProxy);
-  QObject::connect(_client.get(), &QTcpSocket::readyRead, &_daemon, [this] { pass_requests(); });
-  QObject::connect(_client.get(), &QTcpSocket::bytesWritten, &_daemon, [this] { pass_answers(); });
-  QObject::connect(_client.get(), &QTcpSocket::disconnected, &_daemon, [this] { client_closed(); });
+  QObject::connect(_client.get(), &QTcpSocket::readyRead, &_daemon, [this] { passRequests(); });
+  QObject::connect(_client.get(), &QTcpSocket::bytesWritten, &_daemon, [this] { passAnswers(); });
+  QObject::connect(_client.get(), &QTcpSocket::disconnected, &_daemon, [this] { clientClosed(); });
   QObject::connect(&_daemon, &QTcpSocket::connected, &_daemon, [this] {
     _connection_limit.stop();
     _is_connected = true;
     _daemon.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    pass_requests();
+    passRequests();
   });
-  QObject::connect(&_daemon, &QTcpSocket::readyRead, &_daemon, [this] { pass_answers(); });
-  QObject::connect(&_daemon, &QTcpSocket::bytesWritten, &_daemon, [this] { pass_requests(); });
-  QObject::connect(&_daemon, &QTcpSocket::disconnected, &_daemon, [this] { daemon_closed(); });
+  QObject::connect(&_daemon, &QTcpSocket::readyRead, &_daemon, [this] { passAnswers(); });
+  QObject::connect(&_daemon, &QTcpSocket::bytesWritten, &_daemon, [this] { passRequests(); });
+  QObject::connect(&_daemon, &QTcpSocket::disconnected, &_daemon, [this] { daemonClosed(); });
   QObject::connect(&_daemon, &QTcpSocket::errorOccurred, &_daemon, [this] {
     if (!_is_connected)
-      fail_to_connect();
+      failToConnect();
   });
-  QObject::connect(&_connection_limit, &QTimer::timeout, &_daemon, [this] { fail_to_connect(); });
+  QObject::connect(&_connection_limit, &QTimer::timeout, &_daemon, [this] { failToConnect(); });
   _connection_limit.setSingleShot(true);
   _connection_limit.start(_endpoint.timeout_ms);
   _daemon.connectToHost(_endpoint.host, _endpoint.port);
@@ -70,20 +70,20 @@ void RecordedConnection::close(QDeadlineTimer limit) {
   _daemon.waitForDisconnected(left_ms());
 }
 
-void RecordedConnection::pass_requests() {
+void RecordedConnection::passRequests() {
   if (!_is_connected)
     return;
   while (_client->bytesAvailable() > 0 && _daemon.bytesToWrite() < most_waiting &&
          _daemon.state() == QAbstractSocket::ConnectedState) {
     const QByteArray bytes = _client->read(most_waiting);
-    report_frames(bytes);
+    reportFrames(bytes);
     _daemon.write(bytes);
   }
   if (_client->state() == QAbstractSocket::UnconnectedState)
-    client_closed();
+    clientClosed();
 }
 
-void RecordedConnection::pass_answers() {
+void RecordedConnection::passAnswers() {
   while (_daemon.bytesAvailable() > 0 && _client->state() == QAbstractSocket::ConnectedState &&
          _client->bytesToWrite() < most_waiting)
     _client->write(_daemon.read(most_waiting));
@@ -91,14 +91,14 @@ void RecordedConnection::pass_answers() {
   if (_client->state() == QAbstractSocket::UnconnectedState)
     _daemon.readAll();
   if (_is_connected && _daemon.state() == QAbstractSocket::UnconnectedState)
-    daemon_closed();
+    daemonClosed();
 }
 
-void RecordedConnection::report_frames(const QByteArray &bytes) {
-  const bool had_lost_track = _splitter.has_lost_track();
+void RecordedConnection::reportFrames(const QByteArray &bytes) {
+  const bool had_lost_track = _splitter.hasLostTrack();
   for (const QByteArray &frame : _splitter.take(bytes))
     _frame(_number, frame);
-  if (_splitter.has_lost_track() && !had_lost_track)
+  if (_splitter.hasLostTrack() && !had_lost_track)
     warn(
         QStringLiteral("connection %1: a frame says that it has more than %2 bytes; what follows on this connection is "
                        "passed on but not recorded")
@@ -106,23 +106,23 @@ void RecordedConnection::report_frames(const QByteArray &bytes) {
             .arg(FrameSplitter::longest_message));
 }
 
-void RecordedConnection::fail_to_connect() {
+void RecordedConnection::failToConnect() {
   _connection_limit.stop();
   warn(QStringLiteral("connection %1: cannot connect to %2 port %3 (%4); is the daemon running there?")
            .arg(QString::number(_number), _endpoint.host, QString::number(_endpoint.port), _daemon.errorString()));
   _daemon.abort();
   _client->abort();
-  end_when_both_are_closed();
+  endWhenBothAreClosed();
 }
 
-void RecordedConnection::client_closed() {
+void RecordedConnection::clientClosed() {
   if (!_is_connected) {
     // What the client sent before it went still goes to the daemon, once that can be reached.
     return;
   }
   if (_client->bytesAvailable() > 0 && _daemon.state() == QAbstractSocket::ConnectedState) {
     if (_daemon.bytesToWrite() < most_waiting)
-      pass_requests();
+      passRequests();
     return;
   }
   if (_daemon.state() == QAbstractSocket::ConnectedState) {
@@ -130,22 +130,22 @@ void RecordedConnection::client_closed() {
     // learns of the end, and closes in its turn.
     if (_daemon.bytesToWrite() == 0)
       ::shutdown(static_cast<int>(_daemon.socketDescriptor()), SHUT_WR);
-    pass_answers();
+    passAnswers();
     return;
   }
-  end_when_both_are_closed();
+  endWhenBothAreClosed();
 }
 
-void RecordedConnection::daemon_closed() {
+void RecordedConnection::daemonClosed() {
   if (_client->state() == QAbstractSocket::ConnectedState) {
     if (_daemon.bytesAvailable() > 0)
       return;
     _client->disconnectFromHost();
   }
-  end_when_both_are_closed();
+  endWhenBothAreClosed();
 }
 
-void RecordedConnection::end_when_both_are_closed() {
+void RecordedConnection::endWhenBothAreClosed() {
   if (_has_ended || _client->state() != QAbstractSocket::UnconnectedState ||
       _daemon.state() != QAbstractSocket::UnconnectedState)
     return;

@@ -34,13 +34,13 @@ public:
   void close(QDeadlineTimer limit);
 
 private:
-  void pass_requests();
-  void pass_answers();
-  void report_frames(const QByteArray &bytes);
-  void fail_to_connect();
-  void client_closed();
-  void daemon_closed();
-  void end_when_both_are_closed();
+  void passRequests();
+  void passAnswers();
+  void reportFrames(const QByteArray &bytes);
+  void failToConnect();
+  void clientClosed();
+  void daemonClosed();
+  void endWhenBothAreClosed();
 
   const int _number;
   const Endpoint _endpoint;

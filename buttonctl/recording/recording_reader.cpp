@@ -68,7 +68,7 @@ Outcome<QByteArray> parse_bytes(const QByteArray &item) {
   const ByteView view = view_of(bytes);
   if (bytes.size() < static_cast<int>(frame_prefix_size))
     return Failure{QStringLiteral("FRAME must begin with its length, 4 bytes, but has %1 bytes").arg(bytes.size())};
-  const std::uint32_t announced = view.big_endian_32(0);
+  const std::uint32_t announced = view.bigEndian32(0);
   const auto there = bytes.size() - static_cast<int>(frame_prefix_size);
   if (std::int64_t{announced} != there)
     return Failure{QStringLiteral("FRAME says that %1 bytes follow its length, but %2 do").arg(announced).arg(there)};

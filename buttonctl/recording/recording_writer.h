@@ -19,7 +19,7 @@ public:
   Outcome<Done> write(const RecordedFrame &frame);
 
 private:
-  Outcome<Done> write_line(const QByteArray &line);
+  Outcome<Done> writeLine(const QByteArray &line);
 
   QString _name;
   OwnedFile _file;

@@ -28,16 +28,16 @@ void sleep_until(std::int64_t deadline_us) {
 
 } // namespace
 
-std::int64_t MonotonicClock::now_us() {
+std::int64_t MonotonicClock::nowUs() {
   timespec now = {};
   ::clock_gettime(CLOCK_MONOTONIC, &now);
   return std::int64_t{now.tv_sec} * microseconds_per_second + std::int64_t{now.tv_nsec} / nanoseconds_per_microsecond;
 }
 
-void MonotonicClock::wait_until(std::int64_t deadline_us, const std::function<bool()> &give_up) {
+void MonotonicClock::waitUntil(std::int64_t deadline_us, const std::function<bool()> &give_up) {
   QCoreApplication::processEvents();
   while (!give_up()) {
-    const std::int64_t left_us = deadline_us - now_us();
+    const std::int64_t left_us = deadline_us - nowUs();
     if (left_us < slept_through_us) {
       if (left_us > 0)
         sleep_until(deadline_us);

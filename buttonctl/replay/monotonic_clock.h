@@ -8,8 +8,8 @@ namespace buttondriver::buttonctl {
 /// The system's monotonic clock. While it waits, the event loop of the thread runs.
 class MonotonicClock : public ReplayClock {
 public:
-  std::int64_t now_us() override;
-  void wait_until(std::int64_t deadline_us, const std::function<bool()> &give_up) override;
+  std::int64_t nowUs() override;
+  void waitUntil(std::int64_t deadline_us, const std::function<bool()> &give_up) override;
 };
 
 } // namespace buttondriver::buttonctl

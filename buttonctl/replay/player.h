@@ -13,9 +13,9 @@ namespace buttondriver::buttonctl {
 class ReplayClock {
 public:
   virtual ~ReplayClock() = default;
-  virtual std::int64_t now_us() = 0;
+  virtual std::int64_t nowUs() = 0;
   /// Returns when it is `deadline_us`, at once when that is past; earlier when `give_up` returns true.
-  virtual void wait_until(std::int64_t deadline_us, const std::function<bool()> &give_up) = 0;
+  virtual void waitUntil(std::int64_t deadline_us, const std::function<bool()> &give_up) = 0;
 };
 
 /// Where the frames of a recording go.
@@ -25,7 +25,7 @@ public:
   /// `is_last`: no more frames of this connection will come.
   virtual Outcome<Done> send(const RecordedFrame &frame, bool is_last) = 0;
   /// Sending is of no use any more; the next `send` returns the reason.
-  virtual bool has_failed() const = 0;
+  virtual bool hasFailed() const = 0;
 };
 
 /// Sends the frames of `recording`, the first at once and each other one when (its time - the first one's) / `speed`

@@ -43,7 +43,7 @@ Action build_replay(ArgumentReader &arguments, const CommandContext &context) {
 
 ReplayPlan read_replay_plan(ArgumentReader &arguments, const CommandContext &context) {
   const QString file = arguments.word("FILE");
-  return {file, arguments.option_factor("speed", slowest, fastest, 1), context.endpoint, context.dry_run};
+  return {file, arguments.optionFactor("speed", slowest, fastest, 1), context.endpoint, context.dry_run};
 }
 
 Command replay_command() {

@@ -20,12 +20,12 @@ ReplayConnection::ReplayConnection(const Endpoint &endpoint) : _endpoint(endpoin
     _was_connected = true;
     _socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     _since_progress.start();
-    shut_down_when_sent();
+    shutDownWhenSent();
   });
   QObject::connect(&_socket, &QTcpSocket::readyRead, &_socket, [this] { _socket.readAll(); });
   QObject::connect(&_socket, &QTcpSocket::bytesWritten, &_socket, [this] {
     _since_progress.start();
-    shut_down_when_sent();
+    shutDownWhenSent();
   });
   QObject::connect(&_socket, &QTcpSocket::errorOccurred, &_socket, [this] { fail(); });
   _since_progress.start();
@@ -46,7 +46,7 @@ void ReplayConnection::send(const QByteArray &bytes) {
 
 void ReplayConnection::end() {
   _is_ending = true;
-  shut_down_when_sent();
+  shutDownWhenSent();
 }
 
 Outcome<Done> ReplayConnection::outcome() const {
@@ -60,12 +60,12 @@ Outcome<Done> ReplayConnection::outcome() const {
   return Done{};
 }
 
-bool ReplayConnection::is_closed() const {
+bool ReplayConnection::isClosed() const {
   return _is_shut_down &&
          (_socket.state() == QAbstractSocket::UnconnectedState || _since_progress.hasExpired(longest_close_ms));
 }
 
-void ReplayConnection::shut_down_when_sent() {
+void ReplayConnection::shutDownWhenSent() {
   if (!_is_ending || _is_shut_down || !_was_connected || _socket.bytesToWrite() > 0 ||
       _socket.state() != QAbstractSocket::ConnectedState)
     return;

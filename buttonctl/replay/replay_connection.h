@@ -27,10 +27,10 @@ public:
   /// about, or nothing could be sent.
   Outcome<Done> outcome() const;
   /// Everything was sent and the daemon has closed its side too, or does not do so in a second.
-  bool is_closed() const;
+  bool isClosed() const;
 
 private:
-  void shut_down_when_sent();
+  void shutDownWhenSent();
   void fail();
   QString peer() const;
 

@@ -21,7 +21,7 @@ Outcome<Done> ReplayConnections::send(const RecordedFrame &frame, bool is_last) 
   if (const auto good = outcome(); !good)
     return good;
   for (auto entry = _connections.begin(); entry != _connections.end();)
-    entry = entry->second->is_closed() ? _connections.erase(entry) : std::next(entry);
+    entry = entry->second->isClosed() ? _connections.erase(entry) : std::next(entry);
   std::unique_ptr<ReplayConnection> &connection = _connections[frame.connection];
   if (!connection)
     connection = std::make_unique<ReplayConnection>(_endpoint);
@@ -31,7 +31,7 @@ Outcome<Done> ReplayConnections::send(const RecordedFrame &frame, bool is_last) 
   return Done{};
 }
 
-bool ReplayConnections::has_failed() const { return !outcome(); }
+bool ReplayConnections::hasFailed() const { return !outcome(); }
 
 Outcome<Done> ReplayConnections::finish() {
   QTimer look_again;
@@ -40,7 +40,7 @@ Outcome<Done> ReplayConnections::finish() {
     if (const auto good = outcome(); !good)
       return good;
     if (std::all_of(_connections.begin(), _connections.end(),
-                    [](const auto &entry) { return entry.second->is_closed(); }))
+                    [](const auto &entry) { return entry.second->isClosed(); }))
       return Done{};
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }

@@ -18,7 +18,7 @@ public:
   explicit ReplayConnections(const Endpoint &endpoint) : _endpoint(endpoint) {}
 
   Outcome<Done> send(const RecordedFrame &frame, bool is_last) override;
-  bool has_failed() const override;
+  bool hasFailed() const override;
   /// Waits until everything was sent and all connections are closed.
   Outcome<Done> finish();
 

@@ -43,7 +43,7 @@ StateTest led_test(ArgumentReader &arguments) {
   const QString state = arguments.word("STATE");
   const QString what = QStringLiteral("LED %1").arg(button);
   if (state == QLatin1String("blinking")) {
-    if (arguments.at_end())
+    if (arguments.atEnd())
       return [=](const PanelReport &report) -> Outcome<Done> {
         if (report.blinking.count(button) > 0)
           return Done{};
@@ -59,7 +59,7 @@ StateTest led_test(ArgumentReader &arguments) {
 
 StateTest status_test(ArgumentReader &arguments) {
   const std::int32_t indicator = arguments.number("ID", 0, highest_led);
-  const bool lit = arguments.on_or_off() != 0;
+  const bool lit = arguments.onOrOff() != 0;
   return [=](const PanelReport &report) {
     return compare(QStringLiteral("status LED %1").arg(indicator),
                    on_off(report.status_leds[static_cast<std::size_t>(indicator)]), on_off(lit));
@@ -68,7 +68,7 @@ StateTest status_test(ArgumentReader &arguments) {
 
 StateTest toggle_test(ArgumentReader &arguments) {
   const std::int32_t indicator = arguments.number("ID", 0, highest_toggle);
-  const bool lit = arguments.on_or_off() != 0;
+  const bool lit = arguments.onOrOff() != 0;
   return [=](const PanelReport &report) {
     return compare(QStringLiteral("toggle indicator %1").arg(indicator),
                    on_off(report.toggles[static_cast<std::size_t>(indicator)]), on_off(lit));
@@ -118,8 +118,8 @@ constexpr QLatin1String picture_command("expect-screen");
 PictureTest picture_test(ArgumentReader &arguments, bool replaces_pictures) {
   const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
   const QString name = arguments.word("FILE");
-  const QString file = arguments.path_of(name);
-  if (arguments.has_failed() || replaces_pictures || !QFileInfo::exists(file))
+  const QString file = arguments.pathOf(name);
+  if (arguments.hasFailed() || replaces_pictures || !QFileInfo::exists(file))
     return {screen, file, QImage()};
   QImageReader reader(file);
   const QImage expected = reader.read();
@@ -147,14 +147,14 @@ Outcome<Expectation> parse_expectation(const QStringList &words, const QString &
     return Failure{name + QLatin1String(": ") + parsed.failure().text};
   ArgumentReader reader(name, parser, folder, QStringLiteral("run"));
   Expectation expectation{name, std::nullopt, {}};
-  if (reader.has_option("timeout"))
-    expectation.timeout_ms = reader.option_number("timeout", 1, longest_timeout_ms, 0);
+  if (reader.hasOption("timeout"))
+    expectation.timeout_ms = reader.optionNumber("timeout", 1, longest_timeout_ms, 0);
   if (state_command)
     expectation.test = state_command->build(reader);
   else
     expectation.test = picture_test(reader, replaces_pictures);
-  reader.expect_end();
-  if (reader.has_failed())
+  reader.expectEnd();
+  if (reader.hasFailed())
     return reader.outcome().failure();
   return expectation;
 }

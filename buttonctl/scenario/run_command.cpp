@@ -25,11 +25,11 @@ Action build_run(ArgumentReader &arguments, const CommandContext &context) {
 } // namespace
 
 ScenarioPlan read_scenario_plan(ArgumentReader &arguments, const CommandContext &context) {
-  ScenarioPlan plan{arguments.word("FILE"), default_panel, arguments.has_option("update"), context.endpoint,
+  ScenarioPlan plan{arguments.word("FILE"), default_panel, arguments.hasOption("update"), context.endpoint,
                     context.dry_run};
   if (plan.update && plan.dry_run)
     arguments.fail(QStringLiteral("use only one of --update and --dry-run"));
-  if (!arguments.has_option("panel"))
+  if (!arguments.hasOption("panel"))
     return plan;
   QString text = arguments.option("panel");
   if (text.endsWith(QLatin1Char('/')))

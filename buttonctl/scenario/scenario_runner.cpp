@@ -76,9 +76,9 @@ int ScenarioRunner::perform(const ScenarioLine &line) {
     return report(settled.failure(), exit_unreachable, line.where);
   const auto &expectation = std::get<Expectation>(line.content);
   if (const auto *test = std::get_if<StateTest>(&expectation.test))
-    return expect_state(line.where, expectation, *test);
+    return expectState(line.where, expectation, *test);
   const auto &picture = std::get<PictureTest>(expectation.test);
-  return _plan.update ? update_picture(line.where, picture) : expect_picture(line.where, expectation, picture);
+  return _plan.update ? updatePicture(line.where, picture) : expectPicture(line.where, expectation, picture);
 }
 
 Outcome<Done> ScenarioRunner::settle() {
@@ -89,8 +89,8 @@ Outcome<Done> ScenarioRunner::settle() {
   return answered;
 }
 
-int ScenarioRunner::expect_state(const QString &where, const Expectation &expectation, const StateTest &test) {
-  const int timeout_ms = timeout_of(expectation);
+int ScenarioRunner::expectState(const QString &where, const Expectation &expectation, const StateTest &test) {
+  const int timeout_ms = timeoutOf(expectation);
   const auto deadline = Clock::now() + std::chrono::milliseconds(timeout_ms);
   for (;;) {
     // Looked at before the question, so that a panel that is slow to answer has been asked at least once in time.
@@ -109,12 +109,12 @@ int ScenarioRunner::expect_state(const QString &where, const Expectation &expect
   }
 }
 
-int ScenarioRunner::expect_picture(const QString &where, const Expectation &expectation, const PictureTest &test) {
+int ScenarioRunner::expectPicture(const QString &where, const Expectation &expectation, const PictureTest &test) {
   if (test.expected.isNull())
     return report(Failure{QStringLiteral("%1: there is no '%2'; 'buttonctl run --update' writes what the screen shows")
                               .arg(expectation.command, test.file)},
                   exit_differs, where);
-  const int timeout_ms = timeout_of(expectation);
+  const int timeout_ms = timeoutOf(expectation);
   const auto deadline = Clock::now() + std::chrono::milliseconds(timeout_ms);
   for (;;) {
     const bool is_last = Clock::now() >= deadline;
@@ -133,7 +133,7 @@ int ScenarioRunner::expect_picture(const QString &where, const Expectation &expe
   }
 }
 
-int ScenarioRunner::update_picture(const QString &where, const PictureTest &test) {
+int ScenarioRunner::updatePicture(const QString &where, const PictureTest &test) {
   const Outcome<ScreenPicture> screen = _panel.screen(test.screen);
   if (!screen)
     return report(screen.failure(), exit_unreachable, where);
@@ -148,7 +148,7 @@ int ScenarioRunner::update_picture(const QString &where, const PictureTest &test
   return exit_done;
 }
 
-int ScenarioRunner::timeout_of(const Expectation &expectation) const {
+int ScenarioRunner::timeoutOf(const Expectation &expectation) const {
   return expectation.timeout_ms.value_or(_plan.endpoint.timeout_ms);
 }
 

@@ -28,10 +28,10 @@ private:
   int perform(const ScenarioLine &line);
   /// Waits until the daemon has read all that was sent, so that an expectation is not met by what was before.
   Outcome<Done> settle();
-  int expect_state(const QString &where, const Expectation &expectation, const StateTest &test);
-  int expect_picture(const QString &where, const Expectation &expectation, const PictureTest &test);
-  int update_picture(const QString &where, const PictureTest &test);
-  int timeout_of(const Expectation &expectation) const;
+  int expectState(const QString &where, const Expectation &expectation, const StateTest &test);
+  int expectPicture(const QString &where, const Expectation &expectation, const PictureTest &test);
+  int updatePicture(const QString &where, const PictureTest &test);
+  int timeoutOf(const Expectation &expectation) const;
 
   const ScenarioPlan _plan;
   Session _session;

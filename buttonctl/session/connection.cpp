@@ -63,7 +63,7 @@ Connection::Connection(Endpoint endpoint) : _endpoint(std::move(endpoint)) {
 Outcome<Done> Connection::open() {
   _socket.connectToHost(_endpoint.host, _endpoint.port);
   if (!_socket.waitForConnected(_endpoint.timeout_ms))
-    return connection_failure();
+    return connectionFailure();
   _socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
   return Done{};
 }
@@ -125,7 +125,7 @@ QString Connection::peer() const {
   return QStringLiteral("%1 port %2").arg(_endpoint.host, QString::number(_endpoint.port));
 }
 
-Failure Connection::connection_failure() const {
+Failure Connection::connectionFailure() const {
   switch (_socket.error()) {
   case QAbstractSocket::ConnectionRefusedError:
     return Failure{QStringLiteral("%1 refuses the connection; is the daemon running there?").arg(peer())};

@@ -37,7 +37,7 @@ public:
   QString peer() const;
 
 private:
-  Failure connection_failure() const;
+  Failure connectionFailure() const;
   Failure lost() const;
 
   const Endpoint _endpoint;

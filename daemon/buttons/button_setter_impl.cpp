@@ -180,7 +180,7 @@ void ButtonSetterImpl::processMessage(const Message &message) {
   };
   static_assert(are_what_the_catalogue_says(handlers), "a handler for each message that the server handles, in order");
 
-  const std::uint32_t opcode = message.view.big_endian_32(0);
+  const std::uint32_t opcode = message.view.bigEndian32(0);
   debug_line() << "buttondriver: opcode = " << opcode << ", size = " << qint64{message.bytes.size()};
   for (const Handler &handler : handlers)
     if (handler.opcode == opcode)

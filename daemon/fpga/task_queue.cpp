@@ -26,7 +26,7 @@ FPGATask *TaskQueue::front() {
   return _tasks.empty() ? nullptr : _tasks.front().task.get();
 }
 
-void TaskQueue::remove_front() {
+void TaskQueue::removeFront() {
   Entry removed{}; // deleted after the lock is released
   bool is_drained = false;
   {

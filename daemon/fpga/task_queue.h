@@ -33,7 +33,7 @@ public:
   /// The task at the front, which stays there; null when there is none. For the one thread that removes.
   FPGATask *front();
   /// Removes the task at the front, if there is one, and deletes it.
-  void remove_front();
+  void removeFront();
 
   std::size_t size() const;
   /// Past a high mark, and not yet down to both low ones.

@@ -22,7 +22,7 @@ void WorkerThread::run() {
       const QMutexLocker lock(_mutex);
       task->execute();
     }
-    _queue->remove_front();
+    _queue->removeFront();
   }
   thread_sanitizer::happens_before(this);
 }

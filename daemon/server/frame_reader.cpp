@@ -19,7 +19,7 @@ bool is_ping(QIODevice &stream, const FrameHead &head) {
     return false;
   char frame[frame_prefix_size + ping_size];
   stream.peek(frame, sizeof frame);
-  return ByteView(frame, sizeof frame).big_endian_32(frame_prefix_size) == BMS_Ping::code;
+  return ByteView(frame, sizeof frame).bigEndian32(frame_prefix_size) == BMS_Ping::code;
 }
 
 } // namespace

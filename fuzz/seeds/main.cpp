@@ -57,9 +57,9 @@ std::string bmp(std::uint32_t width, std::uint32_t height, const std::string &pi
 std::string frame(const MessageType &type) {
   constexpr std::uint32_t counted = 2;
   std::string message = big_endian(type.opcode);
-  for (std::size_t i = 1; i < type.field_count(); ++i) {
+  for (std::size_t i = 1; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
-    const bool is_count = type.counted != Counted::nothing && i + 1 == type.field_count();
+    const bool is_count = type.counted != Counted::nothing && i + 1 == type.fieldCount();
     if (field.kind == FieldKind::bytes)
       message.append(field.width, '\x55');
     else if (field.width == 1)
@@ -70,7 +70,7 @@ std::string frame(const MessageType &type) {
   if (type.counted == Counted::text_bytes)
     message.append("A", 2);
   else
-    message.append(type.counted_width() * counted, '\0');
+    message.append(type.countedWidth() * counted, '\0');
   const auto prefix = frame_prefix(static_cast<std::uint32_t>(message.size()));
   return std::string(prefix.begin(), prefix.end()) + message;
 }

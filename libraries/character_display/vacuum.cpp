@@ -38,7 +38,7 @@ Vacuum::~Vacuum() {
 
 void Vacuum::setText(int channel, const QString &text) {
   if (!isRunning())
-    start_writing();
+    startWriting();
   const QString shown = display_text(text);
   if (shown == _last_text)
     return;
@@ -47,7 +47,7 @@ void Vacuum::setText(int channel, const QString &text) {
   emit text_signal(channel, shown);
 }
 
-void Vacuum::start_writing() {
+void Vacuum::startWriting() {
   start(QThread::HighestPriority);
   std::unique_lock lock(_mutex);
   // Nobody keeps what is emitted before there is a writer. The thread ends without one when it cannot be started.

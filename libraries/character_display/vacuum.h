@@ -37,7 +37,7 @@ protected:
   void run() override;
 
 private:
-  void start_writing();
+  void startWriting();
 
   void *_register_base;
   RegisterStore _store;

@@ -18,14 +18,14 @@ bool equal(const ButtonColourPair &a, const ButtonColourPair &b) {
 
 } // namespace
 
-void ButtonCache::Record::keep_text(std::string_view new_text) {
+void ButtonCache::Record::keepText(std::string_view new_text) {
   const std::size_t length = new_text.copy(text.data(), text_capacity);
   text[length] = '\0';
 }
 
 void ButtonCache::clear() { _records.fill(Record{}); }
 
-bool ButtonCache::take_colour(std::uint32_t button_id, const ButtonColour &colour) {
+bool ButtonCache::takeColour(std::uint32_t button_id, const ButtonColour &colour) {
   const auto note = [&colour](Record &record) {
     record.valid = true;
     record.colours.first = colour;
@@ -42,7 +42,7 @@ bool ButtonCache::take_colour(std::uint32_t button_id, const ButtonColour &colou
   return true;
 }
 
-bool ButtonCache::take_colour_pair(std::uint32_t button_id, const ButtonColourPair &pair) {
+bool ButtonCache::takeColourPair(std::uint32_t button_id, const ButtonColourPair &pair) {
   if (button_id == all_buttons) {
     for (Record &record : _records)
       record.colours = pair;
@@ -57,9 +57,9 @@ bool ButtonCache::take_colour_pair(std::uint32_t button_id, const ButtonColourPa
   return true;
 }
 
-bool ButtonCache::take_text(std::uint32_t button_id, std::string_view text, std::uint32_t text_value) {
+bool ButtonCache::takeText(std::uint32_t button_id, std::string_view text, std::uint32_t text_value) {
   const auto note = [text](Record &record) {
-    record.keep_text(text);
+    record.keepText(text);
     record.image = unknown_image;
   };
   if (button_id == all_buttons)
@@ -74,11 +74,11 @@ bool ButtonCache::take_text(std::uint32_t button_id, std::string_view text, std:
   return true;
 }
 
-bool ButtonCache::take_image(std::uint32_t button_id, std::int32_t image_id) {
+bool ButtonCache::takeImage(std::uint32_t button_id, std::int32_t image_id) {
   if (button_id == all_buttons) {
     for (Record &record : _records) {
       record.image = image_id;
-      record.keep_text({});
+      record.keepText({});
     }
   }
   if (button_id >= button_count)
@@ -90,7 +90,7 @@ bool ButtonCache::take_image(std::uint32_t button_id, std::int32_t image_id) {
   return true;
 }
 
-void ButtonCache::forget_image(std::int32_t image_id) {
+void ButtonCache::forgetImage(std::int32_t image_id) {
   for (Record &record : _records) {
     if (record.image == image_id)
       record.image = unknown_image;

@@ -42,23 +42,23 @@ public:
   void clear();
 
   /// Unchanged when the button has a colour, its first colour is this one and its second time is 0.
-  bool take_colour(std::uint32_t button_id, const ButtonColour &colour);
+  bool takeColour(std::uint32_t button_id, const ButtonColour &colour);
 
   /// Unchanged when the button has a colour and all eight values are equal. For all buttons the values are noted, but a
   /// button without a colour still counts as one without.
-  bool take_colour_pair(std::uint32_t button_id, const ButtonColourPair &pair);
+  bool takeColourPair(std::uint32_t button_id, const ButtonColourPair &pair);
 
   /// Unchanged when `text` equals the characters kept and the value is equal. At most `text_capacity` characters are
   /// kept, so a longer text never counts as unchanged, and its beginning alone does. A noted text makes the image
   /// unknown. For all buttons the value is not noted.
-  bool take_text(std::uint32_t button_id, std::string_view text, std::uint32_t text_value);
+  bool takeText(std::uint32_t button_id, std::string_view text, std::uint32_t text_value);
 
   /// Unchanged when the button shows this image; `unknown_image` is thus unchanged on a button whose image is unknown.
   /// For all buttons the texts are forgotten, their values are not.
-  bool take_image(std::uint32_t button_id, std::int32_t image_id);
+  bool takeImage(std::uint32_t button_id, std::int32_t image_id);
 
   /// Image `image_id` has new contents: no button is known to show it any more.
-  void forget_image(std::int32_t image_id);
+  void forgetImage(std::int32_t image_id);
 
 private:
   struct Record {
@@ -68,7 +68,7 @@ private:
     std::uint32_t text_value = 0;
     std::int32_t image = unknown_image;
 
-    void keep_text(std::string_view new_text);
+    void keepText(std::string_view new_text);
   };
 
   std::array<Record, button_count> _records{};

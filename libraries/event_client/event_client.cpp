@@ -217,7 +217,7 @@ int btc_send(const void *message, std::uint32_t length) {
 }
 
 int btc_set_colour(std::uint32_t button_id, std::uint8_t value_1, std::uint8_t value_2, std::uint8_t value_3) {
-  if (!state.cache.take_colour(button_id, {value_1, value_2, value_3}))
+  if (!state.cache.takeColour(button_id, {value_1, value_2, value_3}))
     return 0;
   return send_message(BMS_SetButtonColour{BMS_SetButtonColour::code, button_id, value_1, value_2, value_3, 0});
 }
@@ -229,7 +229,7 @@ int btc_set_colour_pair(std::uint32_t button_id, std::uint8_t first_value_1, std
                               first_time,
                               {second_value_1, second_value_2, second_value_3},
                               second_time};
-  if (!state.cache.take_colour_pair(button_id, pair))
+  if (!state.cache.takeColourPair(button_id, pair))
     return 0;
   return send_message(BMS_SetButtonColourPair{BMS_SetButtonColourPair::code, button_id, first_value_1, first_value_2,
                                               first_value_3, 0, first_time, second_value_1, second_value_2,
@@ -238,7 +238,7 @@ int btc_set_colour_pair(std::uint32_t button_id, std::uint8_t first_value_1, std
 
 int btc_set_text(std::uint32_t button_id, const char *text, std::uint32_t text_value) {
   const std::string_view characters = text ? text : "";
-  if (!state.cache.take_text(button_id, characters, text_value))
+  if (!state.cache.takeText(button_id, characters, text_value))
     return 0;
   try {
     return send_text(button_id, characters, text_value);
@@ -249,7 +249,7 @@ int btc_set_text(std::uint32_t button_id, const char *text, std::uint32_t text_v
 }
 
 int btc_upload_image(std::int32_t image_id, const void *image, std::int32_t size) {
-  state.cache.forget_image(image_id);
+  state.cache.forgetImage(image_id);
   if (size != dimensions::button_image_bytes) {
     print("wrong image data size %d, must be 120\n", size);
     return 0;
@@ -262,7 +262,7 @@ int btc_upload_image(std::int32_t image_id, const void *image, std::int32_t size
 }
 
 int btc_set_image(std::uint32_t button_id, std::int32_t image_id) {
-  if (!state.cache.take_image(button_id, image_id))
+  if (!state.cache.takeImage(button_id, image_id))
     return 0;
   return send_message(BMS_SetButtonImage{BMS_SetButtonImage::code, button_id, static_cast<std::uint32_t>(image_id)});
 }

@@ -99,7 +99,7 @@ struct MessageType {
   const char *meaning;
   Field fields[most_fields];
 
-  constexpr std::size_t field_count() const {
+  constexpr std::size_t fieldCount() const {
     std::size_t count = 0;
     while (count < most_fields && fields[count].width > 0)
       ++count;
@@ -107,17 +107,17 @@ struct MessageType {
   }
 
   /// Bytes that one counted thing takes.
-  constexpr std::uint32_t counted_width() const {
+  constexpr std::uint32_t countedWidth() const {
     return counted == Counted::nothing ? 0U : counted == Counted::image_ids ? 4U : 1U;
   }
 
   /// Bytes of a whole message with `count` counted things.
   constexpr std::uint64_t size(std::uint32_t count = 0) const {
-    return head_size + std::uint64_t{counted_width()} * count;
+    return head_size + std::uint64_t{countedWidth()} * count;
   }
 
   /// The field that holds the count; only for a type that counts something.
-  constexpr const Field &count_field() const { return fields[field_count() - 1]; }
+  constexpr const Field &countField() const { return fields[fieldCount() - 1]; }
 };
 
 namespace catalogue_detail {
@@ -346,7 +346,7 @@ constexpr bool is_consistent() {
     if (row > 0 && type.opcode <= catalogue[row - 1].opcode)
       return false;
     std::uint32_t end = 0;
-    for (std::size_t i = 0; i < type.field_count(); ++i) {
+    for (std::size_t i = 0; i < type.fieldCount(); ++i) {
       const Field &field = type.fields[i];
       if (field.offset != end)
         return false;
@@ -358,7 +358,7 @@ constexpr bool is_consistent() {
     }
     if (end != type.head_size)
       return false;
-    if (type.counted != Counted::nothing && type.count_field().width != 4)
+    if (type.counted != Counted::nothing && type.countField().width != 4)
       return false;
   }
   return true;

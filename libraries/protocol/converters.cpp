@@ -36,7 +36,7 @@ void convert_variable_part(const MessageType &type, std::uint8_t *destination, c
 void swap_head(const MessageType &type, void *destination, const void *source) {
   auto *to = static_cast<std::uint8_t *>(destination);
   const auto *from = static_cast<const std::uint8_t *>(source);
-  for (std::size_t i = 0; i < type.field_count(); ++i) {
+  for (std::size_t i = 0; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
     if (field.kind != FieldKind::bytes && field.width == 4)
       swap_32(to + field.offset, from + field.offset);
@@ -49,7 +49,7 @@ void host_to_network(const MessageType &type, void *destination, const void *sou
   auto *to = static_cast<std::uint8_t *>(destination);
   const auto *from = static_cast<const std::uint8_t *>(source);
   // The count is read before an in-place conversion turns it into network order.
-  const std::uint32_t count = type.counted == Counted::nothing ? 0 : load_32(from + type.count_field().offset);
+  const std::uint32_t count = type.counted == Counted::nothing ? 0 : load_32(from + type.countField().offset);
   swap_head(type, to, from);
   convert_variable_part(type, to + type.head_size, from + type.head_size, count);
 }
@@ -58,7 +58,7 @@ void network_to_host(const MessageType &type, void *destination, const void *sou
   auto *to = static_cast<std::uint8_t *>(destination);
   const auto *from = static_cast<const std::uint8_t *>(source);
   swap_head(type, to, from);
-  const std::uint32_t count = type.counted == Counted::nothing ? 0 : load_32(to + type.count_field().offset);
+  const std::uint32_t count = type.counted == Counted::nothing ? 0 : load_32(to + type.countField().offset);
   convert_variable_part(type, to + type.head_size, from + type.head_size, count);
 }
 

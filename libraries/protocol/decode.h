@@ -12,7 +12,7 @@ namespace buttondriver {
 /// its count may claim more bytes than are there.
 template <class Record> Record decode(ByteView message) {
   Record record{};
-  message.copy_to(&record, type_of<Record>.head_size);
+  message.copyTo(&record, type_of<Record>.head_size);
   swap_head(type_of<Record>, &record, &record);
   return record;
 }

@@ -23,7 +23,7 @@ public:
   std::vector<QByteArray> take(const QByteArray &bytes);
 
   /// A message was too long; from there on there are no more.
-  bool has_lost_track() const { return _has_lost_track; }
+  bool hasLostTrack() const { return _has_lost_track; }
   /// Bytes of a frame that is not whole yet.
   std::int64_t unfinished() const { return _unfinished.size(); }
 

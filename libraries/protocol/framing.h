@@ -20,9 +20,9 @@ constexpr std::array<std::uint8_t, frame_prefix_size> frame_prefix(std::uint32_t
           static_cast<std::uint8_t>(message_size >> 8), static_cast<std::uint8_t>(message_size)};
 }
 
-/// Bytes that must be there before a frame of length `L` is taken from the stream. The sum wraps in 32 bits: a length
+/// Bytes that must be there before a frame of `length` is taken from the stream. The sum wraps in 32 bits: a length
 /// of 0xFFFFFFFC and above asks for next to nothing, and the frame is whatever is there at that moment.
-constexpr std::uint32_t frame_bytes_needed(std::uint32_t L) { return L + frame_prefix_size; }
+constexpr std::uint32_t frame_bytes_needed(std::uint32_t length) { return length + frame_prefix_size; }
 
 /// The frame that a stream begins with, as far as its length tells.
 struct FrameHead {
@@ -37,7 +37,7 @@ struct FrameHead {
 constexpr FrameHead frame_head(ByteView beginning, std::uint64_t available) {
   if (beginning.size() < frame_prefix_size)
     return {};
-  const std::uint32_t length = beginning.big_endian_32(0);
+  const std::uint32_t length = beginning.bigEndian32(0);
   const std::uint32_t needed = frame_bytes_needed(length);
   return {true, length, needed, available >= needed};
 }

@@ -289,9 +289,9 @@ constexpr bool is_in_place(const RecordField &field, const Field &in_row) {
 }
 
 template <class Record> constexpr bool fits_row(const MessageType &row) {
-  if (std::size(FieldsOf<Record>::list) != row.field_count())
+  if (std::size(FieldsOf<Record>::list) != row.fieldCount())
     return false;
-  for (std::size_t i = 0; i < row.field_count(); ++i)
+  for (std::size_t i = 0; i < row.fieldCount(); ++i)
     if (!is_in_place(FieldsOf<Record>::list[i], row.fields[i]))
       return false;
   return true;

@@ -27,17 +27,17 @@ QButtonDriverClient::QButtonDriverClient(const QString &host, quint16 port) : _h
   // Unread answers would pile up without bound.
   _socket.setReadBufferSize(highest_unread_size);
   connect(&_socket, &QTcpSocket::readyRead, &_socket, [this] { _socket.readAll(); });
-  connect_to_server();
+  connectToServer();
 }
 
 bool QButtonDriverClient::waitForConnected(int msecs) {
   if (_socket.state() == QAbstractSocket::UnconnectedState)
-    connect_to_server();
+    connectToServer();
   QElapsedTimer timer;
   timer.start();
   for (qint64 remaining = msecs; remaining >= 1; remaining = msecs - timer.elapsed()) {
     if (_socket.state() == QAbstractSocket::UnconnectedState)
-      connect_to_server();
+      connectToServer();
     if (_socket.state() == QAbstractSocket::ConnectedState || _socket.waitForConnected(static_cast<int>(remaining)))
       return true;
     QThread::msleep(retry_pause_ms);
@@ -50,20 +50,20 @@ bool QButtonDriverClient::waitForBytesWritten(int msecs) { return _socket.waitFo
 void QButtonDriverClient::msg(QByteArray message) {
   // A refusal comes at once, so it takes the retries to give a server that is about to start its second.
   if (waitForConnected(send_limit_ms))
-    write_frame(message);
+    writeFrame(message);
 }
 
 void QButtonDriverClient::msg(vector<QByteArray> messages) {
   if (!waitForConnected(send_limit_ms))
     return;
   for (const QByteArray &message : messages)
-    write_frame(message);
+    writeFrame(message);
 }
 
 void QButtonDriverClient::connected() {}
 
-void QButtonDriverClient::connect_to_server() { _socket.connectToHost(_host, _port); }
+void QButtonDriverClient::connectToServer() { _socket.connectToHost(_host, _port); }
 
-void QButtonDriverClient::write_frame(const QByteArray &message) { _socket.write(framed(message)); }
+void QButtonDriverClient::writeFrame(const QByteArray &message) { _socket.write(framed(message)); }
 
 } // namespace buttondriver

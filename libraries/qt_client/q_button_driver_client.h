@@ -43,8 +43,8 @@ public Q_SLOTS:
   void connected();
 
 private:
-  void connect_to_server();
-  void write_frame(const QByteArray &message);
+  void connectToServer();
+  void writeFrame(const QByteArray &message);
 
   QString _host;
   quint16 _port;

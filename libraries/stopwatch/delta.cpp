@@ -68,7 +68,7 @@ void Delta::reset() {
   _last = 0;
   _startTime = {};
   _running = false;
-  _headerPending = false;
+  _header_pending = false;
 }
 
 void Delta::printHeader(std::ostream &stream) const {
@@ -80,7 +80,7 @@ void Delta::printHeader(std::ostream &stream) const {
 }
 
 void Delta::report(std::ostream &stream) const {
-  if (_headerPending)
+  if (_header_pending)
     printHeader(stream);
   stream << std::fixed << std::setprecision(3);
   write_columns(stream, _name, _description, std::to_string(_samples), _average, _last);

@@ -26,7 +26,7 @@ void Event::tellTime(const char *label, const timeval &time) const {
 }
 
 void Event::reportAutomatically() const {
-  if (!_autoReport)
+  if (!_auto_report)
     return;
   report(std::cout);
   std::cout << std::endl;

@@ -49,15 +49,15 @@ public:
   /// Whether the event was started and has not been stopped since.
   bool running() const { return _running; }
   bool verbose() const { return _verbose; }
-  bool headerPending() const { return _headerPending; }
-  bool autoReport() const { return _autoReport; }
+  bool headerPending() const { return _header_pending; }
+  bool autoReport() const { return _auto_report; }
 
   /// Whether start and stop print on standard output what they do.
   void setVerbose(bool verbose) { _verbose = verbose; }
   /// Whether reports begin with the header; off at first, and again after a reset.
-  void setHeaderPending(bool pending) { _headerPending = pending; }
+  void setHeaderPending(bool pending) { _header_pending = pending; }
   /// Whether a completed stop reports on standard output; off at first.
-  void setAutoReport(bool automatic) { _autoReport = automatic; }
+  void setAutoReport(bool automatic) { _auto_report = automatic; }
 
 protected:
   Event(const std::string &name, const std::string &description, std::int32_t type, bool verbose, Clock clock);
@@ -74,8 +74,8 @@ protected:
   std::string _name;
   std::string _description;
   std::int32_t _type;
-  bool _headerPending = false;
-  bool _autoReport = false;
+  bool _header_pending = false;
+  bool _auto_report = false;
   bool _running = false;
 
 private:

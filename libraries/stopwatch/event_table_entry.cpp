@@ -30,8 +30,8 @@ EventTableEntry::EventTableEntry(const std::string &name, const std::string &des
 
 void EventTableEntry::keepForGood(std::unique_ptr<EventTableEntry> entry) {
   EventTableEntry *kept = entry.release();
-  kept->_nextKept = latest_kept.load();
-  while (!latest_kept.compare_exchange_weak(kept->_nextKept, kept)) {
+  kept->_next_kept = latest_kept.load();
+  while (!latest_kept.compare_exchange_weak(kept->_next_kept, kept)) {
   }
 }
 

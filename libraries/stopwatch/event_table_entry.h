@@ -22,8 +22,8 @@ public:
   Event *event() const { return _event.get(); }
 
   /// One of LogMode.
-  std::int32_t logMode() const { return _logMode; }
-  void setLogMode(std::int32_t log_mode) { _logMode = log_mode; }
+  std::int32_t logMode() const { return _log_mode; }
+  void setLogMode(std::int32_t log_mode) { _log_mode = log_mode; }
 
   /// Takes an entry that nobody destroys any more, so that its event stays valid until the process ends, whoever still
   /// holds a pointer to it. From then on the event may also be deleted by its holder: it is not touched again. Safe to
@@ -31,9 +31,9 @@ public:
   static void keepForGood(std::unique_ptr<EventTableEntry> entry);
 
 private:
-  std::int32_t _logMode = log_nowhere;
+  std::int32_t _log_mode = log_nowhere;
   std::unique_ptr<Event> _event;
-  EventTableEntry *_nextKept = nullptr;
+  EventTableEntry *_next_kept = nullptr;
 };
 
 } // namespace stopwatch

@@ -7,16 +7,16 @@
 namespace stopwatch {
 
 StopWatch::StopWatch(unsigned maximum, const std::string &log_file_name, bool verbose, Clock clock)
-    : _verbose(verbose), _maximum(maximum), _logFileName(log_file_name), _clock(std::move(clock)) {
-  if (!_logFileName.empty())
+    : _verbose(verbose), _maximum(maximum), _log_file_name(log_file_name), _clock(std::move(clock)) {
+  if (!_log_file_name.empty())
     openLogFile();
 }
 
 StopWatch::~StopWatch() {
-  if (_reportOnDestruction)
+  if (_report_on_destruction)
     reportAll();
-  if (!_logFileName.empty())
-    _logFile.close();
+  if (!_log_file_name.empty())
+    _log_file.close();
   for (std::unique_ptr<EventTableEntry> &entry : _table) {
     if (_verbose && entry->event())
       std::cout << "Deleting event '" << entry->event()->name() << "' now." << std::endl;
@@ -29,9 +29,9 @@ bool StopWatch::setLogFile(const std::string &name) {
     std::cerr << "Error: Log file name supplied is empty.";
     return false;
   }
-  if (_logFile.is_open())
-    _logFile.close();
-  _logFileName = name;
+  if (_log_file.is_open())
+    _log_file.close();
+  _log_file_name = name;
   openLogFile();
   return true;
 }
@@ -46,7 +46,7 @@ Event *StopWatch::addEvent(const std::string &name, const std::string &descripti
     }
     return nullptr;
   }
-  if (_logFileName.empty()) {
+  if (_log_file_name.empty()) {
     if (_verbose) {
       std::cerr << "No logfile was specified when creating StopWatch." << std::endl;
       std::cerr << "Entry '" << name << "' will be created with logging to stdout only." << std::endl;
@@ -69,7 +69,7 @@ bool StopWatch::setLogMode(const std::string &name, std::int32_t log_mode) {
   if (index == not_found)
     return false;
   const bool needs_log_file = log_mode == log_to_file || log_mode == log_to_both;
-  if (needs_log_file && _logFileName.empty())
+  if (needs_log_file && _log_file_name.empty())
     return false;
   _table[index]->setLogMode(log_mode);
   return true;
@@ -104,7 +104,7 @@ std::size_t StopWatch::findEntry(const std::string &name, const std::string *des
 
 Event *StopWatch::eventAt(std::size_t index) const { return index == not_found ? nullptr : _table[index]->event(); }
 
-void StopWatch::openLogFile() { _logFile.open(_logFileName, std::ios_base::out | std::ios_base::trunc); }
+void StopWatch::openLogFile() { _log_file.open(_log_file_name, std::ios_base::out | std::ios_base::trunc); }
 
 void StopWatch::reportKind(EventType type) {
   bool first = true;
@@ -120,9 +120,9 @@ void StopWatch::reportKind(EventType type) {
       event->report(std::cout);
       std::cout << std::endl;
     }
-    if (!_logFileName.empty() && (mode == log_to_file || mode == log_to_both)) {
-      event->report(_logFile);
-      _logFile << std::endl;
+    if (!_log_file_name.empty() && (mode == log_to_file || mode == log_to_both)) {
+      event->report(_log_file);
+      _log_file << std::endl;
     }
     event->setHeaderPending(false);
   }

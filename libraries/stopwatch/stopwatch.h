@@ -64,7 +64,7 @@ public:
   void reportAll();
 
   /// Whether the destructor reports all first; off at first.
-  void setReportOnDestruction(bool report) { _reportOnDestruction = report; }
+  void setReportOnDestruction(bool report) { _report_on_destruction = report; }
 
 private:
   static constexpr std::size_t not_found = static_cast<std::size_t>(-1);
@@ -76,10 +76,10 @@ private:
 
   bool _verbose;
   unsigned _maximum;
-  std::string _logFileName;
-  std::ofstream _logFile;
+  std::string _log_file_name;
+  std::ofstream _log_file;
   std::vector<std::unique_ptr<EventTableEntry>> _table;
-  bool _reportOnDestruction = false;
+  bool _report_on_destruction = false;
   Clock _clock;
 };
 

@@ -62,7 +62,7 @@ void TimeStamp::reset() {
   _startTime = {};
   _endTime = {};
   _running = false;
-  _headerPending = false;
+  _header_pending = false;
 }
 
 void TimeStamp::printHeader(std::ostream &stream) const {
@@ -74,7 +74,7 @@ void TimeStamp::printHeader(std::ostream &stream) const {
 }
 
 void TimeStamp::report(std::ostream &stream) const {
-  if (_headerPending)
+  if (_header_pending)
     printHeader(stream);
   write_columns(stream, _name, _description, local_time_text(_startTime), local_time_text(_endTime));
 }

@@ -18,7 +18,7 @@ QJsonValue value_of(const Field &field, ByteView message) {
     return QStringLiteral("%1 bytes").arg(field.width);
   if (field.width == 1)
     return int{message.u8(field.offset)};
-  const std::uint32_t word = message.big_endian_32(field.offset);
+  const std::uint32_t word = message.bigEndian32(field.offset);
   if (field.is_colour)
     return QStringLiteral("0x%1").arg(word, 6, 16, QLatin1Char('0'));
   if (field.kind == FieldKind::signed_integer)
@@ -28,7 +28,7 @@ QJsonValue value_of(const Field &field, ByteView message) {
 
 void add_variable_part(QJsonObject &object, const MessageType &type, const MessageRecord &record, ByteView message) {
   if (type.counted == Counted::text_bytes) {
-    const std::string_view text = message.text(type.head_size, message.big_endian_32(type.count_field().offset));
+    const std::string_view text = message.text(type.head_size, message.bigEndian32(type.countField().offset));
     object[QLatin1String("text")] = QString::fromLatin1(text.data(), static_cast<int>(text.size()));
   } else if (record.size > qint64{type.head_size}) {
     object[QLatin1String("rest")] = record.size - qint64{type.head_size};
@@ -42,11 +42,11 @@ QJsonObject to_json(const MessageRecord &record) {
                      {QStringLiteral("client"), record.client},
                      {QStringLiteral("size"), record.size}};
   const ByteView message = view_of(record.bytes);
-  const std::uint32_t opcode = message.big_endian_32(0);
+  const std::uint32_t opcode = message.bigEndian32(0);
   QJsonArray fields{QJsonArray{QStringLiteral("opcode"), qint64{opcode}}};
   if (const MessageType *type = find_message_type(opcode)) {
     object[QLatin1String("name")] = QLatin1String(type->name);
-    for (std::size_t i = 1; i < type->field_count(); ++i)
+    for (std::size_t i = 1; i < type->fieldCount(); ++i)
       fields += QJsonArray{QLatin1String(type->fields[i].name), value_of(type->fields[i], message)};
     add_variable_part(object, *type, record, message);
   } else {

@@ -54,7 +54,7 @@ template <class Change> void TextMemory::change(std::int32_t screen_id, Change c
 }
 
 void TextMemory::follow(ByteView message) {
-  switch (message.big_endian_32(0)) {
+  switch (message.bigEndian32(0)) {
   case BMS_TFTTextLine::code: {
     const auto line = decode<BMS_TFTTextLine>(message);
     const std::string_view text = message.text(type_of<BMS_TFTTextLine>.head_size, line.n);

@@ -243,8 +243,8 @@ void write_variable_part(std::ostream &script, const MessageType &type) {
     field = "uint32";
     base = "base.DEC_HEX, nil, nil, ";
   }
-  script << "    variable = { kind = \"" << kind << "\", width = " << type.counted_width()
-         << ", count_offset = " << type.count_field().offset << ",\n      proto_field = ProtoField." << field << "(\""
+  script << "    variable = { kind = \"" << kind << "\", width = " << type.countedWidth()
+         << ", count_offset = " << type.countField().offset << ",\n      proto_field = ProtoField." << field << "(\""
          << full_name(type, part.field) << "\", \"" << part.field << "\", " << base << '"' << part.meaning
          << "\") },\n";
 }
@@ -252,7 +252,7 @@ void write_variable_part(std::ostream &script, const MessageType &type) {
 void write_branch_of_message(std::ostream &script, const MessageType &type) {
   script << "  [" << type.opcode << "] = {\n    name = \"" << type.name << "\",\n    fields = {\n";
   // The first field is the opcode, which all messages share.
-  for (std::size_t i = 1; i < type.field_count(); ++i)
+  for (std::size_t i = 1; i < type.fieldCount(); ++i)
     write_field(script, type, type.fields[i]);
   script << "    },\n";
   if (type.counted != Counted::nothing)

@@ -82,9 +82,9 @@ std::string size_in_words(const MessageType &type) {
   if (type.counted == Counted::nothing)
     return size.str();
   size << " + ";
-  if (type.counted_width() > 1)
-    size << type.counted_width() << " x ";
-  size << '`' << type.count_field().name << '`';
+  if (type.countedWidth() > 1)
+    size << type.countedWidth() << " x ";
+  size << '`' << type.countField().name << '`';
   return size.str();
 }
 
@@ -112,7 +112,7 @@ std::string type_in_words(const Field &field) {
 }
 
 std::string variable_type_in_words(const MessageType &type) {
-  const std::string count = std::string("`") + type.count_field().name + '`';
+  const std::string count = std::string("`") + type.countField().name + '`';
   return type.counted == Counted::image_ids ? count + " x u32" : count + " bytes";
 }
 
@@ -126,7 +126,7 @@ void write_overview(std::ostream &page) {
 
 void write_layout(std::ostream &page, const MessageType &type) {
   page << "| Offset | Type | Field | Meaning |\n|---|---|---|---|\n";
-  for (std::size_t i = 0; i < type.field_count(); ++i) {
+  for (std::size_t i = 0; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
     page << "| " << field.offset << " | " << type_in_words(field) << " | `" << field.name << "` | "
          << field_text(field);
@@ -172,7 +172,7 @@ void write_hex_lines(std::ostream &page, ByteView bytes, const std::string &lege
 std::string value_in_words(const Field &field, ByteView message) {
   if (field.kind == FieldKind::bytes)
     return "";
-  const std::uint32_t value = field.width == 1 ? message.u8(field.offset) : message.big_endian_32(field.offset);
+  const std::uint32_t value = field.width == 1 ? message.u8(field.offset) : message.bigEndian32(field.offset);
   if (field.kind == FieldKind::signed_integer)
     return " = " + std::to_string(static_cast<std::int32_t>(value));
   std::ostringstream text;
@@ -188,7 +188,7 @@ void write_example(std::ostream &page, const MessageType &type, const WorkedExam
   const ByteView message = frame.from(frame_prefix_size);
   page << "Example: " << example.asks << ".\n\n```\n";
   write_hex_lines(page, ByteView(frame.data(), frame_prefix_size), "length = " + std::to_string(message.size()));
-  for (std::size_t i = 0; i < type.field_count(); ++i) {
+  for (std::size_t i = 0; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
     write_hex_lines(page, ByteView(message.data() + field.offset, field.width),
                     field.name + value_in_words(field, message));

@@ -39,10 +39,10 @@ constexpr bool is_consistent(const WorkedExample &example, const MessageType &ty
     return false;
   const ByteView frame = bytes.view();
   const ByteView message = frame.from(frame_prefix_size);
-  if (frame.big_endian_32(0) != message.size() || message.big_endian_32(0) != type.opcode)
+  if (frame.bigEndian32(0) != message.size() || message.bigEndian32(0) != type.opcode)
     return false;
   const bool counts = type.counted != Counted::nothing;
-  const std::uint32_t count = counts ? message.big_endian_32(type.count_field().offset) : 0;
+  const std::uint32_t count = counts ? message.bigEndian32(type.countField().offset) : 0;
   if (message.size() != type.size(count))
     return false;
   return type.counted != Counted::text_bytes || worked_example_detail::is_terminated_text(message.from(type.head_size));

@@ -11,7 +11,7 @@ struct Finding {
   QString text; ///< what is there, or what is wrong
   QString fix;  ///< a shell command line that mends it; empty when nothing is wrong
 
-  bool is_fault() const { return !fix.isEmpty(); }
+  bool isFault() const { return !fix.isEmpty(); }
 };
 
 /// `text` as one word of a shell command line.

@@ -92,7 +92,7 @@ Outcome<Done> MessageBuilder::set_counted_numbers(const QString &name, const QSt
 QByteArray MessageBuilder::message() const {
   QByteArray head = _head;
   if (_type.counted != Counted::nothing)
-    put(head, _type.count_field(), static_cast<std::uint32_t>(_counted.size()) / _type.counted_width());
+    put(head, _type.countField(), static_cast<std::uint32_t>(_counted.size()) / _type.countedWidth());
   return head + _counted;
 }
 

@@ -19,8 +19,8 @@ Outcome<Done> set(MessageBuilder &builder, const MessageField &field, const QStr
     return builder.set_number(*field.field, value);
   case MessageField::Input::file:
     if (field.field)
-      return builder.set_bytes(*field.field, arguments.content_of(value));
-    builder.set_counted_bytes(arguments.content_of(value));
+      return builder.set_bytes(*field.field, arguments.contentOf(value));
+    builder.set_counted_bytes(arguments.contentOf(value));
     return Done{};
   case MessageField::Input::text:
     builder.set_counted_text(arguments.text(value, field.name));
@@ -54,7 +54,7 @@ void take_field(ArgumentReader &arguments, const MessageType &type, QStringList 
 
 Steps build_message(ArgumentReader &arguments) {
   const QString name = arguments.word("NAME");
-  if (arguments.has_failed())
+  if (arguments.hasFailed())
     return {};
   const MessageType *type = find_message_type(name);
   if (!type) {
@@ -63,7 +63,7 @@ Steps build_message(ArgumentReader &arguments) {
   }
   MessageBuilder builder(*type);
   QStringList given;
-  while (!arguments.at_end() && !arguments.has_failed())
+  while (!arguments.atEnd() && !arguments.hasFailed())
     take_field(arguments, *type, given, builder);
   return send(builder.message());
 }

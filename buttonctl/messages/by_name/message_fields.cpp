@@ -14,7 +14,7 @@ constexpr int field_column = 6;
 
 /// What the last field of `type` counts.
 MessageField counted_part(const MessageType &type) {
-  const QString count = QString::fromLatin1(type.count_field().name);
+  const QString count = QString::fromLatin1(type.countField().name);
   switch (type.counted) {
   case Counted::text_bytes:
     return {QStringLiteral("text"), MessageField::Input::text, nullptr,
@@ -55,7 +55,7 @@ const MessageType *find_message_type(const QString &name) {
 std::vector<MessageField> message_fields(const MessageType &type) {
   const bool is_counting = type.counted != Counted::nothing;
   std::vector<MessageField> fields;
-  for (std::size_t i = 1; i < type.field_count() - (is_counting ? 1 : 0); ++i)
+  for (std::size_t i = 1; i < type.fieldCount() - (is_counting ? 1 : 0); ++i)
     fields.push_back(fixed_part(type.fields[i]));
   if (is_counting)
     fields.push_back(counted_part(type));

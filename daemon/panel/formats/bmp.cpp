@@ -41,7 +41,7 @@ std::string letter(std::uint8_t byte) {
 }
 
 std::int32_t signed_32(ByteView bmp, std::size_t offset) {
-  return static_cast<std::int32_t>(bmp.little_endian_32(offset));
+  return static_cast<std::int32_t>(bmp.littleEndian32(offset));
 }
 
 /// Where the pixels of a picture are found in its file.
@@ -53,13 +53,13 @@ struct PixelLayout {
 
   /// Rows of 24-bit pixels are padded by as many bytes as the width leaves over from a multiple of four.
   std::int64_t stride() const { return width * 3 + width % 4; }
-  std::int64_t row_start(std::int64_t row) const { return start + (bottom_up ? height - 1 - row : row) * stride(); }
+  std::int64_t rowStart(std::int64_t row) const { return start + (bottom_up ? height - 1 - row : row) * stride(); }
 };
 
 void decode_pixels(ByteView bmp, const PixelLayout &layout, std::uint16_t *pixels, std::int64_t count) {
   for (std::int64_t row = 0; row * layout.width < count; ++row) {
     // A negative offset becomes a huge one: both lie outside and read as zero.
-    auto source = static_cast<std::uint64_t>(layout.row_start(row));
+    auto source = static_cast<std::uint64_t>(layout.rowStart(row));
     const std::int64_t columns = std::min(layout.width, count - row * layout.width);
     for (std::int64_t column = 0; column < columns; ++column, source += 3)
       *pixels++ = bgr_to_rgb565(bmp.u8(source), bmp.u8(source + 1), bmp.u8(source + 2));
@@ -79,16 +79,16 @@ int bmp_check_header(ByteView bmp, BmpHeader *copy) {
     print("Invalid BMP Signature ('%s', '%s')!  Exiting.\n", letter(first).c_str(), letter(second).c_str());
     return -1;
   }
-  if (bmp.little_endian_32(at::header_size) != usable_header_size) {
+  if (bmp.littleEndian32(at::header_size) != usable_header_size) {
     print("DIB Header Size is invalid. Exiting.");
     return -1;
   }
-  if (bmp.little_endian_16(at::planes) != 1) {
+  if (bmp.littleEndian16(at::planes) != 1) {
     print("\tInvalid number of colour planes! Exiting.");
     return -1;
   }
   if (copy)
-    bmp.copy_to(copy->data(), copy->size());
+    bmp.copyTo(copy->data(), copy->size());
   return 0;
 }
 
@@ -103,7 +103,7 @@ int bmp_decode_24(ByteView bmp, std::int32_t *width, std::int32_t *height, Pixel
   }
   if (bmp_check_header(bmp, nullptr) != 0)
     return -1;
-  if (bmp.little_endian_16(at::bits_per_pixel) != 24) {
+  if (bmp.littleEndian16(at::bits_per_pixel) != 24) {
     print("Only 24-bit depth BMP's are supported at this time.");
     return -1;
   }
@@ -137,13 +137,13 @@ void bmp_print_header(ByteView bmp) {
   if (bmp_check_header(bmp, nullptr) != 0)
     return;
   const auto word = [&](std::size_t offset) { return signed_32(bmp, offset); };
-  const auto half = [&](std::size_t offset) { return int{bmp.little_endian_16(offset)}; };
+  const auto half = [&](std::size_t offset) { return int{bmp.littleEndian16(offset)}; };
   print("BMP Magic Signature = %s%s\n", letter(bmp.u8(at::signature)).c_str(),
         letter(bmp.u8(at::signature + 1)).c_str());
   print("Overall BMP File Size = %d bytes\n", word(at::file_size));
   print("Creator 1 = %d\n", half(at::creator_1));
   print("Creator 2 = %d\n", half(at::creator_2));
-  print("BMP Offset = %d (0x%x)\n", word(at::pixel_data), bmp.little_endian_32(at::pixel_data));
+  print("BMP Offset = %d (0x%x)\n", word(at::pixel_data), bmp.littleEndian32(at::pixel_data));
   print("DIB Header Data:");
   print("\tHeader Size = %d bytes\n", word(at::header_size));
   print("\tBMP Width = %d pixels\n", word(at::width));

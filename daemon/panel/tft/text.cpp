@@ -43,11 +43,11 @@ public:
   }
 
   std::int64_t width() const { return _width; }
-  std::int64_t drawable_width() const { return std::min<std::int64_t>(_width, dimensions::screen_width); }
-  std::int64_t drawable_height() const { return std::min<std::int64_t>(_height, dimensions::screen_height); }
+  std::int64_t drawableWidth() const { return std::min<std::int64_t>(_width, dimensions::screen_width); }
+  std::int64_t drawableHeight() const { return std::min<std::int64_t>(_height, dimensions::screen_height); }
 
   void set(std::int64_t row, std::int64_t column, std::uint16_t pixel) {
-    if (row < 0 || column < 0 || row >= drawable_height() || column >= drawable_width())
+    if (row < 0 || column < 0 || row >= drawableHeight() || column >= drawableWidth())
       return;
     const std::int64_t index = row * _width + column;
     if (index < _sent_count)
@@ -69,7 +69,7 @@ constexpr int most_drawn_characters = 4096;
 
 void draw_glyph(TextBlock &block, const FT_Bitmap &bitmap, std::int64_t pen_x, std::int64_t pen_y,
                 std::uint16_t text_pixel, std::uint16_t back_pixel) {
-  const auto rows = std::min<std::int64_t>(bitmap.rows, block.drawable_height() - pen_y);
+  const auto rows = std::min<std::int64_t>(bitmap.rows, block.drawableHeight() - pen_y);
   const unsigned columns = std::min(bitmap.width, unsigned{8 * glyph_pitch});
   for (std::int64_t row = 0; row < rows; ++row) {
     const unsigned char *bytes = bitmap.buffer + row * glyph_pitch;

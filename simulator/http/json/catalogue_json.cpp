@@ -77,7 +77,7 @@ QJsonObject to_json(const Field &field) {
 
 QJsonArray fields_of(const MessageType &type) {
   QJsonArray fields;
-  for (std::size_t i = 0; i < type.field_count(); ++i)
+  for (std::size_t i = 0; i < type.fieldCount(); ++i)
     fields += to_json(type.fields[i]);
   return fields;
 }

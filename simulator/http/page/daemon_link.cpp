@@ -44,10 +44,10 @@ void DaemonLink::send(const QByteArray &message) {
 
 void DaemonLink::read() {
   for (const QByteArray &answer : _answers.take(_socket.readAll())) {
-    const MessageType *type = find_message_type(view_of(answer).big_endian_32(0));
+    const MessageType *type = find_message_type(view_of(answer).bigEndian32(0));
     emit answered(type ? QLatin1String(type->name) : QStringLiteral("an unknown answer"));
   }
-  if (_answers.has_lost_track())
+  if (_answers.hasLostTrack())
     _socket.abort();
 }
 

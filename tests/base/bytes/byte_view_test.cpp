@@ -12,14 +12,14 @@ constexpr std::array<std::uint8_t, 6> some_bytes{0x11, 0x22, 0x33, 0x44, 0x55, 0
 constexpr ByteView view(some_bytes.data(), some_bytes.size());
 
 TEST(ByteViewTest, reads_each_byte_order) {
-  EXPECT_EQ(view.big_endian_32(0), 0x11223344U);
-  EXPECT_EQ(view.little_endian_32(1), 0x55443322U);
-  EXPECT_EQ(view.little_endian_16(4), 0x6655U);
+  EXPECT_EQ(view.bigEndian32(0), 0x11223344U);
+  EXPECT_EQ(view.littleEndian32(1), 0x55443322U);
+  EXPECT_EQ(view.littleEndian16(4), 0x6655U);
 }
 
 TEST(ByteViewTest, bytes_past_the_end_read_as_zero) {
-  EXPECT_EQ(view.big_endian_32(4), 0x55660000U);
-  EXPECT_EQ(view.little_endian_32(5), 0x00000066U);
+  EXPECT_EQ(view.bigEndian32(4), 0x55660000U);
+  EXPECT_EQ(view.littleEndian32(5), 0x00000066U);
   EXPECT_EQ(view.u8(6), 0U);
   EXPECT_EQ(view.u8(~std::uint64_t{0}), 0U);
 }
@@ -27,14 +27,14 @@ TEST(ByteViewTest, bytes_past_the_end_read_as_zero) {
 TEST(ByteViewTest, copy_fills_up_with_zeros) {
   std::array<std::uint8_t, 8> copy{};
   copy.fill(0xFF);
-  view.copy_to(copy.data(), copy.size());
+  view.copyTo(copy.data(), copy.size());
   EXPECT_EQ(copy, (std::array<std::uint8_t, 8>{0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0, 0}));
 }
 
 TEST(ByteViewTest, no_bytes_are_all_zeros) {
   const ByteView none;
   EXPECT_TRUE(none.empty());
-  EXPECT_EQ(none.big_endian_32(0), 0U);
+  EXPECT_EQ(none.bigEndian32(0), 0U);
   EXPECT_TRUE(ByteView(static_cast<const char *>(nullptr), 5).empty());
   EXPECT_EQ(none.text(0, 10), "");
 }

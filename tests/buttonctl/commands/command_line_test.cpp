@@ -16,7 +16,7 @@ struct Seen {
 } seen;
 
 Action look(ArgumentReader &arguments, const CommandContext &context) {
-  const QString word = arguments.at_end() ? QString() : arguments.word("WORD");
+  const QString word = arguments.atEnd() ? QString() : arguments.word("WORD");
   return [word, context] {
     seen = {context.endpoint, context.dry_run, word};
     return 7;
@@ -25,7 +25,7 @@ Action look(ArgumentReader &arguments, const CommandContext &context) {
 
 Steps send_word(ArgumentReader &arguments) {
   const QString word = arguments.word("WORD");
-  return {{Step::Kind::send, word.toLatin1() + (arguments.has_option("loud") ? "!" : "")}};
+  return {{Step::Kind::send, word.toLatin1() + (arguments.hasOption("loud") ? "!" : "")}};
 }
 
 const CommandTable &commands() {

@@ -34,7 +34,7 @@ Steps steps_of(const QStringList &arguments) {
   const Command *command = find_command(commands(), arguments.first());
   test::ParsedArguments parsed(*command, arguments.mid(1));
   const Steps steps = std::get<StepsBuilder>(command->work)(parsed.reader());
-  EXPECT_TRUE(parsed.reader().at_end());
+  EXPECT_TRUE(parsed.reader().atEnd());
   EXPECT_TRUE(parsed.reader().outcome()) << arguments.join(QLatin1Char(' ')).toStdString();
   return steps;
 }

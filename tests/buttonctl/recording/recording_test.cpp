@@ -146,7 +146,7 @@ TEST(FrameSplitterTest, finds_the_same_frames_however_the_stream_is_cut) {
         frames += to_hex(frame.toStdString()) + ' ';
     EXPECT_EQ(frames, "000000040000000c 00000000 00000002ffee 00000001aa ") << "pieces of " << piece;
     EXPECT_EQ(splitter.unfinished(), 6);
-    EXPECT_FALSE(splitter.has_lost_track());
+    EXPECT_FALSE(splitter.hasLostTrack());
   }
 }
 
@@ -154,13 +154,13 @@ TEST(FrameSplitterTest, a_frame_longer_than_any_ends_the_splitting) {
   for (const char *length : {"01000001", "7fffffff", "fffffffc", "ffffffff"}) {
     FrameSplitter splitter;
     EXPECT_EQ(splitter.take(bytes("00000001 aa") + bytes(length)).size(), 1U);
-    EXPECT_TRUE(splitter.has_lost_track());
+    EXPECT_TRUE(splitter.hasLostTrack());
     EXPECT_EQ(splitter.unfinished(), 0);
     EXPECT_TRUE(splitter.take(bytes("00000001 aa")).empty());
   }
   FrameSplitter longest;
   EXPECT_TRUE(longest.take(bytes("01000000") + QByteArray(0x1000000 - 1, 'x')).empty());
-  EXPECT_FALSE(longest.has_lost_track());
+  EXPECT_FALSE(longest.hasLostTrack());
   const auto frames = longest.take("x");
   ASSERT_EQ(frames.size(), 1U);
   EXPECT_EQ(frames[0].size(), 0x1000004);

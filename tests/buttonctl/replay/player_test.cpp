@@ -16,8 +16,8 @@ public:
   std::vector<std::int64_t> deadlines;
   std::vector<std::int64_t> delays;
 
-  std::int64_t now_us() override { return now; }
-  void wait_until(std::int64_t deadline_us, const std::function<bool()> &give_up) override {
+  std::int64_t nowUs() override { return now; }
+  void waitUntil(std::int64_t deadline_us, const std::function<bool()> &give_up) override {
     EXPECT_FALSE(give_up());
     const std::int64_t delay = delays.empty() ? 0 : delays[deadlines.size() % delays.size()];
     deadlines.push_back(deadline_us);
@@ -44,7 +44,7 @@ public:
     _clock.now += duration_us;
     return Done{};
   }
-  bool has_failed() const override { return false; }
+  bool hasFailed() const override { return false; }
 
 private:
   LateClock &_clock;
@@ -137,15 +137,15 @@ TEST(PlayerTest, an_empty_recording_is_played_at_once) {
 TEST(MonotonicClockTest, never_wakes_before_the_deadline) {
   MonotonicClock clock;
   for (const std::int64_t wait_us : {-1000, 0, 1, 500, 1999, 2000, 2500, 12345}) {
-    const std::int64_t deadline = clock.now_us() + wait_us;
-    clock.wait_until(deadline, [] { return false; });
-    EXPECT_GE(clock.now_us(), deadline) << wait_us;
+    const std::int64_t deadline = clock.nowUs() + wait_us;
+    clock.waitUntil(deadline, [] { return false; });
+    EXPECT_GE(clock.nowUs(), deadline) << wait_us;
   }
 }
 
 TEST(MonotonicClockTest, gives_up_when_asked_to) {
   MonotonicClock clock;
-  clock.wait_until(clock.now_us() + 3600000000, [] { return true; });
+  clock.waitUntil(clock.nowUs() + 3600000000, [] { return true; });
 }
 
 } // namespace

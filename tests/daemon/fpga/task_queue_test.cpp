@@ -31,11 +31,11 @@ TEST(TaskQueueTest, gives_tasks_in_the_order_they_came) {
   queue.append(std::move(second));
   EXPECT_EQ(queue.size(), 2U);
   EXPECT_EQ(queue.front(), first_address);
-  queue.remove_front();
+  queue.removeFront();
   EXPECT_EQ(alive, 1);
   EXPECT_EQ(queue.front(), second_address);
-  queue.remove_front();
-  queue.remove_front();
+  queue.removeFront();
+  queue.removeFront();
   EXPECT_EQ(alive, 0);
   EXPECT_EQ(queue.size(), 0U);
 }
@@ -83,17 +83,17 @@ TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_dow
       EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high)
           << row.name << i;
     for (int i = 0; i < 3; ++i)
-      queue.remove_front();
+      queue.removeFront();
     EXPECT_EQ(drained, 0) << row.name;
     EXPECT_TRUE(queue.isHigh()) << row.name;
     for (int i = 1; i <= row.removed_until_low; ++i) {
       EXPECT_EQ(drained, 0) << row.name << i;
-      queue.remove_front();
+      queue.removeFront();
     }
     EXPECT_EQ(drained, 1) << row.name;
     EXPECT_FALSE(queue.isHigh()) << row.name;
     while (queue.size() > 0)
-      queue.remove_front();
+      queue.removeFront();
     EXPECT_EQ(drained, 1) << row.name;
   }
 }
@@ -108,7 +108,7 @@ TEST(TaskQueueTest, numbers_its_tasks_and_knows_which_are_done) {
   for (std::uint64_t removed = 0; removed < 3; ++removed) {
     for (std::uint64_t number = 1; number <= 3; ++number)
       EXPECT_EQ(queue.hasRemoved(number), number <= removed) << number << " of " << removed;
-    queue.remove_front();
+    queue.removeFront();
   }
   EXPECT_TRUE(queue.hasRemoved(3));
 }

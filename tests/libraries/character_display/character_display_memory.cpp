@@ -40,12 +40,12 @@ std::vector<CharacterDisplayMemory::Store> CharacterDisplayMemory::stores() cons
   return _stores;
 }
 
-bool CharacterDisplayMemory::wait_for_stores(std::size_t count, std::chrono::milliseconds limit) const {
+bool CharacterDisplayMemory::waitForStores(std::size_t count, std::chrono::milliseconds limit) const {
   std::unique_lock lock(_mutex);
   return _stored.wait_for(lock, limit, [this, count] { return _stores.size() >= count; });
 }
 
-std::uint32_t CharacterDisplayMemory::word_at(std::size_t offset) const {
+std::uint32_t CharacterDisplayMemory::wordAt(std::size_t offset) const {
   const std::lock_guard lock(_mutex);
   return _block.at(offset / word_size);
 }

@@ -30,7 +30,7 @@ public:
   CharacterDisplayMemory();
 
   /// The block's first byte, for the driver. The block ends after the data register.
-  void *register_base() { return _block.data(); }
+  void *registerBase() { return _block.data(); }
 
   /// Stores `word` at `address`. A place outside the block is recorded but not written.
   void store(volatile std::uint32_t *address, std::uint32_t word);
@@ -39,10 +39,10 @@ public:
   std::vector<Store> stores() const;
 
   /// Waits until there were at least `count` stores; false when there are fewer after `limit`.
-  bool wait_for_stores(std::size_t count, std::chrono::milliseconds limit) const;
+  bool waitForStores(std::size_t count, std::chrono::milliseconds limit) const;
 
   /// The 32-bit word that the block holds at `offset` bytes from the base, which must be within the block.
-  std::uint32_t word_at(std::size_t offset) const;
+  std::uint32_t wordAt(std::size_t offset) const;
 
   /// The 20 characters of one line, 0 or 1, of display 0 (channel 0) or 1 (any other channel).
   std::string line(std::size_t display, std::size_t line) const;

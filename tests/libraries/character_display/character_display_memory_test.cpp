@@ -11,7 +11,7 @@ const std::string blank_line(20, ' ');
 class CharacterDisplayMemoryTest : public testing::Test {
 protected:
   void store(std::ptrdiff_t offset, std::uint32_t word) {
-    const auto address = reinterpret_cast<std::intptr_t>(_memory.register_base()) + offset;
+    const auto address = reinterpret_cast<std::intptr_t>(_memory.registerBase()) + offset;
     _memory.store(reinterpret_cast<volatile std::uint32_t *>(address), word);
   }
 
@@ -65,14 +65,14 @@ TEST_F(CharacterDisplayMemoryTest, records_each_store_and_keeps_the_last_in_its_
     EXPECT_EQ(stores[i].offset, offsets[i]);
     EXPECT_EQ(stores[i].word, words[i]);
   }
-  EXPECT_EQ(_memory.word_at(0x8054), 0x01000141U);
-  EXPECT_EQ(_memory.word_at(0), 5U);
+  EXPECT_EQ(_memory.wordAt(0x8054), 0x01000141U);
+  EXPECT_EQ(_memory.wordAt(0), 5U);
 }
 
 TEST_F(CharacterDisplayMemoryTest, waits_no_longer_than_asked_for) {
   store(0x8054, 0);
-  EXPECT_TRUE(_memory.wait_for_stores(1, std::chrono::milliseconds(0)));
-  EXPECT_FALSE(_memory.wait_for_stores(2, std::chrono::milliseconds(1)));
+  EXPECT_TRUE(_memory.waitForStores(1, std::chrono::milliseconds(0)));
+  EXPECT_FALSE(_memory.waitForStores(2, std::chrono::milliseconds(1)));
 }
 
 } // namespace

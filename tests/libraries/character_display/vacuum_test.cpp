@@ -63,7 +63,7 @@ TEST(VacuumWriterTest, pulses_the_strobe_of_the_channel_with_four_stores) {
   };
   for (const StrobeRow &row : rows) {
     CharacterDisplayMemory memory;
-    VacuumWriter writer(memory.register_base(), into(memory));
+    VacuumWriter writer(memory.registerBase(), into(memory));
     writer.text(row.channel, QString(QChar(row.character)));
     EXPECT_THAT(words_of(memory), testing::ElementsAreArray(row.words)) << "channel " << row.channel;
   }
@@ -71,7 +71,7 @@ TEST(VacuumWriterTest, pulses_the_strobe_of_the_channel_with_four_stores) {
 
 TEST(VacuumWriterTest, takes_a_millisecond_for_each_character) {
   CharacterDisplayMemory memory;
-  VacuumWriter writer(memory.register_base(), into(memory));
+  VacuumWriter writer(memory.registerBase(), into(memory));
   QElapsedTimer timer;
   timer.start();
   writer.text(0, QString(40, QLatin1Char('x')));
@@ -81,17 +81,17 @@ TEST(VacuumWriterTest, takes_a_millisecond_for_each_character) {
 
 TEST(VacuumWriterTest, stores_in_plain_memory_unless_told_otherwise) {
   CharacterDisplayMemory memory;
-  VacuumWriter writer(memory.register_base());
+  VacuumWriter writer(memory.registerBase());
   writer.text(0, QStringLiteral("xA"));
-  EXPECT_EQ(memory.word_at(0x8054), 0x01000141U);
-  EXPECT_EQ(memory.word_at(0x8050), 0U);
+  EXPECT_EQ(memory.wordAt(0x8054), 0x01000141U);
+  EXPECT_EQ(memory.wordAt(0x8050), 0U);
   writer.text(1, QStringLiteral("A"));
-  EXPECT_EQ(memory.word_at(0x8054), 0x01410100U);
+  EXPECT_EQ(memory.wordAt(0x8054), 0x01410100U);
 }
 
 TEST(VacuumWriterTest, writes_nothing_for_no_text) {
   CharacterDisplayMemory memory;
-  VacuumWriter(memory.register_base(), into(memory)).text(0, QString());
+  VacuumWriter(memory.registerBase(), into(memory)).text(0, QString());
   EXPECT_THAT(memory.stores(), IsEmpty());
 }
 
@@ -130,12 +130,12 @@ TEST_F(VacuumTest, shows_two_lines_of_twenty_characters) {
   };
   for (const TextRow &row : rows) {
     CharacterDisplayMemory memory;
-    Vacuum vacuum(nullptr, memory.register_base(), into(memory));
+    Vacuum vacuum(nullptr, memory.registerBase(), into(memory));
     _emitted.clear();
     collect(vacuum);
     vacuum.setText(3, row.text);
     EXPECT_THAT(_emitted, ElementsAre(Emission(3, "\v"), Emission(3, row.line_1 + row.line_2))) << row.what;
-    ASSERT_TRUE(memory.wait_for_stores(stores_of_a_text, limit)) << row.what;
+    ASSERT_TRUE(memory.waitForStores(stores_of_a_text, limit)) << row.what;
     EXPECT_EQ(memory.line(1, 0), row.line_1) << row.what;
     EXPECT_EQ(memory.line(1, 1), row.line_2) << row.what;
     EXPECT_EQ(memory.line(0, 0), blank_line) << row.what;
@@ -143,12 +143,12 @@ TEST_F(VacuumTest, shows_two_lines_of_twenty_characters) {
 }
 
 TEST_F(VacuumTest, the_first_text_starts_the_thread_and_goes_home_first) {
-  Vacuum vacuum(nullptr, _memory.register_base(), into(_memory));
+  Vacuum vacuum(nullptr, _memory.registerBase(), into(_memory));
   EXPECT_FALSE(vacuum.isRunning());
   vacuum.setText(0, QStringLiteral("Hi"));
   EXPECT_TRUE(vacuum.isRunning());
   EXPECT_EQ(vacuum.priority(), QThread::HighestPriority);
-  ASSERT_TRUE(_memory.wait_for_stores(stores_of_a_text, limit));
+  ASSERT_TRUE(_memory.waitForStores(stores_of_a_text, limit));
   const std::vector<std::uint32_t> words = words_of(_memory);
   const std::vector<std::uint32_t> start(words.begin(), words.begin() + 12);
   EXPECT_THAT(start, ElementsAre(0x0100010B, 0x0100000B, 0x0100000B, 0x0100010B, 0x01000148, 0x01000048, 0x01000048,
@@ -157,7 +157,7 @@ TEST_F(VacuumTest, the_first_text_starts_the_thread_and_goes_home_first) {
 }
 
 TEST_F(VacuumTest, emits_nothing_for_the_same_text_again) {
-  Vacuum vacuum(nullptr, _memory.register_base(), into(_memory));
+  Vacuum vacuum(nullptr, _memory.registerBase(), into(_memory));
   vacuum.setText(0, QStringLiteral("same"));
   collect(vacuum);
   vacuum.setText(0, QStringLiteral("same"));
@@ -172,7 +172,7 @@ TEST_F(VacuumTest, emits_nothing_for_the_same_text_again) {
 TEST_F(VacuumTest, the_caller_does_not_wait_for_the_display) {
   std::promise<void> gate;
   const std::shared_future<void> opened = gate.get_future().share();
-  Vacuum vacuum(nullptr, _memory.register_base(), [this, opened](volatile std::uint32_t *address, std::uint32_t word) {
+  Vacuum vacuum(nullptr, _memory.registerBase(), [this, opened](volatile std::uint32_t *address, std::uint32_t word) {
     opened.wait();
     _memory.store(address, word);
   });
@@ -180,7 +180,7 @@ TEST_F(VacuumTest, the_caller_does_not_wait_for_the_display) {
     vacuum.setText(0, QString::number(i));
   EXPECT_THAT(_memory.stores(), IsEmpty());
   gate.set_value();
-  ASSERT_TRUE(_memory.wait_for_stores(11 * stores_of_a_text, limit));
+  ASSERT_TRUE(_memory.waitForStores(11 * stores_of_a_text, limit));
   EXPECT_EQ(_memory.line(0, 0), "10                  ");
 }
 
@@ -202,7 +202,7 @@ private:
 };
 
 TEST_F(VacuumTest, loses_no_text_while_the_thread_is_slow_to_start) {
-  HeldVacuum vacuum(nullptr, _memory.register_base(), into(_memory));
+  HeldVacuum vacuum(nullptr, _memory.registerBase(), into(_memory));
   const std::future<void> caller = std::async(std::launch::async, [&] {
     vacuum.setText(0, QStringLiteral("first"));
     vacuum.setText(1, QStringLiteral("second"));
@@ -210,7 +210,7 @@ TEST_F(VacuumTest, loses_no_text_while_the_thread_is_slow_to_start) {
   // Longer than the caller waits in one go; ends at once if it gives up.
   EXPECT_EQ(caller.wait_for(std::chrono::milliseconds(300)), std::future_status::timeout);
   vacuum.letGo();
-  ASSERT_TRUE(_memory.wait_for_stores(2 * stores_of_a_text, limit));
+  ASSERT_TRUE(_memory.waitForStores(2 * stores_of_a_text, limit));
   EXPECT_EQ(_memory.line(0, 0), "first               ");
   EXPECT_EQ(_memory.line(1, 0), "second              ");
 }
@@ -219,7 +219,7 @@ TEST_F(VacuumTest, its_end_writes_what_is_left) {
   for (int count = 1; count <= 3; ++count) {
     CharacterDisplayMemory memory;
     {
-      Vacuum vacuum(nullptr, memory.register_base(), into(memory));
+      Vacuum vacuum(nullptr, memory.registerBase(), into(memory));
       for (int i = 1; i <= count; ++i)
         vacuum.setText(0, QString::number(i));
     }
@@ -229,24 +229,24 @@ TEST_F(VacuumTest, its_end_writes_what_is_left) {
 }
 
 TEST_F(VacuumTest, its_end_without_any_text_is_silent) {
-  { const Vacuum vacuum(nullptr, _memory.register_base(), into(_memory)); }
+  { const Vacuum vacuum(nullptr, _memory.registerBase(), into(_memory)); }
   EXPECT_THAT(_memory.stores(), IsEmpty());
 }
 
 TEST_F(VacuumTest, starts_again_after_it_was_ended) {
-  Vacuum vacuum(nullptr, _memory.register_base(), into(_memory));
+  Vacuum vacuum(nullptr, _memory.registerBase(), into(_memory));
   vacuum.setText(0, QStringLiteral("first"));
   vacuum.quit();
   ASSERT_TRUE(vacuum.wait());
   EXPECT_EQ(_memory.stores().size(), stores_of_a_text);
   vacuum.setText(0, QStringLiteral("second"));
-  ASSERT_TRUE(_memory.wait_for_stores(2 * stores_of_a_text, limit));
+  ASSERT_TRUE(_memory.waitForStores(2 * stores_of_a_text, limit));
   EXPECT_EQ(_memory.line(0, 0), "second              ");
 }
 
 TEST_F(VacuumTest, belongs_to_its_parent) {
   auto parent = std::make_unique<QObject>();
-  auto *vacuum = new Vacuum(parent.get(), _memory.register_base(), into(_memory));
+  auto *vacuum = new Vacuum(parent.get(), _memory.registerBase(), into(_memory));
   vacuum->setText(0, QStringLiteral("text"));
   parent.reset();
   EXPECT_EQ(_memory.stores().size(), stores_of_a_text);

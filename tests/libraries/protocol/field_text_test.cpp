@@ -12,7 +12,7 @@ namespace {
 
 const Field &field_of(std::uint32_t opcode, std::string_view name) {
   const MessageType *type = find_message_type(opcode);
-  for (std::size_t i = 0; i < type->field_count(); ++i)
+  for (std::size_t i = 0; i < type->fieldCount(); ++i)
     if (type->fields[i].name == name)
       return type->fields[i];
   throw std::invalid_argument(std::string(name));

@@ -51,7 +51,7 @@ TEST(FrameCutterTest, takes_the_complete_frames_and_keeps_the_rest) {
     FrameCutter cutter(no_limit);
     EXPECT_EQ(cutter.take(QByteArray::fromHex(row.stream)), bytes_of(row.messages)) << row.name;
     EXPECT_EQ(cutter.unfinished(), row.unfinished) << row.name;
-    EXPECT_FALSE(cutter.has_lost_track()) << row.name;
+    EXPECT_FALSE(cutter.hasLostTrack()) << row.name;
   }
 }
 
@@ -70,7 +70,7 @@ TEST(FrameCutterTest, loses_track_for_good_after_a_message_that_is_too_long) {
   for (const char *length : {"00000003", "fffffffb", "ffffffff"}) {
     FrameCutter cutter(2);
     EXPECT_EQ(cutter.take(QByteArray::fromHex("00000002 abcd") + QByteArray::fromHex(length)), bytes_of({"abcd"}));
-    EXPECT_TRUE(cutter.has_lost_track()) << length;
+    EXPECT_TRUE(cutter.hasLostTrack()) << length;
     EXPECT_EQ(cutter.unfinished(), 0) << length;
     EXPECT_EQ(cutter.take(QByteArray::fromHex("00000001 ff")), bytes_of({})) << length;
   }

@@ -19,7 +19,7 @@ std::string remark_on(const std::string &message) {
   if (!type)
     return "no message";
   std::string remark = type->name;
-  for (std::size_t i = 1; i < type->field_count(); ++i)
+  for (std::size_t i = 1; i < type->fieldCount(); ++i)
     if (type->fields[i].width == 4)
       remark += ' ' + std::to_string(signed_network_word(message, type->fields[i].offset));
   return remark;

@@ -185,9 +185,9 @@ std::string random_message(Dice &dice, const MessageType &type) {
   const Tail tail = random_tail(dice, type.counted);
   std::string message;
   append_network_word(message, type.opcode);
-  for (std::size_t i = 1; i < type.field_count(); ++i) {
+  for (std::size_t i = 1; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
-    if (type.counted != Counted::nothing && i + 1 == type.field_count())
+    if (type.counted != Counted::nothing && i + 1 == type.fieldCount())
       append_network_word(message, tail.count);
     else if (field.kind == FieldKind::bytes)
       message.append(field.width, static_cast<char>(dice.word()));

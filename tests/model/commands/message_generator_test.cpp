@@ -50,7 +50,7 @@ TEST_P(RandomMessageTest, has_mostly_values_of_the_range_and_some_others) {
   bool has_limits = false;
   for (int i = 0; i < messages_of_a_type; ++i) {
     const std::string message = random_message(dice, _type);
-    for (std::size_t place = 1; place < _type.field_count(); ++place) {
+    for (std::size_t place = 1; place < _type.fieldCount(); ++place) {
       const Field &field = _type.fields[place];
       if (field.kind == FieldKind::bytes || field.is_colour)
         continue;
