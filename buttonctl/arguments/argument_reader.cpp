@@ -57,7 +57,7 @@ Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std
 
 ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser, QString folder, QString help)
     : _command(std::move(command)), _parser(parser), _folder(std::move(folder)),
-      _help(help.isEmpty() ? QString(_command) : std::move(help)), _arguments(parser.positionalArguments()) {}
+      _help(help.isEmpty() ? _command : help), _arguments(parser.positionalArguments()) {}
 
 void ArgumentReader::fail(const QString &text) {
   if (_outcome)

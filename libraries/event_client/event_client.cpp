@@ -99,7 +99,7 @@ bool reach_server() {
     // The kernel would go on with this attempt, and the next one may be meant for another server.
     sockaddr nowhere{};
     nowhere.sa_family = AF_UNSPEC;
-    ::connect(state.descriptor, &nowhere, sizeof nowhere);
+    static_cast<void>(::connect(state.descriptor, &nowhere, sizeof nowhere));
   }
   return false;
 }

@@ -48,7 +48,7 @@ struct Field {
   const char *others = nullptr;
   bool is_colour = false; ///< 0xRRGGBB
 
-  constexpr std::size_t named_count() const {
+  constexpr std::size_t namedCount() const {
     std::size_t count = 0;
     while (count < most_named_values && named[count].name)
       ++count;
@@ -56,10 +56,10 @@ struct Field {
   }
 
   /// The least and the largest number that there is room for. A field of bytes is no number: both are 0.
-  constexpr std::int64_t least_possible() const {
+  constexpr std::int64_t leastPossible() const {
     return kind == FieldKind::signed_integer ? std::int64_t{std::numeric_limits<std::int32_t>::min()} : 0;
   }
-  constexpr std::int64_t largest_possible() const {
+  constexpr std::int64_t largestPossible() const {
     if (kind == FieldKind::bytes)
       return 0;
     if (width == 1)
@@ -127,8 +127,8 @@ struct NewField : Field {
   constexpr NewField(std::uint16_t offset_, std::uint16_t width_, FieldKind kind_, const char *name_,
                      const char *meaning_)
       : Field{offset_, width_, kind_, name_, meaning_} {
-    lowest = least_possible();
-    highest = largest_possible();
+    lowest = leastPossible();
+    highest = largestPossible();
   }
 
   constexpr NewField in(std::int64_t lowest_, std::int64_t highest_) const {
@@ -140,7 +140,7 @@ struct NewField : Field {
   constexpr NewField always(std::int64_t value) const { return in(value, value); }
   constexpr NewField with(std::int64_t first, std::int64_t last, const char *value_name) const {
     NewField field = *this;
-    field.named[named_count()] = {first, last, value_name};
+    field.named[namedCount()] = {first, last, value_name};
     return field;
   }
   constexpr NewField with(std::int64_t value, const char *value_name) const { return with(value, value, value_name); }
@@ -332,9 +332,9 @@ constexpr const MessageType *find_message_type(std::uint32_t opcode) {
 namespace catalogue_detail {
 
 constexpr bool has_room_for_its_values(const Field &field) {
-  const std::int64_t least = field.least_possible();
-  const std::int64_t largest = field.largest_possible();
-  for (std::size_t i = 0; i < field.named_count(); ++i)
+  const std::int64_t least = field.leastPossible();
+  const std::int64_t largest = field.largestPossible();
+  for (std::size_t i = 0; i < field.namedCount(); ++i)
     if (field.named[i].first < least || field.named[i].first > field.named[i].last || field.named[i].last > largest)
       return false;
   return least <= field.lowest && field.lowest <= field.highest && field.highest <= largest;

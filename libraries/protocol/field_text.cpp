@@ -25,7 +25,7 @@ std::string values_text(const Field &field, std::int64_t first, std::int64_t las
     return from + " or " + number_text(field, last);
   if (last == first + 2)
     return from + ", " + number_text(field, first + 1) + " or " + number_text(field, last);
-  if (last == field.largest_possible())
+  if (last == field.largestPossible())
     return "from " + from + " on";
   return from + " to " + number_text(field, last);
 }
@@ -33,8 +33,8 @@ std::string values_text(const Field &field, std::int64_t first, std::int64_t las
 /// Whether each value of the range has a name.
 bool is_named_throughout(const Field &field) {
   std::int64_t nameless = field.lowest;
-  for (std::size_t tries = 0; tries < field.named_count(); ++tries)
-    for (std::size_t i = 0; i < field.named_count(); ++i)
+  for (std::size_t tries = 0; tries < field.namedCount(); ++tries)
+    for (std::size_t i = 0; i < field.namedCount(); ++i)
       if (field.named[i].first <= nameless && nameless <= field.named[i].last)
         nameless = field.named[i].last + 1;
   return nameless > field.highest;
@@ -45,7 +45,7 @@ bool is_one_of_the_others(const Field &field, const NamedValue &value) {
 }
 
 bool is_limited(const Field &field) {
-  return field.lowest > field.least_possible() || field.highest < field.largest_possible();
+  return field.lowest > field.leastPossible() || field.highest < field.largestPossible();
 }
 
 } // namespace
@@ -63,7 +63,7 @@ std::string field_text(const Field &field) {
     add("0xRRGGBB");
   else if (is_limited(field) && !is_named_throughout(field))
     add((field.lowest == field.highest ? "always " : "") + values_text(field, field.lowest, field.highest));
-  for (std::size_t i = 0; i < field.named_count(); ++i)
+  for (std::size_t i = 0; i < field.namedCount(); ++i)
     if (!is_one_of_the_others(field, field.named[i]))
       add(values_text(field, field.named[i].first, field.named[i].last) + ": " + field.named[i].name);
   if (field.others)

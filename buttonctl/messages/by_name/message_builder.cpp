@@ -51,10 +51,10 @@ Outcome<std::uint32_t> parse_field_number(const QString &name, const QString &te
 MessageBuilder::MessageBuilder(const MessageType &type) : _type(type), _head(static_cast<int>(type.head_size), '\0') {
   put(_head, type.fields[0], type.opcode);
   if (type.counted == Counted::text_bytes)
-    set_counted_text(QString());
+    setCountedText(QString());
 }
 
-Outcome<Done> MessageBuilder::set_number(const Field &field, const QString &text) {
+Outcome<Done> MessageBuilder::setNumber(const Field &field, const QString &text) {
   const Outcome<std::uint32_t> number = parse_field_number(QLatin1String(field.name), text, field.width);
   if (!number)
     return number.failure();
@@ -62,7 +62,7 @@ Outcome<Done> MessageBuilder::set_number(const Field &field, const QString &text
   return Done{};
 }
 
-Outcome<Done> MessageBuilder::set_bytes(const Field &field, const QByteArray &bytes) {
+Outcome<Done> MessageBuilder::setBytes(const Field &field, const QByteArray &bytes) {
   if (bytes.size() != int{field.width})
     return Failure{QStringLiteral("%1 must have %2 bytes, but the file has %3")
                        .arg(QLatin1String(field.name))
@@ -72,11 +72,11 @@ Outcome<Done> MessageBuilder::set_bytes(const Field &field, const QByteArray &by
   return Done{};
 }
 
-void MessageBuilder::set_counted_text(const QString &text) { _counted = text.toLatin1() + '\0'; }
+void MessageBuilder::setCountedText(const QString &text) { _counted = text.toLatin1() + '\0'; }
 
-void MessageBuilder::set_counted_bytes(const QByteArray &bytes) { _counted = bytes; }
+void MessageBuilder::setCountedBytes(const QByteArray &bytes) { _counted = bytes; }
 
-Outcome<Done> MessageBuilder::set_counted_numbers(const QString &name, const QString &text) {
+Outcome<Done> MessageBuilder::setCountedNumbers(const QString &name, const QString &text) {
   _counted.clear();
   if (text.isEmpty())
     return Done{};

@@ -22,14 +22,14 @@ public:
   explicit MessageBuilder(const MessageType &type);
 
   /// Of a field that takes numbers.
-  Outcome<Done> set_number(const Field &field, const QString &text);
+  Outcome<Done> setNumber(const Field &field, const QString &text);
   /// Of a field of bytes, which must be as many as the field has.
-  Outcome<Done> set_bytes(const Field &field, const QByteArray &bytes);
+  Outcome<Done> setBytes(const Field &field, const QByteArray &bytes);
   /// Latin-1; the terminating NUL is added.
-  void set_counted_text(const QString &text);
-  void set_counted_bytes(const QByteArray &bytes);
+  void setCountedText(const QString &text);
+  void setCountedBytes(const QByteArray &bytes);
   /// Numbers, a comma between them; an empty text is none.
-  Outcome<Done> set_counted_numbers(const QString &name, const QString &text);
+  Outcome<Done> setCountedNumbers(const QString &name, const QString &text);
 
   /// In network order, from the opcode on, the count as it comes out.
   QByteArray message() const;

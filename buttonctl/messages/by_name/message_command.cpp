@@ -16,19 +16,19 @@ namespace {
 Outcome<Done> set(MessageBuilder &builder, const MessageField &field, const QString &value, ArgumentReader &arguments) {
   switch (field.input) {
   case MessageField::Input::number:
-    return builder.set_number(*field.field, value);
+    return builder.setNumber(*field.field, value);
   case MessageField::Input::file:
     if (field.field)
-      return builder.set_bytes(*field.field, arguments.contentOf(value));
-    builder.set_counted_bytes(arguments.contentOf(value));
+      return builder.setBytes(*field.field, arguments.contentOf(value));
+    builder.setCountedBytes(arguments.contentOf(value));
     return Done{};
   case MessageField::Input::text:
-    builder.set_counted_text(arguments.text(value, field.name));
+    builder.setCountedText(arguments.text(value, field.name));
     return Done{};
   case MessageField::Input::numbers:
     break;
   }
-  return builder.set_counted_numbers(field.name, value);
+  return builder.setCountedNumbers(field.name, value);
 }
 
 /// Takes one argument "FIELD=VALUE".

@@ -53,7 +53,7 @@ QString name_of(Handling handling) {
 
 QJsonArray named_of(const Field &field) {
   QJsonArray values;
-  for (std::size_t i = 0; i < field.named_count(); ++i)
+  for (std::size_t i = 0; i < field.namedCount(); ++i)
     values += QJsonObject{{QStringLiteral("first"), qint64{field.named[i].first}},
                           {QStringLiteral("last"), qint64{field.named[i].last}},
                           {QStringLiteral("name"), QLatin1String(field.named[i].name)}};

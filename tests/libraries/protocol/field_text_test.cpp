@@ -59,7 +59,7 @@ TEST(FieldRangeTest, does_not_hold_what_names_all_of_them) {
   const Field &button = field_of(4, "button_id");
   EXPECT_EQ(button.lowest, 0);
   EXPECT_EQ(button.highest, 299);
-  ASSERT_EQ(button.named_count(), 1U);
+  ASSERT_EQ(button.namedCount(), 1U);
   EXPECT_EQ(button.named[0].first, 4294967295LL);
   EXPECT_EQ(button.named[0].last, 4294967295LL);
 }

@@ -34,7 +34,7 @@ std::int64_t even_or_small(Dice &dice, std::int64_t first, std::int64_t last) {
 }
 
 std::int64_t named_value(Dice &dice, const Field &field) {
-  const NamedValue &value = field.named[dice.below(static_cast<std::uint32_t>(field.named_count()))];
+  const NamedValue &value = field.named[dice.below(static_cast<std::uint32_t>(field.namedCount()))];
   return even_or_small(dice, value.first, value.last);
 }
 
@@ -56,7 +56,7 @@ std::int64_t value_beside(Dice &dice, const Field &field) {
 /// A value of the range mostly, one with a name or one beside the range now and then, and anything at times.
 std::uint32_t random_value(Dice &dice, const Field &field) {
   const std::uint32_t kind = dice.below(100);
-  if (kind < 10 && field.named_count() > 0)
+  if (kind < 10 && field.namedCount() > 0)
     return static_cast<std::uint32_t>(named_value(dice, field));
   if (kind < 85)
     return static_cast<std::uint32_t>(usual_value(dice, field));

@@ -21,7 +21,7 @@ std::int64_t value_of(const Field &field, const std::string &message) {
 
 bool is_sensible(const Field &field, std::int64_t value) {
   bool is_sensible = field.lowest <= value && value <= field.highest;
-  for (std::size_t i = 0; i < field.named_count(); ++i)
+  for (std::size_t i = 0; i < field.namedCount(); ++i)
     is_sensible |= field.named[i].first <= value && value <= field.named[i].last;
   return is_sensible;
 }
@@ -54,7 +54,7 @@ TEST_P(RandomMessageTest, has_mostly_values_of_the_range_and_some_others) {
       const Field &field = _type.fields[place];
       if (field.kind == FieldKind::bytes || field.is_colour)
         continue;
-      has_limits |= field.lowest > field.least_possible() || field.highest < field.largest_possible();
+      has_limits |= field.lowest > field.leastPossible() || field.highest < field.largestPossible();
       ++(is_sensible(field, value_of(field, message)) ? sensible : others);
     }
   }
