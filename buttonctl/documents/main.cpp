@@ -36,7 +36,7 @@ Outcome<Done> update(const QString &page_name, const QString &completion_name) {
   const Outcome<QString> updated = buttonctl::with_commands(QString::fromUtf8(*page), buttonctl::command_table());
   if (!updated)
     return updated.failure();
-  if (const auto written = write_file(page_name, *updated); !written)
+  if (auto written = write_file(page_name, *updated); !written)
     return written;
   return write_file(completion_name, buttonctl::bash_completion(buttonctl::command_table()));
 }

@@ -22,7 +22,7 @@ Outcome<Done> Recorder::start() {
   if (!_server.listen(address, _plan.listen.port))
     return Failure{QStringLiteral("cannot listen on %1 port %2: %3")
                        .arg(_plan.listen.host, QString::number(_plan.listen.port), _server.errorString())};
-  const Outcome<Done> opened = _writer.open(_plan.file);
+  Outcome<Done> opened = _writer.open(_plan.file);
   if (!opened)
     return opened;
   _elapsed.start();

@@ -18,7 +18,7 @@ constexpr int look_again_ms = 10;
 } // namespace
 
 Outcome<Done> ReplayConnections::send(const RecordedFrame &frame, bool is_last) {
-  if (const auto good = outcome(); !good)
+  if (auto good = outcome(); !good)
     return good;
   for (auto entry = _connections.begin(); entry != _connections.end();)
     entry = entry->second->isClosed() ? _connections.erase(entry) : std::next(entry);
@@ -37,7 +37,7 @@ Outcome<Done> ReplayConnections::finish() {
   QTimer look_again;
   look_again.start(look_again_ms);
   for (;;) {
-    if (const auto good = outcome(); !good)
+    if (auto good = outcome(); !good)
       return good;
     if (std::all_of(_connections.begin(), _connections.end(),
                     [](const auto &entry) { return entry.second->isClosed(); }))

@@ -50,11 +50,11 @@ public:
 
   QJsonArray list(const char *name) { return list(_object.value(QLatin1String(name)), name); }
 
-  template <std::size_t count> void lamps(const char *name, std::array<bool, count> &lamps) {
+  template <std::size_t Count> void lamps(const char *name, std::array<bool, Count> &lamps) {
     const QJsonArray values = list(name);
-    if (values.size() != static_cast<int>(count))
-      fail(name, QStringLiteral("a list of %1").arg(count));
-    for (std::size_t i = 0; i < count && _outcome; ++i) {
+    if (values.size() != static_cast<int>(Count))
+      fail(name, QStringLiteral("a list of %1").arg(Count));
+    for (std::size_t i = 0; i < Count && _outcome; ++i) {
       const QJsonValue lit = values.at(static_cast<int>(i));
       if (!lit.isBool())
         fail(name, QStringLiteral("a list of true and false"));
@@ -73,7 +73,7 @@ private:
 };
 
 void read_blinking(MemberReader &members, PanelReport &report) {
-  for (const QJsonValue &entry : members.list("blinking")) {
+  for (const QJsonValue entry : members.list("blinking")) {
     const QJsonObject object = entry.toObject();
     const int button = members.number(object.value(QLatin1String("button")), "blinking.button");
     report.blinking[button] = members.number(object.value(QLatin1String("time")), "blinking.time");
@@ -87,7 +87,7 @@ void read_text(MemberReader &members, PanelReport &report) {
   for (std::size_t screen = 0; screen < report.text.size() && members.outcome(); ++screen) {
     const QJsonObject object = screens.at(static_cast<int>(screen)).toObject();
     int line = 0;
-    for (const QJsonValue &text : members.list(object.value(QLatin1String("text")), "screens.text"))
+    for (const QJsonValue text : members.list(object.value(QLatin1String("text")), "screens.text"))
       report.text[screen][line++] = members.text(text, "screens.text");
   }
 }

@@ -28,7 +28,7 @@ Outcome<PanelReport> PanelStateReader::state() {
   const Outcome<QByteArray> json = get(path);
   if (!json)
     return json.failure();
-  const Outcome<PanelReport> report = parse_panel_report(*json);
+  Outcome<PanelReport> report = parse_panel_report(*json);
   if (!report)
     return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, path, report.failure().text)};
   return report;

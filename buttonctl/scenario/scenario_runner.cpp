@@ -84,7 +84,7 @@ int ScenarioRunner::perform(const ScenarioLine &line) {
 Outcome<Done> ScenarioRunner::settle() {
   if (_is_settled)
     return Done{};
-  const Outcome<Done> answered = _session.settle();
+  Outcome<Done> answered = _session.settle();
   _is_settled = static_cast<bool>(answered);
   return answered;
 }
