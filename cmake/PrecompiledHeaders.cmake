@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Two thirds of the time that a build takes go into reading the same headers of Qt, GoogleTest and the C++ library again.
-# Where this is on, they are read once. A source that forgets one of these includes then compiles all the same; the
-# builds where it is off find that.
+# Where this is on, they are read once, and the sources of a room are compiled several at a time: names in their nameless
+# namespaces must differ. A source that forgets one of these includes then compiles all the same; the builds where it is
+# off find that.
 option(BUTTONDRIVER_PRECOMPILE "Read the headers that most sources include only once; for a quick build from scratch" OFF)
 
 set(precompiled_of_cxx

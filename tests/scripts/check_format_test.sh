@@ -44,7 +44,7 @@ expect 1 "^late.h: must say \"$licence\"" late.h "// one\n// two\n// three\n// $
 for file in nameless.h nameless.c nameless.cpp; do
     expect 1 "^$file: must say" "$file" "int one(void);\n"
 done
-for file in a.js a.mjs a.css a.sh a.cmake a.lua a.py CMakeLists.txt Makefile scripts/run .ci/run; do
+for file in a.js a.mjs a.css a.sh a.cmake a.lua a.py a.awk CMakeLists.txt Makefile scripts/run .ci/run; do
     expect 1 "^$file: must say" "$file" "nothing\n"
 done
 
