@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// Starts what the tests of the page need, and ends it again: a simulator, a browser, buttonctl.
+// What the tests of the page need: a simulator, which is ended again, a window of the browser, buttonctl.
 import { spawn, execFile } from 'node:child_process';
 import { createRequire } from 'node:module';
-import { cpSync, mkdtempSync, rmSync } from 'node:fs';
+import { cpSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { dirname, join } from 'node:path';
 import { after } from 'node:test';
 import { promisify } from 'node:util';
 
-const { BUTTONDRIVER_SIM, BUTTONCTL, CHROMIUM, NODE_MODULES_FOLDER, OUTPUT_FOLDER } = process.env;
+const { BUTTONDRIVER_SIM, BUTTONCTL, BROWSER_ADDRESS, NODE_MODULES_FOLDER, OUTPUT_FOLDER } = process.env;
 const require = createRequire(join(NODE_MODULES_FOLDER, 'package.json'));
 const { chromium } = require('playwright-core');
 
@@ -39,7 +39,7 @@ export async function startSimulator(t, { httpPort = 0, root } = {}) {
     await ended;
   };
   t.after(stop);
-  const said = await new Promise((resolve, reject) => {
+  const printed = await new Promise((resolve, reject) => {
     let text = '';
     child.stdout.on('data', (data) => {
       text += data;
@@ -47,11 +47,11 @@ export async function startSimulator(t, { httpPort = 0, root } = {}) {
     });
     ended.then(() => reject(new Error(`the simulator has ended: ${text}`)));
   });
-  const url = /page on (\S+)/.exec(said)[1];
+  const url = /page on (\S+)/.exec(printed)[1];
   return {
     url,
     httpPort: new URL(url).port,
-    daemonPort: /listening on port (\d+)/.exec(said)[1],
+    daemonPort: /listening on port (\d+)/.exec(printed)[1],
     stop,
     state: async () => (await fetch(new URL('state.json', url))).json(),
   };
@@ -71,15 +71,9 @@ export async function shell(line, folder) {
 
 let browser = null;
 
-// A window that shares nothing with those of other tests, in the one browser of this file.
+// A window that shares nothing with those of other tests, in the one browser that browser.mjs keeps for all of them.
 export async function startBrowser(t, options = {}) {
-  browser ??= chromium.launch({
-    executablePath: CHROMIUM,
-    headless: true,
-    timeout: 60_000,
-    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-      '--disable-background-networking', '--disable-component-update', '--disable-sync'],
-  });
+  browser ??= chromium.connect(readFileSync(BROWSER_ADDRESS, 'utf8'));
   const context = await (await browser).newContext({ viewport: { width: 1600, height: 1080 }, ...options });
   context.setDefaultTimeout(limit);
   t.after(() => context.close());
