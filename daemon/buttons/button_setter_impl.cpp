@@ -211,9 +211,7 @@ void ButtonSetterImpl::setLEDState(IButton &button, qint32 state, qint32 time) {
     print("buttondriver: button id %d must have a non-zero time to use blinking.", button.id());
     return;
   }
-  const auto [place_of_blinking, is_new] = _blinking.try_emplace(&button, Blinking{BlinkState(time)});
-  if (!is_new)
-    place_of_blinking->second.state = BlinkState(time);
+  _blinking.insert_or_assign(&button, BlinkState(time));
   if (_update_timer.isActive())
     return;
   _update_timer.start();
@@ -223,7 +221,7 @@ void ButtonSetterImpl::setLEDState(IButton &button, qint32 state, qint32 time) {
 std::map<qint32, qint32> ButtonSetterImpl::blinkTimes() const {
   std::map<qint32, qint32> times;
   for (const auto &[button, blink] : _blinking)
-    times[button->id()] = blink.state.time();
+    times[button->id()] = blink.time();
   return times;
 }
 
@@ -244,20 +242,22 @@ void ButtonSetterImpl::reconfig() {
 }
 
 void ButtonSetterImpl::update_timer() {
-  for (auto &[button, blink] : _blinking) {
-    // On a device that cannot follow, a phase lasts longer.
-    if (!_fpga->isDone(blink.newest_task))
-      continue;
-    const std::optional<std::uint8_t> value = blink.state.tick();
-    if (!value)
-      continue;
-    button->setState(*value);
-    blink.newest_task = _fpga->newestTask();
+  if (_blinking.empty()) {
+    _update_timer.stop();
+    debug_line() << "update timer stoped";
+  } else if (!_fpga) {
+    blink();
+  } else if (!_fpga->isFull()) {
+    // Otherwise clients would be kept out for as long as the device cannot follow.
+    _fpga->queueForTimer([this] { blink(); });
   }
-  if (!_blinking.empty())
-    return;
-  _update_timer.stop();
-  debug_line() << "update timer stoped";
+}
+
+/// All buttons take the step together, so that they stay in step.
+void ButtonSetterImpl::blink() {
+  for (auto &[button, state] : _blinking)
+    if (const std::optional<std::uint8_t> value = state.tick())
+      button->setState(*value);
 }
 
 } // namespace buttondriver

@@ -56,7 +56,8 @@ public:
 public slots:
   /// Gives up the private images of a connection. `client_id` is what its messages came with as `image_id_offset`.
   void forgetImages(qint32 client_id);
-  /// One blink tick.
+  /// One blink tick. It is left out for all buttons alike while the facade's queue is full: then all phases last a tick
+  /// longer. Works without a facade too.
   void update_timer();
 
 private:
@@ -65,16 +66,12 @@ private:
 
   void processMessage(const Message &message);
   void setLEDState(IButton &button, qint32 state, qint32 time);
+  void blink();
 
   SystemPaths _paths;
   ImageStore _images;
   ButtonMap _buttons;
-  struct Blinking {
-    BlinkState state;
-    std::uint64_t newest_task = 0; // of the facade, when its last phase was queued
-  };
-
-  std::map<IButton *, Blinking> _blinking;
+  std::map<IButton *, BlinkState> _blinking;
   ButtonLevels _levels;
   NullMessageLog _null_message_log;
   QTimer _update_timer;

@@ -52,7 +52,7 @@ FPGA::~FPGA() {
 }
 
 void FPGA::queue(std::unique_ptr<FPGATask> task) {
-  const bool is_high_now = _queue.append(std::move(task));
+  const bool is_high_now = _queue.append(std::move(task), _origin);
   _semaphore.release();
   if (is_high_now)
     emit backlogHigh();

@@ -62,11 +62,14 @@ public:
   /// How many tasks are not finished yet, the one that is being carried out among them.
   std::size_t queueLength() const { return _queue.size(); }
 
-  /// The number of the task that was queued last, counted from 1.
-  std::uint64_t newestTask() const { return _queue.newest(); }
-  /// Whether the task of that number has been carried out. Work that repeats by itself waits for that, so that no
-  /// backlog grows on a slow device.
-  bool isDone(std::uint64_t task) const { return _queue.hasRemoved(task); }
+  /// Calls `work`. What that queues counts as the timer's and not as the clients': they need not pause for it.
+  template <class Work> void queueForTimer(Work work) {
+    _origin = TaskOrigin::timer;
+    work();
+    _origin = TaskOrigin::client;
+  }
+  /// Whether so much waits that the timer should queue nothing more. It is more than that for which clients pause.
+  bool isFull() const { return _queue.isFull(); }
 
 signals:
   /// More waits for the worker than should: whoever brings work should pause. Nothing that is queued is refused.
@@ -89,6 +92,7 @@ private:
   QMutex _mutex;
   TaskSemaphore _semaphore;
   TaskQueue _queue;
+  TaskOrigin _origin = TaskOrigin::client; // of what is queued now
   ConfigurationWatcher _watcher;
   FontSettings _font;
 };

@@ -8,13 +8,14 @@ namespace buttondriver {
 TaskQueue::TaskQueue(const QueueMarks &marks, std::function<void()> when_drained)
     : _marks(marks), _when_drained(std::move(when_drained)) {}
 
-bool TaskQueue::append(std::unique_ptr<FPGATask> task) {
+bool TaskQueue::append(std::unique_ptr<FPGATask> task, TaskOrigin origin) {
   const std::size_t bytes = task ? task->keptBytes() : 0;
   const std::lock_guard lock(_mutex);
-  _tasks.push_back({std::move(task), bytes});
-  ++_newest;
+  _tasks.push_back({std::move(task), bytes, origin});
+  if (origin == TaskOrigin::client)
+    ++_clients_tasks;
   _bytes += bytes;
-  if (_is_high || (_tasks.size() <= _marks.high_tasks && _bytes <= _marks.high_bytes))
+  if (_is_high || (_clients_tasks <= _marks.high_tasks && _bytes <= _marks.high_bytes))
     return false;
   _is_high = true;
   return true;
@@ -35,8 +36,10 @@ void TaskQueue::removeFront() {
       return;
     removed = std::move(_tasks.front());
     _tasks.pop_front();
+    if (removed.origin == TaskOrigin::client)
+      --_clients_tasks;
     _bytes -= removed.bytes;
-    is_drained = _is_high && _tasks.size() <= _marks.low_tasks && _bytes <= _marks.low_bytes;
+    is_drained = _is_high && _clients_tasks <= _marks.low_tasks && _bytes <= _marks.low_bytes;
     if (is_drained)
       _is_high = false;
   }
@@ -52,16 +55,6 @@ std::size_t TaskQueue::size() const {
 bool TaskQueue::isHigh() const {
   const std::lock_guard lock(_mutex);
   return _is_high;
-}
-
-std::uint64_t TaskQueue::newest() const {
-  const std::lock_guard lock(_mutex);
-  return _newest;
-}
-
-bool TaskQueue::hasRemoved(std::uint64_t number) const {
-  const std::lock_guard lock(_mutex);
-  return number + _tasks.size() <= _newest;
 }
 
 } // namespace buttondriver

@@ -12,12 +12,21 @@
 
 namespace buttondriver {
 
-/// How much may wait for the worker before those who queue should pause, and when they may go on.
+/// How much may wait for the worker before clients should pause, and when they may go on.
 struct QueueMarks {
   std::size_t high_tasks = 512;
   std::size_t low_tasks = 256;
   std::size_t high_bytes = 16 * 1024 * 1024;
   std::size_t low_bytes = 8 * 1024 * 1024;
+  /// Tasks of all origins past which the timer should queue nothing more. Clients alone do not get there: past the high
+  /// mark they add one turn at most, 64 messages of 24 tasks.
+  std::size_t full_tasks = 4096;
+};
+
+/// Who asked for a task.
+enum class TaskOrigin : std::uint8_t {
+  client,
+  timer, ///< does not count for the high and the low marks: clients cannot help that it is there
 };
 
 /// The pending tasks, first in, first out. It owns them. Tasks are appended by the main thread and removed by the
@@ -29,7 +38,7 @@ public:
   explicit TaskQueue(const QueueMarks &marks = {}, std::function<void()> when_drained = {});
 
   /// True when this task took the queue past one of its high marks.
-  bool append(std::unique_ptr<FPGATask> task);
+  bool append(std::unique_ptr<FPGATask> task, TaskOrigin origin = TaskOrigin::client);
   /// The task at the front, which stays there; null when there is none. For the one thread that removes.
   FPGATask *front();
   /// Removes the task at the front, if there is one, and deletes it.
@@ -38,10 +47,8 @@ public:
   std::size_t size() const;
   /// Past a high mark, and not yet down to both low ones.
   bool isHigh() const;
-  /// Tasks appended so far: the number of the newest one, counted from 1.
-  std::uint64_t newest() const;
-  /// Whether the task of that number, and so each one before it, has been removed.
-  bool hasRemoved(std::uint64_t number) const;
+  /// Past the full mark.
+  bool isFull() const { return size() > _marks.full_tasks; }
 
   /// While the result lives, `front` waits: the remover begins no further task.
   [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(_front_gate); }
@@ -50,6 +57,7 @@ private:
   struct Entry {
     std::unique_ptr<FPGATask> task;
     std::size_t bytes;
+    TaskOrigin origin;
   };
 
   const QueueMarks _marks;
@@ -57,7 +65,7 @@ private:
   std::mutex _front_gate;
   mutable std::mutex _mutex;
   std::deque<Entry> _tasks;
-  std::uint64_t _newest = 0;
+  std::size_t _clients_tasks = 0; // of _tasks
   std::size_t _bytes = 0;
   bool _is_high = false;
 };

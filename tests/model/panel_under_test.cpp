@@ -74,8 +74,6 @@ void PanelUnderTest::apply(const Command &command) {
   deliver();
   switch (command.kind) {
   case Command::Kind::tick:
-    // A worker with a backlog would miss a phase.
-    waitForWorker();
     return _dispatcher->update_timer();
   case Command::Kind::font:
     return chooseFont(command.width, command.height);

@@ -16,12 +16,9 @@ using testing::SizeIs;
 
 class LEDStateTest : public test::DispatcherFixture {
 protected:
-  /// Ticks that the device can follow.
   void ticks(int count) {
-    for (int i = 0; i < count; ++i) {
-      settle();
+    for (int i = 0; i < count; ++i)
       dispatcher->update_timer();
-    }
   }
 };
 

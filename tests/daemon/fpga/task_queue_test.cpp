@@ -98,19 +98,35 @@ TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_dow
   }
 }
 
-TEST(TaskQueueTest, numbers_its_tasks_and_knows_which_are_done) {
-  TaskQueue queue;
-  EXPECT_EQ(queue.newest(), 0U);
-  EXPECT_TRUE(queue.hasRemoved(0));
-  for (int i = 0; i < 3; ++i)
-    queue.append(std::make_unique<HeavyTask>(0));
-  EXPECT_EQ(queue.newest(), 3U);
-  for (std::uint64_t removed = 0; removed < 3; ++removed) {
-    for (std::uint64_t number = 1; number <= 3; ++number)
-      EXPECT_EQ(queue.hasRemoved(number), number <= removed) << number << " of " << removed;
+TEST(TaskQueueTest, what_the_timer_appends_makes_it_full_and_not_high) {
+  QueueMarks marks;
+  marks.high_tasks = 4;
+  marks.low_tasks = 2;
+  marks.full_tasks = 12;
+  int drained = 0;
+  TaskQueue queue(marks, [&drained] { ++drained; });
+  const auto append = [&queue](int count, TaskOrigin origin) {
+    bool is_high_now = false;
+    for (int i = 0; i < count; ++i)
+      is_high_now = queue.append(std::make_unique<HeavyTask>(0), origin) || is_high_now;
+    return is_high_now;
+  };
+  EXPECT_FALSE(append(8, TaskOrigin::timer));
+  EXPECT_FALSE(append(4, TaskOrigin::client));
+  EXPECT_FALSE(queue.isFull());
+  EXPECT_TRUE(append(1, TaskOrigin::client));
+  EXPECT_TRUE(queue.isFull());
+  append(20, TaskOrigin::timer);
+  for (int i = 0; i < 10; ++i)
     queue.removeFront();
-  }
-  EXPECT_TRUE(queue.hasRemoved(3));
+  EXPECT_TRUE(queue.isHigh());
+  EXPECT_TRUE(queue.isFull());
+  queue.removeFront();
+  EXPECT_EQ(drained, 1) << "two of the clients' and twenty of the timer's are left";
+  EXPECT_TRUE(queue.isFull());
+  for (int i = 0; i < 10; ++i)
+    queue.removeFront();
+  EXPECT_FALSE(queue.isFull());
 }
 
 TEST(TaskQueueTest, hands_out_nothing_while_it_is_held) {
