@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace buttondriver {
+
+/// What is read of the level file, by whoever reads it. The file has some twenty bytes; a much larger one is not ours
+/// and must not fill the memory.
+inline constexpr std::size_t most_button_level_bytes = 64 * 1024;
 
 /// Where the files lie that the daemon reads. The daemon itself always uses the defaults; the virtual panel and the
 /// tests put the same names under a folder of their own with `under`.

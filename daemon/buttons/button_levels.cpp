@@ -3,6 +3,7 @@
 
 #include "files/owned_file.h"
 #include "files/regular_file.h"
+#include "files/system_paths.h"
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
 
@@ -13,9 +14,6 @@
 namespace buttondriver {
 
 namespace {
-
-/// Lines that begin beyond this are not read; a file of two or three levels has some thirty bytes.
-constexpr long most_bytes_read = 4096;
 
 constexpr std::size_t buffer_size = 256;
 using Buffer = std::array<char, buffer_size>;
@@ -35,9 +33,13 @@ void ButtonLevels::read(const std::string &file_name, const std::function<void(s
     return;
   Buffer line{};
   Buffer key{};
-  while (!std::feof(file.get()) && !std::ferror(file.get()) && std::ftell(file.get()) < most_bytes_read) {
+  while (!std::feof(file.get()) && !std::ferror(file.get())) {
     if (!std::fgets(line.data(), static_cast<int>(line.size()), file.get()))
       continue;
+    if (std::ftell(file.get()) > static_cast<long>(most_button_level_bytes)) {
+      print("buttondriver: the level file is too long, not read beyond byte %zu\n", most_button_level_bytes);
+      return;
+    }
     // An empty line leaves the key of the line before in place, on purpose.
     const int items = std::sscanf(line.data(), "%255s", key.data());
     static_cast<void>(items);

@@ -16,8 +16,6 @@ namespace buttondriver {
 namespace {
 
 constexpr int level_count = 2;
-/// The file has some twenty bytes; a much larger one is not ours and must not fill the memory.
-constexpr qint64 highest_file_size = 64 * 1024;
 
 QString default_level() { return QStringLiteral("100"); }
 
@@ -92,11 +90,14 @@ bool readButtonlevelFile(QStringList &levels, const std::string &path) {
     debug_line() << "readButtonlevelFile: Unable to open file " << path.c_str() << line_feed;
     return false;
   }
-  const QByteArray content = file.read(highest_file_size);
-  for (const QString &line : lines_of(content, !file.atEnd())) {
+  const QByteArray content = file.read(qint64{most_button_level_bytes});
+  const bool is_cut = !file.atEnd();
+  for (const QString &line : lines_of(content, is_cut)) {
     debug_line() << "line = " << line << line_feed;
     take_line(levels, line);
   }
+  if (is_cut)
+    debug_line() << "readButtonlevelFile: File too long, not read beyond byte" << qint64{most_button_level_bytes};
   return !levels.isEmpty();
 }
 

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttons/button_levels.h"
 
+#include "buttonlevel/buttonlevel.h"
 #include "support/captured_log.h"
-#include "support/temporary_folder.h"
 #include "support/test_root.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <sys/stat.h>
 #include <vector>
 
@@ -76,21 +77,50 @@ TEST(ButtonLevelsTest, lines_set_levels_and_send_the_screen_level) {
   }
 }
 
-TEST(ButtonLevelsTest, a_line_that_begins_beyond_4_KiB_is_not_read) {
-  const test::TemporaryFolder folder;
-  test::CapturedOutput output;
-  for (const std::size_t begin : {4095U, 4096U}) {
-    // Lines of known words, and the last one filled up with blanks.
-    std::string content;
-    while (content.size() + 20 < begin)
-      content += "led 1\n";
-    content += "led 1";
-    content += std::string(begin - content.size() - 1, ' ') + "\nscr 7\n";
-    ButtonLevels levels;
-    levels.read(folder.write("levels", content), [](std::int32_t) {});
-    EXPECT_EQ(levels.scr, begin < 4096 ? 7 : ButtonLevels().scr) << begin;
+TEST(ButtonLevelsTest, takes_over_what_the_library_has_written) {
+  struct Row {
+    QStringList written;
+    int lcd;
+    int scr;
+  };
+  const QString blanks(5000, QLatin1Char(' '));
+  const Row rows[] = {
+      {{"80", "40"}, 80, 40},
+      {{"0", "-1"}, 0, -1},
+      {{"80" + blanks, "40"}, 80, 40},
+  };
+  const QTemporaryDir folder;
+  const QString file = folder.filePath(QStringLiteral("buttonlevel"));
+  for (const Row &row : rows) {
+    writeButtonlevelFile(row.written, file.toStdString());
+    const Reading reading = read(file);
+    EXPECT_EQ(reading.levels.lcd, row.lcd);
+    EXPECT_EQ(reading.levels.scr, row.scr);
+    EXPECT_EQ(reading.sent, std::vector<std::int32_t>{row.scr});
+    EXPECT_EQ(reading.printed, "");
   }
-  EXPECT_EQ(output.take(), "");
+}
+
+TEST(ButtonLevelsTest, lines_that_end_beyond_64_KiB_are_not_read_and_that_is_said_here_and_in_the_library) {
+  const QTemporaryDir folder;
+  const QString file = folder.filePath(QStringLiteral("buttonlevel"));
+  const auto other_bytes = static_cast<int>(std::strlen("lcd 80\nscr 40\n"));
+  for (const bool fits : {true, false}) {
+    const QString blanks(65536 - other_bytes + (fits ? 0 : 1), QLatin1Char(' '));
+    writeButtonlevelFile({"80" + blanks, "40"}, file.toStdString());
+    const Reading reading = read(file);
+    EXPECT_EQ(reading.levels.lcd, 80);
+    EXPECT_EQ(reading.levels.scr, fits ? 40 : 100);
+    EXPECT_EQ(reading.sent.size(), fits ? 1U : 0U);
+    EXPECT_EQ(reading.printed, fits ? "" : "buttondriver: the level file is too long, not read beyond byte 65536\n");
+
+    test::CapturedLog log;
+    QStringList levels{"1", "2"};
+    EXPECT_TRUE(readButtonlevelFile(levels, file.toStdString()));
+    EXPECT_EQ(levels, QStringList({"80", fits ? "40" : "2"}));
+    EXPECT_EQ(log.take().back(), fits ? "debug: line =  \"scr 40\" \n"
+                                      : "debug: readButtonlevelFile: File too long, not read beyond byte 65536 ");
+  }
 }
 
 TEST(ButtonLevelsTest, what_is_no_regular_file_changes_nothing_and_does_not_wait) {
