@@ -5,7 +5,7 @@ namespace buttondriver {
 
 namespace {
 
-bool is_control(unsigned char character) { return character < 0x20 || (character >= 0x7F && character < 0xA0); }
+bool is_control(unsigned char character) { return character < 0x20 || character == 0x7F; }
 
 } // namespace
 

@@ -6,9 +6,9 @@
 
 namespace buttondriver {
 
-/// `text` (Latin-1) for the log: control characters come out as `\x` and two hexadecimal digits, so that a client's
-/// text can neither start a line of its own nor control a terminal. All other characters, the backslash too, stay as
-/// they are.
+/// `text` for the log: the control characters 0x00 to 0x1F and 0x7F come out as `\x` and two hexadecimal digits, so
+/// that a client's text can neither start a line of its own nor control a terminal. All other bytes, the backslash too,
+/// stay as they are, in whatever encoding they came: UTF-8 passes whole.
 std::string visible_text(std::string_view text);
 
 } // namespace buttondriver

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdio>
+#include <string>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -44,8 +46,18 @@ TEST(MessageHandlerTest, keeps_the_text_with_its_last_blank) {
 }
 
 TEST(VisibleTextTest, shows_control_characters_as_numbers) {
-  EXPECT_EQ(visible_text("a\nb\x1b[2J\x7f\x9b"), "a\\x0ab\\x1b[2J\\x7f\\x9b");
-  EXPECT_EQ(visible_text("caf\xe9 100% \\n"), "caf\xe9 100% \\n");
+  EXPECT_EQ(visible_text("a\nb\x1b[2J\x7f"), "a\\x0ab\\x1b[2J\\x7f");
+  for (int code = 0; code <= 0xFF; ++code) {
+    const std::string character(1, static_cast<char>(code));
+    char number[8];
+    std::snprintf(number, sizeof number, "\\x%02x", static_cast<unsigned>(code));
+    EXPECT_EQ(visible_text(character), code < 0x20 || code == 0x7F ? number : character) << code;
+  }
+}
+
+TEST(VisibleTextTest, leaves_texts_of_any_encoding_whole) {
+  for (const char *text : {"caf\xe9 100% \\n", "\u00dc \u20ac \u65e5", "\x9b\x80\xff"})
+    EXPECT_EQ(visible_text(text), text);
 }
 
 } // namespace
