@@ -156,8 +156,10 @@ struct ButtonSetterImpl::Handlers {
 
 void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply,
                                         qint32 image_id_offset) {
-  for (const QByteArray &message : messages)
+  for (const QByteArray &message : messages) {
+    _null_message_log.finish(image_id_offset);
     processMessage({message, view_of(message), reply, image_id_offset});
+  }
 }
 
 void ButtonSetterImpl::processMessage(const Message &message) {

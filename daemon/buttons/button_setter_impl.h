@@ -34,7 +34,11 @@ public:
   /// `fpga` outlives this object's use of it.
   void setFPGA(FPGA *fpga);
 
+  /// A message is carried out when the lines of all null messages that came before it with the same `image_id_offset`
+  /// are written.
   void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+  /// Gives up the private images of a connection. `client_id` is what its messages came with as `image_id_offset`.
+  void forgetImages(qint32 client_id);
 
   /// `state` -1: blink with phases of `time` milliseconds, which must not be 0; all else is a steady LED value.
   /// `button_id` -1: every button.
@@ -44,7 +48,7 @@ public:
   /// Reads the level file again and sends the screen level to the panel.
   void reconfig();
 
-  /// Its signals tell when more of a client's null messages waits to be written than should.
+  /// Its signals tell which clients should wait until their null messages are written.
   const NullMessageLog &nullMessageLog() const { return _null_message_log; }
   const ButtonLevels &levels() const { return _levels; }
   /// The image kept under `id`, null when there is none.
@@ -54,8 +58,6 @@ public:
   std::map<qint32, qint32> blinkTimes() const;
 
 public slots:
-  /// Gives up the private images of a connection. `client_id` is what its messages came with as `image_id_offset`.
-  void forgetImages(qint32 client_id);
   /// One blink tick. It is left out for all buttons alike while the facade's queue is full: then all phases last a tick
   /// longer. Works without a facade too.
   void update_timer();

@@ -41,7 +41,15 @@ NullMessageLog::NullMessageLog() {
   connect(&_turn, &QTimer::timeout, this, &NullMessageLog::writePiece);
 }
 
+NullMessageLog::~NullMessageLog() {
+  while (!_waiting.empty())
+    if (printPiece(at_once))
+      _waiting.pop_front();
+}
+
 void NullMessageLog::write(const QByteArray &message, qint32 client_id) {
+  if (message.isEmpty())
+    return;
   const auto size = static_cast<std::size_t>(message.size());
   const std::size_t cost = size + cost_of_a_message;
   if (!_turn.isActive())
@@ -50,42 +58,68 @@ void NullMessageLog::write(const QByteArray &message, qint32 client_id) {
     _cost_of_this_round += cost;
     return print_lines(message, 0, size);
   }
-  _waiting.push_back(message);
+  _waiting.push_back({message, client_id});
   _waiting_cost += cost;
-  if (_waiting_cost <= high_mark)
+  emit clientWaits(client_id);
+  if (_waiting_cost <= full_mark)
     return;
-  _is_high = true;
-  emit backlogHigh(client_id);
-  if (_waiting_cost > full_mark)
-    emit backlogFull();
+  _is_full = true;
+  emit backlogFull();
+}
+
+void NullMessageLog::finish(qint32 client_id) {
+  if (!waits(client_id))
+    return;
+  while (waits(client_id))
+    if (printPiece(at_once))
+      removeFirst();
+  tellWhenLow();
 }
 
 void NullMessageLog::writePiece() {
   _cost_of_this_round = 0;
-  writeWaiting();
+  while (!_waiting.empty() && _cost_of_this_round < at_once)
+    if (printPiece(at_once - _cost_of_this_round))
+      removeFirst();
   if (_cost_of_this_round == 0)
     _turn.stop();
-  if (!_is_high || _waiting_cost > low_mark)
-    return;
-  _is_high = false;
-  emit backlogLow();
+  tellWhenLow();
 }
 
-void NullMessageLog::writeWaiting() {
-  while (!_waiting.empty() && _cost_of_this_round < at_once) {
-    const auto size = static_cast<std::size_t>(_waiting.front().size());
-    const std::size_t end = std::min(size, _next + at_once - _cost_of_this_round);
-    print_lines(_waiting.front(), _next, end);
-    _cost_of_this_round += end - _next;
-    _waiting_cost -= end - _next;
-    _next = end;
-    if (end < size)
-      return;
-    _waiting.pop_front();
-    _next = 0;
-    _cost_of_this_round += cost_of_a_message;
-    _waiting_cost -= cost_of_a_message;
-  }
+bool NullMessageLog::waits(qint32 client_id) const {
+  return std::any_of(_waiting.begin(), _waiting.end(),
+                     [client_id](const Waiting &waiting) { return waiting.client_id == client_id; });
+}
+
+/// Prints the next bytes of the first message that waits. True when that was the last of it.
+bool NullMessageLog::printPiece(std::size_t most_bytes) {
+  const QByteArray &message = _waiting.front().message;
+  const auto size = static_cast<std::size_t>(message.size());
+  const std::size_t end = std::min(size, _next + most_bytes);
+  print_lines(message, _next, end);
+  _cost_of_this_round += end - _next;
+  _waiting_cost -= end - _next;
+  _next = end;
+  if (end < size)
+    return false;
+  _next = 0;
+  _cost_of_this_round += cost_of_a_message;
+  _waiting_cost -= cost_of_a_message;
+  return true;
+}
+
+void NullMessageLog::removeFirst() {
+  const qint32 client_id = _waiting.front().client_id;
+  _waiting.pop_front();
+  if (!waits(client_id))
+    emit clientGoesOn(client_id);
+}
+
+void NullMessageLog::tellWhenLow() {
+  if (!_is_full || _waiting_cost > low_mark)
+    return;
+  _is_full = false;
+  emit backlogLow();
 }
 
 } // namespace buttondriver

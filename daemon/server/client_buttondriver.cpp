@@ -4,7 +4,6 @@
 #include "buttons/button_setter.h"
 #include "logging/log_line.h"
 #include "protocol/framing.h"
-#include "server/large_frame_budget.h"
 #include "server/limits.h"
 
 #include <QTcpSocket>
@@ -25,7 +24,7 @@ qint32 take_client_id() {
 
 ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter,
                                        LargeFrameBudget *budget)
-    : QObject(parent), _socket(socket), _setter(setter), _budget(budget) {
+    : QObject(parent), _socket(socket), _setter(setter), _budget(budget ? budget : &_own_budget) {
   if (!_socket) {
     debug_line() << "collector: ClientButtondriver::ClientButtondriver, null socket";
     return;
@@ -77,9 +76,9 @@ void ClientButtondriver::readSocket() {
   // Where the answers could not be sent any more, the connection has just ended.
   if (_state != State::reading)
     return;
-  prepareNextFrame();
+  const bool is_more = prepareNextFrame();
   keepReading();
-  if (delivered == limits::messages_per_turn)
+  if (is_more && delivered > 0)
     emit wantsTurn();
 }
 
@@ -88,11 +87,10 @@ void ClientButtondriver::drain() {
   QBuffer unheard;
   unheard.open(QIODevice::WriteOnly);
   const std::size_t delivered = deliver(_undelivered, unheard);
-  if (delivered == limits::messages_per_turn)
-    return emit wantsTurn();
-  if (peek_frame(_undelivered).is_complete)
-    return;
-  _state = State::gone;
+  if (!peek_frame(_undelivered).is_complete)
+    _state = State::gone;
+  else if (delivered > 0)
+    emit wantsTurn();
 }
 
 std::size_t ClientButtondriver::deliver(QIODevice &stream, QIODevice &reply) {
@@ -107,14 +105,18 @@ void ClientButtondriver::saveUndelivered() {
     _undelivered.buffer() += _socket->readAll();
 }
 
-/// Sees to it that the frame that now comes first can be put together.
-void ClientButtondriver::prepareNextFrame() {
+/// Sees to it that the frame that now comes first can be put together. True when it is there already.
+bool ClientButtondriver::prepareNextFrame() {
   const FrameHead head = peek_frame(*_socket);
-  if (head.is_complete)
-    return readNoFurther();
+  if (head.is_complete) {
+    readNoFurther();
+    return true;
+  }
   // A length that wraps asks for what is there, and never gets here.
-  if (head.is_known && head.length > limits::largest_frame)
-    return blockForGood(head.length);
+  if (head.is_known && head.length > limits::largest_frame) {
+    blockForGood(head.length);
+    return false;
+  }
   const qint64 needed = head.bytes_needed;
   if (needed <= limits::read_ahead) {
     endLargeFrame();
@@ -123,6 +125,7 @@ void ClientButtondriver::prepareNextFrame() {
     _large_frame = needed;
     _socket->setReadBufferSize(needed);
   }
+  return false;
 }
 
 /// Until the next turn. Otherwise the end of the connection would be noticed before what is there has been answered.

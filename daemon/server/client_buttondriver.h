@@ -2,6 +2,7 @@
 #pragma once
 
 #include "server/frame_reader.h"
+#include "server/large_frame_budget.h"
 
 #include <QBuffer>
 #include <QObject>
@@ -12,7 +13,6 @@ class QTcpSocket;
 namespace buttondriver {
 
 class ButtonSetter;
-class LargeFrameBudget;
 
 /// One accepted connection: cuts its byte stream into messages and hands them on, a few at a time. Lives on the event
 /// loop's thread.
@@ -36,19 +36,20 @@ class LargeFrameBudget;
 ///     the socket has ended, nothing is left        reading   gone      logged; closed() is emitted
 ///     bytes have arrived                           blocked   blocked   thrown away
 ///     the socket has ended                         blocked   gone      logged; closed() is emitted
-///     turn, more may be left                       draining  draining  one turn's messages are delivered
+///     turn, more is left                           draining  draining  one turn's messages are delivered
 ///     turn, no complete frame is left              draining  gone      the last ones are delivered; closed() is
 ///                                                                      emitted
 ///     turn                                         gone      gone      logged: there is no socket
 ///
-/// A turn delivers `limits::messages_per_turn` messages at most, and only those that setDelivery lets pass.
+/// A turn delivers `limits::messages_per_turn` messages at most, and only those that setDelivery lets pass. It ends
+/// with a null message: the lines of that may have to be written first.
 class ClientButtondriver : public QObject {
   Q_OBJECT
 
 public:
-  /// Takes over `socket`, which may be null. `setter` and `budget` outlive this object. The client ids of one process
-  /// are 1000, 2000, and so on.
-  ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter, LargeFrameBudget *budget);
+  /// Takes over `socket`, which may be null. `setter` and `budget` outlive this object; without a `budget` it has one
+  /// of its own. The client ids of one process are 1000, 2000, and so on.
+  ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter, LargeFrameBudget *budget = nullptr);
   /// Closes the socket, if there is one. What is not delivered by then is lost.
   ~ClientButtondriver() override;
 
@@ -65,9 +66,8 @@ public:
   /// sender. Gives no turn by itself.
   void setDelivery(FrameChoice delivery) { _delivery = delivery; }
 
-public slots:
-  /// One turn; also called whenever bytes arrive.
-  void clientData();
+  /// One turn, the same that is taken whenever bytes arrive.
+  void takeTurn() { clientData(); }
 
 signals:
   /// There is more to deliver than belonged to the last turn, or what kept it waiting has gone.
@@ -79,6 +79,7 @@ signals:
 
 private slots:
   void clientDisconnected();
+  void clientData();
 
 private:
   enum class State : quint8 { reading, blocked, draining, gone };
@@ -89,7 +90,7 @@ private:
   std::size_t deliver(QIODevice &stream, QIODevice &reply);
   void saveUndelivered();
   void answersRead();
-  void prepareNextFrame();
+  bool prepareNextFrame();
   void readNoFurther();
   void keepReading();
   void blockForGood(quint32 length);
@@ -99,6 +100,7 @@ private:
   State _state = State::gone;
   QTcpSocket *_socket; // null unless reading or blocked
   ButtonSetter *_setter;
+  LargeFrameBudget _own_budget;
   LargeFrameBudget *_budget;
   qintptr _descriptor = -1;
   qint32 _client_id = 0;

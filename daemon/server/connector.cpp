@@ -15,7 +15,7 @@ namespace buttondriver {
 Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
     : _address(address), _port(port), _setter(setter), _turns([](ClientButtondriver *client) {
         if (client->hasWork())
-          client->clientData();
+          client->takeTurn();
       }) {
   connect(&_server, &QTcpServer::newConnection, this, &Connector::newClient);
   connect(&_server, &QTcpServer::acceptError, this, &Connector::pauseAcceptingBriefly);
@@ -76,10 +76,18 @@ void Connector::resumeReading() {
 }
 
 void Connector::holdClient(qint32 client_id) {
-  for (ClientButtondriver *client : _clients)
-    if (client->clientId() == client_id)
-      _held.insert(client);
-  updateDeliveries();
+  if (ClientButtondriver *client = find(client_id)) {
+    _held.insert(client);
+    client->setDelivery(deliveryOf(client));
+  }
+}
+
+void Connector::releaseClient(qint32 client_id) {
+  if (ClientButtondriver *client = find(client_id)) {
+    _held.erase(client);
+    client->setDelivery(deliveryOf(client));
+    _turns.join(client);
+  }
 }
 
 void Connector::holdAllClients() {
@@ -87,16 +95,24 @@ void Connector::holdAllClients() {
   updateDeliveries();
 }
 
-void Connector::releaseClients() {
-  _held.clear();
+void Connector::releaseAllClients() {
   _is_everybody_held = false;
   updateDeliveries();
   giveAllATurn();
 }
 
+/// Null when it is gone.
+ClientButtondriver *Connector::find(qint32 client_id) const {
+  const auto place = std::find_if(_clients.begin(), _clients.end(), [client_id](const ClientButtondriver *client) {
+    return client->clientId() == client_id;
+  });
+  return place == _clients.end() ? nullptr : *place;
+}
+
 FrameChoice Connector::deliveryOf(ClientButtondriver *client) const {
-  const bool has_to_wait = _is_paused || _is_everybody_held || _held.count(client) > 0;
-  return has_to_wait ? FrameChoice::leading_pings : FrameChoice::all;
+  if (_held.count(client) > 0)
+    return FrameChoice::none;
+  return _is_paused || _is_everybody_held ? FrameChoice::leading_pings : FrameChoice::all;
 }
 
 /// After a reason to wait has come or gone.

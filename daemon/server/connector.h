@@ -22,8 +22,9 @@ class ClientButtondriver;
 /// event loop's thread.
 ///
 /// When the daemon cannot keep up, messages wait with the clients that sent them. Two kinds of backlog may tell so,
-/// each for itself: that of the panel pauses everybody, that of the log holds those clients that add to it, and
-/// everybody when it is full. A connection that either concerns delivers nothing but pings, until neither does.
+/// each for itself: that of the panel pauses everybody, that of the log holds those clients whose null messages wait to
+/// be written, and everybody when it is full. A client that is held for itself delivers nothing; where everybody waits,
+/// pings that come first on their connection are delivered.
 class Connector : public QObject {
   Q_OBJECT
 
@@ -41,27 +42,30 @@ public:
   /// The connections that are not gone, in the order in which they were accepted.
   const std::vector<ClientButtondriver *> &clients() const { return _clients; }
 
-public slots:
   /// Everybody waits, and nobody is accepted, until resumeReading.
   void pauseReading();
   void resumeReading();
-  /// The connection with this id waits until releaseClients. Has no effect when there is none.
+  /// The connection with this id waits until releaseClient, its pings too. Has no effect when there is none.
   void holdClient(qint32 client_id);
-  /// Everybody waits, and so do those that are accepted meanwhile, until releaseClients.
+  void releaseClient(qint32 client_id);
+  /// Everybody waits, and so do those that are accepted meanwhile, until releaseAllClients. That does not release those
+  /// that are held for themselves.
   void holdAllClients();
-  void releaseClients();
+  void releaseAllClients();
+
+public slots:
+  /// Accepts all who want to connect, as far as there is room.
+  void newClient();
 
 signals:
   /// A connection is gone; `client_id` is what process_messages got for its messages.
   void clientGone(qint32 client_id);
 
-private slots:
-  void newClient();
-
 private:
   void forget(ClientButtondriver *client);
   void pauseAcceptingBriefly();
   bool canAccept() const;
+  ClientButtondriver *find(qint32 client_id) const;
   FrameChoice deliveryOf(ClientButtondriver *client) const;
   void updateDeliveries();
   void giveAllATurn();

@@ -2,6 +2,7 @@
 #include "server/frame_reader.h"
 
 #include "bytes/byte_view.h"
+#include "bytes/view_of.h"
 #include "protocol/records.h"
 
 #include <QIODevice>
@@ -22,6 +23,11 @@ bool is_ping(QIODevice &stream, const FrameHead &head) {
   return ByteView(frame, sizeof frame).bigEndian32(frame_prefix_size) == BMS_Ping::code;
 }
 
+/// Whether the message asks for its bytes to be logged, a line for each.
+bool asks_for_lines(const QByteArray &message) {
+  return !message.isEmpty() && view_of(message).bigEndian32(0) == TYPE_NULL_MESSAGE::code;
+}
+
 } // namespace
 
 FrameHead peek_frame(QIODevice &stream) {
@@ -32,6 +38,8 @@ FrameHead peek_frame(QIODevice &stream) {
 
 std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit, FrameChoice choice) {
   std::vector<QByteArray> messages;
+  if (choice == FrameChoice::none)
+    return messages;
   while (messages.size() < limit) {
     const FrameHead head = peek_frame(stream);
     if (!head.is_complete)
@@ -41,6 +49,8 @@ std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit, FrameC
     stream.skip(frame_prefix_size);
     // Never more than is there: the length may have wrapped.
     messages.push_back(stream.read(std::min<qint64>(head.length, stream.bytesAvailable())));
+    if (asks_for_lines(messages.back()))
+      break;
   }
   return messages;
 }

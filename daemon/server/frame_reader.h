@@ -20,10 +20,12 @@ FrameHead peek_frame(QIODevice &stream);
 enum class FrameChoice : quint8 {
   all,
   leading_pings, ///< only those that ask for nothing but an answer, up to the first of another kind
+  none,
 };
 
 /// Takes complete frames from `stream`, at most `limit`, and returns their messages, in order, without the lengths.
-/// What is left stays unread. A frame may be empty.
+/// What is left stays unread. A frame may be empty. A null message with any bytes is the last one taken: what comes
+/// after it may have to wait.
 std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit = std::numeric_limits<std::size_t>::max(),
                                     FrameChoice choice = FrameChoice::all);
 

@@ -28,8 +28,8 @@ void writeDefaultButtonlevelFile(const std::string &path = buttonlevel_path());
 
 /// Reads both levels into `levels`; a missing file is first written with the defaults. Only levels that the file holds
 /// are replaced: other lines, lines without a level and lines that do not end within the first 64 KiB are skipped, and
-/// the last line of a key counts. A file of more than 64 KiB gives a log line too. A list that is too short is filled up
-/// to two elements, with empty texts, before a level is stored.
+/// the last line of a key counts. A file of more than 64 KiB gives a log line too. A list that is too short is filled
+/// up to two elements, with empty texts, before a level is stored.
 ///
 /// True when `levels` holds an element in the end, whether or not the file held a level. False when it holds
 /// none, or when the file cannot be opened: then `levels` is unchanged, and there is one log line.

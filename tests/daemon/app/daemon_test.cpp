@@ -13,7 +13,8 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdint>
+#include <algorithm>
+#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,6 +34,23 @@ protected:
   bool start(const QStringList &arguments) {
     daemon.emplace(root.paths());
     return daemon->start(QStringList(QStringLiteral("buttondriver")) + arguments);
+  }
+
+  /// Starts, and forgets the transfers of the start.
+  void startOnFreePort() {
+    ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
+    ASSERT_TRUE(device.waitFor(12));
+    device.take();
+  }
+
+  void connectAll(const std::vector<QTcpSocket *> &clients) {
+    const std::size_t before = daemon->server().clients().size();
+    for (QTcpSocket *client : clients) {
+      client->connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
+      ASSERT_TRUE(client->waitForConnected(10'000));
+    }
+    ASSERT_TRUE(
+        test::process_events_until([&] { return daemon->server().clients().size() == before + clients.size(); }));
   }
 
   test::TestRoot root;
@@ -80,66 +98,109 @@ TEST_F(DaemonTest, start_sends_no_intensity_whatever_the_level_file_says) {
   EXPECT_EQ(device.take().size(), 12U);
 }
 
-TEST_F(DaemonTest, a_null_message_without_end_keeps_nobody_waiting_for_an_answer) {
+TEST_F(DaemonTest, a_long_null_message_keeps_waiting_those_only_who_sent_one) {
   test::CapturedLog log;
   test::CapturedOutput output;
-  ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
-  ASSERT_TRUE(device.waitFor(12));
-  QTcpSocket flooding;
+  startOnFreePort();
+  QTcpSocket first;
+  QTcpSocket second;
   QTcpSocket other;
-  for (QTcpSocket *client : {&flooding, &other})
-    client->connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
-  ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().size() == 2; }));
-  bool is_high = false;
-  ASSERT_TRUE(test::process_events_until([&] { return daemon->fpga().queueLength() == 0; }));
-  device.takeLines();
-  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogHigh, [&] { is_high = true; });
-  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogLow, [&] {
-    is_high = false;
-    EXPECT_EQ(daemon->fpga().queueLength(), 0U) << "what its sender sent after it has not waited";
-    EXPECT_TRUE(device.takeLines().empty()) << "what its sender sent after it has not waited";
-  });
+  connectAll({&first, &second, &other});
+  const qint32 first_id = daemon->server().clients().front()->clientId();
 
-  constexpr int size = 0x100000;
-  flooding.write(QByteArray::fromHex("00100000") + QByteArray(size, '\0') +
-                 QByteArray::fromHex("0000000c 00000015 00000003 00000001"));
-  ASSERT_TRUE(test::process_events_until([&] { return is_high; }));
+  // Both send a dump of their own size, then a ping, an upload that is refused, and a light.
+  const QByteArray after_it = QByteArray::fromHex("00000004 0000000c"
+                                                  "0000000c 00000006 00000030 00000009"
+                                                  "0000000c 00000015 00000003 00000001");
+  const QObject context;
+  int waiting = 0;
+  const NullMessageLog &dumps = daemon->dispatcher().nullMessageLog();
+  QObject::connect(&dumps, &NullMessageLog::clientWaits, &context, [&] { ++waiting; });
+  QObject::connect(&dumps, &NullMessageLog::clientGoesOn, &context, [&](qint32 client_id) {
+    --waiting;
+    const QTcpSocket &client = client_id == first_id ? first : second;
+    EXPECT_EQ(client.bytesAvailable(), 0) << "a ping is answered after the dump before it";
+  });
+  first.write(QByteArray::fromHex("00100000") + QByteArray(0x100000, '\0') + after_it);
+  second.write(QByteArray::fromHex("00080000 00000000") + QByteArray(0x7FFFC, '\1') + after_it);
+  ASSERT_TRUE(test::process_events_until([&] { return waiting == 2; }));
   other.write(QByteArray::fromHex("00000004 0000000c"));
   ASSERT_TRUE(test::process_events_until([&] { return other.bytesAvailable() == 8; }));
-  EXPECT_TRUE(is_high) << "all of it was written before anybody had an answer";
-  ASSERT_TRUE(test::process_events_until([&] { return !is_high; }));
-  // What was sent after it is carried out.
+  EXPECT_EQ(waiting, 2) << "all of it was written before anybody had an answer";
+
   std::vector<std::string> transfers;
   ASSERT_TRUE(test::process_events_until([&] {
     for (std::string &line : device.takeLines())
       transfers.push_back(std::move(line));
-    return !transfers.empty();
+    return transfers.size() == 2;
   }));
-  EXPECT_EQ(transfers.back(), "w 0900 1 a300");
-  EXPECT_THAT(output.take(), testing::EndsWith("data[1048574] = 0x0\ndata[1048575] = 0x0\n"));
+  EXPECT_EQ(first.bytesAvailable(), 8);
+  EXPECT_EQ(second.bytesAvailable(), 8);
+  const std::string written = output.take();
+  const std::size_t end_of_first = written.find("data[1048575] = 0x0\n");
+  const std::size_t end_of_second = written.find("data[524287] = 0x1\n");
+  const std::size_t refused = written.find("invalid image data");
+  ASSERT_NE(std::max(end_of_first, end_of_second), std::string::npos);
+  EXPECT_GT(refused, std::min(end_of_first, end_of_second));
+  EXPECT_GT(written.rfind("invalid image data"), std::max(end_of_first, end_of_second));
+}
+
+TEST_F(DaemonTest, what_a_client_sent_after_a_null_message_is_carried_out_when_it_has_left) {
+  test::CapturedLog log;
+  test::CapturedOutput output;
+  startOnFreePort();
+  QTcpSocket client;
+  connectAll({&client});
+  client.write(QByteArray::fromHex("00100000") + QByteArray(0x100000, '\0') +
+               QByteArray::fromHex("0000000c 00000015 00000003 00000001"));
+  ASSERT_TRUE(client.waitForBytesWritten(10'000));
+  bool waits = false;
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::clientWaits, [&] { waits = true; });
+  ASSERT_TRUE(test::process_events_until([&] { return waits && client.bytesToWrite() == 0; }));
+  client.disconnectFromHost();
+  ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().empty(); }));
+  ASSERT_TRUE(device.waitFor(1));
+  EXPECT_EQ(device.takeLines(), std::vector<std::string>{"w 0900 1 a300"});
+  EXPECT_THAT(output.take(), testing::EndsWith("data[1048575] = 0x0\n"));
+}
+
+TEST_F(DaemonTest, a_null_message_that_waits_at_the_end_is_written_then) {
+  test::CapturedLog log;
+  test::CapturedOutput output;
+  startOnFreePort();
+  QTcpSocket client;
+  connectAll({&client});
+  bool waits = false;
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::clientWaits, [&] { waits = true; });
+  client.write(QByteArray::fromHex("00100000") + QByteArray(0x100000, '\0'));
+  ASSERT_TRUE(test::process_events_until([&] { return waits; }));
+  daemon.reset();
+  EXPECT_THAT(output.take(), testing::EndsWith("data[1048575] = 0x0\n"));
 }
 
 TEST_F(DaemonTest, a_null_message_beyond_the_full_mark_makes_everybody_wait) {
   test::CapturedLog log;
   test::CapturedOutput output;
-  ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
+  startOnFreePort();
   QTcpSocket flooding;
   QTcpSocket other;
-  for (QTcpSocket *client : {&flooding, &other})
-    client->connectToHost(QHostAddress(QHostAddress::LocalHost), daemon->server().port());
-  ASSERT_TRUE(test::process_events_until([&] { return daemon->server().clients().size() == 2; }));
+  connectAll({&flooding, &other});
   bool is_full = false;
   QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogFull, [&] { is_full = true; });
+  QObject::connect(&daemon->dispatcher().nullMessageLog(), &NullMessageLog::backlogLow, [&] {
+    is_full = false;
+    EXPECT_TRUE(device.takeLines().empty());
+  });
   flooding.write(QByteArray::fromHex("00500000") + QByteArray(0x500000, '\0'));
   ASSERT_TRUE(test::process_events_until([&] { return is_full; }));
-  ASSERT_TRUE(test::process_events_until([&] { return daemon->fpga().queueLength() == 0; }));
-  device.takeLines();
-  ASSERT_TRUE(is_full);
   // A ping, and a light.
   other.write(QByteArray::fromHex("00000004 0000000c 0000000c 00000015 00000003 00000001"));
   ASSERT_TRUE(test::process_events_until([&] { return other.bytesAvailable() == 8; }));
-  EXPECT_EQ(daemon->fpga().queueLength(), 0U);
-  EXPECT_TRUE(device.takeLines().empty());
+  EXPECT_TRUE(is_full);
+  // The light is lit when that is over.
+  std::vector<std::string> transfers;
+  ASSERT_TRUE(test::process_events_until([&] { return !is_full && !(transfers = device.takeLines()).empty(); }));
+  EXPECT_EQ(transfers, std::vector<std::string>{"w 0900 1 a300"});
   output.take();
 }
 
@@ -158,13 +219,28 @@ TEST_F(DaemonTest, the_images_of_a_client_go_with_its_connection) {
   EXPECT_TRUE(test::process_events_until([&] { return daemon->dispatcher().image(kept_as) == nullptr; }));
 }
 
-TEST_F(DaemonTest, each_button_drives_its_own_led) {
-  ASSERT_TRUE(start({QStringLiteral("map"), QString(), QStringLiteral("0")}));
-  ASSERT_TRUE(device.waitFor(12));
-  device.take();
-  daemon->dispatcher().setLEDState(23, 1, 0);
-  ASSERT_TRUE(device.waitFor(1));
-  EXPECT_THAT(device.takeLines(), Contains("w 0900 1 7700"));
+TEST_F(DaemonTest, starts_with_24_buttons_each_of_which_drives_its_own_led) {
+  test::CapturedLog log;
+  test::CapturedOutput output;
+  startOnFreePort();
+  QTcpSocket client;
+  connectAll({&client});
+  output.take();
+  std::vector<std::string> expected;
+  for (int id = 0; id < 24; ++id) {
+    client.write(QByteArray::fromHex("00000010 00000011 000000" + QByteArray::number(id, 16).rightJustified(2, '0') +
+                                     "00000001 00000000"));
+    char line[32];
+    std::snprintf(line, sizeof line, "w 0900 1 %02x00", 0x60U + static_cast<unsigned>(id));
+    expected.emplace_back(line);
+  }
+  for (const char *id : {"00000018", "fffffffe"})
+    client.write(QByteArray::fromHex("00000010 00000011" + QByteArray(id) + "00000001 00000000 00000004 0000000c"));
+  ASSERT_TRUE(test::process_events_until([&] { return client.bytesAvailable() == 16; }));
+  ASSERT_TRUE(device.waitFor(24));
+  EXPECT_EQ(device.takeLines(), expected);
+  EXPECT_EQ(output.take(), "buttondriver:invalid button id 24, setLEDState()\n"
+                           "buttondriver:invalid button id -2, setLEDState()\n");
 }
 
 TEST_F(DaemonTest, the_server_delivers_to_what_the_dispatcher_was_wrapped_in) {

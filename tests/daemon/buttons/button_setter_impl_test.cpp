@@ -2,6 +2,8 @@
 #include "protocol/catalogue.h"
 #include "support/device/dispatcher_fixture.h"
 
+#include <QMetaMethod>
+
 #include <gmock/gmock.h>
 
 namespace buttondriver {
@@ -18,6 +20,16 @@ std::string opcode_line(unsigned opcode, int size) {
 
 QByteArray upload(const QByteArray &id, const QByteArray &size, char fill) {
   return "00000006" + id + size + QByteArray(120, fill).toHex();
+}
+
+TEST_F(ButtonSetterImplTest, each_message_has_a_line_with_its_opcode_and_its_size) {
+  test::CapturedLog log;
+  deliver({"0000000c", "00000063 00000000 00", "ffffffff"});
+  const std::vector<std::string> lines = log.take();
+  ASSERT_EQ(lines.size(), 5U);
+  EXPECT_EQ(lines[0], "debug: buttondriver: opcode =  12 , size =  4 ");
+  EXPECT_EQ(lines[1], "debug: buttondriver: opcode =  99 , size =  9 ");
+  EXPECT_EQ(lines[3], "debug: buttondriver: opcode =  4294967295 , size =  4 ");
 }
 
 TEST_F(ButtonSetterImplTest, a_ping_is_answered_with_one_framed_reply_each) {
@@ -39,6 +51,42 @@ TEST_F(ButtonSetterImplTest, a_null_message_is_dumped_byte_by_byte) {
   EXPECT_EQ(output.take(),
             "data[0] = 0x0\ndata[1] = 0x0\ndata[2] = 0x0\ndata[3] = 0x0\n"
             "data[0] = 0x0\ndata[1] = 0x0\ndata[2] = 0x0\ndata[3] = 0x0\ndata[4] = 0xff\ndata[5] = 0xa\n");
+}
+
+TEST_F(ButtonSetterImplTest, what_a_client_sends_after_a_null_message_comes_after_its_lines_however_many_they_are) {
+  const QByteArray text = "00000012 00000000 00000000 00000000 00000001 00000000 00000000 00000002 4100";
+  const QByteArray rejected = "00000006 00000030 00000009";
+  for (const int size : {4, 40'000, 300'000}) {
+    test::CapturedOutput output;
+    deliver({QByteArray(size, '\0').toHex(), text, QByteArray(size, '\0').toHex()});
+    deliver({rejected});
+    const std::string written = output.take();
+    const std::string last_line = "data[" + std::to_string(size - 1) + "] = 0x0\n";
+    const std::size_t first_end = written.find(last_line + "buttondriver: _screen_id");
+    const std::size_t second_end = written.find(last_line + "invalid image data");
+    EXPECT_NE(first_end, std::string::npos) << size;
+    EXPECT_NE(second_end, std::string::npos) << size;
+    EXPECT_LT(first_end, second_end) << size;
+  }
+}
+
+TEST_F(ButtonSetterImplTest, what_another_client_sends_does_not_wait_for_the_lines_of_a_null_message) {
+  test::CapturedOutput output;
+  deliver({QByteArray(300'000, '\0').toHex()}, 1000);
+  output.take();
+  deliver({"00000006 00000030 00000009"}, 2000);
+  EXPECT_EQ(output.take(), "invalid image data, size = 9\nbuttondriver:failed to upload image 48\n");
+  deliver({}, 1000);
+  EXPECT_EQ(output.take(), "") << "nobody waits for no message";
+  dispatcher.reset();
+  EXPECT_THAT(output.take(), testing::EndsWith("data[299999] = 0x0\n"));
+}
+
+TEST_F(ButtonSetterImplTest, has_one_slot) {
+  const QMetaObject &type = ButtonSetterImpl::staticMetaObject;
+  ASSERT_EQ(type.methodCount() - type.methodOffset(), 1);
+  EXPECT_EQ(type.method(type.methodOffset()).methodSignature(), "update_timer()");
+  EXPECT_EQ(type.method(type.methodOffset()).methodType(), QMetaMethod::Slot);
 }
 
 TEST_F(ButtonSetterImplTest, an_empty_message_counts_as_a_null_message) {
@@ -241,6 +289,19 @@ TEST_F(ButtonSetterImplTest, reconfig_reads_the_levels_and_sends_the_screen_leve
   EXPECT_EQ(dispatcher->levels().lcd, 40);
   EXPECT_EQ(dispatcher->levels().scr, 70);
   EXPECT_THAT(finishedTransfers(), ElementsAre("w 0800 1 ec00")); // 70 * 63 / 100 = 44
+}
+
+TEST_F(ButtonSetterImplTest, reconfig_with_the_bare_word_scr_sends_the_level_that_is_kept) {
+  root.writeLevels("scr");
+  test::CapturedOutput output;
+  deliver({"0000000a 00000000"});
+  EXPECT_EQ(dispatcher->levels().scr, 100);
+  EXPECT_THAT(finishedTransfers(), ElementsAre("w 0800 1 ff00")); // 100 * 63 / 100 = 63
+  root.writeLevels("scr 70\n");
+  deliver({"0000000a 00000000"});
+  root.writeLevels("scr\n");
+  deliver({"0000000a 00000000"});
+  EXPECT_THAT(finishedTransfers(), ElementsAre("w 0800 1 ec00", "w 0800 1 ec00"));
 }
 
 TEST_F(ButtonSetterImplTest, construction_reads_the_levels_and_sends_nothing) {

@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace buttondriver {
 namespace {
@@ -22,6 +24,8 @@ std::string lines_of(const QByteArray &message) {
   return text;
 }
 
+// Texts of many lines are compared with ==: how they differ would take minutes and gigabytes to find.
+
 /// Bytes of all values.
 QByteArray message_of(std::size_t size) {
   QByteArray message(static_cast<int>(size), '\0');
@@ -33,10 +37,12 @@ QByteArray message_of(std::size_t size) {
 class NullMessageLogTest : public testing::Test {
 protected:
   NullMessageLogTest() {
-    QObject::connect(&log, &NullMessageLog::backlogHigh,
-                     [this](qint32 client) { marks += "high " + std::to_string(client) + " "; });
-    QObject::connect(&log, &NullMessageLog::backlogFull, [this] { marks += "full "; });
-    QObject::connect(&log, &NullMessageLog::backlogLow, [this] { marks += "low "; });
+    QObject::connect(&*log, &NullMessageLog::clientWaits,
+                     [this](qint32 client) { signals_so_far += "wait " + std::to_string(client) + " "; });
+    QObject::connect(&*log, &NullMessageLog::clientGoesOn,
+                     [this](qint32 client) { signals_so_far += "go on " + std::to_string(client) + " "; });
+    QObject::connect(&*log, &NullMessageLog::backlogFull, [this] { signals_so_far += "full "; });
+    QObject::connect(&*log, &NullMessageLog::backlogLow, [this] { signals_so_far += "low "; });
   }
 
   /// Until all of `expected` is written; false when it is not, or something else is.
@@ -48,33 +54,33 @@ protected:
   }
 
   test::CapturedOutput output;
-  NullMessageLog log;
-  std::string marks;
+  std::optional<NullMessageLog> log{std::in_place};
+  std::string signals_so_far;
 };
 
 TEST_F(NullMessageLogTest, short_messages_are_written_when_they_come) {
   for (const std::size_t size : {0U, 1U, 4U, 40'000U}) {
     const QByteArray message = message_of(size);
-    log.write(message, 1000);
-    EXPECT_EQ(output.take(), lines_of(message)) << size;
+    log->write(message, 1000);
+    EXPECT_TRUE(output.take() == lines_of(message)) << size;
   }
-  EXPECT_EQ(marks, "");
+  EXPECT_EQ(signals_so_far, "");
 }
 
 TEST_F(NullMessageLogTest, a_round_of_the_event_loop_writes_so_much_and_no_more) {
   const QByteArray half = message_of(NullMessageLog::at_once / 2);
-  log.write(half, 1000);
-  log.write(half, 1000);
-  EXPECT_EQ(output.take(), lines_of(half));
+  log->write(half, 1000);
+  log->write(half, 1000);
+  EXPECT_TRUE(output.take() == lines_of(half));
   ASSERT_TRUE(process_until(lines_of(half)));
 }
 
 TEST_F(NullMessageLogTest, a_long_message_is_written_in_rounds_of_the_event_loop) {
   const QByteArray message = message_of(3 * NullMessageLog::at_once + 1);
-  log.write(message, 1000);
+  log->write(message, 1000);
   EXPECT_EQ(output.take(), "");
   ASSERT_TRUE(process_until(lines_of(message)));
-  EXPECT_EQ(marks, "");
+  EXPECT_EQ(signals_so_far, "wait 1000 go on 1000 ");
 }
 
 TEST_F(NullMessageLogTest, messages_keep_their_order) {
@@ -83,51 +89,93 @@ TEST_F(NullMessageLogTest, messages_keep_their_order) {
   const QByteArray third = message_of(2 * NullMessageLog::at_once);
   std::string expected;
   for (const QByteArray &message : {first, second, third}) {
-    log.write(message, 1000);
+    log->write(message, 1000);
     expected += lines_of(message);
   }
   ASSERT_TRUE(process_until(expected));
 }
 
-TEST_F(NullMessageLogTest, tells_when_much_waits_and_when_nothing_does) {
-  const QByteArray message = message_of(NullMessageLog::high_mark - NullMessageLog::cost_of_a_message);
-  log.write(message, 1000);
-  EXPECT_EQ(marks, "");
-  log.write(message_of(1), 2000);
-  EXPECT_EQ(marks, "high 2000 ");
-  log.write(message_of(2), 1000);
-  EXPECT_EQ(marks, "high 2000 high 1000 ");
-  ASSERT_TRUE(process_until(lines_of(message) + lines_of(message_of(1)) + lines_of(message_of(2))));
-  EXPECT_EQ(marks, "high 2000 high 1000 low ");
-  log.write(message_of(NullMessageLog::full_mark - NullMessageLog::cost_of_a_message), 3000);
-  EXPECT_EQ(marks, "high 2000 high 1000 low high 3000 ");
-  log.write({}, 3000);
-  EXPECT_EQ(marks, "high 2000 high 1000 low high 3000 high 3000 full ");
+TEST_F(NullMessageLogTest, tells_which_clients_have_to_wait_and_when_they_may_go_on) {
+  const QByteArray message = message_of(NullMessageLog::at_once);
+  const QByteArray short_message = message_of(1);
+  log->write(message, 1000);
+  log->write(short_message, 2000);
+  log->write(short_message, 1000);
+  EXPECT_EQ(signals_so_far, "wait 1000 wait 2000 wait 1000 ");
+  signals_so_far.clear();
+  ASSERT_TRUE(process_until(lines_of(message) + lines_of(short_message) + lines_of(short_message)));
+  EXPECT_EQ(signals_so_far, "go on 2000 go on 1000 ");
 }
 
-TEST_F(NullMessageLogTest, what_is_high_is_low_at_the_low_mark) {
+TEST_F(NullMessageLogTest, finishes_what_a_client_waits_for_at_once_and_no_more) {
+  const QByteArray first = message_of(5 * NullMessageLog::at_once + 3);
+  const QByteArray second = message_of(NullMessageLog::at_once + 1);
+  log->write(first, 1000);
+  log->write(second, 2000);
+  log->write(first, 3000);
+  QCoreApplication::processEvents();
+  log->finish(4000);
+  std::string written = output.take();
+  EXPECT_LT(written.size(), lines_of(first).size());
+  signals_so_far.clear();
+  log->finish(2000);
+  written += output.take();
+  EXPECT_TRUE(written == lines_of(first) + lines_of(second));
+  EXPECT_EQ(signals_so_far, "go on 1000 go on 2000 ");
+  log->finish(3000);
+  EXPECT_TRUE(output.take() == lines_of(first));
+}
+
+TEST_F(NullMessageLogTest, what_waits_at_its_end_is_written_then) {
+  const QByteArray first = message_of(5 * NullMessageLog::at_once + 3);
+  log->write(first, 1000);
+  log->write(message_of(7), 2000);
+  QCoreApplication::processEvents();
+  signals_so_far.clear();
+  log.reset();
+  EXPECT_TRUE(output.take() == lines_of(first) + lines_of(message_of(7)));
+  EXPECT_EQ(signals_so_far, "");
+}
+
+TEST_F(NullMessageLogTest, tells_when_it_is_full_and_when_it_is_low_again) {
+  const QByteArray message = message_of(NullMessageLog::full_mark - NullMessageLog::cost_of_a_message);
+  log->write(message, 1000);
+  EXPECT_EQ(signals_so_far, "wait 1000 ");
+  log->write(message_of(1), 2000);
+  EXPECT_EQ(signals_so_far, "wait 1000 wait 2000 full ");
+  signals_so_far.clear();
   // Held up by one who adds a little in each round.
-  log.write(message_of(NullMessageLog::high_mark), 1000);
-  const auto is_low = [&] { return marks.find("low") != std::string::npos; };
+  const auto is_low = [&] { return signals_so_far.find("low") != std::string::npos; };
   for (int i = 0; i < 1000 && !is_low(); ++i) {
-    log.write(message_of(NullMessageLog::low_mark / 2), 2000);
+    log->write(message_of(NullMessageLog::low_mark / 2), 3000);
     QCoreApplication::processEvents();
   }
-  EXPECT_TRUE(is_low()) << marks;
+  EXPECT_TRUE(is_low()) << signals_so_far;
+  output.take();
 }
 
-TEST_F(NullMessageLogTest, empty_messages_count_too) {
-  const QByteArray message = message_of(NullMessageLog::at_once + 1);
-  log.write(message, 1000);
-  int count = 0;
-  while (marks.empty() && count < 100'000) {
-    log.write({}, 1000);
-    ++count;
-  }
-  EXPECT_EQ(marks, "high 1000 ");
-  EXPECT_LT(count, 10'000);
-  ASSERT_TRUE(process_until(lines_of(message)));
-  EXPECT_TRUE(test::process_events_until([&] { return marks == "high 1000 low "; }));
+TEST_F(NullMessageLogTest, finishing_ends_the_full_state_too) {
+  log->write(message_of(NullMessageLog::full_mark), 1000);
+  log->finish(1000);
+  EXPECT_EQ(signals_so_far, "wait 1000 full go on 1000 low ");
+  output.take();
+}
+
+TEST_F(NullMessageLogTest, short_messages_count_for_more_than_their_bytes) {
+  log->write(message_of(NullMessageLog::at_once), 1000);
+  for (std::size_t i = 0; i < NullMessageLog::full_mark / NullMessageLog::cost_of_a_message; ++i)
+    log->write(message_of(1), 1000);
+  EXPECT_NE(signals_so_far.find("full"), std::string::npos);
+  log->finish(1000);
+  output.take();
+}
+
+TEST_F(NullMessageLogTest, a_message_without_bytes_never_waits) {
+  log->write(message_of(NullMessageLog::at_once), 1000);
+  log->write({}, 2000);
+  EXPECT_EQ(signals_so_far, "wait 1000 ");
+  log->finish(1000);
+  output.take();
 }
 
 } // namespace

@@ -7,12 +7,15 @@
 #include "server/large_frame_budget.h"
 #include "server/limits.h"
 
+#include <QMetaMethod>
 #include <QMetaObject>
 
 #include <gmock/gmock.h>
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace buttondriver {
 namespace {
@@ -92,7 +95,7 @@ TEST_F(ClientButtondriverTest, drains_a_turn_at_a_time_and_is_gone_after_the_las
     EXPECT_TRUE(client->hasWork());
     const std::size_t before = setter.delivered;
     turns_wanted = 0;
-    client->clientData();
+    client->takeTurn();
     ASSERT_GT(setter.delivered, before);
     EXPECT_LE(setter.delivered - before, limits::messages_per_turn);
     EXPECT_EQ(turns_wanted, setter.delivered - before == limits::messages_per_turn ? 1 : 0);
@@ -105,13 +108,33 @@ TEST_F(ClientButtondriverTest, does_not_drain_what_has_to_wait) {
   drainNow();
   client->setDelivery(FrameChoice::leading_pings);
   const std::size_t before = setter.delivered;
-  client->clientData();
+  client->takeTurn();
   EXPECT_EQ(setter.delivered, before);
   EXPECT_TRUE(client->hasWork());
   EXPECT_EQ(times_closed, 0);
   client->setDelivery(FrameChoice::all);
-  client->clientData();
+  client->takeTurn();
   EXPECT_EQ(setter.delivered, before + limits::messages_per_turn);
+}
+
+TEST_F(ClientButtondriverTest, does_not_even_deliver_pings_when_told_so) {
+  client->setDelivery(FrameChoice::none);
+  peer.write(frame(test::ping));
+  ASSERT_TRUE(process_events_until([&] { return !setter.calls.empty(); }));
+  EXPECT_EQ(setter.delivered, 0U);
+  client->setDelivery(FrameChoice::leading_pings);
+  client->takeTurn();
+  EXPECT_EQ(setter.delivered, 1U);
+}
+
+TEST_F(ClientButtondriverTest, ends_its_turn_with_a_null_message_and_wants_another_when_more_is_there) {
+  peer.write(frame("before") + frame(QByteArray(4, '\0')) + frame("after"));
+  ASSERT_TRUE(process_events_until([&] { return setter.delivered > 0; }));
+  EXPECT_THAT(setter.messages(), ElementsAre("before", QByteArray(4, '\0')));
+  EXPECT_EQ(turns_wanted, 1);
+  client->takeTurn();
+  EXPECT_EQ(setter.messages().back(), "after");
+  EXPECT_EQ(turns_wanted, 1);
 }
 
 TEST_F(ClientButtondriverTest, that_is_gone_stays_gone) {
@@ -120,7 +143,7 @@ TEST_F(ClientButtondriverTest, that_is_gone_stays_gone) {
   log.take();
   ASSERT_TRUE(QMetaObject::invokeMethod(&*client, "clientDisconnected"));
   EXPECT_THAT(log.take(), ElementsAre());
-  client->clientData();
+  client->takeTurn();
   EXPECT_THAT(log.take(), ElementsAre("critical: buttondriver::ClientButtondriver::clientData NULL socket "));
   EXPECT_EQ(times_closed, 1);
 }
@@ -147,6 +170,34 @@ TEST_F(ClientButtondriverTest, gives_its_share_of_the_budget_back_when_its_peer_
     EXPECT_TRUE(process_events_until([&] { return budget.take(all); }));
     budget.giveBack(all);
   }
+}
+
+TEST_F(ClientButtondriverTest, made_without_a_budget_has_one_of_its_own) {
+  QTcpSocket other;
+  other.connectToHost(QHostAddress::LocalHost, door.serverPort());
+  ASSERT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
+  ASSERT_TRUE(budget.take(limits::large_frames));
+  ClientButtondriver on_its_own(nullptr, door.nextPendingConnection(), &setter);
+  other.write(frame(QByteArray(200'000, 'x')));
+  EXPECT_TRUE(process_events_until([&] { return setter.delivered == 1; }));
+}
+
+/// The slots that `type` itself declares, each as "public name()".
+std::vector<std::string> slots_of(const QMetaObject &type) {
+  std::vector<std::string> found;
+  for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+    const QMetaMethod method = type.method(i);
+    if (method.methodType() == QMetaMethod::Slot)
+      found.push_back((method.access() == QMetaMethod::Public ? "public " : "private ") +
+                      method.methodSignature().toStdString());
+  }
+  return found;
+}
+
+TEST(ServerSlotsTest, are_those_that_react_to_sockets) {
+  EXPECT_THAT(slots_of(Connector::staticMetaObject), ElementsAre("public newClient()"));
+  EXPECT_THAT(slots_of(ClientButtondriver::staticMetaObject),
+              testing::UnorderedElementsAre("private clientDisconnected()", "private clientData()"));
 }
 
 TEST(ClientWithoutSocketTest, stays_unconnected_and_logs_it) {

@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <iterator>
+#include <vector>
 
 namespace buttondriver {
 namespace {
@@ -116,6 +117,35 @@ TEST_F(ConnectionEndTest, a_connection_that_ends_while_it_is_in_the_line_gets_no
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   settle();
   EXPECT_EQ(connector.clients().size(), 1U);
+}
+
+TEST_F(ConnectionEndTest, what_came_before_the_end_of_a_held_client_is_delivered_when_it_is_released) {
+  std::vector<qint32> gone;
+  QObject::connect(&connector, &Connector::clientGone, [&](qint32 client_id) { gone.push_back(client_id); });
+  setter.answer = "answer";
+  for (const bool is_reset : {false, true}) {
+    SCOPED_TRACE(is_reset);
+    setter.forget();
+    gone.clear();
+    const auto client = connectClient();
+    const qint32 id = connector.clients().front()->clientId();
+    connector.holdClient(id);
+    client->write(frame(ping) + frame("work").repeated(100) + "xx");
+    ASSERT_TRUE(client->waitForBytesWritten(10'000));
+    ASSERT_TRUE(process_events_until([&] { return held() > 0; }));
+    if (is_reset)
+      reset(*client);
+    else
+      client->disconnectFromHost();
+    settle();
+    EXPECT_EQ(delivered(), 0U);
+    EXPECT_EQ(connector.clients().size(), 1U);
+    EXPECT_TRUE(gone.empty());
+    connector.releaseClient(id);
+    EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+    EXPECT_EQ(delivered(), 101U);
+    EXPECT_EQ(gone, std::vector<qint32>{id});
+  }
 }
 
 TEST_F(ConnectionEndTest, a_client_that_was_held_holds_nobody_after_its_end) {

@@ -24,6 +24,9 @@ TEST(FrameReaderTest, takes_the_complete_frames_and_leaves_the_rest) {
       {"all but one byte", "00000004 00000c", {}, "0000000400000c"},
       {"a frame and a part", "00000001 ff 00000002 aa", {"ff"}, "00000002aa"},
       {"empty frames", "00000000 00000000", {"", ""}, ""},
+      {"a null message, and what may have to wait for it", "00000004 00000000 00000001 aa", {"00000000"}, "00000001aa"},
+      {"a null message of one byte", "00000001 00 00000001 aa", {"00"}, "00000001aa"},
+      {"an empty one has nothing to wait for", "00000000 00000001 aa", {"", "aa"}, ""},
       {"a length that never comes", "fffffffb 00000000 00000000", {}, "fffffffb0000000000000000"},
       // From here on the length and its own four bytes wrap: the frame is what is there.
       {"wrapped to nothing", "fffffffc 0102", {"0102"}, ""},

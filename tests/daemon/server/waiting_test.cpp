@@ -14,6 +14,7 @@ namespace {
 using test::frame;
 using test::ping;
 using test::process_events_until;
+using testing::ElementsAre;
 
 class WaitingTest : public test::ServerFixture {};
 
@@ -74,21 +75,41 @@ TEST_F(WaitingTest, nobody_is_accepted_while_paused) {
   EXPECT_TRUE(process_events_until([&] { return delivered() == 1; }));
 }
 
-TEST_F(WaitingTest, a_client_that_is_held_gets_pings_answered_and_others_everything) {
+TEST_F(WaitingTest, a_client_that_is_held_gets_nothing_not_even_pings_and_others_get_everything) {
   const auto held = connectClient();
-  connector.holdClient(connector.clients().front()->clientId());
+  const qint32 held_id = connector.clients().front()->clientId();
+  connector.holdClient(held_id);
   const auto other = connectClient();
   held->write(frame(ping) + frame("held") + frame(ping));
   other->write(frame("other"));
-  ASSERT_TRUE(process_events_until([&] { return delivered() == 2; }));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 1; }));
   settle();
-  EXPECT_THAT(setter.messages(), testing::UnorderedElementsAre(ping, "other"));
+  EXPECT_THAT(setter.messages(), ElementsAre("other"));
   connector.pauseReading();
   connector.resumeReading();
+  connector.holdAllClients();
+  connector.releaseAllClients();
+  connector.releaseClient(connector.clients().back()->clientId());
   settle();
-  EXPECT_EQ(delivered(), 2U) << "a pause that ends releases nobody";
-  connector.releaseClients();
+  EXPECT_EQ(delivered(), 1U) << "it is released by nothing else";
+  connector.releaseClient(held_id);
   EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
+  EXPECT_THAT(setter.messages(), ElementsAre("other", ping, "held", ping));
+}
+
+TEST_F(WaitingTest, a_client_that_is_released_while_all_wait_gets_its_pings) {
+  const auto client = connectClient();
+  const qint32 id = connector.clients().front()->clientId();
+  connector.holdClient(id);
+  connector.holdAllClients();
+  client->write(frame(ping) + frame("held"));
+  settle();
+  EXPECT_EQ(delivered(), 0U);
+  connector.releaseClient(id);
+  settle();
+  EXPECT_THAT(setter.messages(), ElementsAre(ping));
+  connector.releaseAllClients();
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 2; }));
 }
 
 TEST_F(WaitingTest, while_all_clients_are_held_so_are_those_that_come) {
@@ -99,8 +120,8 @@ TEST_F(WaitingTest, while_all_clients_are_held_so_are_those_that_come) {
     (*client)->write(frame(ping) + frame("held"));
   ASSERT_TRUE(process_events_until([&] { return delivered() == 2; }));
   settle();
-  EXPECT_THAT(setter.messages(), testing::ElementsAre(ping, ping));
-  connector.releaseClients();
+  EXPECT_THAT(setter.messages(), ElementsAre(ping, ping));
+  connector.releaseAllClients();
   EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
   const auto third = connectClient();
   third->write(frame("free"));
