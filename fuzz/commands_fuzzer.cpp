@@ -117,7 +117,10 @@ void run(Rig &rig, Input input) {
     const std::vector<std::uint8_t> piece = input.bytes(pieces.next());
     connection.arrive(QByteArray(reinterpret_cast<const char *>(piece.data()), static_cast<int>(piece.size())));
     arrived += static_cast<qint64>(piece.size());
-    const std::vector<QByteArray> messages = take_frames(connection);
+    // A null message is the last one of each turn.
+    std::vector<QByteArray> messages;
+    for (auto turn = take_frames(connection); !turn.empty(); turn = take_frames(connection))
+      messages.insert(messages.end(), turn.begin(), turn.end());
     require_no_frame_left(connection);
     for (const QByteArray &message : messages) {
       taken += frame_prefix_size + message.size();

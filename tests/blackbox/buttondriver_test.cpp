@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
+#include <chrono>
 #include <memory>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -49,7 +50,20 @@ TEST(ButtondriverProgramTest, taken_port_is_logged_and_the_daemon_runs_on) {
   ASSERT_TRUE(taken.listen(QHostAddress::Any));
   Program daemon(program, {QStringLiteral("map"), QString(), QString::number(taken.serverPort())});
   EXPECT_TRUE(daemon.waitForOutput("buttondriver:failed to start server\n"));
-  EXPECT_TRUE(daemon.isRunning());
+  // No event tells that it goes on; but its end would be one.
+  EXPECT_FALSE(daemon.endsWithin(std::chrono::milliseconds(500)));
+}
+
+TEST(ButtondriverProgramTest, gives_its_connections_the_ids_1000_2000_and_so_on) {
+  Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")});
+  for (int connection = 1; connection <= 3; ++connection) {
+    const auto client = daemon.connectTo();
+    client->write(QByteArray::fromHex("00000084 00000006 00000017 00000078") + QByteArray(120, '\x55'));
+    ASSERT_TRUE(test::answered_ping(*client));
+    // Image 23 is the first that a connection has for itself.
+    EXPECT_TRUE(
+        daemon.waitForOutput("buttondriver:image uploaded " + QByteArray::number(1000 * connection + 23) + "\n"));
+  }
 }
 
 TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_is_gone) {
@@ -147,7 +161,7 @@ TEST(ButtondriverProgramTest, serves_again_after_connections_took_all_descriptor
   EXPECT_TRUE(test::answered_ping(*late));
 }
 
-TEST(ButtondriverProgramTest, listens_on_port_3003_by_default) {
+TEST(ButtondriverProgramTest, listens_on_every_interface_at_port_3003_by_default) {
   {
     QTcpServer probe;
     if (!probe.listen(QHostAddress::Any, 3003))
@@ -155,6 +169,14 @@ TEST(ButtondriverProgramTest, listens_on_port_3003_by_default) {
   }
   Program daemon(program, {QStringLiteral("map")});
   EXPECT_EQ(daemon.listeningPort(), 3003);
+  for (const char *address : {"127.0.0.1", "127.0.0.2", "::1"}) {
+    QTcpServer here;
+    if (!here.listen(QHostAddress(QLatin1String(address))))
+      continue; // this machine has no IPv6
+    QTcpSocket client;
+    client.connectToHost(here.serverAddress(), 3003);
+    EXPECT_TRUE(client.waitForConnected(20'000)) << address;
+  }
 }
 
 } // namespace

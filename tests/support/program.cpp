@@ -96,6 +96,10 @@ int Program::waitForEnd() {
   return _process.exitStatus() == QProcess::NormalExit ? _process.exitCode() : -1;
 }
 
+bool Program::endsWithin(std::chrono::milliseconds time) {
+  return process_events_until([&] { return !isRunning(); }, time);
+}
+
 void Program::sendSignal(int signal) { ::kill(static_cast<pid_t>(_process.processId()), signal); }
 
 void Program::stopReading() {

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTcpSocket>
 
+#include <chrono>
 #include <memory>
 
 namespace buttondriver::test {
@@ -23,6 +24,8 @@ public:
   bool waitForError(const QByteArray &text);
   /// Waits for the program's own end; its exit status, -1 when it was killed or still runs after twenty seconds.
   int waitForEnd();
+  /// Whether the program ends by itself within `time`; returns as soon as it does.
+  bool endsWithin(std::chrono::milliseconds time);
   void sendSignal(int signal);
   /// Closes the reading ends of both logs, as a reader does that goes away.
   void stopReading();
