@@ -101,7 +101,7 @@ TEST(ButtonLevelsTest, takes_over_what_the_library_has_written) {
   }
 }
 
-TEST(ButtonLevelsTest, lines_that_end_beyond_64_KiB_are_not_read_and_that_is_said_here_and_in_the_library) {
+TEST(ButtonLevelsTest, lines_that_end_beyond_64_KiB_are_not_read_here_and_in_the_library_and_that_is_logged) {
   const QTemporaryDir folder;
   const QString file = folder.filePath(QStringLiteral("buttonlevel"));
   const auto other_bytes = static_cast<int>(std::strlen("lcd 80\nscr 40\n"));
