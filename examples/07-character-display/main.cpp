@@ -5,6 +5,7 @@
 #include <buttondriver/character_display/vacuum.h>
 
 #include <QCoreApplication>
+#include <QSemaphore>
 
 #include <cstdio>
 #include <string>
@@ -16,18 +17,23 @@ int main(int argc, char **argv) {
   std::vector<std::uint32_t> block(register_place + 1);
 
   // On the thread of the display: what it is told. Four stores make a character.
+  constexpr std::size_t characters_of_a_text = 1 + 2 * 20;
   std::size_t stores = 0;
   std::string characters;
-  const auto watch = [&stores, &characters](volatile std::uint32_t *address, std::uint32_t word) {
+  QSemaphore written;
+  const auto watch = [&](volatile std::uint32_t *address, std::uint32_t word) {
     buttondriver::store_in_memory(address, word);
     if (++stores % 4 == 0)
       characters += static_cast<char>(word & 0xFF);
+    if (stores == 4 * characters_of_a_text)
+      written.release();
   };
 
   {
     buttondriver::Vacuum display(nullptr, block.data(), watch);
     display.setText(0, QStringLiteral("Channel 7\nReady"));
-    // Its end waits until all is written.
+    // Its end would drop what is not written yet.
+    written.acquire();
   }
 
   // The first character is the home character, two lines of 20 follow.

@@ -3,16 +3,16 @@
 
 #include "character_display/character_display_register.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QStringList>
 
-#include <chrono>
 #include <utility>
 
 namespace buttondriver {
 
 namespace {
+
+/// What a thread gets to make its writer, as often as it needs.
+constexpr unsigned long start_ms = 200;
 
 /// Both lines as the display has them, one after the other.
 QString display_text(const QString &text) {
@@ -49,27 +49,18 @@ void Vacuum::setText(int channel, const QString &text) {
 
 void Vacuum::startWriting() {
   start(QThread::HighestPriority);
-  std::unique_lock lock(_mutex);
-  // Nobody keeps what is emitted before there is a writer. The thread ends without one when it cannot be started.
-  while (!_writer_exists && isRunning())
-    _writer_changed.wait_for(lock, std::chrono::milliseconds(200));
+  // Nobody keeps what is emitted before there is a writer. The thread has ended when it cannot be started.
+  bool has_ended = wait(start_ms);
+  while (!has_ended && !_writer_exists)
+    has_ended = wait(start_ms);
 }
 
 void Vacuum::run() {
   VacuumWriter writer(_register_base, _store);
   connect(this, &Vacuum::text_signal, &writer, &VacuumWriter::text, Qt::QueuedConnection);
-  {
-    const std::lock_guard lock(_mutex);
-    _writer_exists = true;
-  }
-  _writer_changed.notify_one();
+  _writer_exists = true;
   exec();
-  {
-    const std::lock_guard lock(_mutex);
-    _writer_exists = false;
-  }
-  // What was emitted before the end was asked for may not have been written yet.
-  QCoreApplication::sendPostedEvents(&writer, QEvent::MetaCall);
+  _writer_exists = false;
 }
 
 } // namespace buttondriver

@@ -6,16 +6,17 @@
 #include <QString>
 #include <QThread>
 
-#include <condition_variable>
-#include <mutex>
+#include <atomic>
 
 namespace buttondriver {
 
 /// The character displays, two lines of 20 characters each. A thread of its own writes the characters, so that the
 /// caller does not wait the millisecond that each of them takes.
 ///
-/// Used from one thread, not its own. Destroying it writes what is still to be written, 41 ms for each text, and ends
-/// the thread. After a quit() of the caller's own, wait() goes before the next setText(), which starts it again.
+/// Used from one thread, not its own. Destroying it ends the thread. After a quit(), the caller's own or that of the
+/// end, nothing more is written than what the thread's event loop had begun with; what was emitted and has not been
+/// written is lost. After a quit() of the caller's own, wait() goes before the next setText(), which starts the thread
+/// again.
 class Vacuum : public QThread {
   Q_OBJECT
 
@@ -26,7 +27,8 @@ public:
 
   /// Shows `text`: line 1, a line feed, line 2. A line is cut to 20 characters and filled up with blanks; a missing one
   /// is blank, further ones are dropped. `channel` selects the display, as in VacuumWriter. Does nothing when the
-  /// last text was the same, whatever its channel. Waits for nothing but, if need be, the start of the thread.
+  /// last text was the same, whatever its channel. A call that starts the thread takes 200 ms, or longer when the
+  /// thread is longer in coming; all others wait for nothing.
   void setText(int channel, const QString &text);
 
 Q_SIGNALS:
@@ -43,10 +45,8 @@ private:
   RegisterStore _store;
   QString _last_text;
 
-  std::mutex _mutex;
-  std::condition_variable _writer_changed;
-  /// Whether a writer gets what is emitted; under the mutex.
-  bool _writer_exists = false;
+  /// Whether a writer gets what is emitted.
+  std::atomic<bool> _writer_exists{false};
 };
 
 } // namespace buttondriver
