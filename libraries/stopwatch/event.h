@@ -60,7 +60,10 @@ public:
   void setAutoReport(bool automatic) { _auto_report = automatic; }
 
 protected:
-  Event(const std::string &name, const std::string &description, std::int32_t type, bool verbose, Clock clock);
+  /// For the kinds of event; `type` as type() gives it. Header pending and auto report are off, the event is not
+  /// running.
+  Event(const std::string &name, const std::string &description, std::int32_t type, bool verbose,
+        Clock clock = time_of_day);
 
   /// Reads the clock into `time` after the line `announcement` when verbose. Returns false, with `failure_text` on
   /// standard error, when the clock failed.

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <memory>
 #include <sstream>
 
@@ -203,6 +204,40 @@ TEST_P(EventTest, reset_forgets_the_measurements_and_the_pending_header) {
   EXPECT_TRUE(event->verbose());
   EXPECT_EQ(event->name(), "draw");
   EXPECT_EQ(report_of(*event), GetParam().empty_row);
+}
+
+/// A kind of a program's own, made as the program has it: with a name, a description, a type and whether it is verbose.
+class Instant : public Event {
+public:
+  explicit Instant(bool verbose) : Event("tick", "one tick", 7, verbose) {}
+
+  void start() override { _running = readClock(_time, "Reading...", "no time\n"); }
+  void stop() override { _running = false; }
+  void reset() override { _time = {}; }
+  void printHeader(std::ostream &stream) const override { stream << "Instants\n"; }
+  void report(std::ostream &stream) const override { stream << _time.tv_sec; }
+
+private:
+  timeval _time{};
+};
+
+TEST(EventOfAnotherKindTest, is_made_with_four_arguments_and_reads_the_clock_of_the_machine) {
+  for (const bool verbose : {false, true}) {
+    Instant event(verbose);
+    EXPECT_EQ(event.name(), "tick");
+    EXPECT_EQ(event.description(), "one tick");
+    EXPECT_EQ(event.type(), 7);
+    EXPECT_EQ(event.verbose(), verbose);
+    EXPECT_FALSE(event.headerPending());
+    EXPECT_FALSE(event.autoReport());
+    EXPECT_FALSE(event.running());
+    CapturedStream output(std::cout);
+    const std::time_t before = std::time(nullptr);
+    event.start();
+    EXPECT_TRUE(event.running());
+    EXPECT_EQ(output.take(), verbose ? "Reading...\n" : "");
+    EXPECT_GE(std::stoll(report_of(event)), before);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, EventTest, testing::ValuesIn(kinds),
