@@ -33,6 +33,16 @@ void convert_variable_part(const MessageType &type, std::uint8_t *destination, c
 
 } // namespace
 
+void hton_BMS_SetButtonColourPair(BMS_SetButtonColourPair *destination, const BMS_SetButtonColourPair *source) {
+  host_to_network<BMS_SetButtonColourPair>(destination, source);
+  destination->not_transmitted = htons(source->not_transmitted);
+}
+
+void ntoh_BMS_SetButtonColourPair(BMS_SetButtonColourPair *destination, const BMS_SetButtonColourPair *source) {
+  network_to_host<BMS_SetButtonColourPair>(destination, source);
+  destination->not_transmitted = ntohs(source->not_transmitted);
+}
+
 void swap_head(const MessageType &type, void *destination, const void *source) {
   auto *to = static_cast<std::uint8_t *>(destination);
   const auto *from = static_cast<const std::uint8_t *>(source);

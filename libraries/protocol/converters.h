@@ -70,6 +70,12 @@ inline void ntoh_BMS_SetLEDStatusIndicator(void *destination, const void *source
 inline void ntoh_BMS_SetLEDToggleIndicator(void *destination, const void *source) { network_to_host<BMS_SetLEDToggleIndicator>(destination, source); }
 // clang-format on
 
+/// As the functions of the same names, for whole records: `not_transmitted`, which lies after the message's 24 bytes,
+/// is swapped with the rest. A place that holds the 24 bytes alone is passed to those above, by a pointer to anything
+/// else.
+void hton_BMS_SetButtonColourPair(BMS_SetButtonColourPair *destination, const BMS_SetButtonColourPair *source);
+void ntoh_BMS_SetButtonColourPair(BMS_SetButtonColourPair *destination, const BMS_SetButtonColourPair *source);
+
 /// Bytes of a whole message: a constant for the fixed types, head and `n` counted things for the others.
 template <class Record> constexpr std::uint64_t message_size(std::uint32_t n = 0) { return type_of<Record>.size(n); }
 

@@ -144,7 +144,7 @@ struct BMS_SetButtonColourPair {
   std::uint8_t second_value_3;
   std::uint8_t second_reserved;
   std::uint32_t second_time;
-  std::uint16_t not_transmitted; ///< always 0; after the message's 24 bytes
+  std::uint16_t not_transmitted; ///< always 0; after the message's 24 bytes, swapped with a whole record only
 };
 template <> struct FieldsOf<BMS_SetButtonColourPair> {
   using Record = BMS_SetButtonColourPair;

@@ -98,12 +98,29 @@ TEST(ConvertersTest, the_generic_layout_is_an_opcode_a_count_and_bytes) {
   EXPECT_EQ(to_hex(network), to_hex(host));
 }
 
-TEST(ConvertersTest, colour_pair_never_touches_its_trailing_field) {
+TEST(ConvertersTest, record_of_a_colour_pair_is_swapped_with_the_field_that_is_not_sent) {
+  const std::string host = from_hex("0b000000 02000000 01020300 f4010000 04050600 e8030000 efbe");
+  const std::string network = from_hex("0000000b 00000002 01020300 000001f4 04050600 000003e8 beef");
+  BMS_SetButtonColourPair source{};
   BMS_SetButtonColourPair record{};
-  record.not_transmitted = 0xBEEF;
+  const auto bytes_of_record = [&] { return to_hex({reinterpret_cast<const char *>(&record), 26}); };
+
+  host.copy(reinterpret_cast<char *>(&source), host.size());
+  hton_BMS_SetButtonColourPair(&record, &source);
+  EXPECT_EQ(bytes_of_record(), to_hex(network));
+  ntoh_BMS_SetButtonColourPair(&record, &record);
+  EXPECT_EQ(bytes_of_record(), to_hex(host));
   hton_BMS_SetButtonColourPair(&record, &record);
-  EXPECT_EQ(record.not_transmitted, 0xBEEF);
+  ntoh_BMS_SetButtonColourPair(&source, &record);
+  EXPECT_EQ(source.not_transmitted, 0xBEEF);
+}
+
+TEST(ConvertersTest, message_of_a_colour_pair_ends_after_24_bytes) {
   EXPECT_EQ(message_size<BMS_SetButtonColourPair>(), 24U);
+  std::string place(24 + 8, '\xA5');
+  hton_BMS_SetButtonColourPair(place.data(), place.data());
+  ntoh_BMS_SetButtonColourPair(place.data(), std::string(24, '\0').data());
+  EXPECT_EQ(place, std::string(24, '\0') + std::string(8, '\xA5'));
 }
 
 } // namespace
