@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 /// Builds messages for the daemon. Each function returns exactly one message in network order, without the length that
@@ -59,5 +60,23 @@ QByteArray hton_BMS_SetButtonImageList(std::uint32_t button_id, const QList<std:
 std::vector<QByteArray> hton_BMS_SetButtonAnimation(std::uint32_t button_id, const QList<QByteArray> &images,
                                                     std::int32_t first_image_id, std::uint32_t parameter_a,
                                                     std::uint32_t parameter_b);
+
+/// Two integers of any type. A literal 0 is as good a pointer as it is an integer of another type; without these, a
+/// call with two of them could as well mean the function of that name in converters.h.
+template <class First, class Second>
+using EncodedIntegers = std::enable_if_t<std::is_integral_v<First> && std::is_integral_v<Second>, QByteArray>;
+
+template <class Button, class State>
+EncodedIntegers<Button, State> hton_BMS_SetLEDStatusIndicator(Button button_id, State state) {
+  return hton_BMS_SetLEDStatusIndicator(static_cast<std::int32_t>(button_id), static_cast<std::int32_t>(state));
+}
+template <class Button, class State>
+EncodedIntegers<Button, State> hton_BMS_SetLEDToggleIndicator(Button button_id, State state) {
+  return hton_BMS_SetLEDToggleIndicator(static_cast<std::int32_t>(button_id), static_cast<std::int32_t>(state));
+}
+template <class Button, class Image>
+EncodedIntegers<Button, Image> hton_BMS_SetButtonImage(Button button_id, Image image_id) {
+  return hton_BMS_SetButtonImage(static_cast<std::uint32_t>(button_id), static_cast<std::uint32_t>(image_id));
+}
 
 } // namespace buttondriver
