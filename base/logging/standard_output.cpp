@@ -16,11 +16,13 @@ namespace {
 
 std::atomic<PrintObserver> print_observer{nullptr};
 
-/// Observers see texts in the order in which they are written.
+/// What the program has written with stdio so far goes first; the daemon never has any there. Observers see texts in
+/// the order in which they are written.
 void write(std::string_view text) {
   static LogChannel standard_output(STDOUT_FILENO);
   static std::mutex mutex;
   const std::lock_guard lock(mutex);
+  std::fflush(stdout);
   standard_output.write(text);
   if (const PrintObserver observer = print_observer.load())
     observer(text);

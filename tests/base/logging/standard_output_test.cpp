@@ -7,30 +7,52 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <functional>
+#include <iostream>
 #include <string>
 #include <unistd.h>
 
 namespace buttondriver {
 namespace {
 
-/// What a reader at the other end of a pipe has got, without anybody flushing.
-TEST(StandardOutputTest, reaches_a_pipe_at_once_without_a_line_feed) {
+/// What a reader at the other end of a pipe has got of what `act` printed, without anybody flushing.
+std::string arrived_by(const std::function<void()> &act) {
   int ends[2];
-  ASSERT_EQ(::pipe(ends), 0);
+  EXPECT_EQ(::pipe(ends), 0);
   std::fflush(stdout);
   const OwnedDescriptor reading_end(ends[0]);
   OwnedDescriptor writing_end(ends[1]);
   const OwnedDescriptor saved(::dup(STDOUT_FILENO));
   ::dup2(writing_end.get(), STDOUT_FILENO);
-  print("no line feed %d", 7);
-  print_line("; a line");
+  act();
   ::dup2(saved.get(), STDOUT_FILENO);
   writing_end.reset();
-  char text[64] = {};
-  std::size_t length = 0;
-  for (ssize_t got = 1; got > 0; length += static_cast<std::size_t>(got))
-    got = ::read(reading_end.get(), text + length, sizeof text - length - 1);
-  EXPECT_STREQ(text, "no line feed 7; a line\n");
+  std::string text;
+  char part[64];
+  for (ssize_t got = 0; (got = ::read(reading_end.get(), part, sizeof part)) > 0;)
+    text.append(part, static_cast<std::size_t>(got));
+  return text;
+}
+
+TEST(StandardOutputTest, reaches_a_pipe_at_once_without_a_line_feed) {
+  EXPECT_EQ(arrived_by([] {
+              print("no line feed %d", 7);
+              print_line("; a line");
+            }),
+            "no line feed 7; a line\n");
+}
+
+TEST(StandardOutputTest, keeps_its_place_among_what_the_program_writes_with_stdio) {
+  EXPECT_EQ(arrived_by([] {
+              std::printf("the program's first, ");
+              std::fputs("its second, ", stdout);
+              print("ours, ");
+              std::cout << "its third, ";
+              print_line("ours");
+              std::printf("its last\n");
+              std::fflush(stdout);
+            }),
+            "the program's first, its second, ours, its third, ours\nits last\n");
 }
 
 TEST(StandardOutputTest, takes_texts_of_any_length) {
