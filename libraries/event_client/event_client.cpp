@@ -85,8 +85,7 @@ bool reach_server() {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = ::inet_addr(state.host);
-  const bool valid_port = state.port >= 0 && state.port <= std::numeric_limits<in_port_t>::max();
-  if (address.sin_addr.s_addr == INADDR_NONE || !valid_port)
+  if (address.sin_addr.s_addr == INADDR_NONE)
     return false;
   address.sin_port = htons(static_cast<in_port_t>(state.port));
 
@@ -202,9 +201,7 @@ int btc_send(const void *message, std::uint32_t length) {
   }
   const auto prefix = frame_prefix(length);
   const ssize_t prefix_sent = send_once(prefix.data(), prefix.size());
-  // Behind half a length the message would be read as the other half: then it counts as a send that failed.
-  const bool prefix_complete = prefix_sent == static_cast<ssize_t>(prefix.size());
-  const ssize_t message_sent = prefix_complete ? send_once(message, length) : -1;
+  const ssize_t message_sent = send_once(message, length);
   // 64 bits, since a length near the largest and its prefix do not fit into 32.
   const std::int64_t sent = std::int64_t{prefix_sent} + message_sent;
   if (sent != std::int64_t{length} + frame_prefix_size) {

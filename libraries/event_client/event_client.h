@@ -32,8 +32,8 @@ extern "C" {
 
 /// Names the server and tries to connect to it, at the pace described above. `host` is an IPv4 address in dotted form,
 /// of which at most 256 characters are kept (a null pointer is an empty text); names are not resolved. `port` is 0 to
-/// 65535; other values are kept, but attempts with them fail. A connection that exists stays as it is, and 1 is
-/// returned: the new server is used once that connection is lost.
+/// 65535; of other values the low 16 bits are asked for. A connection that exists stays as it is, and 1 is returned:
+/// the new server is used once that connection is lost.
 int btc_set_server(const char *host, int32_t port);
 
 /// Connects unless connected. Returns 1 when there is a connection. A new one clears the cache.
