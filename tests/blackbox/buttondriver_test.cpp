@@ -3,6 +3,7 @@
 
 #include "files/owned_descriptor.h"
 #include "support/program.h"
+#include "support/test_root.h"
 
 #include <QHostAddress>
 #include <QTcpServer>
@@ -43,6 +44,17 @@ TEST(ButtondriverProgramTest, a_port_that_is_no_number_is_any_free_port) {
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("abc")});
   EXPECT_NE(daemon.listeningPort(), 0);
   EXPECT_EQ(daemon.standardOutput(), "buttondriver:reconfig \n");
+}
+
+TEST(ButtondriverProgramTest, reads_its_files_from_their_fixed_places) {
+  const test::TestRoot root;
+  root.writeFontSize(8, 16);
+  root.writeLevels("volume 3\n");
+  Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")}, root.path());
+  EXPECT_TRUE(daemon.waitForOutput("buttondriver:reconfig \nbuttondriver:unknown type volume\n"));
+  EXPECT_TRUE(daemon.waitForError("Successfully changed to font  \"/opt/rv1000e/fonts/8x16.pcf.gz\" \n"));
+  root.writeFontSize(9, 15);
+  EXPECT_TRUE(daemon.waitForError("Successfully changed to font  \"/opt/rv1000e/fonts/9x15.pcf.gz\" \n"));
 }
 
 TEST(ButtondriverProgramTest, taken_port_is_logged_and_the_daemon_runs_on) {

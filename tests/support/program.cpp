@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QHostAddress>
+#include <QProcessEnvironment>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -50,9 +51,30 @@ quint16 listening_port(const QStringList &inodes) {
   return 0;
 }
 
+/// Has a program take the panel's files from `root`.
+QProcessEnvironment environment_with(const QString &root) {
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  const auto prepend = [&environment](const QString &variable, const QString &item) {
+    const QString others = environment.value(variable);
+    environment.insert(variable, others.isEmpty() ? item : item + QLatin1Char(':') + others);
+  };
+  prepend(QStringLiteral("LD_PRELOAD"), QStringLiteral(BUTTONDRIVER_TEST_PRELOAD));
+  // AddressSanitizer asks to be the first library; this one takes no memory, so that it may as well be the second.
+  prepend(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("verify_asan_link_order=0"));
+  environment.insert(QStringLiteral("BUTTONDRIVER_TEST_ROOT"), root);
+  return environment;
+}
+
 } // namespace
 
-Program::Program(const QString &file, const QStringList &arguments) {
+Program::Program(const QString &file, const QStringList &arguments) { start(file, arguments, _empty_root.path()); }
+
+Program::Program(const QString &file, const QStringList &arguments, const QString &root) {
+  start(file, arguments, root);
+}
+
+void Program::start(const QString &file, const QStringList &arguments, const QString &root) {
+  _process.setProcessEnvironment(environment_with(root));
   _process.start(file, arguments);
   EXPECT_TRUE(_process.waitForStarted(limit_ms)) << file.toStdString();
 }

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 
 #include <chrono>
 #include <memory>
@@ -13,9 +14,15 @@
 namespace buttondriver::test {
 
 /// A built program that runs beside the test. It is ended, at the latest, when this object goes.
+///
+/// It sees nothing of a panel that the machine may be, or may have installed: /dev/fpga-reg and what is below
+/// /etc/rv1000e and /opt/rv1000e it finds below a folder instead.
 class Program {
 public:
+  /// The folder is an empty one of its own.
   Program(const QString &file, const QStringList &arguments);
+  /// The folder is `root`, which belongs to the caller.
+  Program(const QString &file, const QStringList &arguments, const QString &root);
   ~Program();
 
   /// Waits until standard output holds `text`, as often as `times` says; false after twenty seconds, or when the
@@ -41,8 +48,10 @@ public:
   QByteArray standardError();
 
 private:
+  void start(const QString &file, const QStringList &arguments, const QString &root);
   void collect();
 
+  QTemporaryDir _empty_root;
   QProcess _process;
   QByteArray _output;
   QByteArray _error;
