@@ -96,9 +96,10 @@ Command text_command() {
           "write a whole text line",
           QStringLiteral(
               "SCREEN is 0, 1, 2 or all. LINE is 0 to 127 and counts from the top; how many lines there are, and\n"
-              "how many characters fit, depends on the font. What does not fit is dropped. TEXT is sent as\n"
-              "Latin-1, so it may hold the characters U+0000 to U+00FF; put -- before the arguments when it\n"
-              "starts with a dash.\n"),
+              "how many characters fit, depends on the font. Characters that do not fit are dropped. A line that\n"
+              "does not fit is not: it is drawn in another place or is not seen. With a font of 8x16 the last\n"
+              "line is 7, lines 8 to 15 are not seen, and 16 stands over 0. TEXT is sent as Latin-1, so it may\n"
+              "hold the characters U+0000 to U+00FF; put -- before the arguments when it starts with a dash.\n"),
           "buttonctl text 0 0 'Channel 7'\n"
           "buttonctl text all 3 Alarm --black-on-white\n"
           "buttonctl text -- 1 2 -12°\n",
@@ -113,7 +114,8 @@ Command subtext_command() {
           "write some characters of a text line",
           QStringLiteral(
               "SCREEN is 0, 1, 2 or all. LINE is 0 to 127 and counts from the top; OFFSET is 0 to 127, the place\n"
-              "of the first character in the line. The rest of the line stays as it is.\n"),
+              "of the first character in the line. The rest of the line stays as it is. What lies outside the\n"
+              "screen is drawn in another place or is not seen.\n"),
           "buttonctl subtext 0 2 5 12:30\n"
           "buttonctl subtext 0 2 5 Hi --count 8 --colour FFFF00\n"
           "buttonctl subtext all 0 0 '' --count 16\n",

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Every printable character of every shipped font, from a message over TCP to the panel's pixels, against the glyph as
-// FreeType gives it.
+// FreeType gives it; and where texts outside the screen end up.
 
 #include "panel/panel_lib.h"
 #include "protocol/encoders.h"
@@ -193,6 +193,44 @@ INSTANTIATE_TEST_SUITE_P(ShippedFonts, CharactersTest,
                                          FontSize{6, 10}, FontSize{6, 12}, FontSize{6, 13}, FontSize{7, 13},
                                          FontSize{7, 14}, FontSize{8, 13}, FontSize{8, 16}, FontSize{9, 15},
                                          FontSize{9, 18}, FontSize{10, 20}, FontSize{12, 24}),
+                         testing::PrintToStringParamName());
+
+/// With 16 pixel rows to a line, and 8 columns to a character.
+class OutsideTest : public CharactersTest {};
+
+TEST_P(OutsideTest, lines_beyond_the_last_one_are_not_seen_or_stand_over_others) {
+  start();
+  const simulator::PanelState empty = shown();
+  for (int line = 8; line < 16; ++line)
+    send(hton_BMS_TFTTextLine(0, line, QStringLiteral("unseen"), 1));
+  EXPECT_EQ(shown().screens[0], empty.screens[0]);
+  for (int line = 0; line < 8; ++line) {
+    send(hton_BMS_TFTTextLine(0, line, QStringLiteral("line %1").arg(line), 1));
+    send(hton_BMS_TFTTextLine(1, 16 + line, QStringLiteral("line %1").arg(line), 1));
+  }
+  const simulator::PanelState state = shown();
+  EXPECT_NE(state.screens[0], empty.screens[0]);
+  EXPECT_EQ(state.screens[0], state.screens[1]);
+}
+
+TEST_P(OutsideTest, lines_above_the_first_one_begin_in_its_first_row) {
+  start();
+  send(hton_BMS_TFTTextLine(0, 0, QStringLiteral("line"), 1));
+  send(hton_BMS_TFTTextLine(1, -2, QStringLiteral("line"), 1));
+  const simulator::PanelState state = shown();
+  EXPECT_EQ(state.screens[0], state.screens[1]);
+}
+
+TEST_P(OutsideTest, characters_from_the_32nd_on_fill_whole_rows_from_the_first_column_on) {
+  start();
+  send(hton_BMS_TFTSubTextLine(0, 0, 32, 1, QStringLiteral("A"), text_colour, back_colour));
+  send(hton_BMS_TFTSubTextLine(1, 0, 0, 1, QStringLiteral("A"), text_colour, back_colour));
+  const simulator::PanelState state = shown();
+  for (std::size_t i = 0; i < 128; ++i)
+    ASSERT_EQ(state.screens[0][i], state.screens[1][i / 8 * 128 + i % 8]) << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(ShippedFonts, OutsideTest, testing::Values(FontSize{8, 16}),
                          testing::PrintToStringParamName());
 
 } // namespace

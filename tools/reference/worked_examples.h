@@ -36,7 +36,10 @@ inline constexpr WorkedExample worked_examples[] = {
     {15, "\"Ready\" in white on black, in the third line of screen 0",
      "00 00 00 1a 00 00 00 0f 00 00 00 00 00 00 00 02 00 00 00 01 00 00 00 06 52 65 61 64 79 00",
      "The text is drawn over the whole width of the line; what does not fit is dropped. It ends at its first NUL, or "
-     "after `n` bytes, or with the message, whichever comes first."},
+     "after `n` bytes, or with the message, whichever comes first. A line outside the screen is not dropped: each "
+     "edge of its window is held at the screen's on its own side only, and of each the low 8 bits are sent. With 16 "
+     "pixel rows to a line, lines 8 to 15 are not seen, line 16 is drawn over line 0, line 17 over line 1, and so on; "
+     "lines above the first one begin in its first row."},
     {16, "all three screens", "00 00 00 08 00 00 00 10 ff ff ff ff",
      "The screens turn black. Any other screen id is reported as `Invalid screen ID 3.` when the work is done."},
     {17, "button 5 blinks, half a second on, half a second off",
@@ -48,7 +51,10 @@ inline constexpr WorkedExample worked_examples[] = {
      "00 00 00 25 00 00 00 12 00 00 00 01 00 00 00 00 00 00 00 03 00 00 00 04 00 ff 00 00 00 00 00 00 "
      "00 00 00 05 31 32 2e 35 00",
      "`_num_chars` characters are drawn; blanks stand for those past the end of the text. Outside of the characters' "
-     "own bitmaps, the background is the low byte of the 16-bit pixel twice: black and white come out exact."},
+     "own bitmaps, the background is the low byte of the 16-bit pixel twice: black and white come out exact. Lines "
+     "outside the screen are drawn as those of opcode 15. Characters beyond its right edge are drawn in the same way: "
+     "with 8 pixel columns to a character, those from `_offset` 32 on begin in the first column, in a window as wide "
+     "as the screen, which their pixels fill row by row."},
     {19, "a picture of 2 x 2 pixels, red and green above blue and white, in the middle of screen 2",
      "00 00 00 5a 00 00 00 13 00 00 00 02 00 00 00 3f 00 00 00 3f 00 00 00 46 "
      "42 4d 46 00 00 00 00 00 00 00 36 00 00 00 28 00 00 00 02 00 00 00 02 00 00 00 01 00 18 00 "

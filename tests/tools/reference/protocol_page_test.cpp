@@ -37,6 +37,18 @@ TEST(ProtocolPageTest, shows_fields_of_every_type) {
     EXPECT_THAT(page, HasSubstr(row));
 }
 
+TEST(ProtocolPageTest, names_the_limits_with_their_numbers) {
+  const std::string page = protocol_page();
+  for (const char *beginning : {
+           "| a message | 16 MiB, that is L up to 16777216 | ",
+           "| frames of more than 64 KiB, those of all connections together | 64 MiB | ",
+           "| answers to pings that a client does not read | 64 KiB | ",
+           "| messages of one connection in a row | 64 | ",
+           "| open connections | 900 | ",
+       })
+    EXPECT_THAT(page, HasSubstr(beginning));
+}
+
 TEST(ProtocolPageTest, takes_an_example_apart_field_by_field) {
   EXPECT_THAT(protocol_page(), HasSubstr("```\n"
                                          "00 00 00 25                                       length = 37\n"
