@@ -2,6 +2,7 @@
 #include "buttonctl/command_table.h"
 #include "buttonctl/documents/bash_completion.h"
 #include "buttonctl/documents/commands_page.h"
+#include "support/first_difference.h"
 
 #include <QFile>
 
@@ -9,6 +10,8 @@
 
 namespace buttondriver::buttonctl {
 namespace {
+
+using test::first_difference;
 
 constexpr const char *renewal = "make it again: cmake --build build/qt6 --target update_buttonctl_documents";
 
@@ -24,11 +27,14 @@ TEST(CommittedDocumentsTest, the_page_has_the_commands_as_their_rows_are) {
   const QString page = read(BUTTONCTL_PAGE);
   const Outcome<QString> updated = with_commands(page, command_table());
   ASSERT_TRUE(updated) << updated.failure().text.toStdString();
-  EXPECT_EQ(page.toStdString(), updated->toStdString()) << renewal;
+  EXPECT_EQ(first_difference("the page", page.toStdString(), updated->toStdString()), "") << renewal;
 }
 
 TEST(CommittedDocumentsTest, the_completion_is_what_the_rows_make_of_it) {
-  EXPECT_EQ(read(BUTTONCTL_COMPLETION).toStdString(), bash_completion(command_table()).toStdString()) << renewal;
+  EXPECT_EQ(first_difference("the completion", read(BUTTONCTL_COMPLETION).toStdString(),
+                             bash_completion(command_table()).toStdString()),
+            "")
+      << renewal;
 }
 
 TEST(CommandsPageTest, tells_all_of_a_row) {

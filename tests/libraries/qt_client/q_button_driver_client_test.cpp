@@ -14,6 +14,7 @@
 
 #include <arpa/inet.h>
 #include <dlfcn.h>
+#include <functional>
 #include <memory>
 #include <sys/socket.h>
 #include <thread>
@@ -23,6 +24,9 @@ namespace {
 
 /// Where a connection to the daemon's own port goes while the test runs; 0 lets it pass.
 quint16 port_instead_of_3003 = 0;
+
+/// Called for each socket that is opened, which is once for each attempt to connect; empty for none.
+std::function<void()> before_attempt;
 
 } // namespace
 
@@ -37,6 +41,14 @@ extern "C" int connect(int descriptor, const sockaddr *address, socklen_t size) 
   sockaddr_in instead = *internet;
   instead.sin_port = htons(port_instead_of_3003);
   return real_connect(descriptor, reinterpret_cast<const sockaddr *>(&instead), sizeof instead);
+}
+
+extern "C" int socket(int domain, int type, int protocol) {
+  using Socket = int (*)(int, int, int);
+  static const auto real_socket = reinterpret_cast<Socket>(::dlsym(RTLD_NEXT, "socket"));
+  if (before_attempt)
+    before_attempt();
+  return real_socket(domain, type, protocol);
 }
 
 namespace buttondriver {
@@ -89,7 +101,10 @@ private:
 class QButtonDriverClientTest : public testing::Test {
 protected:
   void SetUp() override { ASSERT_TRUE(_server.listen(QHostAddress::LocalHost)); }
-  void TearDown() override { port_instead_of_3003 = 0; }
+  void TearDown() override {
+    port_instead_of_3003 = 0;
+    before_attempt = nullptr;
+  }
 
   QTcpSocket *next_connection() {
     process_events_until([this] { return _server.hasPendingConnections(); });
@@ -200,14 +215,14 @@ TEST_F(QButtonDriverClientTest, drops_messages_after_a_second_without_a_server) 
 
 TEST_F(QButtonDriverClientTest, tries_again_until_the_server_is_there) {
   const ReservedPort late;
+  int attempts = 0;
+  before_attempt = [&] {
+    if (++attempts == 4)
+      late.listen();
+  };
   QButtonDriverClient client(local_host, late.port());
-  EXPECT_FALSE(client.waitForConnected(1));
-  std::thread server([&late] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    late.listen();
-  });
   EXPECT_TRUE(client.waitForConnected(30000));
-  server.join();
+  EXPECT_EQ(attempts, 4);
 }
 
 TEST_F(QButtonDriverClientTest, sends_to_a_server_that_accepts_late) {
