@@ -2,21 +2,18 @@
 #include "stopwatch/stopwatch.h"
 
 #include "libraries/stopwatch/captured_stream.h"
+#include "libraries/stopwatch/report_of.h"
 #include "libraries/stopwatch/test_clock.h"
 
 #include <gtest/gtest.h>
-
-#include <ctime>
-#include <sstream>
 
 namespace stopwatch {
 namespace {
 
 using test::CapturedStream;
+using test::report_of;
 using test::TestClock;
 
-const char row_before_any_interval[] =
-    "draw           one screen                         0                    0.000       0.000";
 const char row_after_three_intervals[] =
     "draw           one screen                         3                   20.000      30.000";
 
@@ -25,8 +22,6 @@ void expect_nothing_measured(const Delta &delta) {
   EXPECT_EQ(delta.total(), 0.0);
   EXPECT_EQ(delta.average(), 0.0);
   EXPECT_EQ(delta.last(), 0.0);
-  EXPECT_EQ(delta.startTime().tv_sec, 0);
-  EXPECT_EQ(delta.startTime().tv_usec, 0);
 }
 
 /// Intervals of 10, 20 and 30 ms, the second one across the end of a second.
@@ -43,12 +38,6 @@ void measure_three_intervals(Delta &delta, TestClock &clock) {
     clock.set(end.seconds, end.microseconds);
     delta.stop();
   }
-}
-
-std::string report_of(const Event &event) {
-  std::ostringstream stream;
-  event.report(stream);
-  return stream.str();
 }
 
 TEST(DeltaTest, begins_with_nothing_measured) { expect_nothing_measured(Delta("draw", "one screen", true)); }
@@ -154,39 +143,6 @@ TEST(DeltaTest, intervals_are_rounded_to_three_decimals) {
   }
   EXPECT_EQ(report_of(delta),
             "draw                                              3                    0.001       0.002");
-}
-
-TEST(DeltaTest, report_leaves_fixed_point_and_three_decimals_but_no_alignment) {
-  struct Row {
-    const char *name;
-    std::ios_base::fmtflags before;
-  };
-  const Row rows[] = {
-      {"nothing set", {}},
-      {"left", std::ios_base::left},
-      {"right", std::ios_base::right},
-      {"internal", std::ios_base::internal},
-      {"scientific", std::ios_base::scientific},
-  };
-  for (const Row &row : rows) {
-    std::ostringstream stream;
-    stream.flags(row.before | std::ios_base::dec);
-    const Delta delta("draw", "one screen", false);
-    delta.report(stream);
-    EXPECT_EQ(stream.str(), row_before_any_interval) << row.name;
-    EXPECT_EQ(stream.flags() & std::ios_base::adjustfield, std::ios_base::fmtflags{}) << row.name;
-    EXPECT_EQ(stream.flags() & std::ios_base::floatfield, std::ios_base::fixed) << row.name;
-    EXPECT_EQ(stream.precision(), 3) << row.name;
-  }
-}
-
-TEST(DeltaTest, takes_the_time_of_the_machine_unless_given_a_clock) {
-  Delta delta("draw", "", false);
-  const std::time_t before = std::time(nullptr);
-  delta.start();
-  delta.stop();
-  EXPECT_EQ(delta.samples(), 1);
-  EXPECT_NEAR(static_cast<double>(delta.startTime().tv_sec), static_cast<double>(before), 60.0);
 }
 
 } // namespace

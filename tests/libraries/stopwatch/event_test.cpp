@@ -5,6 +5,7 @@
 
 #include "libraries/stopwatch/captured_stream.h"
 #include "libraries/stopwatch/golden_headers.h"
+#include "libraries/stopwatch/report_of.h"
 #include "libraries/stopwatch/test_clock.h"
 #include "libraries/stopwatch/time_zone.h"
 
@@ -18,6 +19,7 @@ namespace stopwatch {
 namespace {
 
 using test::CapturedStream;
+using test::report_of;
 using test::TestClock;
 using test::TimeZone;
 
@@ -42,6 +44,9 @@ struct KindRow {
   const char *stop_failure;
   /// The line before a reading.
   const char *stop_announcement;
+  /// What a report leaves on a stream in scientific notation with a precision of 9.
+  std::ios_base::fmtflags notation_left;
+  std::streamsize precision_left;
 };
 
 std::ostream &operator<<(std::ostream &stream, const KindRow &row) { return stream << row.name; }
@@ -52,20 +57,14 @@ const KindRow kinds[] = {
      "sixteen letters!a description of thirty-six letters!0                    0.000       0.000",
      "Getting the starting reference time...\n_startTime = 1000 seconds, 5 usecs.\n",
      "Getting the current time...\nnow = 1001 seconds, 999999 usecs.\n", "Delta::start(): gettimeofday() failed\n",
-     "Delta::stop():  gettimeofday() failed\n", "Getting the current time...\n"},
+     "Delta::stop():  gettimeofday() failed\n", "Getting the current time...\n", std::ios_base::fixed, 3},
     {"TimeStamp", 1, make<TimeStamp>, &test::time_stamp_header,
      "draw           one screen                         00:00:00.000 00:00:00.000 ",
      "sixteen letters!a description of thirty-six letters!00:00:00.000 00:00:00.000 ",
      "Getting the starting time...\n_startTime = 1000 seconds, 5 usecs.\n",
      "Getting the end time...\n_endTime = 1001 seconds, 999999 usecs.\n", "TimeStamp::start(): gettimeofday() failed\n",
-     "TimeStamp::stop():  gettimeofday() failed\n", "Getting the end time...\n"},
+     "TimeStamp::stop():  gettimeofday() failed\n", "Getting the end time...\n", std::ios_base::scientific, 9},
 };
-
-std::string report_of(const Event &event) {
-  std::ostringstream stream;
-  event.report(stream);
-  return stream.str();
-}
 
 class EventTest : public testing::TestWithParam<KindRow> {
 protected:
@@ -174,6 +173,19 @@ TEST_P(EventTest, prints_its_header_and_leaves_no_alignment) {
   EXPECT_EQ(stream.precision(), 9);
 }
 
+TEST_P(EventTest, report_leaves_no_alignment_and_what_its_kind_has_to_leave) {
+  for (const std::ios_base::fmtflags before :
+       {std::ios_base::fmtflags{}, std::ios_base::left, std::ios_base::right, std::ios_base::internal}) {
+    std::ostringstream stream;
+    stream.flags(before | std::ios_base::hex | std::ios_base::scientific);
+    stream.precision(9);
+    makeEvent()->report(stream);
+    EXPECT_EQ(stream.str(), GetParam().empty_row);
+    EXPECT_EQ(stream.flags(), std::ios_base::hex | GetParam().notation_left);
+    EXPECT_EQ(stream.precision(), GetParam().precision_left);
+  }
+}
+
 TEST_P(EventTest, every_report_begins_with_the_header_while_that_is_pending) {
   const auto event = makeEvent();
   event->setHeaderPending(true);
@@ -204,6 +216,31 @@ TEST_P(EventTest, reset_forgets_the_measurements_and_the_pending_header) {
   EXPECT_TRUE(event->verbose());
   EXPECT_EQ(event->name(), "draw");
   EXPECT_EQ(report_of(*event), GetParam().empty_row);
+}
+
+template <class Kind> class KindOfEventTest : public testing::Test {};
+using Kinds = testing::Types<Delta, TimeStamp>;
+TYPED_TEST_SUITE(KindOfEventTest, Kinds);
+
+TYPED_TEST(KindOfEventTest, has_no_start_time_before_its_start_and_after_a_reset) {
+  TestClock clock(1000, 5);
+  TypeParam event("draw", "", false, clock.clock());
+  EXPECT_EQ(event.startTime().tv_sec, 0);
+  EXPECT_EQ(event.startTime().tv_usec, 0);
+  event.start();
+  EXPECT_EQ(event.startTime().tv_sec, 1000);
+  EXPECT_EQ(event.startTime().tv_usec, 5);
+  event.reset();
+  EXPECT_EQ(event.startTime().tv_sec, 0);
+  EXPECT_EQ(event.startTime().tv_usec, 0);
+}
+
+TYPED_TEST(KindOfEventTest, takes_the_time_of_the_machine_unless_given_a_clock) {
+  TypeParam event("draw", "", false);
+  const std::time_t before = std::time(nullptr);
+  event.start();
+  EXPECT_GE(event.startTime().tv_sec, before);
+  EXPECT_LE(event.startTime().tv_sec, before + 60);
 }
 
 /// A kind of a program's own, made as the program has it: with a name, a description, a type and whether it is verbose.
