@@ -55,6 +55,7 @@ TEST_F(ButtonlevelFileTest, holds_what_was_written_and_nothing_older) {
       {{"-1", "no number"}, "lcd -1\nscr no number\n"},
       {{"", ""}, "lcd \nscr \n"},
       {{"%2", "40"}, "lcd 40\nscr 40\n"},
+      {{QString(QChar(0xE9)), QString(QChar(0x20AC))}, "lcd \xE9\nscr ?\n"},
       {{"80"}, "lcd 80\nscr 100\n"},
       {{}, "lcd 100\nscr 100\n"},
   };
@@ -106,6 +107,7 @@ const ReadRow read_rows[] = {
     {"further_elements_stay", "lcd 80\nscr 40\n", {"1", "2", "3"}, {"80", "40", "3"}, true},
     {"extra_blanks", "  lcd  80  \nscr   40 \n", {"1", "2"}, {"80", "40"}, true},
     {"tabs_around_the_parts", "\tlcd \t80\t\n", {"1", "2"}, {"80", "2"}, true},
+    {"tabs_around_the_other_parts", "\tscr \t40\t\n", {"1", "2"}, {"1", "40"}, true},
     {"a_tab_does_not_separate", "lcd\t80\n", {"1", "2"}, {"1", "2"}, true},
     {"more_than_a_value", "lcd 80 90\n", {"1", "2"}, {"80", "2"}, true},
     {"led_is_ignored", "led 5\nlcd 80\nscr 40\n", {"1", "2"}, {"80", "40"}, true},

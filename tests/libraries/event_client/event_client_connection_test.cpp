@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 
 namespace buttondriver::test {
 namespace {
@@ -174,6 +176,28 @@ TEST_F(EventClientConnectionTest, of_a_port_out_of_range_the_low_16_bits_are_ask
               "try to connect to " + server + "\nbtc failed to connect to server " + server + "\n");
     EXPECT_EQ(asked, row.asked) << row.named;
   }
+}
+
+TEST_F(EventClientConnectionTest, its_socket_waits_3_seconds_sends_at_once_and_closes_on_exec) {
+  static int connected;
+  EventClientCalls calls = observed_calls();
+  calls.connect = [](int descriptor, const sockaddr *address, socklen_t size) {
+    connected = descriptor;
+    return ::connect(descriptor, address, size);
+  };
+  replace_event_client_calls(calls);
+  ScriptedPeer peer;
+  meet(peer);
+  timeval limit{};
+  socklen_t size = sizeof limit;
+  ASSERT_EQ(::getsockopt(connected, SOL_SOCKET, SO_SNDTIMEO, &limit, &size), 0);
+  EXPECT_EQ(limit.tv_sec, 3);
+  EXPECT_EQ(limit.tv_usec, 0);
+  int without_delay = 0;
+  size = sizeof without_delay;
+  ASSERT_EQ(::getsockopt(connected, IPPROTO_TCP, TCP_NODELAY, &without_delay, &size), 0);
+  EXPECT_NE(without_delay, 0);
+  EXPECT_NE(::fcntl(connected, F_GETFD) & FD_CLOEXEC, 0);
 }
 
 TEST_F(EventClientConnectionTest, attempt_without_a_socket_fails_and_the_next_one_opens_it) {
