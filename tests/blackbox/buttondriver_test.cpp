@@ -51,8 +51,11 @@ TEST(ButtondriverProgramTest, reads_its_files_from_their_fixed_places) {
   const test::TestRoot root;
   root.writeFontSize(8, 16);
   root.writeLevels("volume 3\n");
+  const QString device = root.path() + QStringLiteral("/dev/fpga-reg");
+  test::write_file(device, "");
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("0")}, root.path());
   EXPECT_TRUE(daemon.waitForOutput("buttondriver:reconfig \nbuttondriver:unknown type volume\n"));
+  EXPECT_TRUE(daemon.hasOpen(device));
   EXPECT_TRUE(daemon.waitForError("Successfully changed to font  \"/opt/rv1000e/fonts/8x16.pcf.gz\" \n"));
   root.writeFontSize(9, 15);
   EXPECT_TRUE(daemon.waitForError("Successfully changed to font  \"/opt/rv1000e/fonts/9x15.pcf.gz\" \n"));

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHostAddress>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -21,16 +22,24 @@ namespace {
 constexpr std::chrono::seconds limit{20};
 constexpr int limit_ms = 20'000;
 
-/// The socket inodes that process `pid` holds.
-QStringList socket_inodes(qint64 pid) {
-  static const QRegularExpression socket_link(QStringLiteral("socket:\\[(\\d+)\\]"));
-  QStringList inodes;
+/// What process `pid` has open, as the system names it.
+QStringList open_descriptors(qint64 pid) {
+  QStringList targets;
   const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(pid));
   for (const QString &name : descriptors.entryList(QDir::Files | QDir::System)) {
     char target[256] = {};
     if (::readlink(qPrintable(descriptors.filePath(name)), target, sizeof target - 1) > 0)
-      inodes += socket_link.match(QString::fromLatin1(target)).captured(1);
+      targets += QString::fromLocal8Bit(target);
   }
+  return targets;
+}
+
+/// The socket inodes that process `pid` holds.
+QStringList socket_inodes(qint64 pid) {
+  static const QRegularExpression socket_link(QStringLiteral("socket:\\[(\\d+)\\]"));
+  QStringList inodes;
+  for (const QString &target : open_descriptors(pid))
+    inodes += socket_link.match(target).captured(1);
   return inodes;
 }
 
@@ -127,6 +136,10 @@ void Program::sendSignal(int signal) { ::kill(static_cast<pid_t>(_process.proces
 void Program::stopReading() {
   _process.closeReadChannel(QProcess::StandardOutput);
   _process.closeReadChannel(QProcess::StandardError);
+}
+
+bool Program::hasOpen(const QString &file) const {
+  return open_descriptors(_process.processId()).contains(QFileInfo(file).canonicalFilePath());
 }
 
 quint16 Program::listeningPort() {

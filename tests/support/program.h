@@ -36,6 +36,8 @@ public:
   void sendSignal(int signal);
   /// Closes the reading ends of both logs, as a reader does that goes away.
   void stopReading();
+  /// Whether it has `file`, which exists, open now.
+  bool hasOpen(const QString &file) const;
   bool isRunning() const { return _process.state() == QProcess::Running; }
 
   /// The TCP port that the program listens on, as the system tells; 0 when there is none within twenty seconds.
