@@ -2,6 +2,7 @@
 #include "character_display/vacuum.h"
 
 #include "character_display/character_display_register.h"
+#include "threads/thread_sanitizer.h"
 
 #include <QStringList>
 
@@ -34,6 +35,7 @@ Vacuum::Vacuum(QObject *parent, void *register_base, RegisterStore store)
 Vacuum::~Vacuum() {
   quit();
   wait();
+  thread_sanitizer::happens_after(this);
 }
 
 void Vacuum::setText(int channel, const QString &text) {
@@ -56,11 +58,14 @@ void Vacuum::startWriting() {
 }
 
 void Vacuum::run() {
-  VacuumWriter writer(_register_base, _store);
-  connect(this, &Vacuum::text_signal, &writer, &VacuumWriter::text, Qt::QueuedConnection);
-  _writer_exists = true;
-  exec();
-  _writer_exists = false;
+  {
+    VacuumWriter writer(_register_base, _store);
+    connect(this, &Vacuum::text_signal, &writer, &VacuumWriter::text, Qt::QueuedConnection);
+    _writer_exists = true;
+    exec();
+    _writer_exists = false;
+  }
+  thread_sanitizer::happens_before(this);
 }
 
 } // namespace buttondriver

@@ -2,6 +2,7 @@
 #include "character_display/vacuum.h"
 
 #include "libraries/character_display/character_display_memory.h"
+#include "threads/thread_sanitizer.h"
 
 #include <QElapsedTimer>
 #include <QMetaMethod>
@@ -222,7 +223,7 @@ public:
   using Vacuum::Vacuum;
 
 protected:
-  void run() override {}
+  void run() override { thread_sanitizer::happens_before(static_cast<Vacuum *>(this)); }
 };
 
 TEST_F(VacuumTest, a_thread_that_ends_without_a_writer_holds_nobody_up) {
@@ -241,13 +242,13 @@ TEST_F(VacuumTest, the_first_text_gives_the_thread_200_milliseconds) {
 }
 
 TEST_F(VacuumTest, writes_nothing_after_its_event_loop_has_ended) {
+  std::promise<void> held;
+  std::promise<void> gate;
+  QTimer guest;
   Vacuum vacuum(nullptr, _memory.registerBase(), into(_memory));
   vacuum.setText(0, QStringLiteral("first"));
   ASSERT_TRUE(_memory.waitForStores(stores_of_a_text, limit));
   // Holds the event loop where it has sent all that was posted to the writer, and looks whether to go on afterwards.
-  std::promise<void> held;
-  std::promise<void> gate;
-  QTimer guest;
   guest.setSingleShot(true);
   QObject::connect(&guest, &QTimer::timeout, &guest, [&held, opened = gate.get_future().share()] {
     held.set_value();
