@@ -30,24 +30,25 @@ void write(std::string_view text) {
 
 } // namespace
 
-void print(const char *format, ...) {
+int print(const char *format, ...) {
   std::va_list arguments;
   char usual_text[512];
   va_start(arguments, format);
   const int formatted = std::vsnprintf(usual_text, sizeof usual_text, format, arguments);
   va_end(arguments);
   if (formatted < 0)
-    return;
+    return formatted;
   const auto size = static_cast<std::size_t>(formatted);
   if (size < sizeof usual_text) {
     write({usual_text, size});
-    return;
+    return formatted;
   }
   std::string long_text(size + 1, '\0'); // with the NUL at its end
   va_start(arguments, format);
   std::vsnprintf(long_text.data(), long_text.size(), format, arguments);
   va_end(arguments);
   write({long_text.data(), size});
+  return formatted;
 }
 
 void print_line(const char *text) { print("%s\n", text); }

@@ -8,8 +8,9 @@ namespace buttondriver {
 /// Writes a formatted text, as std::printf does, and passes it on to whoever reads standard output at once, also
 /// without a line feed and when standard output is a pipe or a file. What standard output does not take is lost, see
 /// LogChannel. Text that the program itself wrote with stdio comes out before it, and text that it writes later after
-/// it. Safe to call from any thread; one call's text stays together.
-void print(const char *format, ...) __attribute__((format(printf, 1, 2)));
+/// it. Safe to call from any thread; one call's text stays together. Returns the text's length in bytes, also when it
+/// is lost; negative for a format that cannot be carried out.
+int print(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Writes `text` and a line feed, as std::puts does; otherwise as `print`.
 void print_line(const char *text);

@@ -25,9 +25,11 @@ std::optional<unsigned> tft_select_mask(int screen_id) {
 std::optional<unsigned> tft_checked_mask(int screen_id) {
   const std::optional<unsigned> mask = tft_select_mask(screen_id);
   if (!mask)
-    print("Invalid screen ID %d.\n", screen_id);
+    tft_print_invalid_screen(screen_id);
   return mask;
 }
+
+int tft_print_invalid_screen(int screen_id) { return print("Invalid screen ID %d.\n", screen_id); }
 
 int tft_write_index(unsigned mask, std::uint8_t byte) {
   return fpga_reg_write8(fpga_register::tft_index_base + 2 * mask, byte);
@@ -82,9 +84,9 @@ int tft_set_intensity(unsigned percent) {
 }
 
 int tft_blackout(int screen_id) {
-  const std::optional<unsigned> mask = tft_checked_mask(screen_id);
+  const std::optional<unsigned> mask = tft_select_mask(screen_id);
   if (!mask)
-    return -1;
+    return tft_print_invalid_screen(screen_id);
   tft_reset_window();
   tft_start_pixels(*mask);
   std::array<std::uint16_t, dimensions::screen_pixels> pixels{};

@@ -12,6 +12,8 @@ std::optional<unsigned> tft_select_mask(int screen_id);
 
 /// As tft_select_mask, with a line on standard output for an id that does not exist.
 std::optional<unsigned> tft_checked_mask(int screen_id);
+/// Prints that line. Returns its length in bytes.
+int tft_print_invalid_screen(int screen_id);
 
 /// One half of a 16-bit register index.
 int tft_write_index(unsigned mask, std::uint8_t byte);
@@ -35,8 +37,8 @@ void tft_controller_init();
 /// Sets the brightness of all screens, 0 to 100 percent. Returns 0; -1, with a line on standard output,
 /// when out of range.
 int tft_set_intensity(unsigned percent);
-/// Clears a screen to black. Returns the transfer's result; -1, with a line on standard output, for an id
-/// that does not exist.
+/// Clears a screen to black. Returns the transfer's result; for an id that does not exist, the length of the line that
+/// it prints on standard output, a positive number.
 int tft_blackout(int screen_id);
 
 } // namespace buttondriver::panel

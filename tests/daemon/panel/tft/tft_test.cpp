@@ -125,9 +125,12 @@ TEST_F(TftTest, blackout_resets_the_window_everywhere_and_clears_its_own_screen)
   }
 }
 
-TEST_F(TftTest, blackout_of_a_wrong_screen_writes_nothing) {
-  EXPECT_EQ(output_of([] { tft_blackout(3); }), "Invalid screen ID 3.\n");
-  EXPECT_EQ(output_of([] { tft_blackout(-2); }), "Invalid screen ID -2.\n");
+TEST_F(TftTest, blackout_of_a_wrong_screen_writes_nothing_and_returns_the_length_of_its_line) {
+  int result = 0;
+  EXPECT_EQ(output_of([&] { result = tft_blackout(3); }), "Invalid screen ID 3.\n");
+  EXPECT_EQ(result, 21);
+  EXPECT_EQ(output_of([&] { result = tft_blackout(-2147483647 - 1); }), "Invalid screen ID -2147483648.\n");
+  EXPECT_EQ(result, 31);
   EXPECT_THAT(device.takeLines(), IsEmpty());
 }
 
