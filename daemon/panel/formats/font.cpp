@@ -5,6 +5,7 @@
 #include "panel/formats/font_file.h"
 
 #include <cerrno>
+#include <ctime>
 #include <sys/stat.h>
 #include <vector>
 
@@ -16,10 +17,13 @@ namespace {
 /// gigabyte for the largest, before it finds that the file has no such pixels.
 constexpr unsigned highest_glyph_side = 4096;
 
+/// Otherwise stat(2) fails for a font that is dated 2040, or whose file system counts further than 32 bits.
+static_assert(sizeof(off_t) >= 8 && sizeof(ino_t) >= 8 && sizeof(time_t) >= 8);
+
 bool ready = false;
 FT_Library library = nullptr;
 FT_Face current_face = nullptr;
-std::vector<unsigned char> current_file; // unpacked; the face reads from it for as long as it lives
+FontFile current_file; // the face reads from it for as long as it lives
 
 void release_face() {
   if (current_face)
@@ -28,17 +32,31 @@ void release_face() {
   current_file = {};
 }
 
+/// Null, with FreeType's number in `error`, when the bytes are no font.
+FT_Face new_face(const std::vector<unsigned char> &bytes, FT_Error &error) {
+  FT_Face face = nullptr;
+  error = FT_New_Memory_Face(library, bytes.data(), static_cast<FT_Long>(bytes.size()), 0, &face);
+  return error == 0 ? face : nullptr;
+}
+
 /// FreeType gets the font from memory: a file that is mapped and then cut short ends the process.
 FT_Error open_face(const char *file) {
   if (const FT_Error error = read_font_file(file, current_file); error != 0)
     return error;
-  const FT_Error error =
-      FT_New_Memory_Face(library, current_file.data(), static_cast<FT_Long>(current_file.size()), 0, &current_face);
-  if (error == 0)
-    return 0;
-  current_face = nullptr;
-  // What FreeType calls a file that it cannot make out; memory that it cannot make out ends earlier than it looks.
-  return error == FT_Err_Invalid_Stream_Operation ? FT_Error{FT_Err_Unknown_File_Format} : error;
+  FT_Error error = 0;
+  current_face = new_face(current_file.content, error);
+  // FT_New_Face gives up with this number where the same bytes in memory end before FreeType has seen what they are.
+  if (error == FT_Err_Invalid_Stream_Operation)
+    return FT_Err_Unknown_File_Format;
+  if (error != 0 || current_file.unpacked.empty())
+    return error;
+  // Whether a packed font can be used is for FreeType to say. But it would unpack it again for each glyph.
+  if (const FT_Face quick_face = new_face(current_file.unpacked, error)) {
+    FT_Done_Face(current_face);
+    current_face = quick_face;
+    current_file.content = {};
+  }
+  return 0;
 }
 
 /// Whether the font in use has a glyph for the character that it is safe to load.

@@ -13,8 +13,13 @@ namespace buttondriver::panel {
 inline constexpr std::size_t largest_font_file = 4 * 1024 * 1024;
 inline constexpr std::size_t largest_font = 16 * 1024 * 1024;
 
-/// Reads the font file at `path`, unpacked if it is compressed by gzip; no other compression is undone. Returns 0, or
-/// FreeType's number for what is wrong, and `content` then holds nothing of use.
-FT_Error read_font_file(const char *path, std::vector<unsigned char> &content);
+struct FontFile {
+  std::vector<unsigned char> content;  ///< all that is in the file
+  std::vector<unsigned char> unpacked; ///< what gzip packed, as far as it can be unpacked; empty for other files
+};
+
+/// Reads the font file at `path`. Returns 0, or the number that FT_New_Face gives, and `file` then holds nothing of
+/// use. A file that is too large, or is packed otherwise than by gzip, is refused before FreeType would unpack it.
+FT_Error read_font_file(const char *path, FontFile &file);
 
 } // namespace buttondriver::panel

@@ -149,7 +149,7 @@ TEST_F(FontSettingsTest, a_font_that_is_a_pipe_is_not_waited_for) {
   root.writeFontSize(5, 5);
   test::CapturedOutput output;
   EXPECT_THAT(check(), ElementsAre(change(), loading("5x5"), failed("5x5")));
-  EXPECT_EQ(output.take(), "Error calling FT_New_Face(): error = 1\n");
+  EXPECT_EQ(output.take(), "Error calling FT_New_Face(): error = 2\n");
 }
 
 TEST_F(FontSettingsTest, the_font_follows_the_file_while_the_daemon_runs) {
