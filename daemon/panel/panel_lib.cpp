@@ -6,9 +6,12 @@
 
 namespace buttondriver::panel {
 
+bool panel_lib_initialised = false;
+
 void panel_lib_init() {
   fpga_reg_fd = fpga_reg_open(nullptr);
   freetype_start();
+  panel_lib_initialised = true;
 }
 
 void panel_lib_done() { freetype_end(); }

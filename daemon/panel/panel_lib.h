@@ -7,6 +7,9 @@ namespace buttondriver::panel {
 /// quietly, without FreeType no text is drawn. Called once, before anything else of this room.
 void panel_lib_init();
 
+/// Whether panel_lib_init was called, whatever it found. Nothing here reads it.
+extern bool panel_lib_initialised;
+
 /// Ends FreeType and gives up its font. The daemon never calls it: both live until the process ends.
 void panel_lib_done();
 

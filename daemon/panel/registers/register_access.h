@@ -9,8 +9,11 @@ namespace buttondriver::panel {
 
 /// Descriptor of the open register device; -1 when it could not be opened.
 extern int fpga_reg_fd;
-/// Transfers tried so far, reads and writes, failed ones included.
+extern "C" {
+/// Transfers tried so far, reads and writes, failed ones included. Programs that look at the daemon from outside know
+/// it by this name, hence the linkage.
 extern std::uint32_t spi_call_count;
+}
 /// How many of them the device did not carry out. A failure is not printed; this counter is its only trace.
 extern std::uint32_t spi_failure_count;
 

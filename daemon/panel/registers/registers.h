@@ -12,8 +12,18 @@ inline constexpr unsigned tft_intensity = 0x800;      ///< high byte: intensity_
 inline constexpr unsigned led_command = 0x900;        ///< high byte: LED command, see led_command_bits
 inline constexpr unsigned tft_index_base = 0xA00;     ///< + 2 x controller mask; high byte: half of an index
 inline constexpr unsigned tft_data_base = 0xA01;      ///< + 2 x controller mask; register values and pixels
-inline constexpr unsigned toggle_indicators = 0x1003; ///< bit 0 and bit 1, one for each indicator
+inline constexpr unsigned state = 0x1000;             ///< read: two bits from bit 0 on, and bit 8, see state_bits
+inline constexpr unsigned state_byte = 0x1002;        ///< read: low byte
+inline constexpr unsigned toggle_indicators = 0x1003; ///< bit 0 and bit 1, one for each indicator; read: low byte
+inline constexpr unsigned first_number = 0x1004;      ///< read: 32 bits, the high half here, the low one in 0x1005
+inline constexpr unsigned second_number = 0x1006;     ///< read: 32 bits, the high half here, the low one in 0x1007
 } // namespace fpga_register
+
+/// What there is in the state register.
+namespace state_bits {
+inline constexpr unsigned low_bits = 0x3;
+inline constexpr unsigned flag = 0x100;
+} // namespace state_bits
 
 /// The LED command byte: bits 0-4 LED id, bit 5 on, bits 6-7 kind.
 namespace led_command_bits {

@@ -2,8 +2,7 @@
 #include "panel/leds.h"
 
 #include "panel_test.h"
-
-#include <chrono>
+#include "system_calls.h"
 
 namespace buttondriver::panel {
 namespace {
@@ -46,10 +45,26 @@ INSTANTIATE_TEST_SUITE_P(
 class LedsTest : public PanelTest {};
 
 TEST_F(LedsTest, wait_50_microseconds_after_a_button_led) {
-  std::chrono::steady_clock::time_point written;
-  device.before_transfer = [&](TransferRecord &) { written = std::chrono::steady_clock::now(); };
-  led_set_button_state(0, 1);
-  EXPECT_GE(std::chrono::steady_clock::now() - written, std::chrono::microseconds(50));
+  Lines events;
+  device.before_transfer = [&](TransferRecord &) { events.emplace_back("transfer"); };
+  const system_calls::Restore restore;
+  system_calls::usleep = [&](unsigned microseconds) {
+    events.push_back("pause of " + std::to_string(microseconds));
+    return 7;
+  };
+  EXPECT_EQ(led_set_button_state(0, 1), 7);
+  EXPECT_EQ(led_set_button_state(0, 0), 7);
+  EXPECT_THAT(events, ElementsAre("transfer", "pause of 50", "transfer", "pause of 50"));
+}
+
+TEST_F(LedsTest, do_not_wait_after_indicators) {
+  int pauses = 0;
+  const system_calls::Restore restore;
+  system_calls::usleep = [&](unsigned) { return ++pauses; };
+  EXPECT_EQ(led_set_status_indicator(0, 1), 0);
+  EXPECT_EQ(led_set_toggle_indicator(0, 1), 0);
+  EXPECT_EQ(device.take().size(), 2U);
+  EXPECT_EQ(pauses, 0);
 }
 
 TEST_F(LedsTest, return_the_transfer_s_result_for_a_status_indicator_only) {

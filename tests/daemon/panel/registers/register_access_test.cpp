@@ -2,13 +2,12 @@
 #include "panel/registers/register_access.h"
 
 #include "daemon/panel/panel_test.h"
-#include "files/owned_descriptor.h"
-#include "panel/tft/tft.h"
 #include "support/hex.h"
-#include "support/temporary_folder.h"
 
 #include <cstring>
-#include <fcntl.h>
+
+/// What a program that looks at the daemon from outside declares.
+extern "C" std::uint32_t spi_call_count;
 
 namespace buttondriver::panel {
 namespace {
@@ -109,6 +108,12 @@ TEST_F(RegisterAccessTest, counts_every_transfer_before_it_is_made) {
   EXPECT_THAT(seen, ElementsAre(0xFFFFFFFF, 0U, 1U));
 }
 
+TEST_F(RegisterAccessTest, counter_of_transfers_has_its_plain_name) {
+  ::spi_call_count = 41;
+  fpga_reg_write16(0x1003, 1);
+  EXPECT_EQ(::spi_call_count, 42U);
+}
+
 TEST_F(RegisterAccessTest, returns_the_device_s_result) {
   device.result = 17;
   std::uint16_t word = 0;
@@ -131,43 +136,19 @@ TEST_F(RegisterAccessTest, writes_the_low_16_bits_or_a_high_byte) {
   EXPECT_THAT(device.takeLines(), ElementsAre("w 1003 1 1234", "w 0900 1 6500", "w 0900 1 ff00"));
 }
 
+TEST(PanelLibTest, is_initialised_by_its_start_whatever_that_finds) {
+  test::RecordingDevice device;
+  panel_lib_initialised = false;
+  panel_lib_init();
+  EXPECT_TRUE(panel_lib_initialised);
+  panel_lib_done();
+}
+
 TEST_F(RegisterAccessTest, start_opens_the_panel_s_own_device_node) {
   EXPECT_THAT(device.opened_paths, ElementsAre("/dev/fpga-reg"));
   EXPECT_EQ(fpga_reg_fd, 42);
   EXPECT_EQ(fpga_reg_open("/somewhere/else"), 42);
   EXPECT_EQ(device.opened_paths.back(), "/somewhere/else");
-}
-
-TEST(IoctlRegisterDeviceTest, opens_for_reading_and_writing) {
-  const test::TemporaryFolder folder;
-  const std::string file = folder.write("node", "");
-  use_register_device(nullptr);
-  const OwnedDescriptor descriptor(fpga_reg_open(file.c_str()));
-  ASSERT_TRUE(descriptor);
-  EXPECT_EQ(::fcntl(descriptor.get(), F_GETFL) & O_ACCMODE, O_RDWR);
-  EXPECT_EQ(fpga_reg_open(folder.path("missing").c_str()), -1);
-}
-
-TEST(IoctlRegisterDeviceTest, failed_transfers_are_quiet_counted_and_leave_the_word) {
-  use_register_device(nullptr);
-  fpga_reg_fd = -1;
-  spi_call_count = 0;
-  int result = 0;
-  std::uint16_t word = 0x1234;
-  const std::string output = output_of([&] {
-    result = fpga_spi_transfer(-1, 0x1003, 1, &word, 1);
-    tft_blackout(0);
-    tft_set_intensity(50);
-    led_set_button_state(1, 1);
-    led_set_status_indicator(1, 1);
-    led_set_toggle_indicator(0, 1);
-  });
-  EXPECT_EQ(result, -1);
-  EXPECT_EQ(word, 0x1234);
-  EXPECT_EQ(fpga_reg_read(-1, 0x1003), 0);
-  EXPECT_EQ(output, "");
-  // One; 6 for the window, 5 before the pixels, 1 for these; one for each of the others; the last read.
-  EXPECT_EQ(spi_call_count, 1U + 12U + 4U + 1U);
 }
 
 } // namespace

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <functional>
+
+/// This test program has ioctl and usleep of its own, in front of those of the C library. They call what stands here.
+/// While nothing does, ioctl calls the kernel, and usleep returns 0 at once.
+namespace buttondriver::panel::system_calls {
+
+inline std::function<int(int descriptor, unsigned long request, void *argument)> ioctl;
+inline std::function<int(unsigned microseconds)> usleep;
+
+/// Removes what stands there when it goes.
+struct Restore {
+  Restore() = default;
+  ~Restore() {
+    ioctl = nullptr;
+    usleep = nullptr;
+  }
+  Restore(const Restore &) = delete;
+  Restore &operator=(const Restore &) = delete;
+};
+
+} // namespace buttondriver::panel::system_calls
