@@ -114,11 +114,14 @@ bool draw_characters(TextBlock &block, std::string_view text, int count, std::ui
     if (!glyph)
       return false;
     const FT_Bitmap &bitmap = glyph.bitmap();
-    // Nothing can be drawn beyond the screen's own width, however long the text claims to be.
-    if (pen.x + bitmap.width > block.width() || pen.x >= dimensions::screen_width)
+    if (pen.x + bitmap.width > block.width())
       break;
+    // A glyph without width has no bytes in a row: it fails the line also where the pen stands at its end.
     if (bitmap.pitch != glyph_pitch)
       return false;
+    // Nothing can be drawn beyond the screen's own width, however long the text claims to be.
+    if (pen.x >= dimensions::screen_width)
+      break;
     draw_glyph(block, bitmap, pen.x, pen.y, text_pixel, back_pixel);
     pen.advance(glyph, 1);
     if (i < text_size)

@@ -54,6 +54,10 @@ TEST_F(PanelModelTest, repeats_the_low_byte_of_the_background_outside_of_glyph_b
 
 TEST_F(PanelModelTest, draws_nothing_when_a_glyph_of_the_line_is_empty) {
   EXPECT_EQ(pixel(after({"0000000f 00000000 00000000 00000000 00000003 415f00"}), 0, 0, 0), 0x0000);
+  // After sixteen characters the line is full, but the empty glyph needs no room.
+  const std::string head = "0000000f 00000000 00000000 00000000 00000011 42424242424242424242424242424242";
+  EXPECT_EQ(pixel(after({(head + "5f").c_str()}), 0, 0, 1), 0x0000);
+  EXPECT_EQ(pixel(after({(head + "41").c_str()}), 0, 0, 1), 0xFFFF);
 }
 
 // 2 x 2 pixels, the lower row first: blue, green, two bytes to fill the row; red, white.

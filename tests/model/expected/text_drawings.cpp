@@ -60,7 +60,7 @@ std::optional<std::vector<std::uint16_t>> set_text(const BdfFont &font, int heig
   // Outside of the glyphs' own boxes the paper repeats the low byte of its colour.
   Paper paper(height, static_cast<std::uint16_t>((back_pixel & 0xFF) * 0x0101));
   std::int64_t x = 0;
-  for (std::int64_t i = 0; i < characters && x < glass_size; ++i) {
+  for (std::int64_t i = 0; i < characters; ++i) {
     const bool is_blank = i >= static_cast<std::int64_t>(text.size());
     const char character = is_blank ? ' ' : text[static_cast<std::size_t>(i)];
     const BdfGlyph *glyph = font.glyph(static_cast<unsigned char>(character));
@@ -70,6 +70,8 @@ std::optional<std::vector<std::uint16_t>> set_text(const BdfFont &font, int heig
       break;
     if (!is_drawable(*glyph))
       return std::nullopt;
+    if (x >= glass_size)
+      break;
     paper.stamp(*glyph, x, text_pixel, back_pixel);
     x += glyph->advance;
   }

@@ -78,9 +78,18 @@ TEST_F(SubTextLineTest, draws_nothing_past_the_width_of_the_glass) {
 
 TEST_F(SubTextLineTest, does_not_look_at_characters_past_the_width_of_the_glass) {
   int result = -1;
-  EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 0, 0, "AAAAAAAAAAAAAAAA_", 17, red, green); }), "");
+  EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 0, 0, std::string(17, 'A') + "_", 18, red, green); }), "");
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(picture_of(sentPixels(), 136), beside({times(16, letter_a), bare(8)}));
+  EXPECT_EQ(picture_of(sentPixels(), 144), beside({times(16, letter_a), bare(16)}));
+}
+
+TEST_F(SubTextLineTest, fails_for_an_empty_glyph_where_the_width_of_the_glass_is_used_up) {
+  for (const int count : {17, 18}) {
+    int result = 0;
+    EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 0, 0, std::string(16, 'A') + "_A", count, red, green); }),
+              "Error generating line bitmap using FreeType.\n");
+    EXPECT_EQ(result, -1) << count;
+  }
 }
 
 TEST_F(SubTextLineTest, sends_a_count_cut_to_16_bits) {
@@ -164,6 +173,24 @@ TEST_F(SubTextLineTest, too_large_or_negative_count_is_reported_and_resets_the_w
     EXPECT_EQ(device.takeLines(), window_on_screen_1(columns, "1101") + start_pixels_on_screen_1 + whole_window)
         << count;
   }
+}
+
+TEST_F(SubTextLineTest, fails_without_a_text) {
+  const char *const missing = nullptr;
+  int result = 0;
+  EXPECT_EQ(output_of([&] { result = tft_sub_text_line(1, 1, 3, missing, 4, red, green); }),
+            "Error generating line bitmap using FreeType.\n");
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(device.takeLines(), window_on_screen_1("3b1c", "2111") + start_pixels_on_screen_1 + whole_window);
+}
+
+TEST_F(SubTextLineTest, reads_no_further_than_its_count_or_the_nul) {
+  const char text[] = {'A', 'B', 'A'}; // without a NUL
+  tft_sub_text_line(1, 0, 0, text, 2, red, green);
+  EXPECT_EQ(picture_of(sentPixels(), 16), beside({letter_a, letter_b}));
+  const char *const with_nul = "A\0B";
+  tft_sub_text_line(1, 0, 0, with_nul, 3, red, green);
+  EXPECT_EQ(picture_of(sentPixels(), 24), beside({letter_a, blank, blank}));
 }
 
 TEST_F(SubTextLineTest, wrong_screen_is_reported_and_writes_nothing) {

@@ -158,9 +158,35 @@ TEST_F(TextLineTest, fails_for_one_empty_glyph_among_good_ones) {
   EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + whole_window);
 }
 
-TEST_F(TextLineTest, fails_without_a_text) {
-  EXPECT_EQ(output_of([] { tft_text_line(0, 0, {}, red, green); }), "Error generating line bitmap using FreeType.\n");
+TEST_F(TextLineTest, fails_for_an_empty_glyph_at_the_end_of_a_full_line_and_not_after_it) {
+  const std::string full_line(16, 'A');
+  int result = 0;
+  EXPECT_EQ(output_of([&] { result = tft_text_line(0, 0, full_line + "_", red, green); }),
+            "Error generating line bitmap using FreeType.\n");
+  EXPECT_EQ(result, -1);
   EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + whole_window);
+  EXPECT_EQ(output_of([&] { result = tft_text_line(0, 0, full_line + "A_", red, green); }), "");
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(picture_of(sentPixels(), 128), times(16, letter_a));
+}
+
+TEST_F(TextLineTest, fails_without_a_text) {
+  const char *const missing = nullptr;
+  for (const bool by_pointer : {false, true}) {
+    int result = 0;
+    EXPECT_EQ(output_of([&] {
+                result = by_pointer ? tft_text_line(0, 0, missing, red, green)
+                                    : tft_text_line(0, 0, std::string_view(), red, green);
+              }),
+              "Error generating line bitmap using FreeType.\n");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + whole_window);
+  }
+  int result = 0;
+  EXPECT_EQ(output_of([&] { result = tft_text_line_default(0, 0, missing); }),
+            "Error generating line bitmap using FreeType.\n");
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(device.takeLines(), rows_on_screen_0("1101") + start_pixels_on_screen_0 + whole_window + whole_window);
 }
 
 TEST_F(TextLineTest, fails_by_default_too_and_resets_the_window_twice) {

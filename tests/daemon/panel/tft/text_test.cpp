@@ -33,7 +33,10 @@ TEST_F(RenderTextTest, whole_line_draws_no_character_for_a_negative_count) {
 }
 
 TEST_F(RenderTextTest, sends_nothing_where_it_fails) {
-  EXPECT_EQ(tft_render_text(1, {}, 0, 0xF800, 0x07E0, true), -1);
+  const char *const missing = nullptr;
+  EXPECT_EQ(tft_render_text(1, missing, 0, 0xF800, 0x07E0, true), -1);
+  EXPECT_EQ(tft_render_text(1, missing, 3, 0xF800, 0x07E0, false), -1);
+  EXPECT_EQ(tft_render_text(1, std::string_view(), 0, 0xF800, 0x07E0, true), -1);
   EXPECT_EQ(tft_render_text(1, "A", -1, 0xF800, 0x07E0, false), -1);
   EXPECT_EQ(tft_render_text(1, "_", 1, 0xF800, 0x07E0, false), -1);
   load("unencoded");
