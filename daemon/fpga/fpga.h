@@ -55,6 +55,10 @@ public:
   void drawTFTImage(int screen_id, int x_offset, int y_offset, SharedBytes bmp) {
     queueTask<DrawTFTImageTask>(screen_id, x_offset, y_offset, std::move(bmp));
   }
+  /// The same for a picture that is as long as it claims itself; all of that is copied at once. May be null.
+  void drawTFTImage(int screen_id, int x_offset, int y_offset, const std::uint8_t *bmp) {
+    drawTFTImage(screen_id, x_offset, y_offset, SharedBytes::copyOf(panel::bmp_claimed_bytes(bmp)));
+  }
   void setTFTIntensity(int percent) { queueTask<SetTFTIntensityTask>(percent); }
 
   /// Queues a task of the caller's own, after all that were queued before.

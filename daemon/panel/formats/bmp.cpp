@@ -6,6 +6,7 @@
 #include "panel/formats/colour.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <new>
 #include <string>
 
@@ -44,12 +45,25 @@ std::int32_t signed_32(ByteView bmp, std::size_t offset) {
   return static_cast<std::int32_t>(bmp.littleEndian32(offset));
 }
 
+bool has_usable_signature(ByteView bmp) { return bmp.u8(at::signature) == 'B' || bmp.u8(at::signature + 1) == 'M'; }
+bool has_usable_header_size(ByteView bmp) { return bmp.littleEndian32(at::header_size) == usable_header_size; }
+bool has_one_plane(ByteView bmp) { return bmp.littleEndian16(at::planes) == 1; }
+bool has_24_bits(ByteView bmp) { return bmp.littleEndian16(at::bits_per_pixel) == 24; }
+
 /// Where the pixels of a picture are found in its file.
 struct PixelLayout {
   std::int64_t width;
   std::int64_t height;
   bool bottom_up;
   std::int64_t start;
+
+  explicit PixelLayout(ByteView bmp)
+      : width(signed_32(bmp, at::width)), height(std::abs(std::int64_t{signed_32(bmp, at::height)})),
+        bottom_up(signed_32(bmp, at::height) >= 0), start(signed_32(bmp, at::pixel_data)) {}
+
+  bool isTooLarge() const {
+    return width < 0 || height > std::numeric_limits<std::int32_t>::max() || width * height > most_picture_pixels;
+  }
 
   /// Rows of 24-bit pixels are padded by as many bytes as the width leaves over from a multiple of four.
   std::int64_t stride() const { return width * 3 + width % 4; }
@@ -73,17 +87,16 @@ int bmp_check_header(ByteView bmp, BmpHeader *copy) {
     print("BMP Data pointer is NULL! Exiting.");
     return -1;
   }
-  const std::uint8_t first = bmp.u8(at::signature);
-  const std::uint8_t second = bmp.u8(at::signature + 1);
-  if (first != 'B' && second != 'M') {
-    print("Invalid BMP Signature ('%s', '%s')!  Exiting.\n", letter(first).c_str(), letter(second).c_str());
+  if (!has_usable_signature(bmp)) {
+    print("Invalid BMP Signature ('%s', '%s')!  Exiting.\n", letter(bmp.u8(at::signature)).c_str(),
+          letter(bmp.u8(at::signature + 1)).c_str());
     return -1;
   }
-  if (bmp.littleEndian32(at::header_size) != usable_header_size) {
+  if (!has_usable_header_size(bmp)) {
     print("DIB Header Size is invalid. Exiting.");
     return -1;
   }
-  if (bmp.littleEndian16(at::planes) != 1) {
+  if (!has_one_plane(bmp)) {
     print("\tInvalid number of colour planes! Exiting.");
     return -1;
   }
@@ -103,7 +116,7 @@ int bmp_decode_24(ByteView bmp, std::int32_t *width, std::int32_t *height, Pixel
   }
   if (bmp_check_header(bmp, nullptr) != 0)
     return -1;
-  if (bmp.littleEndian16(at::bits_per_pixel) != 24) {
+  if (!has_24_bits(bmp)) {
     print("Only 24-bit depth BMP's are supported at this time.");
     return -1;
   }
@@ -114,11 +127,8 @@ int bmp_decode_24(ByteView bmp, std::int32_t *width, std::int32_t *height, Pixel
     pixels->reset();
     return -1;
   };
-  const std::int64_t stored_height = signed_32(bmp, at::height);
-  const PixelLayout layout{signed_32(bmp, at::width), std::abs(stored_height), stored_height >= 0,
-                           signed_32(bmp, at::pixel_data)};
-  if (layout.width < 0 || layout.height > std::numeric_limits<std::int32_t>::max() ||
-      layout.width * layout.height > most_picture_pixels)
+  const PixelLayout layout(bmp);
+  if (layout.isTooLarge())
     return fail("Could not allocate array for pixel data.");
   const auto count = static_cast<std::int64_t>(
       std::min<std::uint64_t>(static_cast<std::uint64_t>(layout.width * layout.height), limit));
@@ -157,5 +167,34 @@ void bmp_print_header(ByteView bmp) {
   print("\tNumber of colours = %d\n", word(at::colours));
   print("\tNumber of important colours = %d\n", word(at::important_colours));
 }
+
+ByteView bmp_claimed_bytes(const std::uint8_t *bmp) {
+  const ByteView header(bmp, bmp_header_size);
+  if (!bmp)
+    return header;
+  if (!has_usable_signature(header))
+    return {bmp, at::file_size};
+  if (!has_usable_header_size(header))
+    return {bmp, at::width};
+  if (!has_one_plane(header))
+    return {bmp, at::bits_per_pixel};
+  const PixelLayout layout(header);
+  if (!has_24_bits(header) || layout.isTooLarge())
+    return {bmp, at::compression};
+  if (layout.width == 0 || layout.height == 0)
+    return header;
+  const std::int64_t end = layout.rowStart(layout.bottom_up ? 0 : layout.height - 1) + layout.width * 3;
+  return {bmp, static_cast<std::size_t>(std::max<std::int64_t>(end, bmp_header_size))};
+}
+
+int bmp_check_header(const std::uint8_t *bmp, BmpHeader *copy) {
+  return bmp_check_header(ByteView(bmp, bmp_header_size), copy);
+}
+
+int bmp_decode_24(const std::uint8_t *bmp, std::int32_t *width, std::int32_t *height, PixelArray *pixels) {
+  return bmp_decode_24(bmp_claimed_bytes(bmp), width, height, pixels);
+}
+
+void bmp_print_header(const std::uint8_t *bmp) { bmp_print_header(ByteView(bmp, bmp_header_size)); }
 
 } // namespace buttondriver::panel

@@ -10,7 +10,8 @@
 #include <memory>
 
 /// Uncompressed 24-bit BMP files. The bytes are only read; those past their end read as zero. A fault is printed
-/// on standard output, and the result is then -1.
+/// on standard output, and the result is then -1. Where only a pointer is given, the picture is as long as it claims
+/// itself: all of that has to be there. A null pointer has no bytes.
 namespace buttondriver::panel {
 
 inline constexpr std::size_t bmp_header_size = 54;
@@ -34,5 +35,13 @@ int bmp_decode_24(ByteView bmp, std::int32_t *width, std::int32_t *height, Pixel
 
 /// Prints every field of the header, after checking it.
 void bmp_print_header(ByteView bmp);
+
+/// The bytes that the picture at `bmp` claims to have, up to its last pixel; of one that is refused only those that
+/// show that. None for null.
+ByteView bmp_claimed_bytes(const std::uint8_t *bmp);
+
+int bmp_check_header(const std::uint8_t *bmp, BmpHeader *copy);
+int bmp_decode_24(const std::uint8_t *bmp, std::int32_t *width, std::int32_t *height, PixelArray *pixels);
+void bmp_print_header(const std::uint8_t *bmp);
 
 } // namespace buttondriver::panel

@@ -2,7 +2,6 @@
 #include "panel/tft/image.h"
 
 #include "logging/standard_output.h"
-#include "panel/formats/bmp.h"
 #include "panel/registers/registers.h"
 #include "panel/tft/pixel_window.h"
 #include "panel/tft/tft.h"

@@ -2,6 +2,9 @@
 #pragma once
 
 #include "bytes/byte_view.h"
+#include "panel/formats/bmp.h"
+
+#include <cstdint>
 
 namespace buttondriver::panel {
 
@@ -10,5 +13,10 @@ namespace buttondriver::panel {
 /// Returns 0. When the screen does not exist or the picture cannot be read, prints why on standard output and returns
 /// -1; the screen is then unchanged.
 int tft_draw_image(int screen_id, int x, int y, ByteView bmp);
+
+/// The same for a picture that is as long as it claims itself. All of that has to be there.
+inline int tft_draw_image(int screen_id, int x, int y, const std::uint8_t *bmp) {
+  return tft_draw_image(screen_id, x, y, bmp_claimed_bytes(bmp));
+}
 
 } // namespace buttondriver::panel

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fpga/fpga.h"
 
+#include "panel/formats/font.h"
+#include "sleeping_thread.h"
 #include "support/captured_log.h"
 #include "support/device/facade_fixture.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -110,7 +115,7 @@ private:
   Gate *_gate;
 };
 
-TEST_F(FPGATest, destruction_waits_for_the_running_task_and_deletes_them_all) {
+TEST_F(FPGATest, destruction_waits_for_the_running_task_and_deletes_the_others_without_running_them) {
   startFacade();
   GatedTask::Gate gate;
   constexpr int queued = 1000;
@@ -120,15 +125,106 @@ TEST_F(FPGATest, destruction_waits_for_the_running_task_and_deletes_them_all) {
     std::unique_lock lock(gate.mutex);
     ASSERT_TRUE(gate.changed.wait_for(lock, std::chrono::seconds(10), [&] { return gate.entered; }));
   }
-  std::thread opener([&] {
+  std::atomic<bool> is_destroying{false};
+  std::thread opener([&, destroyer = test::this_thread()] {
+    while (!is_destroying)
+      std::this_thread::yield();
+    // It sleeps where it waits for the worker; by then the worker has been told to stop.
+    test::wait_until_asleep(destroyer, [] { return false; });
     const std::lock_guard lock(gate.mutex);
     gate.open = true;
     gate.changed.notify_all();
   });
+  is_destroying = true;
   fpga.reset();
-  EXPECT_GE(gate.finished, 1);
+  EXPECT_EQ(gate.finished, 1);
   EXPECT_EQ(gate.deleted, queued);
   opener.join();
+}
+
+/// Runs a function when executed.
+class FunctionTask : public FPGATask {
+public:
+  explicit FunctionTask(std::function<void()> work) : _work(std::move(work)) {}
+  void execute() override { _work(); }
+
+private:
+  std::function<void()> _work;
+};
+
+using Size = std::pair<int, int>;
+
+TEST_F(FPGATest, the_font_is_not_changed_while_a_task_runs) {
+  root.writeFontSize(8, 16);
+  startFacade();
+  root.writeFontSize(12, 24);
+  std::atomic<bool> is_running{false};
+  std::atomic<bool> is_changing{false};
+  std::atomic<bool> is_changed{false};
+  std::vector<Size> sizes;
+  const auto measure = [&] {
+    Size size;
+    panel::glyph_cell_size(&size.first, &size.second);
+    sizes.push_back(size);
+  };
+  fpga->queue(std::make_unique<FunctionTask>([&, main_thread = test::this_thread()] {
+    is_running = true;
+    while (!is_changing)
+      std::this_thread::yield();
+    test::wait_until_asleep(main_thread, [&] { return is_changed.load(); });
+    measure();
+  }));
+  fpga->queue(std::make_unique<FunctionTask>(measure));
+  while (!is_running)
+    std::this_thread::yield();
+  is_changing = true;
+  fpga->check_font_settings(root.launcherConfiguration());
+  is_changed = true;
+  settle();
+  EXPECT_THAT(sizes, ElementsAre(Size(8, 16), Size(12, 24)));
+}
+
+TEST_F(FPGATest, a_text_after_a_blackout_is_on_the_black_screen) {
+  root.writeFontSize(8, 16);
+  startFacade();
+  fpga->blackoutScreen(0);
+  fpga->textLine(0, 0, "A", true);
+  settle();
+  // What screen 0 shows: runs of pixels go to the rows that register 0x45 holds then.
+  std::vector<std::uint16_t> screen(128 * 128, 0x1234);
+  std::uint16_t index = 0;
+  std::uint16_t rows = 0;
+  for (const auto &transfer : device.take()) {
+    const unsigned address = transfer.record.address_low & panel::short_form::address_mask;
+    if (address == 0xA02 || address == 0xA0E)
+      index = transfer.words.at(0);
+    else if ((address == 0xA03 || address == 0xA0F) && transfer.words.size() == 1 && index == 0x4500)
+      rows = transfer.words[0];
+    else if (transfer.words.size() > 1)
+      std::copy(transfer.words.begin(), transfer.words.end(), screen.begin() + ((rows & 0xFF) - 1) * 128);
+  }
+  const auto count = [&](std::size_t first, std::size_t last, std::uint16_t pixel) {
+    return std::count(screen.begin() + static_cast<std::ptrdiff_t>(first * 128),
+                      screen.begin() + static_cast<std::ptrdiff_t>(last * 128), pixel);
+  };
+  EXPECT_GT(count(0, 16, 0xFFFF), 0);
+  EXPECT_EQ(count(0, 16, 0xFFFF) + count(0, 16, 0x0000), 16 * 128);
+  EXPECT_EQ(count(16, 128, 0x0000), 112 * 128);
+}
+
+TEST_F(FPGATest, a_picture_given_as_a_pointer_is_copied_as_far_as_it_claims_to_go) {
+  startFacade();
+  fpga->drawTFTImage(1, 10, 20, SharedBytes(red_pixel, 0));
+  const std::vector<std::string> expected = finishedTransfers();
+  std::vector<std::uint8_t> bytes(red_pixel.begin(), red_pixel.end() - 1); // the padding need not be there
+  fpga->drawTFTImage(1, 10, 20, bytes.data());
+  std::fill(bytes.begin(), bytes.end(), std::uint8_t{0xFF});
+  EXPECT_EQ(finishedTransfers(), expected);
+  test::CapturedOutput output;
+  const std::uint8_t *const no_bytes = nullptr;
+  fpga->drawTFTImage(1, 10, 20, no_bytes);
+  EXPECT_TRUE(finishedTransfers().empty());
+  EXPECT_EQ(output.take(), "Input parameter 'data' pointer is NULL.");
 }
 
 TEST_F(FPGATest, destruction_of_an_idle_facade_runs_nothing) {
