@@ -5,12 +5,17 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace buttondriver {
 
 namespace {
 
 /// An editor empties, writes and renames within a few milliseconds; the states in between are not to be read.
-constexpr int settling_ms = 50;
+constexpr qint64 settling_ms = 50;
+
+/// A file that changes all the time is read all the same, this long after the first change.
+constexpr qint64 longest_settling_ms = 250;
 
 QString nearest_folder(const QString &file) {
   QString folder = QFileInfo(file).absolutePath();
@@ -23,7 +28,6 @@ QString nearest_folder(const QString &file) {
 
 ConfigurationWatcher::ConfigurationWatcher(const QString &file) : _file(file) {
   _settling.setSingleShot(true);
-  _settling.setInterval(settling_ms);
   connect(&_settling, &QTimer::timeout, this, [this] { emit fileChanged(_file); });
   connect(&_watcher, &QFileSystemWatcher::fileChanged, this, &ConfigurationWatcher::followFile);
   connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, &ConfigurationWatcher::followFolder);
@@ -36,7 +40,7 @@ QStringList ConfigurationWatcher::files() const { return _watcher.files(); }
 
 void ConfigurationWatcher::followFile() {
   watchAgain();
-  _settling.start();
+  settle();
 }
 
 void ConfigurationWatcher::followFolder() {
@@ -44,7 +48,14 @@ void ConfigurationWatcher::followFolder() {
   if (identity() == _seen)
     return;
   watchAgain();
-  _settling.start();
+  settle();
+}
+
+void ConfigurationWatcher::settle() {
+  if (!_settling.isActive())
+    _first_change.start();
+  const qint64 left = longest_settling_ms - _first_change.elapsed();
+  _settling.start(static_cast<int>(std::clamp<qint64>(left, 0, settling_ms)));
 }
 
 /// A watch follows a file, not its name: it may still be on an earlier file that another link or an open descriptor

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QElapsedTimer>
 #include <QFileSystemWatcher>
 #include <QObject>
 #include <QString>
@@ -13,7 +14,8 @@ namespace buttondriver {
 
 /// Reports each change of one file: also after an editor has replaced the file, after it was deleted and written again,
 /// when a symbolic link is turned to another file, and when the file, or its folder, appears only later. Changes in
-/// quick succession are reported once, when none has come for 50 ms. Needs the event loop of its thread.
+/// quick succession are reported once, when none has come for 50 ms, and no later than 250 ms after the first one.
+/// Needs the event loop of its thread.
 class ConfigurationWatcher : public QObject {
   Q_OBJECT
 
@@ -39,6 +41,7 @@ private:
 
   void followFile();
   void followFolder();
+  void settle();
   void watchAgain();
   void watchNearestFolder();
   Identity identity() const;
@@ -46,6 +49,7 @@ private:
   QString _file;
   QFileSystemWatcher _watcher;
   QTimer _settling;
+  QElapsedTimer _first_change; // of those that settle
   Identity _seen;
 };
 

@@ -5,8 +5,10 @@
 #include "support/test_root.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -116,6 +118,20 @@ TEST_F(ConfigurationWatcherTest, reports_changes_in_quick_succession_together) {
   }));
   // Once, but for a machine so busy that two of them are far apart.
   EXPECT_LT(changes, rewrites);
+}
+
+TEST_F(ConfigurationWatcherTest, reports_a_file_that_never_stops_changing) {
+  write_file(file, "one");
+  watch();
+  QTimer writer;
+  int written = 0;
+  QObject::connect(&writer, &QTimer::timeout, [&] { write_file(file, QByteArray::number(++written)); });
+  writer.start(2);
+  QElapsedTimer time;
+  time.start();
+  EXPECT_TRUE(process_events_until([&] { return changes == 1; }));
+  EXPECT_GE(time.elapsed(), 50);
+  EXPECT_TRUE(process_events_until([&] { return changes == 3; }));
 }
 
 TEST_F(ConfigurationWatcherTest, finds_a_file_that_is_deleted_and_written_again) {
