@@ -8,7 +8,7 @@ namespace buttondriver::panel {
 
 /// Whether an address takes no more than 32 bits. On a 32-bit machine each one does.
 inline bool has_low_address(const void *address) {
-  return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(address)) <= 0xFFFFFFFF;
+  return (std::uint64_t{reinterpret_cast<std::uintptr_t>(address)} >> 32) == 0;
 }
 
 /// Memory for words below 4 GiB, where 32 bits can address it. It is taken when it is first needed, and grows.

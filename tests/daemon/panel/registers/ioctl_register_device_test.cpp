@@ -112,10 +112,12 @@ TEST_F(IoctlRegisterDeviceTest, gives_the_driver_an_address_of_the_words_that_ha
     std::vector<std::uint16_t> words(count);
     for (std::size_t i = 0; i < count; ++i)
       words[i] = static_cast<std::uint16_t>(i * 7 + count);
+    const std::vector<std::uint16_t> before = words;
     std::vector<std::uint16_t> seen;
     driver.act = [&](char *bytes) { seen.assign(Driver::wordsOf(bytes), Driver::wordsOf(bytes) + count); };
     EXPECT_EQ(fpga_reg_write(9, 0x0A03, words.data(), static_cast<std::uint32_t>(count)), 0);
-    EXPECT_EQ(seen, words) << count;
+    EXPECT_EQ(seen, before) << count;
+    EXPECT_EQ(words, before) << count;
   }
 }
 

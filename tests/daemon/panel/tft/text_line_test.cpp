@@ -170,6 +170,16 @@ TEST_F(TextLineTest, fails_for_an_empty_glyph_at_the_end_of_a_full_line_and_not_
   EXPECT_EQ(picture_of(sentPixels(), 128), times(16, letter_a));
 }
 
+TEST_F(TextLineTest, drops_a_glyph_too_wide_for_what_is_left_whatever_its_form) {
+  int result = 0;
+  EXPECT_EQ(output_of([&] { result = tft_text_line(0, 0, std::string(12, 'A') + "#", red, green); }), "");
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(picture_of(sentPixels(), 128), beside({times(12, letter_a), bare(32)}));
+  EXPECT_EQ(output_of([&] { result = tft_text_line(0, 0, std::string(11, 'A') + "#", red, green); }),
+            "Error generating line bitmap using FreeType.\n");
+  EXPECT_EQ(result, -1);
+}
+
 TEST_F(TextLineTest, fails_without_a_text) {
   const char *const missing = nullptr;
   for (const bool by_pointer : {false, true}) {
