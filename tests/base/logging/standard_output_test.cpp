@@ -55,12 +55,13 @@ TEST(StandardOutputTest, keeps_its_place_among_what_the_program_writes_with_stdi
             "the program's first, its second, ours, its third, ours\nits last\n");
 }
 
-TEST(StandardOutputTest, takes_texts_of_any_length) {
+TEST(StandardOutputTest, takes_texts_of_any_length_and_returns_their_lengths) {
   test::CapturedOutput output;
   for (const std::size_t length : {0U, 511U, 512U, 513U, 100'000U}) {
     const std::string text(length, 'x');
-    print("%s.", text.c_str());
+    const int printed = print("%s.", text.c_str());
     EXPECT_EQ(output.take(), text + ".");
+    EXPECT_EQ(printed, static_cast<int>(length + 1));
   }
   print_text("100 %s\n");
   EXPECT_EQ(output.take(), "100 %s\n");
