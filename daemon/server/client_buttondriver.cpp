@@ -162,7 +162,7 @@ void ClientButtondriver::endLargeFrame() {
 }
 
 void ClientButtondriver::answersRead() {
-  if (_state == State::reading && _socket->bytesAvailable() > 0 && _socket->bytesToWrite() <= limits::unread_answers)
+  if (_socket->bytesAvailable() > 0 && _socket->bytesToWrite() <= limits::unread_answers)
     emit wantsTurn();
 }
 

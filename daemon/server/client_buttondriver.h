@@ -57,8 +57,6 @@ public:
   qintptr descriptor() const { return _descriptor; }
   /// Whether the socket is open.
   bool connected() const { return _state == State::reading || _state == State::blocked; }
-  /// Whether a turn is of any use.
-  bool hasWork() const { return _state != State::gone; }
   /// What is added to this connection's private image ids; 0 when it was made with a null socket.
   qint32 clientId() const { return _client_id; }
 

@@ -13,10 +13,7 @@
 namespace buttondriver {
 
 Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
-    : _address(address), _port(port), _setter(setter), _turns([](ClientButtondriver *client) {
-        if (client->hasWork())
-          client->takeTurn();
-      }) {
+    : _address(address), _port(port), _setter(setter), _turns([](ClientButtondriver *client) { client->takeTurn(); }) {
   connect(&_server, &QTcpServer::newConnection, this, &Connector::newClient);
   connect(&_server, &QTcpServer::acceptError, this, &Connector::pauseAcceptingBriefly);
   _accept_timer.setInterval(limits::accept_retry_ms);

@@ -60,9 +60,8 @@ protected:
   int times_closed = 0;
 };
 
-TEST_F(ClientButtondriverTest, that_reads_is_connected_and_has_work) {
+TEST_F(ClientButtondriverTest, that_reads_is_connected) {
   EXPECT_TRUE(client->connected());
-  EXPECT_TRUE(client->hasWork());
   EXPECT_GE(client->descriptor(), 0);
 }
 
@@ -70,7 +69,6 @@ TEST_F(ClientButtondriverTest, with_nothing_left_is_gone_when_its_peer_leaves) {
   peer.disconnectFromHost();
   ASSERT_TRUE(process_events_until([&] { return times_closed > 0; }));
   EXPECT_FALSE(client->connected());
-  EXPECT_FALSE(client->hasWork());
   EXPECT_THAT(log.take(),
               ElementsAre("debug: buttondriver: client disconnected " + std::to_string(client->descriptor()) + " "));
 }
@@ -79,20 +77,17 @@ TEST_F(ClientButtondriverTest, that_is_blocked_stays_connected_until_its_peer_le
   peer.write(frame("before") + QByteArray::fromHex("01000001") + "after");
   ASSERT_TRUE(process_events_until([&] { return setter.delivered == 1; }));
   EXPECT_TRUE(client->connected());
-  EXPECT_TRUE(client->hasWork());
   EXPECT_THAT(log.take(), Contains(HasSubstr("frame too large")));
   peer.write(frame("after"));
   peer.disconnectFromHost();
   ASSERT_TRUE(process_events_until([&] { return times_closed > 0; }));
   EXPECT_EQ(setter.delivered, 1U);
   EXPECT_FALSE(client->connected());
-  EXPECT_FALSE(client->hasWork());
 }
 
 TEST_F(ClientButtondriverTest, drains_a_turn_at_a_time_and_is_gone_after_the_last_one) {
   drainNow();
   while (times_closed == 0) {
-    EXPECT_TRUE(client->hasWork());
     const std::size_t before = setter.delivered;
     turns_wanted = 0;
     client->takeTurn();
@@ -101,7 +96,6 @@ TEST_F(ClientButtondriverTest, drains_a_turn_at_a_time_and_is_gone_after_the_las
     EXPECT_EQ(turns_wanted, setter.delivered - before == limits::messages_per_turn ? 1 : 0);
   }
   EXPECT_EQ(setter.delivered, 200U);
-  EXPECT_FALSE(client->hasWork());
 }
 
 TEST_F(ClientButtondriverTest, does_not_drain_what_has_to_wait) {
@@ -110,7 +104,6 @@ TEST_F(ClientButtondriverTest, does_not_drain_what_has_to_wait) {
   const std::size_t before = setter.delivered;
   client->takeTurn();
   EXPECT_EQ(setter.delivered, before);
-  EXPECT_TRUE(client->hasWork());
   EXPECT_EQ(times_closed, 0);
   client->setDelivery(FrameChoice::all);
   client->takeTurn();
@@ -206,7 +199,6 @@ TEST(ClientWithoutSocketTest, stays_unconnected_and_logs_it) {
   LargeFrameBudget budget;
   ClientButtondriver client(nullptr, nullptr, &setter, &budget);
   EXPECT_FALSE(client.connected());
-  EXPECT_FALSE(client.hasWork());
   EXPECT_EQ(client.descriptor(), -1);
   ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientData"));
   ASSERT_TRUE(QMetaObject::invokeMethod(&client, "clientDisconnected"));

@@ -2,10 +2,17 @@
 // What clients can make the server hold.
 
 #include "daemon/server/server_fixture.h"
+#include "files/owned_descriptor.h"
 #include "server/limits.h"
 
+#include <QElapsedTimer>
+
+#include <arpa/inet.h>
 #include <gmock/gmock.h>
+#include <netinet/in.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <memory>
@@ -103,6 +110,27 @@ TEST_F(LimitsTest, a_client_that_does_not_read_its_answers_is_not_read_from) {
   }));
 }
 
+TEST_F(LimitsTest, a_client_whose_answers_wait_is_read_ahead_no_further_after_a_turn_with_nothing_to_deliver) {
+  setter.answer = QByteArray(100'000, 'a');
+  const auto client = connectClient();
+  client->setReadBufferSize(1);
+  const auto server_side = connector.clients().front()->findChild<QTcpSocket *>();
+  // So many that the system does not take all their answers, and all of them read.
+  int sent = 0;
+  while (server_side->bytesToWrite() <= limits::unread_answers) {
+    ++sent;
+    client->write(frame(ping));
+    ASSERT_TRUE(process_events_until([&] { return delivered() == static_cast<std::size_t>(sent); }));
+  }
+  ASSERT_EQ(server_side->bytesAvailable(), 0);
+  connector.resumeReading(); // gives everybody a turn
+  settle();
+  client->write(QByteArray(1024 * 1024, 'x'));
+  ASSERT_TRUE(process_events_until([&] { return server_side->bytesAvailable() > 0; }));
+  settle();
+  EXPECT_LE(server_side->bytesAvailable(), limits::read_ahead);
+}
+
 /// Whether the process may have so many descriptors open at once.
 bool may_open(rlim_t count) {
   rlimit limit{};
@@ -110,6 +138,51 @@ bool may_open(rlim_t count) {
     return false;
   limit.rlim_cur = std::max(limit.rlim_cur, count);
   return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
+/// While it lives, the system gives this process no further descriptor.
+class NoMoreDescriptors {
+public:
+  NoMoreDescriptors() {
+    EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &_usual), 0);
+    const OwnedDescriptor next(::dup(STDIN_FILENO));
+    EXPECT_EQ(setMost(static_cast<rlim_t>(next.get())), 0);
+  }
+  ~NoMoreDescriptors() { setMost(_usual.rlim_cur); }
+  NoMoreDescriptors(const NoMoreDescriptors &) = delete;
+  NoMoreDescriptors &operator=(const NoMoreDescriptors &) = delete;
+
+private:
+  int setMost(rlim_t count) {
+    rlimit limit = _usual;
+    limit.rlim_cur = count;
+    return ::setrlimit(RLIMIT_NOFILE, &limit);
+  }
+
+  rlimit _usual{};
+};
+
+TEST_F(LimitsTest, a_client_that_the_system_refused_is_accepted_after_a_pause_that_nothing_shortens) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer looks at memory through descriptors of its own, and takes their lack for a fault";
+#endif
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(connector.port());
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const OwnedDescriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  QElapsedTimer since_refusal;
+  {
+    const NoMoreDescriptors none;
+    ASSERT_EQ(::connect(client.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    since_refusal.start();
+    test::process_ready_events();
+  }
+  EXPECT_TRUE(connector.clients().empty());
+  connector.resumeReading();
+  ASSERT_TRUE(process_events_until([&] { return connector.clients().size() == 1; }));
+  // A timer may come a little too early.
+  EXPECT_GE(since_refusal.elapsed(), limits::accept_retry_ms * 9 / 10);
 }
 
 TEST_F(LimitsTest, clients_beyond_the_limit_wait_until_others_end) {

@@ -75,6 +75,17 @@ TEST_F(WaitingTest, nobody_is_accepted_while_paused) {
   EXPECT_TRUE(process_events_until([&] { return delivered() == 1; }));
 }
 
+TEST_F(WaitingTest, a_server_that_does_not_listen_waits_and_goes_on_like_any_other) {
+  Connector before_listen(QString(), 0, &setter);
+  Connector after_failure(QString(), connector.port(), &setter);
+  ASSERT_FALSE(after_failure.listen());
+  for (Connector *deaf : {&before_listen, &after_failure}) {
+    deaf->pauseReading();
+    deaf->resumeReading();
+    EXPECT_EQ(deaf->port(), 0);
+  }
+}
+
 TEST_F(WaitingTest, a_client_that_is_held_gets_nothing_not_even_pings_and_others_get_everything) {
   const auto held = connectClient();
   const qint32 held_id = connector.clients().front()->clientId();
@@ -95,6 +106,19 @@ TEST_F(WaitingTest, a_client_that_is_held_gets_nothing_not_even_pings_and_others
   connector.releaseClient(held_id);
   EXPECT_TRUE(process_events_until([&] { return delivered() == 4; }));
   EXPECT_THAT(setter.messages(), ElementsAre("other", ping, "held", ping));
+}
+
+TEST_F(WaitingTest, to_hold_or_release_a_client_that_is_not_there_concerns_nobody) {
+  const auto client = connectClient();
+  const qint32 id = connector.clients().front()->clientId();
+  connector.holdClient(id + 1000);
+  client->write(frame("free"));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 1; }));
+  connector.holdClient(id);
+  connector.releaseClient(id + 1000);
+  client->write(frame("held"));
+  settle();
+  EXPECT_EQ(delivered(), 1U);
 }
 
 TEST_F(WaitingTest, a_client_that_is_released_while_all_wait_gets_its_pings) {
