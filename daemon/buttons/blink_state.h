@@ -24,7 +24,7 @@ public:
   std::optional<std::uint8_t> tick() {
     const std::int64_t on_ticks = ticks(_on_time);
     const std::int64_t period = on_ticks + ticks(_off_time);
-    if (_counter == new_period || _counter >= period)
+    if (_counter >= period)
       _counter = 0;
     const std::int32_t now = _counter++;
     if (now != 0 && now != on_ticks)
@@ -33,8 +33,6 @@ public:
   }
 
 private:
-  static constexpr std::int32_t new_period = -1;
-
   static constexpr std::int32_t ticks(std::int32_t time) {
     const std::int32_t whole = time / blink_tick_ms;
     return whole == 0 ? 1 : whole;

@@ -136,5 +136,13 @@ TEST(ButtonLevelsTest, what_is_no_regular_file_changes_nothing_and_does_not_wait
   }
 }
 
+TEST(ButtonLevelsTest, a_file_that_opens_and_cannot_be_read_changes_nothing_and_is_not_read_for_ever) {
+  // A regular file for the system, whose first byte is in no memory of the process.
+  const Reading reading = read(QStringLiteral("/proc/self/mem"));
+  EXPECT_EQ(reading.levels.scr, 100);
+  EXPECT_TRUE(reading.sent.empty());
+  EXPECT_EQ(reading.printed, "");
+}
+
 } // namespace
 } // namespace buttondriver

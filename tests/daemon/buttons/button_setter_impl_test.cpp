@@ -207,6 +207,20 @@ TEST_F(ButtonSetterImplTest, a_sub_text_line_is_logged_and_drawn) {
                            "_text_colour = 0xff0000, _back_colour = 0xff00.\n");
 }
 
+TEST_F(ButtonSetterImplTest, a_sub_text_longer_than_any_screen_is_logged_whole) {
+  // In the log each byte 1 becomes four characters.
+  for (const int size : {16 * 1024, 16 * 1024 + 1, 50'000}) {
+    test::CapturedOutput output;
+    const QByteArray text = "a" + QByteArray(size - 2, '\1') + "z";
+    const QByteArray count = QByteArray::number(size, 16).rightJustified(8, '0');
+    deliver({"00000012 00000000 00000000 00000000 00000001 00000000 00000000" + count + text.toHex()});
+    std::string logged = "buttondriver: _screen_id = 0, _line_id = 0,  _offset =0, _num_chars = 1, _text = 'a";
+    for (int i = 0; i < size - 2; ++i)
+      logged += "\\x01";
+    EXPECT_TRUE(output.take() == logged + "z', _text_colour = 0x0, _back_colour = 0x0.\n") << size;
+  }
+}
+
 TEST_F(ButtonSetterImplTest, a_clients_text_cannot_start_a_line_of_the_log) {
   test::CapturedOutput output;
   deliver({"00000012 00000000 00000000 00000000 00000001 00000000 00000000 00000008 410a5b1b5b320000"});

@@ -30,6 +30,13 @@ TEST_F(LEDStateTest, a_steady_value_goes_straight_to_the_button) {
   EXPECT_FALSE(dispatcher->isBlinking());
 }
 
+TEST_F(LEDStateTest, a_refresh_sends_nothing_and_leaves_the_light_as_it_is) {
+  dispatcher->setLEDState(5, 1, 0);
+  finishedTransfers();
+  buttons.at(5)->refresh();
+  EXPECT_THAT(finishedTransfers(), ElementsAre());
+}
+
 TEST_F(LEDStateTest, a_blink_of_1000_ms_changes_every_fifty_ticks) {
   dispatcher->setLEDState(3, -1, 1000);
   EXPECT_THAT(finishedTransfers(), ElementsAre());
@@ -47,6 +54,16 @@ TEST_F(LEDStateTest, a_negative_time_sends_the_second_value_at_every_tick) {
   dispatcher->setLEDState(3, -1, -500);
   ticks(3);
   EXPECT_THAT(finishedTransfers(), ElementsAre("w 0900 1 6300", "w 0900 1 6300", "w 0900 1 6300"));
+}
+
+TEST_F(LEDStateTest, tells_which_buttons_blink_and_with_which_time) {
+  EXPECT_TRUE(dispatcher->blinkTimes().empty());
+  dispatcher->setLEDState(3, -1, 200);
+  dispatcher->setLEDState(4, -1, -500);
+  dispatcher->setLEDState(5, 1, 100);
+  EXPECT_EQ(dispatcher->blinkTimes(), (std::map<qint32, qint32>{{3, 200}, {4, -500}}));
+  dispatcher->setLEDState(3, 0, 0);
+  EXPECT_EQ(dispatcher->blinkTimes(), (std::map<qint32, qint32>{{4, -500}}));
 }
 
 TEST_F(LEDStateTest, the_timer_starts_once_and_stops_with_the_last_blinking_button) {
