@@ -10,12 +10,6 @@ namespace buttondriver {
 
 Daemon::Daemon(const SystemPaths &paths) : _paths(paths), _fpga(paths) {}
 
-Daemon::~Daemon() {
-  // Nothing reads the map between here and its end.
-  for (const auto &[id, button] : _buttons)
-    delete button;
-}
-
 bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
   if (arguments.size() < 2) {
     critical_line() << "buttondriver:map file must be specified as first argument!!!";
@@ -24,11 +18,15 @@ bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
   const QString address = arguments.value(2);
   const quint16 port = arguments.size() > 3 ? arguments[3].toUShort(nullptr, 10) : DEFAULT_PORT;
 
-  ButtonFactory().createButtons(_buttons, &_fpga);
+  ButtonMap buttons;
+  ButtonFactory().createButtons(buttons, &_fpga);
+  for (const auto &[id, button] : buttons)
+    _buttons.emplace_back(button);
   _dispatcher.emplace(_paths);
-  _dispatcher->setButtons(_buttons);
+  _dispatcher->setButtons(buttons);
   _dispatcher->setFPGA(&_fpga);
-  _server.emplace(address, port, wrap ? wrap(&*_dispatcher) : &*_dispatcher);
+  ButtonSetter &setter = *_dispatcher;
+  _server.emplace(address, port, wrap ? wrap(&setter) : &setter);
   QObject::connect(&_fpga, &FPGA::backlogHigh, &*_server, &Connector::pauseReading);
   QObject::connect(&_fpga, &FPGA::backlogLow, &*_server, &Connector::resumeReading);
   const NullMessageLog &null_messages = _dispatcher->nullMessageLog();

@@ -9,7 +9,9 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace buttondriver {
 
@@ -21,7 +23,6 @@ class Daemon {
 public:
   /// Opens the hardware and queues a blackout of all screens. The arguments play no part in that.
   explicit Daemon(const SystemPaths &paths = {});
-  ~Daemon();
   Daemon(const Daemon &) = delete;
   Daemon &operator=(const Daemon &) = delete;
 
@@ -42,7 +43,7 @@ public:
 private:
   SystemPaths _paths;
   FPGA _fpga;
-  ButtonMap _buttons;
+  std::vector<std::unique_ptr<IButton>> _buttons;
   std::optional<ButtonSetterImpl> _dispatcher;
   std::optional<Connector> _server;
 };
