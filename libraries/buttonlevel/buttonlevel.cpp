@@ -21,10 +21,10 @@ QString default_level() { return QStringLiteral("100"); }
 
 bool open_text_file(QFile &file, const std::string &path, int flags, QIODevice::OpenMode mode) {
   OwnedDescriptor descriptor = open_regular_file(path.c_str(), flags);
-  if (!descriptor || !file.open(descriptor.get(), mode | QIODevice::Text, QFileDevice::AutoCloseHandle))
+  if (!descriptor)
     return false;
-  descriptor.release(); // the QFile closes it
-  return true;
+  // The QFile closes it. It fails only for a mode that neither reads nor writes.
+  return file.open(descriptor.release(), mode | QIODevice::Text, QFileDevice::AutoCloseHandle);
 }
 
 /// The lines of `content` without their ends; the last one needs no end, unless it was `cut` in two.
@@ -62,8 +62,8 @@ void take_line(QStringList &levels, const QString &line) {
 } // namespace
 
 const std::string &buttonlevel_path() {
-  static const std::string path = SystemPaths{}.button_level_file;
-  return path;
+  static const SystemPaths paths;
+  return paths.button_level_file;
 }
 
 void writeButtonlevelFile(const QStringList &levels, const std::string &path) {
@@ -78,9 +78,7 @@ void writeButtonlevelFile(const QStringList &levels, const std::string &path) {
   file.write(text.toLatin1());
 }
 
-void writeDefaultButtonlevelFile(const std::string &path) {
-  writeButtonlevelFile({default_level(), default_level()}, path);
-}
+void writeDefaultButtonlevelFile(const std::string &path) { writeButtonlevelFile({}, path); }
 
 bool readButtonlevelFile(QStringList &levels, const std::string &path) {
   if (::access(path.c_str(), F_OK) != 0)

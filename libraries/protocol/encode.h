@@ -19,14 +19,15 @@ inline QByteArray message_room(std::uint64_t size) {
 
 /// `head`, which is in host order, as a message in network order, and `count` counted things that are bytes after it,
 /// copied from `data`. Empty when there is no room for it. Any thread may call.
-template <class Record> QByteArray encoded(const Record &head, const void *data = nullptr, std::uint32_t count = 0) {
+template <class Record> QByteArray encoded(const Record &head, const void *data = nullptr, std::uint64_t count = 0) {
   constexpr std::uint32_t head_size = type_of<Record>.head_size;
-  QByteArray message = message_room(std::uint64_t{head_size} + count);
+  QByteArray message = message_room(head_size + count);
   if (message.isEmpty())
     return message;
-  swap_head(type_of<Record>, message.data(), &head);
+  char *const bytes = message.data();
+  swap_head(type_of<Record>, bytes, &head);
   if (count > 0)
-    std::memcpy(message.data() + head_size, data, count);
+    std::memcpy(bytes + head_size, data, static_cast<std::size_t>(count));
   return message;
 }
 

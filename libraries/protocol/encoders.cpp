@@ -4,6 +4,8 @@
 #include "logging/standard_output.h"
 #include "protocol/encode.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cstring>
 
@@ -51,9 +53,9 @@ QByteArray hton_BMS_TFTSubTextLine(std::int32_t screen_id, std::int32_t line_id,
                                    std::uint32_t back_colour) {
   const QByteArray latin1 = text.toLatin1();
   const std::uint32_t n = counted(latin1);
-  return encoded(
-      BMS_TFTSubTextLine{BMS_TFTSubTextLine::code, screen_id, line_id, offset, num_chars, text_colour, back_colour, n},
-      latin1.constData(), n);
+  const BMS_TFTSubTextLine head{
+      BMS_TFTSubTextLine::code, screen_id, line_id, offset, num_chars, text_colour, back_colour, n};
+  return encoded(head, latin1.constData(), n);
 }
 
 QByteArray hton_BMS_BlackoutScreen(std::int32_t screen_id) {
@@ -75,19 +77,12 @@ QByteArray hton_BMS_Reconfig() { return encoded(BMS_Reconfig{BMS_Reconfig::code,
 
 QByteArray hton_BMS_SetButtonImageList(std::uint32_t button_id, const QList<std::uint32_t> &image_ids,
                                        std::uint32_t parameter_a, std::uint32_t parameter_b) {
-  const auto n = static_cast<std::uint32_t>(image_ids.size());
+  std::vector<std::uint32_t> ids; // in network order
+  for (const std::uint32_t id : image_ids)
+    ids.push_back(qToBigEndian(id));
+  const auto n = static_cast<std::uint32_t>(ids.size());
   const BMS_SetButtonImageList head{BMS_SetButtonImageList::code, button_id, 0, parameter_b, parameter_a, n};
-  QByteArray message = message_room(message_size<BMS_SetButtonImageList>(n));
-  if (message.isEmpty())
-    return message;
-  std::memcpy(message.data(), &head, sizeof head);
-  char *place = message.data() + sizeof head;
-  for (const std::uint32_t id : image_ids) {
-    std::memcpy(place, &id, sizeof id);
-    place += sizeof id;
-  }
-  hton_BMS_SetButtonImageList(message.data(), message.constData());
-  return message;
+  return encoded(head, ids.data(), ids.size() * sizeof(std::uint32_t));
 }
 
 std::vector<QByteArray> hton_BMS_SetButtonAnimation(std::uint32_t button_id, const QList<QByteArray> &images,

@@ -30,9 +30,7 @@ EventTableEntry::EventTableEntry(const std::string &name, const std::string &des
 
 void EventTableEntry::keepForGood(std::unique_ptr<EventTableEntry> entry) {
   EventTableEntry *kept = entry.release();
-  kept->_next_kept = latest_kept.load();
-  while (!latest_kept.compare_exchange_weak(kept->_next_kept, kept)) {
-  }
+  kept->_next_kept = latest_kept.exchange(kept);
 }
 
 } // namespace stopwatch

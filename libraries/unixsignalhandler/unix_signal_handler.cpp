@@ -41,23 +41,20 @@ std::atomic<int> UnixSignalHandler::signalsFd[2] = {{-1}, {-1}};
 std::map<int, SignalCallback> UnixSignalHandler::signalHandlers;
 std::map<int, std::string> UnixSignalHandler::signalNames(std::begin(signal_name_table), std::end(signal_name_table));
 
-UnixSignalHandler::UnixSignalHandler(QObject *parent) : QObject(parent), _notifier(nullptr) {
+UnixSignalHandler::UnixSignalHandler(QObject *parent) : QObject(parent) {
   // Non-blocking: a full pair must not stop the thread that a signal interrupts, nor an empty one the event loop.
   int ends[2];
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends) != 0)
     qFatal("Couldn't create signalsFd socketpair");
   signalsFd[0] = ends[0];
   signalsFd[1] = ends[1];
-  _notifier = new QSocketNotifier(signalsFd[1], QSocketNotifier::Read, this);
+  _notifier = std::make_unique<QSocketNotifier>(signalsFd[1], QSocketNotifier::Read);
   // By name: the argument's type is not the same in Qt 5 and Qt 6.
-  connect(_notifier, SIGNAL(activated(int)), this, SLOT(callSignalHandlers()));
+  connect(_notifier.get(), SIGNAL(activated(int)), this, SLOT(callSignalHandlers()));
   signalHandlers.clear();
 }
 
-UnixSignalHandler::~UnixSignalHandler() {
-  delete _notifier;
-  signalHandlers.clear();
-}
+UnixSignalHandler::~UnixSignalHandler() { signalHandlers.clear(); }
 
 bool UnixSignalHandler::installSignalHandler(int sig, SignalCallback callback) {
   if (sig == SIGKILL || sig == SIGSTOP) {

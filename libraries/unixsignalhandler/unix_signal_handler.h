@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <map>
+#include <memory>
 #include <string>
 
 class QSocketNotifier;
@@ -52,7 +53,7 @@ public Q_SLOTS:
   void callSignalHandlers();
 
 private:
-  QSocketNotifier *_notifier;
+  std::unique_ptr<QSocketNotifier> _notifier;
 
   /// Write end and read end of the newest bridge; -1 before the first construction.
   static std::atomic<int> signalsFd[2];

@@ -41,7 +41,11 @@ protected:
   test::CapturedLog _log;
 };
 
-TEST_F(ButtonlevelFileTest, lies_under_etc) { EXPECT_EQ(buttonlevel_path(), "/etc/rv1000e/buttonlevel"); }
+TEST_F(ButtonlevelFileTest, lies_under_etc_whoever_asks) {
+  const std::string &path = buttonlevel_path();
+  EXPECT_EQ(path, "/etc/rv1000e/buttonlevel");
+  EXPECT_EQ(&buttonlevel_path(), &path);
+}
 
 struct WriteRow {
   QStringList levels;

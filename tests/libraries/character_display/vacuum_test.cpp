@@ -97,6 +97,14 @@ TEST(VacuumWriterTest, writes_nothing_for_no_text) {
   EXPECT_THAT(memory.stores(), IsEmpty());
 }
 
+TEST(VacuumWriterTest, as_a_thread_ends_at_once_and_writes_nothing) {
+  CharacterDisplayMemory memory;
+  VacuumWriter writer(memory.registerBase(), into(memory));
+  writer.start();
+  EXPECT_TRUE(writer.wait(20'000));
+  EXPECT_THAT(memory.stores(), IsEmpty());
+}
+
 using Emission = std::pair<int, std::string>;
 
 /// Collects what a Vacuum emits.

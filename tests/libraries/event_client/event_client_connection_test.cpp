@@ -266,5 +266,28 @@ TEST_F(EventClientConnectionTest, server_that_does_not_answer_fails_in_bounded_t
   EXPECT_EQ(to_hex(other.read(12)), golden("00000008 0000000a 00000000"));
 }
 
+TEST_F(EventClientConnectionTest, attempt_that_the_system_goes_on_with_is_given_up_whatever_the_system_calls_it) {
+  static int reported;
+  for (const int error : {EINPROGRESS, EALREADY, EINTR}) {
+    SCOPED_TRACE(error);
+    reported = error;
+    start_anew();
+    ScriptedPeer silent(Door::jammed);
+    ScriptedPeer other;
+    EventClientCalls calls = observed_calls();
+    calls.longest_wait_ms = 20;
+    calls.connect = [](int descriptor, const sockaddr *address, socklen_t size) {
+      const int result = ::connect(descriptor, address, size);
+      errno = reported;
+      return result;
+    };
+    replace_event_client_calls(calls);
+    EXPECT_EQ(btc_set_server(local_host, silent.port()), 0);
+    advance_ms(1000);
+    EXPECT_EQ(btc_set_server(local_host, other.port()), 1);
+    EXPECT_TRUE(other.has_caller());
+  }
+}
+
 } // namespace
 } // namespace buttondriver::test

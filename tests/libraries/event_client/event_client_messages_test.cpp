@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "event_client_fixture.h"
 
+#include "files/owned_descriptor.h"
+
 #include <future>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace buttondriver::test {
 namespace {
@@ -86,6 +91,65 @@ TEST_F(EventClientMessagesTest, long_text_arrives_whole_at_a_peer_that_takes_one
   auto received = std::async(std::launch::async, [&] { return peer.read(head.size() + text.size() + 1, 1); });
   EXPECT_EQ(btc_set_text(1, text.c_str(), 2), 1);
   EXPECT_TRUE(received.get() == head + text + '\0');
+}
+
+/// A text of 4 GiB, in some memory that is there again and again.
+class EndlessText {
+public:
+  EndlessText() {
+    const OwnedDescriptor memory(::memfd_create("text", MFD_CLOEXEC));
+    const std::string piece(piece_size, 'x');
+    EXPECT_EQ(::write(memory.get(), piece.data(), piece.size()), static_cast<ssize_t>(piece.size()));
+    // All zeros, of which one is left at the end.
+    void *const place = ::mmap(nullptr, size + piece_size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    EXPECT_NE(place, MAP_FAILED);
+    _text = static_cast<char *>(place);
+    for (std::size_t offset = 0; offset < size; offset += piece_size)
+      EXPECT_NE(::mmap(_text + offset, piece_size, PROT_READ, MAP_SHARED | MAP_FIXED, memory.get(), 0), MAP_FAILED);
+  }
+  ~EndlessText() { ::munmap(_text, size + piece_size); }
+  EndlessText(const EndlessText &) = delete;
+  EndlessText &operator=(const EndlessText &) = delete;
+
+  const char *text() const { return _text; }
+
+private:
+  static constexpr std::size_t piece_size = std::size_t{16} * 1024 * 1024;
+  static constexpr std::size_t size = 256 * piece_size;
+
+  char *_text;
+};
+
+TEST_F(EventClientMessagesTest, text_whose_length_has_no_room_in_a_frame_is_not_sent) {
+  if (sizeof(std::size_t) <= 4)
+    GTEST_SKIP() << "no text is that long here";
+  const EndlessText endless;
+  ScriptedPeer peer;
+  meet(peer);
+  EXPECT_EQ(btc_set_text(uncached_button, endless.text(), 0), 0);
+  EXPECT_EQ(btc_reconfig(), 1);
+  reset_event_client();
+  EXPECT_EQ(to_hex(peer.read_to_end()), golden("00000008 0000000a 00000000"));
+}
+
+TEST_F(EventClientMessagesTest, text_for_which_there_is_no_memory_is_not_sent) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "a sanitizer ends the process that gets no memory";
+#endif
+  const std::string text(std::size_t{64} * 1024 * 1024, 'x');
+  ScriptedPeer peer;
+  meet(peer);
+  rlimit usual{};
+  ASSERT_EQ(::getrlimit(RLIMIT_AS, &usual), 0);
+  rlimit none = usual;
+  none.rlim_cur = 0; // takes away nothing that the process has
+  ASSERT_EQ(::setrlimit(RLIMIT_AS, &none), 0);
+  const int result = btc_set_text(uncached_button, text.c_str(), 0);
+  ASSERT_EQ(::setrlimit(RLIMIT_AS, &usual), 0);
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(btc_reconfig(), 1);
+  reset_event_client();
+  EXPECT_EQ(to_hex(peer.read_to_end()), golden("00000008 0000000a 00000000"));
 }
 
 TEST_F(EventClientMessagesTest, messages_sent_before_a_late_accept_arrive) {

@@ -64,6 +64,12 @@ TEST(EncodersTest, draw_image_prints_before_and_after) {
   EXPECT_EQ(output.take(), "Before hton_BMS_DrawTFTImage... size = 3\nAfter hton_BMS_DrawTFTImage...");
 }
 
+TEST(EncodersTest, a_picture_that_no_byte_array_can_hold_is_no_message) {
+  const test::CapturedOutput output;
+  for (const std::uint32_t size : {0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+    EXPECT_TRUE(hton_BMS_DrawTFTImage(1, 0, 0, size, nullptr).isEmpty()) << size;
+}
+
 TEST(EncodersTest, image_list_crosses_its_parameters) {
   EXPECT_EQ(hex(hton_BMS_SetButtonImageList(3, {23, 24}, 0xA, 0xB)),
             golden("0000000d 00000003 00000000 0000000b 0000000a 00000002 00000017 00000018"));
