@@ -91,6 +91,9 @@ void Program::start(const QString &file, const QStringList &arguments, const QSt
 Program::~Program() {
   if (_process.state() == QProcess::NotRunning)
     return;
+  _process.terminate();
+  if (_process.waitForFinished(5'000))
+    return;
   _process.kill();
   _process.waitForFinished(limit_ms);
 }
