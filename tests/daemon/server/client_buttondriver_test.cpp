@@ -9,6 +9,8 @@
 
 #include <QMetaMethod>
 #include <QMetaObject>
+#include <QPointer>
+#include <QVariant>
 
 #include <gmock/gmock.h>
 
@@ -63,6 +65,16 @@ protected:
 TEST_F(ClientButtondriverTest, that_reads_is_connected) {
   EXPECT_TRUE(client->connected());
   EXPECT_GE(client->descriptor(), 0);
+}
+
+TEST_F(ClientButtondriverTest, has_the_system_look_after_a_peer_that_is_cut_off) {
+  EXPECT_EQ(client->findChild<QTcpSocket *>()->socketOption(QAbstractSocket::KeepAliveOption).toInt(), 1);
+}
+
+TEST_F(ClientButtondriverTest, gives_its_socket_up_when_its_peer_leaves) {
+  const QPointer<QTcpSocket> socket = client->findChild<QTcpSocket *>();
+  peer.disconnectFromHost();
+  EXPECT_TRUE(process_events_until([&] { return socket.isNull(); }));
 }
 
 TEST_F(ClientButtondriverTest, with_nothing_left_is_gone_when_its_peer_leaves) {
