@@ -16,8 +16,8 @@ public:
   /// type that does not exist it says so and leaves the map as it was.
   void createButtons(ButtonMap &buttons, FPGA *fpga) const;
 
-  /// Puts `button` into the map unless the id is taken; taken by another button, that is said and the first one stays.
-  /// Returns whether `button` is in the map.
+  /// Puts `button` into the map unless the id is taken; taken by another button, that is printed and the first one
+  /// stays. Returns whether `button` is in the map.
   static bool insertButton(ButtonMap &buttons, std::int32_t id, IButton *button);
 
 private:

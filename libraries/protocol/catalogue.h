@@ -122,7 +122,7 @@ struct MessageType {
 
 namespace catalogue_detail {
 
-/// A field in the making: a number of any value, until more is said of it.
+/// A field in the making: a number of any value, until more is known of it.
 struct NewField : Field {
   constexpr NewField(std::uint16_t offset_, std::uint16_t width_, FieldKind kind_, const char *name_,
                      const char *meaning_)

@@ -14,7 +14,7 @@ namespace buttondriver::simulator {
 ///
 ///     51234 w 0900 1 6500
 ///
-/// Each line is in the file when `record` returns; that it cannot be written is said once on standard error. Called by
+/// Each line is in the file when `record` returns; that it cannot be written is told once on standard error. Called by
 /// one thread at a time.
 class TransferRecorder {
 public:

@@ -29,7 +29,7 @@ public:
 
   /// Any path opens.
   int open(const char *path) override;
-  /// Returns 0, or -1 with errno EINVAL for a record that no device would accept; the first such record is said on
+  /// Returns 0, or -1 with errno EINVAL for a record that no device would accept; the first such record is told on
   /// standard output with its bytes.
   int transfer(int descriptor, unsigned long request, panel::TransferRecord &record, std::uint16_t *words) override;
 

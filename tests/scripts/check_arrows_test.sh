@@ -16,7 +16,7 @@ expect() {
   mkdir -p "$tree/base/bytes" "$tree/$(dirname "$2")"
   echo '#include <vector>' >"$tree/base/bytes/innocent.h"
   printf '#pragma once\n\n#include %s\n' "$3" >"$tree/$2"
-  said=$("$check_arrows" "$tree" 2>&1)
+  printed=$("$check_arrows" "$tree" 2>&1)
   status=$?
   if [ "$1" = nothing ]; then
     expected=
@@ -25,8 +25,8 @@ expect() {
     expected=$1
     expected_status=1
   fi
-  if [ "$said" != "$expected" ] || [ "$status" -ne "$expected_status" ]; then
-    echo "FAILED: $2 with #include $3: status $status, said '$said' instead of '$expected'"
+  if [ "$printed" != "$expected" ] || [ "$status" -ne "$expected_status" ]; then
+    echo "FAILED: $2 with #include $3: status $status, printed '$printed' instead of '$expected'"
     failures=$((failures + 1))
   fi
 }

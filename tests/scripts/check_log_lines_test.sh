@@ -44,7 +44,7 @@ expect '' 'std::snprintf(words, 1'"'"'000, "it begins with %d", 1);
 print_text(words); std::snprintf(words, 2, ", and ends: \"%s\"", text);' \
   '| `it begins with <number>` `<text>` `, and ends: \"<text>\"` | standard output |'
 expect '' 'const std::string gap = "\n" + lost + " texts\n";' '| `\n<number> texts\n` | standard error |'
-expect '' '// debug_line() << "only said";
+expect '' '// debug_line() << "only written";
 /* print("in a comment"); // and
    print("in it"); */
 #define TEXT print("nowhere")

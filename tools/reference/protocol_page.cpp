@@ -41,7 +41,7 @@ offset   0   1   2   3   4   5   6   7   8                      L + 4
   may be stands with the other [limits](#limits).
 - Offsets below count from the first byte of the message, which is its opcode.
 - Frames follow each other directly; TCP may cut the stream anywhere.
-- The one reply that a client ever gets is `BMS_PingReply`. Whatever is wrong with a message is said in the daemon's
+- The one reply that a client ever gets is `BMS_PingReply`. Whatever is wrong with a message is told in the daemon's
   log; the connection stays open.
 
 )";

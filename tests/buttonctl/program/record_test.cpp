@@ -248,7 +248,7 @@ TEST(RecordTest, bytes_that_are_no_whole_frame_are_passed_on_and_said) {
     send_frames(*client, row.stream);
     client->disconnectFromHost();
     ASSERT_TRUE(recorder.program().waitForError(row.says)) << recorder.program().standardError().toStdString();
-    // It is said before the bytes have gone all the way.
+    // It is told before the bytes have gone all the way.
     const QByteArray stream = QByteArray::fromStdString(from_hex(row.stream));
     EXPECT_TRUE(process_events_until([&] { return daemon.received().size() >= stream.size(); }));
     EXPECT_EQ(to_hex(daemon.received().toStdString()), to_hex(stream.toStdString()));

@@ -23,7 +23,7 @@ public:
   /// All paths asked for so far.
   const QList<QByteArray> &asked() const { return _asked; }
 
-  /// What `path` is answered with; 404 for paths of which nobody has said it.
+  /// What `path` is answered with; 404 for paths of which nobody has told it.
   void answer(const QByteArray &path, const QByteArray &body);
   /// `body` is called for each request.
   void answer(const QByteArray &path, std::function<QByteArray()> body) { _bodies[path] = std::move(body); }

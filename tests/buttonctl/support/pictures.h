@@ -24,7 +24,7 @@ inline QImage filled(int width, int height, QRgb colour) {
   return image;
 }
 
-/// 2 x 2 pixels, written by hand: blue, green over red, white. The creator fields and the two bytes behind the pixels
+/// 2 x 2 pixels, written by hand: blue, green over red, white. The creator fields and the two bytes after the pixels
 /// are such as no converter would write.
 inline QByteArray bmp_2x2() {
   return QByteArray::fromStdString(from_hex("424d 48000000 1122 3344 36000000 28000000 02000000 02000000 0100 1800"

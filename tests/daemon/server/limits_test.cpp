@@ -198,7 +198,7 @@ TEST_F(LimitsTest, clients_beyond_the_limit_wait_until_others_end) {
   }
   settle();
   EXPECT_EQ(connector.clients().size(), limits::connections);
-  // Of those that wait one has something to say, one gives up, and one has said something and gives up.
+  // Of those that wait one has something to send, one gives up, and one has sent something and gives up.
   sockets[limits::connections]->write(frame("patience"));
   sockets[limits::connections + 1]->abort();
   sockets[limits::connections + 2]->write(frame("patience"));

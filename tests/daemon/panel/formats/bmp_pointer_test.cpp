@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"bottom-up", grey(3, 2), 75, 54 + 12 + 9},
         Row{"top-down", changed(grey(3, 2), [](BmpFile &file) { file.height = -2; }), 75, 54 + 12 + 9},
         Row{"more than claimed", grey(4, 1), 66, 54 + 12},
-        Row{"pixels further behind", changed(grey(1, 1), [](BmpFile &file) { file.pixel_offset = 1000; }), 57, 1003},
+        Row{"pixels further on", changed(grey(1, 1), [](BmpFile &file) { file.pixel_offset = 1000; }), 57, 1003},
         Row{"pixels within the header", changed(grey(1, 1), [](BmpFile &file) { file.pixel_offset = 0; }), 54, 54},
         Row{"pixels before the file", changed(grey(1, 1), [](BmpFile &file) { file.pixel_offset = 0xFFFFFF00; }), 54,
             54},
