@@ -4,6 +4,8 @@
 #include "support/captured_log.h"
 #include "support/event_loop.h"
 
+#include <QEventLoop>
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -138,7 +140,7 @@ TEST_F(NullMessageLogTest, what_waits_at_its_end_is_written_then) {
 }
 
 TEST_F(NullMessageLogTest, tells_when_it_is_full_and_when_it_is_low_again) {
-  const QByteArray message = message_of(NullMessageLog::full_mark - NullMessageLog::cost_of_a_message);
+  const QByteArray message = message_of(4 * 1024 * 1024 - 64); // 4 MiB, as a message counts for 64 bytes more
   log->write(message, 1000);
   EXPECT_EQ(signals_so_far, "wait 1000 ");
   log->write(message_of(1), 2000);
@@ -175,6 +177,16 @@ TEST_F(NullMessageLogTest, a_message_without_bytes_never_waits) {
   log->write({}, 2000);
   EXPECT_EQ(signals_so_far, "wait 1000 ");
   log->finish(1000);
+  output.take();
+}
+
+TEST_F(NullMessageLogTest, leaves_the_event_loop_idle_once_all_is_written) {
+  log->write(message_of(3 * NullMessageLog::at_once), 1000);
+  QEventLoop loop;
+  int rounds = 0;
+  while (loop.processEvents() && rounds < 1000)
+    ++rounds;
+  EXPECT_LT(rounds, 1000);
   output.take();
 }
 
