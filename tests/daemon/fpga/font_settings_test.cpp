@@ -58,6 +58,13 @@ TEST_F(FontSettingsTest, start_without_a_configuration_watches_no_file_and_loads
   EXPECT_THAT(log.take(), ElementsAre(change(), "debug: Files being watched:  () "));
 }
 
+TEST_F(FontSettingsTest, start_with_a_configuration_without_a_font_loads_nothing) {
+  root.writeLauncherConfiguration("[other]\nkey=value\n");
+  test::CapturedLog log;
+  fpga.emplace(root.paths());
+  EXPECT_THAT(log.take(), ElementsAre(change(), "debug: Files being watched:  (\"" + configuration() + "\") "));
+}
+
 TEST_F(FontSettingsTest, the_same_size_again_loads_nothing) {
   root.writeFontSize(8, 16);
   startFacade();

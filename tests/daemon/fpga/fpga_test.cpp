@@ -142,6 +142,30 @@ TEST_F(FPGATest, destruction_waits_for_the_running_task_and_deletes_the_others_w
   opener.join();
 }
 
+TEST_F(FPGATest, what_the_timer_queues_makes_nobody_pause_and_what_clients_queue_after_it_does) {
+  QueueMarks marks;
+  marks.high_tasks = 3;
+  fpga.emplace(root.paths(), marks);
+  finishedTransfers();
+  int pauses = 0;
+  QObject::connect(&*fpga, &FPGA::backlogHigh, [&] { ++pauses; });
+  GatedTask::Gate gate;
+  fpga->queueForTimer([&] {
+    for (int i = 0; i < 10; ++i)
+      fpga->queue(std::make_unique<GatedTask>(&gate));
+  });
+  EXPECT_EQ(pauses, 0);
+  for (int i = 0; i < 4; ++i)
+    fpga->queue(std::make_unique<GatedTask>(&gate));
+  EXPECT_EQ(pauses, 1);
+  {
+    const std::lock_guard lock(gate.mutex);
+    gate.open = true;
+    gate.changed.notify_all();
+  }
+  settle();
+}
+
 /// Runs a function when executed.
 class FunctionTask : public FPGATask {
 public:

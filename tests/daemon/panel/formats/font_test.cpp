@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "panel/formats/font.h"
+#include "panel/formats/font_file.h"
 
 #include "daemon/panel/tft/text_test.h"
 #include "panel/panel_lib.h"
 #include "support/temporary_folder.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 #include <zlib.h>
 
@@ -50,7 +53,9 @@ TEST_F(FontTest, missing_letter_a_gives_the_cells_of_the_default_character) {
 
 TEST_F(FontTest, no_glyph_for_a_gives_no_cells) {
   EXPECT_EQ(load_result(BUTTONDRIVER_TEST_FONTS "/unencoded.pcf.gz"), quiet(0));
-  EXPECT_EQ(cell_size(), Size(-1, -1));
+  Size size(7, 7);
+  EXPECT_EQ(glyph_cell_size(&size.first, &size.second), -1);
+  EXPECT_EQ(size, Size(7, 7));
 }
 
 TEST_F(FontTest, cell_size_wants_both_places) {
@@ -144,6 +149,37 @@ TEST_F(FontTest, is_gone_when_the_layer_has_ended) {
   panel_lib_init();
   EXPECT_TRUE(freetype_ready());
   EXPECT_EQ(cell_size(), Size(-1, -1));
+}
+
+class FontFileTest : public testing::Test {
+protected:
+  const test::TemporaryFolder folder;
+  const std::string path = folder.path("font");
+
+  void write(const std::string &bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
+};
+
+TEST_F(FontFileTest, of_4_MiB_is_read_and_of_one_byte_more_is_not) {
+  FontFile file;
+  write(std::string(4 * 1024 * 1024, 'x'));
+  EXPECT_EQ(read_font_file(path.c_str(), file), FT_Err_Ok);
+  EXPECT_EQ(file.content.size(), 4U * 1024 * 1024);
+  write(std::string(4 * 1024 * 1024 + 1, 'x'));
+  EXPECT_EQ(read_font_file(path.c_str(), file), FT_Err_Cannot_Open_Resource);
+}
+
+TEST_F(FontFileTest, packed_by_gzip_is_unpacked_byte_by_byte_however_long_it_is) {
+  std::string bytes;
+  for (unsigned i = 0; i < 300'000; ++i)
+    bytes += static_cast<char>(i * i >> 7 & 0xFF);
+  gzFile packed = gzopen(path.c_str(), "wb");
+  gzwrite(packed, bytes.data(), static_cast<unsigned>(bytes.size()));
+  gzclose(packed);
+  FontFile file;
+  ASSERT_EQ(read_font_file(path.c_str(), file), FT_Err_Ok);
+  EXPECT_TRUE(
+      std::equal(bytes.begin(), bytes.end(), file.unpacked.begin(), file.unpacked.end(),
+                 [](char expected, unsigned char byte) { return static_cast<unsigned char>(expected) == byte; }));
 }
 
 } // namespace
