@@ -54,7 +54,7 @@ TABLE
 git add .
 expect 0 "arithmetic" --list
 expect 0 "2 edits, 0 do not fit" --check
-expect 0 "2 edits, 1 noticed, 1 explained, 0 unnoticed, 0 that do not fit"
+expect 0 "2 edits, 1 noticed (0 of them by the compiler), 1 explained, 0 unnoticed, 0 that do not fit"
 expect 2 "there is no room other" other
 
 sed -i '/^? /d' tests/mutations/arithmetic.txt
