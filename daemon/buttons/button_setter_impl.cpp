@@ -22,17 +22,17 @@ namespace buttondriver {
 namespace {
 
 /// Whether these are the messages that the daemon handles, in the order of their rows.
-template <class Handler, std::size_t count>
-constexpr bool are_what_the_catalogue_says(const Handler (&handlers)[count]) {
+template <class Handler, std::size_t Count>
+constexpr bool are_what_the_catalogue_says(const Handler (&handlers)[Count]) {
   std::size_t next = 0;
   for (const MessageType &type : catalogue) {
     if (type.handling != Handling::server_handles)
       continue;
-    if (next == count || handlers[next].opcode != type.opcode)
+    if (next == Count || handlers[next].opcode != type.opcode)
       return false;
     ++next;
   }
-  return next == count;
+  return next == Count;
 }
 
 /// A text that no screen can show goes out in pieces: millions of characters at once take several times their memory.

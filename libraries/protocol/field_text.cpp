@@ -18,7 +18,7 @@ std::string number_text(const Field &field, std::int64_t number) {
 }
 
 std::string values_text(const Field &field, std::int64_t first, std::int64_t last) {
-  const std::string from = number_text(field, first);
+  std::string from = number_text(field, first);
   if (first == last)
     return from;
   if (last == first + 1)

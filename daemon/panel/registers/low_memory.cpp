@@ -24,11 +24,13 @@ void *map_low(std::size_t bytes) {
   if (void *const memory = map_low(nullptr, bytes, MAP_32BIT))
     return memory;
 #endif
-  // The kernel follows a wish where the place is free.
+  // The kernel follows a wish where the place is free. It is a place and no object yet.
+  // NOLINTBEGIN(performance-no-int-to-ptr)
   constexpr std::uint64_t step = std::uint64_t{1} << 28;
   for (std::uint64_t place = step; place < 16 * step; place += step)
     if (void *const memory = map_low(reinterpret_cast<void *>(static_cast<std::uintptr_t>(place)), bytes, 0))
       return memory;
+  // NOLINTEND(performance-no-int-to-ptr)
   return nullptr;
 }
 
