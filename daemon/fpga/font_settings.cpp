@@ -34,8 +34,9 @@ std::optional<FontSettings> read_font_settings(const QString &path) {
     return std::nullopt;
   // QSettings remembers what it has read under a name, and reads again only for another size or time. A copy under a
   // name of its own is always read.
+  const QByteArray content = file.read(most_bytes);
   QTemporaryFile copy;
-  const bool is_copied = copy.open() && copy.write(file.read(most_bytes)) >= 0 && copy.flush();
+  const bool is_copied = copy.open() && copy.write(content) == content.size() && copy.flush();
   QSettings settings(is_copied ? copy.fileName() : path, QSettings::IniFormat);
   if (settings.status() != QSettings::NoError)
     return std::nullopt;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fpga/configuration_watcher.h"
 
+#include "refused_watches.h"
 #include "support/event_loop.h"
 #include "support/test_root.h"
 
@@ -13,7 +14,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <fcntl.h>
 #include <optional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -156,6 +159,68 @@ TEST_F(ConfigurationWatcherTest, finds_a_file_whose_folder_was_deleted_in_betwee
   watch();
   EXPECT_TRUE(tells([&] { QDir(folder.path() + QStringLiteral("/deep")).removeRecursively(); }));
   EXPECT_TRUE(tells([&] { write_file(file, "two"); }));
+}
+
+TEST_F(ConfigurationWatcherTest, follows_a_file_whose_folder_cannot_be_watched) {
+  write_file(file, "one");
+  const test::RefusedWatches refused([this](const std::string &path) { return path != file.toStdString(); });
+  watch();
+  EXPECT_EQ(watcher->files(), QStringList(file));
+  EXPECT_TRUE(tells([&] { write_file(file, "two"); }));
+}
+
+TEST_F(ConfigurationWatcherTest, compares_a_file_that_cannot_be_watched_whenever_its_folder_changes) {
+  const std::string name = file.toStdString();
+  const auto set_modified = [&](timespec modified) {
+    const timespec times[] = {modified, modified};
+    ASSERT_EQ(::utimensat(AT_FDCWD, name.c_str(), times, 0), 0);
+  };
+  // In a step, these are all that differs.
+  struct Step {
+    const char *name;
+    QByteArray content;
+    timespec modified;
+  };
+  const Step steps[] = {
+      {"seconds", "one", {1001, 500}}, {"nanoseconds", "one", {1001, 501}}, {"size", "three", {1001, 501}}};
+  write_file(file, "one");
+  set_modified({1000, 500});
+  const test::RefusedWatches refused([name](const std::string &path) { return path == name; });
+  watch();
+  EXPECT_TRUE(watcher->files().isEmpty());
+  const auto touch_folder = [&] {
+    const QString other = folder.path() + QStringLiteral("/deep/er/other");
+    write_file(other, "");
+    QFile::remove(other);
+  };
+  for (const Step &step : steps) {
+    EXPECT_TRUE(tells([&] {
+      write_file(file, step.content);
+      set_modified(step.modified);
+      touch_folder();
+    })) << step.name;
+  }
+  touch_folder();
+  process_ready_events();
+  // What would be told of this comes before this timer.
+  bool is_time_over = false;
+  QTimer::singleShot(100, [&is_time_over] { is_time_over = true; });
+  EXPECT_TRUE(process_events_until([&is_time_over] { return is_time_over; }));
+  EXPECT_EQ(changes, 3);
+}
+
+TEST_F(ConfigurationWatcherTest, follows_a_symbolic_link_that_is_turned_to_another_file_system) {
+  const QString first = folder.path() + QStringLiteral("/deep/er/first");
+  write_file(first, "one");
+  ASSERT_TRUE(QFile::link(first, file));
+  watch();
+  const auto turn_to = [&](const QString &target) {
+    ASSERT_TRUE(QFile::link(target, file + QStringLiteral(".new")));
+    ASSERT_EQ(std::rename(qPrintable(file + QStringLiteral(".new")), qPrintable(file)), 0);
+  };
+  EXPECT_TRUE(tells([&] { turn_to(QStringLiteral("/proc/self/status")); }));
+  EXPECT_TRUE(tells([&] { turn_to(first); }));
+  EXPECT_TRUE(tells([&] { write_file(first, "one again"); }));
 }
 
 } // namespace

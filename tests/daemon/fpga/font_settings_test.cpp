@@ -11,7 +11,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace buttondriver {
@@ -133,6 +135,64 @@ TEST_F(FontSettingsTest, a_configuration_that_never_ends_changes_nothing) {
   startFacade();
   ASSERT_EQ(::mkfifo(configuration().c_str(), 0600), 0);
   EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+TEST_F(FontSettingsTest, a_configuration_with_a_broken_group_changes_nothing) {
+  startFacade();
+  root.writeLauncherConfiguration("[font]\nwidth=8\nheight=16\n[other\ncolour=blue\n");
+  EXPECT_THAT(check(), ElementsAre(change(), inaccessible()));
+}
+
+/// The folder for temporary files is another one while this lives.
+class TemporaryFiles {
+public:
+  explicit TemporaryFiles(const QString &folder) : _before(qgetenv("TMPDIR")) {
+    qputenv("TMPDIR", QFile::encodeName(folder));
+  }
+  ~TemporaryFiles() { _before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", _before); }
+  TemporaryFiles(const TemporaryFiles &) = delete;
+  TemporaryFiles &operator=(const TemporaryFiles &) = delete;
+
+private:
+  const QByteArray _before;
+};
+
+/// No file can get longer than this while this lives.
+class LongestFile {
+public:
+  explicit LongestFile(rlim_t bytes) : _signal_before(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &_before);
+    const rlimit limit = {bytes, _before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~LongestFile() {
+    ::setrlimit(RLIMIT_FSIZE, &_before);
+    std::signal(SIGXFSZ, _signal_before);
+  }
+  LongestFile(const LongestFile &) = delete;
+  LongestFile &operator=(const LongestFile &) = delete;
+
+private:
+  rlimit _before{};
+  void (*_signal_before)(int);
+};
+
+TEST_F(FontSettingsTest, a_configuration_is_read_itself_where_no_copy_can_be_made) {
+  startFacade();
+  root.writeFontSize(8, 16);
+  {
+    const TemporaryFiles unusable(QStringLiteral("/proc"));
+    EXPECT_THAT(check(), ElementsAre(change(), loading("8x16"), loaded("8x16")));
+  }
+  // A short copy fails when it is flushed, a long one when it is written.
+  for (const int length : {100, 60000}) {
+    const std::string size = length == 100 ? "8x13" : "12x24";
+    QByteArray text =
+        length == 100 ? "[font]\nwidth=8\nheight=13\n[other]\nname=" : "[font]\nwidth=12\nheight=24\n[other]\nname=";
+    root.writeLauncherConfiguration(text + QByteArray(length - text.size(), 'x'));
+    const LongestFile longest(10);
+    EXPECT_THAT(check(), ElementsAre(change(), loading(size), loaded(size))) << length;
+  }
 }
 
 TEST_F(FontSettingsTest, reads_another_file_of_the_same_length_and_time) {

@@ -5,6 +5,7 @@
 #include "sleeping_thread.h"
 #include "support/captured_log.h"
 #include "support/device/facade_fixture.h"
+#include "support/event_loop.h"
 
 #include <gmock/gmock.h>
 
@@ -115,6 +116,37 @@ private:
   Gate *_gate;
 };
 
+TEST_F(FPGATest, backlog_is_low_only_if_it_still_is_when_the_main_thread_hears_of_it) {
+  fpga.emplace(root.paths(), QueueMarks{2, 1, 1000, 1000});
+  finishedTransfers();
+  std::vector<std::string> emitted;
+  QObject::connect(&*fpga, &FPGA::backlogHigh, [&] { emitted.emplace_back("high"); });
+  QObject::connect(&*fpga, &FPGA::backlogLow, [&] { emitted.emplace_back("low"); });
+  const auto queue_four = [this](GatedTask::Gate &gate) {
+    for (int i = 0; i < 4; ++i)
+      fpga->queue(std::make_unique<GatedTask>(&gate));
+  };
+  const auto open = [](GatedTask::Gate &gate) {
+    const std::lock_guard lock(gate.mutex);
+    gate.open = true;
+    gate.changed.notify_all();
+  };
+  GatedTask::Gate first;
+  GatedTask::Gate second;
+  queue_four(first);
+  open(first);
+  settle();
+  queue_four(second);
+  EXPECT_THAT(emitted, ElementsAre("high", "high"));
+  test::process_ready_events();
+  EXPECT_THAT(emitted, ElementsAre("high", "high"));
+  open(second);
+  EXPECT_TRUE(test::process_events_until([&] { return emitted.size() > 2; }));
+  settle();
+  test::process_ready_events();
+  EXPECT_THAT(emitted, ElementsAre("high", "high", "low"));
+}
+
 TEST_F(FPGATest, destruction_waits_for_the_running_task_and_deletes_the_others_without_running_them) {
   startFacade();
   GatedTask::Gate gate;
@@ -206,6 +238,16 @@ TEST_F(FPGATest, the_font_is_not_changed_while_a_task_runs) {
   is_changed = true;
   settle();
   EXPECT_THAT(sizes, ElementsAre(Size(8, 16), Size(12, 24)));
+}
+
+TEST_F(FPGATest, text_is_black_on_white_or_white_on_black) {
+  root.writeFontSize(8, 16);
+  startFacade();
+  for (const bool is_white_on_black : {false, true}) {
+    fpga->textLine(0, 0, "", is_white_on_black);
+    EXPECT_THAT(finishedTransfers(),
+                testing::Contains(is_white_on_black ? "w 0a03 2048 0000 * 2048" : "w 0a03 2048 ffff * 2048"));
+  }
 }
 
 TEST_F(FPGATest, a_text_after_a_blackout_is_on_the_black_screen) {

@@ -98,6 +98,16 @@ TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_dow
   }
 }
 
+TEST(TaskQueueTest, comes_down_quietly_where_nobody_wants_to_know) {
+  TaskQueue queue({2, 1, 100, 50});
+  for (int i = 0; i < 3; ++i)
+    queue.append(std::make_unique<HeavyTask>(0));
+  EXPECT_TRUE(queue.isHigh());
+  queue.removeFront();
+  queue.removeFront();
+  EXPECT_FALSE(queue.isHigh());
+}
+
 TEST(TaskQueueTest, what_the_timer_appends_makes_it_full_and_not_high) {
   QueueMarks marks;
   marks.high_tasks = 4;
