@@ -28,10 +28,11 @@ public:
   /// Larger blocks count as an allocation that failed.
   static constexpr std::int64_t most_pixels = std::int64_t{1} << 26;
 
+  /// `height` is not negative.
   TextBlock(std::int64_t width, std::int64_t height) : _width(width), _height(height) {}
 
   bool allocate(std::uint16_t background) {
-    if (_width < 0 || _height < 0 || (_height > 0 && _width > most_pixels / _height))
+    if (_width < 0 || (_height > 0 && _width > most_pixels / _height))
       return false;
     // A transfer's count is the low 16 bits of the number of pixels; those after that many are never sent.
     _sent_count = static_cast<std::uint32_t>(_width * _height) & 0xFFFF;
@@ -46,8 +47,9 @@ public:
   std::int64_t drawableWidth() const { return std::min<std::int64_t>(_width, dimensions::screen_width); }
   std::int64_t drawableHeight() const { return std::min<std::int64_t>(_height, dimensions::screen_height); }
 
+  /// `row` is less than drawableHeight().
   void set(std::int64_t row, std::int64_t column, std::uint16_t pixel) {
-    if (row < 0 || column < 0 || row >= drawableHeight() || column >= drawableWidth())
+    if (row < 0 || column < 0 || column >= drawableWidth())
       return;
     const std::int64_t index = row * _width + column;
     if (index < _sent_count)

@@ -71,6 +71,11 @@ BmpFile changed(BmpFile file, void (*change)(BmpFile &)) {
   return file;
 }
 
+void no_rows(BmpFile &file) {
+  file.height = 0;
+  file.pixel_offset = 0x7FFFFFFF;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Rows, ClaimedBytesTest,
     testing::Values(
@@ -82,6 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"pixels before the file", changed(grey(1, 1), [](BmpFile &file) { file.pixel_offset = 0xFFFFFF00; }), 54,
             54},
         Row{"no pixels", changed(grey(0, 5), [](BmpFile &file) { file.pixel_offset = 0x7FFFFFFF; }), 54, 54},
+        Row{"no rows", changed(grey(5, 1), no_rows), 54, 54},
         Row{"wrong signature", changed(grey(1, 1), [](BmpFile &file) { file.signature = "AA"; }), 2, 2},
         Row{"wrong header size", changed(grey(1, 1), [](BmpFile &file) { file.header_size = 12; }), 18, 18},
         Row{"wrong planes", changed(grey(1, 1), [](BmpFile &file) { file.planes = 2; }), 28, 28},

@@ -2,6 +2,7 @@
 #include "panel/formats/bmp.h"
 
 #include "bmp_file.h"
+#include "daemon/panel/library_calls.h"
 #include "daemon/panel/panel_test.h"
 #include "support/hex.h"
 
@@ -171,6 +172,14 @@ TEST(BmpTest, picture_of_67108864_pixels_is_decoded) {
   EXPECT_EQ(decoded.width, 8192);
   EXPECT_EQ(decoded.height, 8192);
   EXPECT_THAT(decoded.pixels, ElementsAreArray(std::vector<int>(16, 0)));
+}
+
+TEST(BmpTest, picture_for_which_there_is_no_memory_is_refused) {
+  const library_calls::Restore restore;
+  library_calls::lacking_bytes = 12;
+  expect_failure(decode(three_by_two()), no_memory);
+  library_calls::lacking_bytes = 13;
+  EXPECT_EQ(decode(three_by_two()).result, 0);
 }
 
 TEST(BmpTest, failure_gives_up_an_older_array) {

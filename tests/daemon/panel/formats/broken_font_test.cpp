@@ -2,10 +2,14 @@
 #include "panel/formats/font.h"
 
 #include "daemon/panel/tft/text_test.h"
+#include "files/owned_descriptor.h"
+#include "panel/tft/text.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>
 #include <functional>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <zlib.h>
 
 namespace buttondriver::panel {
@@ -126,10 +130,61 @@ TEST_F(FontNumbersTest, are_those_of_ft_new_face_for_a_font_in_another_format) {
   expect_what_freetype_says(folder.path("packed"), "packed");
 }
 
+std::uint32_t little_endian_at(const std::string &bytes, std::size_t at) {
+  std::uint32_t number = 0;
+  for (std::size_t i = 0; i < 4; ++i)
+    number |= std::uint32_t{static_cast<unsigned char>(bytes.at(at + i))} << 8 * i;
+  return number;
+}
+
+/// Makes the last table of a PCF font one that nobody knows, a mebibyte past the end.
+std::string with_table_past_the_end(std::string font) {
+  std::size_t last = 0;
+  std::uint32_t highest_offset = 0;
+  for (std::uint32_t i = 0; i < little_endian_at(font, 4); ++i) {
+    const std::size_t entry = 8 + i * 16; // type, format, size, offset
+    if (const std::uint32_t offset = little_endian_at(font, entry + 12); offset > highest_offset) {
+      highest_offset = offset;
+      last = entry;
+    }
+  }
+  constexpr std::uint32_t unknown_type = 1U << 20;
+  return font.replace(last, 4, little_endian(unknown_type))
+      .replace(last + 12, 4, little_endian(highest_offset + (1U << 20)));
+}
+
+TEST_F(FontNumbersTest, font_that_is_good_only_while_it_is_packed_is_used_so) {
+  const gzFile original = gzopen(BUTTONDRIVER_TEST_FONTS "/8x16.pcf.gz", "rb");
+  std::string font(1 << 20, '\0');
+  font.resize(static_cast<std::size_t>(gzread(original, font.data(), static_cast<unsigned>(font.size()))));
+  ASSERT_EQ(gzclose(original), Z_OK);
+  font = with_table_past_the_end(font);
+  EXPECT_NE(number_of_freetype(folder.write("unpacked", font)), 0);
+  const gzFile packed = gzopen(folder.path("font").c_str(), "wb9");
+  ASSERT_EQ(gzwrite(packed, font.data(), static_cast<unsigned>(font.size())), static_cast<int>(font.size()));
+  ASSERT_EQ(gzclose(packed), Z_OK);
+  // With this length FreeType unpacks piece by piece, and does not know where the font ends.
+  const std::string bytes = with_trailer(4, little_endian(0x80000000))(test::read_file(folder.path("font")));
+  EXPECT_EQ(number_of_freetype(folder.write("font", bytes)), 0);
+  expect_what_freetype_says(folder.path("font"), "packed");
+  EXPECT_EQ(tft_text_line(1, 0, "A", red, green), 0);
+  EXPECT_EQ(picture_of(sentPixels(), 128), beside({letter_a, bare(120)}));
+}
+
 TEST_F(FontNumbersTest, folder_has_that_of_ft_new_face) {
   EXPECT_EQ(number_of_freetype(folder.path("")), 2);
   expect_what_freetype_says(folder.path(""), "folder");
   expect_what_freetype_says("/dev/null", "device");
+}
+
+TEST_F(FontNumbersTest, socket_has_that_of_ft_new_face) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  folder.path("s").copy(address.sun_path, sizeof address.sun_path - 1);
+  const OwnedDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+  ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+  EXPECT_EQ(number_of_freetype(folder.path("s")), 1);
+  expect_what_freetype_says(folder.path("s"), "socket");
 }
 
 } // namespace

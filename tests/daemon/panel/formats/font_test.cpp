@@ -80,6 +80,12 @@ TEST_F(FontTest, unreachable_file_leaves_the_old_font) {
   EXPECT_EQ(cell_size(), Size(8, 16));
 }
 
+TEST_F(FontTest, file_that_cannot_be_read_leaves_none) {
+  // A regular file whose first byte is at an address that nothing has.
+  EXPECT_EQ(load_result("/proc/self/mem"), std::make_pair(std::string("Error calling FT_New_Face(): error = 1\n"), -1));
+  EXPECT_EQ(cell_size(), Size(-1, -1));
+}
+
 TEST_F(FontTest, null_file_name_leaves_the_old_font) {
   int result = 0;
   EXPECT_EQ(output_of([&] { result = font_load(nullptr); }), "");
