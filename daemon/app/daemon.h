@@ -43,9 +43,9 @@ public:
 private:
   SystemPaths _paths;
   FPGA _fpga;
-  std::vector<std::unique_ptr<IButton>> _buttons;
   std::optional<ButtonSetterImpl> _dispatcher;
   std::optional<Connector> _server;
+  std::vector<std::unique_ptr<IButton>> _buttons; // the first to go; those above use them no more by then
 };
 
 } // namespace buttondriver
