@@ -35,7 +35,7 @@ Outcome<Done> Session::perform(const Steps &steps) {
       continue;
     }
     if (step.kind == Step::Kind::send) {
-      const Outcome<Done> sent = _connection.send(step.bytes);
+      Outcome<Done> sent = _connection.send(step.bytes);
       if (!sent)
         return sent;
       continue;

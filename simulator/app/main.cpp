@@ -46,7 +46,7 @@ int main(int argc, char **argv) {
     return say(*answer);
 
   UnixSignalHandler signal_bridge;
-  const auto &options = std::get<Options>(command_line);
+  const Options &options = *std::get_if<Options>(&command_line); // it is one of the two
   Simulation simulation(options.simulation);
   running_simulation = &simulation;
   install_signal_callbacks();

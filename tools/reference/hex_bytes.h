@@ -29,7 +29,7 @@ public:
     }
   }
 
-  constexpr bool makes_sense() const { return _makes_sense; }
+  constexpr bool makesSense() const { return _makes_sense; }
   /// Borrows from this object.
   constexpr ByteView view() const { return ByteView(_bytes.data(), _size); }
 

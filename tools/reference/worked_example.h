@@ -35,7 +35,7 @@ constexpr bool is_terminated_text(ByteView text) {
 /// Whether the frame's length, opcode, size and counts are those that `type` asks for.
 constexpr bool is_consistent(const WorkedExample &example, const MessageType &type) {
   const HexBytes bytes(example.frame);
-  if (!bytes.makes_sense() || example.opcode != type.opcode)
+  if (!bytes.makesSense() || example.opcode != type.opcode)
     return false;
   const ByteView frame = bytes.view();
   const ByteView message = frame.from(frame_prefix_size);

@@ -4,8 +4,9 @@
 #include <cstddef>
 #include <functional>
 
-/// This test program has ioctl, mmap and usleep of its own, in front of those of the C library. They call what stands
-/// here. While nothing does, ioctl and mmap call the kernel, and usleep returns 0 at once.
+/// This test program has ioctl and usleep of its own, in front of those of the C library, and the linker gives it one
+/// of mmap, because the loader and ThreadSanitizer call the library's before this program is ready. They call what
+/// stands here. While nothing does, ioctl and mmap call the kernel, and usleep returns 0 at once.
 namespace buttondriver::panel::system_calls {
 
 inline std::function<int(int descriptor, unsigned long request, void *argument)> ioctl;
