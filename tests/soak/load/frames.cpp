@@ -21,7 +21,7 @@ std::string frame(std::initializer_list<std::uint32_t> words, const std::string 
   return bytes + rest;
 }
 
-std::string with_nul(std::string text) { return text + '\0'; }
+std::string with_nul(const std::string &text) { return text + '\0'; }
 
 } // namespace
 
@@ -29,18 +29,32 @@ std::string ping_frame() { return frame({12}); }
 
 std::string reconfig_frame() { return frame({10, 0}); }
 
-std::string picture_frame() {
-  constexpr std::uint32_t size = 128;
+std::string picture_frame(std::uint32_t side) {
   std::string bmp = "BM";
   bmp.resize(54);
   bmp[10] = 54;
   bmp[14] = 40;
-  bmp[18] = static_cast<char>(size);
-  bmp[22] = static_cast<char>(size);
+  bmp[18] = static_cast<char>(side);
+  bmp[22] = static_cast<char>(side);
   bmp[26] = 1;
   bmp[28] = 24;
-  bmp += std::string(std::size_t{3} * size * size, '\x5A');
+  bmp += std::string(std::size_t{3} * side * side, '\x5A');
   return frame({19, 1, 0, 0, static_cast<std::uint32_t>(bmp.size())}, bmp);
+}
+
+std::string text_line_frames() {
+  std::string frames;
+  const std::string text = with_nul("0123456789abcdef");
+  for (std::uint32_t i = 0; i < 24; ++i)
+    frames += frame({15, i % 3, i / 3, i % 2, static_cast<std::uint32_t>(text.size())}, text);
+  return frames;
+}
+
+std::string status_led_frame(std::uint32_t led, std::uint32_t state) { return frame({21, led, state}); }
+
+std::string blink_frame(std::uint32_t button, std::uint32_t half_period_ms) {
+  constexpr std::uint32_t blink = 0xFFFFFFFF;
+  return frame({17, button, blink, half_period_ms});
 }
 
 std::string many_small_frames() {

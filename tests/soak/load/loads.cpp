@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "soak/load/loads.h"
 
+#include "soak/load/endless_sender.h"
 #include "soak/load/frames.h"
 #include "soak/load/loopback_socket.h"
 
@@ -16,43 +17,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
-
-LoopbackSocket connect(Target &target, int receive_buffer = 0) {
-  ++target.connections;
-  return LoopbackSocket(target.port, receive_buffer);
-}
-
-/// Sends the same bytes over and over, as much at a time as the kernel takes, and goes on where it was held up.
-class EndlessSender {
-public:
-  explicit EndlessSender(std::string bytes) : _bytes(std::move(bytes)) {}
-
-  /// False when nothing could be sent.
-  bool sendSome(LoopbackSocket &socket, Target &target) {
-    const std::size_t sent = socket.send(std::string_view(_bytes).substr(_place));
-    _place = (_place + sent) % _bytes.size();
-    target.bytes_sent += sent;
-    return sent > 0;
-  }
-  void beginAnew() { _place = 0; }
-
-private:
-  std::string _bytes;
-  std::size_t _place = 0;
-};
-
-void send_without_end(Target &target, std::string bytes, int receive_buffer = 0) {
-  EndlessSender sender(std::move(bytes));
-  LoopbackSocket socket;
-  while (!target.stop) {
-    if (!socket.isOpen()) {
-      socket = connect(target, receive_buffer);
-      sender.beginAnew();
-    }
-    if (!sender.sendSome(socket, target))
-      std::this_thread::sleep_for(milliseconds(1));
-  }
-}
 
 void flood(Target &target) { send_without_end(target, many_small_frames()); }
 
@@ -136,7 +100,7 @@ void stall(Target &target) {
     for (std::size_t i = 0; i < readers; ++i) {
       if (!sockets[i].isOpen()) {
         sockets[i] = connect(target, smallest_buffer);
-        senders[i].beginAnew();
+        senders[i].startOver();
       }
       any |= senders[i].sendSome(sockets[i], target);
     }

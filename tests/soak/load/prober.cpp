@@ -2,7 +2,6 @@
 #include "soak/load/prober.h"
 
 #include "soak/load/frames.h"
-#include "soak/load/loopback_socket.h"
 
 #include <chrono>
 #include <thread>
@@ -18,15 +17,16 @@ double milliseconds_since(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-/// False when not all of the answer came in time.
-bool ask(LoopbackSocket &socket, const Target &target) {
+} // namespace
+
+bool ping(LoopbackSocket &socket, const Target &target, int longest_wait_ms) {
   constexpr std::size_t answer_size = 8;
   constexpr int look_at_stop_ms = 100;
   const auto start = Clock::now();
   socket.send(ping_frame());
   std::size_t received = 0;
   while (socket.isOpen() && received < answer_size) {
-    if (target.stop || milliseconds_since(start) >= Prober::longest_wait_ms)
+    if (target.stop || milliseconds_since(start) >= longest_wait_ms)
       return false;
     char answer[answer_size];
     if (socket.waitForData(look_at_stop_ms))
@@ -35,15 +35,13 @@ bool ask(LoopbackSocket &socket, const Target &target) {
   return received == answer_size;
 }
 
-} // namespace
-
 void Prober::run(Target &target) {
   LoopbackSocket socket;
   while (!target.stop) {
     if (!socket.isOpen())
       socket = LoopbackSocket(target.port);
     const auto start = Clock::now();
-    const bool is_answered = ask(socket, target);
+    const bool is_answered = ping(socket, target, longest_wait_ms);
     if (target.stop)
       return;
     keep(is_answered ? milliseconds_since(start) : longest_wait_ms, is_answered);

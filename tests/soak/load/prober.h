@@ -2,11 +2,16 @@
 #pragma once
 
 #include "soak/load/loads.h"
+#include "soak/load/loopback_socket.h"
 
 #include <mutex>
 #include <vector>
 
 namespace buttondriver::soak {
+
+/// Sends a ping and waits for its answer. False when not all of that came within `longest_wait_ms`, or the target
+/// stops.
+bool ping(LoopbackSocket &socket, const Target &target, int longest_wait_ms);
 
 /// Asks the daemon on a connection of its own, fifty times a second, and measures how long the answers take.
 class Prober {
