@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/daemon.h"
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "logging/message_handler.h"
 #include "panel/leds.h"
 #include "panel/registers/register_device.h"

@@ -12,7 +12,7 @@
 #include "fuzz/support/require.h"
 #include "protocol/framing.h"
 #include "protocol/records.h"
-#include "server/frame_reader.h"
+#include "server/frames/frame_reader.h"
 
 #include <QIODevice>
 

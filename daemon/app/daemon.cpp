@@ -32,8 +32,8 @@ bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
   const NullMessageLog &null_messages = _dispatcher->nullMessageLog();
   QObject::connect(&null_messages, &NullMessageLog::clientWaits, &*_server, &Connector::holdClient);
   QObject::connect(&null_messages, &NullMessageLog::clientGoesOn, &*_server, &Connector::releaseClient);
-  QObject::connect(&null_messages, &NullMessageLog::backlogFull, &*_server, &Connector::holdAllClients);
-  QObject::connect(&null_messages, &NullMessageLog::backlogLow, &*_server, &Connector::releaseAllClients);
+  QObject::connect(&null_messages, &NullMessageLog::backlogFull, &*_server, &Connector::holdNullMessages);
+  QObject::connect(&null_messages, &NullMessageLog::backlogLow, &*_server, &Connector::releaseNullMessages);
   QObject::connect(&*_server, &Connector::clientGone, &*_dispatcher, &ButtonSetterImpl::forgetImages);
   if (!_server->listen())
     print_line("buttondriver:failed to start server");

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -25,10 +26,20 @@ void forget_qt_environment() {
     ::unsetenv(name.c_str());
 }
 
+/// A connection takes a descriptor. The usual limit is far below what the system lets a process have.
+void raise_descriptor_limit() {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+    return;
+  limit.rlim_cur = limit.rlim_max;
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 } // namespace
 
 void prepare_process() {
   forget_qt_environment();
+  raise_descriptor_limit();
   // A log that nobody reads, or that has grown to the limit of a file's size, is no reason to end.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QtGlobal>
 
+#include <chrono>
 #include <vector>
 
 class QIODevice;
@@ -20,6 +21,10 @@ public:
   /// from those of others.
   /// A fault in one message is logged and never stops the others.
   virtual void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) = 0;
+
+  /// How long the panel's device is expected to be busy with what `message` asks for. Nothing is done. 0 for a message
+  /// that does not concern the device.
+  virtual std::chrono::nanoseconds deviceTime(const QByteArray & /*message*/) const { return {}; }
 };
 
 } // namespace buttondriver

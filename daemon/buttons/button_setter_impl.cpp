@@ -162,6 +162,39 @@ void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages,
   }
 }
 
+std::chrono::nanoseconds ButtonSetterImpl::deviceTime(const QByteArray &message) const {
+  if (!_fpga)
+    return {};
+  const ByteView view = view_of(message);
+  const auto text_bytes = [view](std::size_t head_size, std::uint32_t count) {
+    return view.text(head_size, count).size();
+  };
+  switch (view.bigEndian32(0)) {
+  case BMS_Reconfig::code:
+    return _fpga->timeOf(TaskKind::intensity);
+  case BMS_TFTTextLine::code:
+    return _fpga->timeOf(TaskKind::text_line,
+                         text_bytes(type_of<BMS_TFTTextLine>.head_size, decode<BMS_TFTTextLine>(view).n));
+  case BMS_TFTSubTextLine::code:
+    return _fpga->timeOf(TaskKind::sub_text_line,
+                         text_bytes(type_of<BMS_TFTSubTextLine>.head_size, decode<BMS_TFTSubTextLine>(view).n));
+  case BMS_BlackoutScreen::code:
+    return _fpga->timeOf(TaskKind::blackout);
+  case BMS_SetLEDState::code: {
+    const bool is_for_all = decode<BMS_SetLEDState>(view).button_id == dimensions::all_buttons;
+    return _fpga->timeOf(TaskKind::button_led) * static_cast<int>(is_for_all ? _buttons.size() : 1);
+  }
+  case BMS_DrawTFTImage::code:
+    return _fpga->timeOf(TaskKind::image, static_cast<std::size_t>(message.size()));
+  case BMS_SetLEDStatusIndicator::code:
+    return _fpga->timeOf(TaskKind::status_indicator);
+  case BMS_SetLEDToggleIndicator::code:
+    return _fpga->timeOf(TaskKind::toggle_indicator);
+  default:
+    return {};
+  }
+}
+
 void ButtonSetterImpl::processMessage(const Message &message) {
   struct Handler {
     std::uint32_t opcode;

@@ -37,6 +37,7 @@ public:
   /// A message is carried out when the lines of all null messages that came before it with the same `image_id_offset`
   /// are written.
   void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+  std::chrono::nanoseconds deviceTime(const QByteArray &message) const override;
   /// Gives up the private images of a connection. `client_id` is what its messages came with as `image_id_offset`.
   void forgetImages(qint32 client_id);
 

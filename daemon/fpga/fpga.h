@@ -4,7 +4,7 @@
 #include "files/system_paths.h"
 #include "fpga/configuration_watcher.h"
 #include "fpga/font_settings.h"
-#include "fpga/task_queue.h"
+#include "fpga/queue/task_queue.h"
 #include "fpga/tasks.h"
 #include "threads/task_semaphore.h"
 
@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -65,6 +66,11 @@ public:
   void queue(std::unique_ptr<FPGATask> task);
   /// How many tasks are not finished yet, the one that is being carried out among them.
   std::size_t queueLength() const { return _queue.size(); }
+
+  /// What these are expected to take.
+  std::chrono::nanoseconds queuedTime() const { return _queue.time(); }
+  /// How long the worker is expected to need for a task of this kind that keeps so many bytes alive.
+  std::chrono::nanoseconds timeOf(TaskKind kind, std::size_t bytes = 0) const { return _queue.costs().of(kind, bytes); }
 
   /// Calls `work`. What that queues counts as the timer's and not as the clients': they need not pause for it.
   template <class Work> void queueForTimer(Work work) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "fpga/shared_bytes.h"
 #include "panel/formats/colour.h"
 #include "panel/leds.h"
@@ -29,6 +29,7 @@ public:
       panel::tft_text_line_default(_screen_id, _line_id, _text);
   }
   std::size_t keptBytes() const override { return _text.size(); }
+  TaskKind kind() const override { return TaskKind::text_line; }
 
 private:
   int _screen_id;
@@ -47,6 +48,7 @@ public:
     panel::tft_sub_text_line(_screen_id, _line_id, _offset, _text, _num_chars, _text_colour, _back_colour);
   }
   std::size_t keptBytes() const override { return _text.size(); }
+  TaskKind kind() const override { return TaskKind::sub_text_line; }
 
 private:
   int _screen_id;
@@ -62,6 +64,7 @@ class SetLEDButtonStateTask : public FPGATask {
 public:
   SetLEDButtonStateTask(int led_id, int state) : _led_id(led_id), _state(state) {}
   void execute() override { panel::led_set_button_state(_led_id, static_cast<unsigned>(_state)); }
+  TaskKind kind() const override { return TaskKind::button_led; }
 
 private:
   int _led_id;
@@ -72,6 +75,7 @@ class SetLEDStatusIndicatorTask : public FPGATask {
 public:
   SetLEDStatusIndicatorTask(int led_id, int state) : _led_id(led_id), _state(state) {}
   void execute() override { panel::led_set_status_indicator(_led_id, static_cast<unsigned>(_state)); }
+  TaskKind kind() const override { return TaskKind::status_indicator; }
 
 private:
   int _led_id;
@@ -82,6 +86,7 @@ class SetLEDToggleIndicatorTask : public FPGATask {
 public:
   SetLEDToggleIndicatorTask(unsigned indicator, unsigned state) : _indicator(indicator), _state(state) {}
   void execute() override { panel::led_set_toggle_indicator(_indicator, _state); }
+  TaskKind kind() const override { return TaskKind::toggle_indicator; }
 
 private:
   unsigned _indicator;
@@ -92,6 +97,7 @@ class BlackoutScreenTask : public FPGATask {
 public:
   explicit BlackoutScreenTask(int screen_id) : _screen_id(screen_id) {}
   void execute() override { panel::tft_blackout(_screen_id); }
+  TaskKind kind() const override { return TaskKind::blackout; }
 
 private:
   int _screen_id;
@@ -104,6 +110,7 @@ public:
       : _screen_id(screen_id), _x_offset(x_offset), _y_offset(y_offset), _bmp(std::move(bmp)) {}
   void execute() override { panel::tft_draw_image(_screen_id, _x_offset, _y_offset, _bmp.view()); }
   std::size_t keptBytes() const override { return _bmp.keptBytes(); }
+  TaskKind kind() const override { return TaskKind::image; }
 
 private:
   int _screen_id;
@@ -117,6 +124,7 @@ class SetTFTIntensityTask : public FPGATask {
 public:
   explicit SetTFTIntensityTask(int intensity) : _intensity(intensity) {}
   void execute() override { panel::tft_set_intensity(static_cast<unsigned>(_intensity)); }
+  TaskKind kind() const override { return TaskKind::intensity; }
 
 private:
   int _intensity;

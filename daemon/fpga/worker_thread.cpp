@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fpga/worker_thread.h"
 
+#include "panel/registers/register_access.h"
+
 #include <QMutexLocker>
+
+#include <chrono>
 
 namespace buttondriver {
 
@@ -20,7 +24,12 @@ void WorkerThread::run() {
       break;
     if (FPGATask *task = _queue->front()) {
       const QMutexLocker lock(_mutex);
+      const std::uint32_t transfers = panel::spi_call_count;
+      const auto start = std::chrono::steady_clock::now();
       task->execute();
+      // What did not get to the device tells nothing of what its kind costs there.
+      if (panel::spi_call_count != transfers)
+        _queue->costs().learn(task->kind(), task->keptBytes(), std::chrono::steady_clock::now() - start);
     }
     _queue->removeFront();
   }

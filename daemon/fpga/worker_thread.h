@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "fpga/task_queue.h"
+#include "fpga/queue/task_queue.h"
 #include "threads/task_semaphore.h"
 
 #include <QMutex>

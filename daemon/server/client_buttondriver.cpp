@@ -8,6 +8,9 @@
 
 #include <QTcpSocket>
 
+#include <algorithm>
+#include <chrono>
+
 namespace buttondriver {
 
 namespace {
@@ -20,11 +23,20 @@ qint32 take_client_id() {
   return static_cast<qint32>(id);
 }
 
+/// Counts the arrivals of bytes.
+quint64 next_arrival() {
+  static quint64 arrivals = 0;
+  return ++arrivals;
+}
+
+int descriptor_of(const QTcpSocket *socket) { return socket ? static_cast<int>(socket->socketDescriptor()) : -1; }
+
 } // namespace
 
 ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter,
                                        LargeFrameBudget *budget)
-    : QObject(parent), _socket(socket), _setter(setter), _budget(budget ? budget : &_own_budget) {
+    : QObject(parent), _socket(socket), _setter(setter), _answers(descriptor_of(socket)),
+      _large_frame(budget ? budget : &_own_budget, [this] { giveUpFrame(); }), _last_heard(next_arrival()) {
   if (!_socket) {
     debug_line() << "collector: ClientButtondriver::ClientButtondriver, null socket";
     return;
@@ -37,9 +49,11 @@ ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, Butt
   _client_id = take_client_id();
   _state = State::reading;
   connect(_socket, &QTcpSocket::readyRead, this, &ClientButtondriver::clientData);
-  connect(_socket, &QTcpSocket::bytesWritten, this, &ClientButtondriver::answersRead);
-  connect(_socket, &QTcpSocket::errorOccurred, this, &ClientButtondriver::saveUndelivered);
   connect(_socket, &QTcpSocket::disconnected, this, &ClientButtondriver::clientDisconnected);
+  connect(&_answers, &Answers::settled, this, [this] {
+    if (_state == State::owing)
+      settle();
+  });
 }
 
 ClientButtondriver::~ClientButtondriver() {
@@ -52,13 +66,12 @@ void ClientButtondriver::clientData() {
   switch (_state) {
   case State::reading:
     return readSocket();
-  case State::blocked:
-    _socket->skip(_socket->bytesAvailable());
-    return;
   case State::draining:
     drain();
-    if (_state == State::gone)
-      leave();
+    if (_state == State::owing)
+      settle();
+    return;
+  case State::owing:
     return;
   case State::gone:
     critical_line() << "buttondriver::ClientButtondriver::clientData NULL socket";
@@ -67,42 +80,52 @@ void ClientButtondriver::clientData() {
 
 /// A turn of an open connection.
 void ClientButtondriver::readSocket() {
-  if (_socket->bytesToWrite() > limits::unread_answers)
-    return readNoFurther();
-  const std::size_t delivered = deliver(*_socket, *_socket);
-  // At once: a client that has closed its side is gone when the event loop next comes by.
-  if (_socket->bytesToWrite() > 0)
-    _socket->flush();
-  // Where the answers could not be sent any more, the connection has just ended.
-  if (_state != State::reading)
-    return;
+  _last_heard = next_arrival();
+  if (_to_skip > 0)
+    skip();
+  const std::size_t delivered = deliver(*_socket);
   const bool is_more = prepareNextFrame();
   keepReading();
-  if (is_more && delivered > 0)
-    emit wantsTurn();
+  if (is_more)
+    askForAnother(delivered);
 }
 
-/// A turn of a connection that has ended. Nobody hears its answers. What is held back gets its turn later.
+/// A turn of a connection that has ended. What is held back gets its turn later.
 void ClientButtondriver::drain() {
-  QBuffer unheard;
-  unheard.open(QIODevice::WriteOnly);
-  const std::size_t delivered = deliver(_undelivered, unheard);
+  const std::size_t delivered = deliver(_undelivered);
   if (!peek_frame(_undelivered).is_complete)
-    _state = State::gone;
-  else if (delivered > 0)
+    _state = State::owing;
+  else
+    askForAnother(delivered);
+}
+
+/// Turn, after one in which so many messages were delivered. None: what comes first has to wait.
+void ClientButtondriver::askForAnother(std::size_t delivered) {
+  if (delivered > 0)
     emit wantsTurn();
+  else if (_delivery == FrameChoice::leading_pings)
+    emit waits();
 }
 
-std::size_t ClientButtondriver::deliver(QIODevice &stream, QIODevice &reply) {
-  const std::vector<QByteArray> messages = take_frames(stream, limits::messages_per_turn, _delivery);
-  _setter->process_messages(messages, &reply, _client_id);
+std::size_t ClientButtondriver::deliver(QIODevice &stream) {
+  std::chrono::nanoseconds cost{};
+  bool has_large_frame = false;
+  const std::vector<QByteArray> messages =
+      take_frames(stream, limits::messages_per_turn, _delivery, [&](const QByteArray &message) {
+        has_large_frame = has_large_frame || message.size() + qint64{frame_prefix_size} > limits::read_ahead;
+        cost += std::max(_setter->deviceTime(message), limits::least_time_of_a_message);
+        return cost >= limits::time_per_turn;
+      });
+  _setter->process_messages(messages, &_answers, _client_id);
+  // At once: a client that has closed its side is gone when the event loop next comes by.
+  _answers.send();
+  if (has_large_frame)
+    endLargeFrame();
+  if (!messages.empty()) {
+    _has_spoken = true;
+    emit tookTurn(cost.count());
+  }
   return messages.size();
-}
-
-/// The socket throws away what was read when its answers cannot be sent; before that it tells that it has failed.
-void ClientButtondriver::saveUndelivered() {
-  if (_state == State::reading && _socket->bytesAvailable() > 0)
-    _undelivered.buffer() += _socket->readAll();
 }
 
 /// Sees to it that the frame that now comes first can be put together. True when it is there already.
@@ -113,19 +136,23 @@ bool ClientButtondriver::prepareNextFrame() {
     return true;
   }
   // A length that wraps asks for what is there, and never gets here.
-  if (head.is_known && head.length > limits::largest_frame) {
-    blockForGood(head.length);
-    return false;
-  }
-  const qint64 needed = head.bytes_needed;
-  if (needed <= limits::read_ahead) {
-    endLargeFrame();
+  if (head.is_known && head.length > limits::largest_frame)
+    startToSkip(head.length);
+  else if (head.bytes_needed > limits::read_ahead)
+    growLargeFrame(head.bytes_needed);
+  else
     _socket->setReadBufferSize(limits::read_ahead);
-  } else if (_large_frame == 0 && _budget->take(needed)) {
-    _large_frame = needed;
-    _socket->setReadBufferSize(needed);
-  }
   return false;
+}
+
+/// As it arrives, so that nobody gets memory by announcing something.
+void ClientButtondriver::growLargeFrame(qint64 needed) {
+  const qint64 allowed = limits::read_ahead + _large_frame.size();
+  const qint64 missing = needed - allowed;
+  if (missing > 0 && _socket->bytesAvailable() >= allowed &&
+      !_large_frame.grow(std::min(missing, limits::large_frame_step)))
+    emit waitsForBudget();
+  _socket->setReadBufferSize(std::min(needed, limits::read_ahead + _large_frame.size()));
 }
 
 /// Until the next turn. Otherwise the end of the connection would be noticed before what is there has been answered.
@@ -144,34 +171,46 @@ void ClientButtondriver::keepReading() {
   _socket->setReadBufferSize(size);
 }
 
-void ClientButtondriver::blockForGood(quint32 length) {
-  endLargeFrame();
-  _state = State::blocked;
-  critical_line() << "buttondriver: frame too large, connection blocked, descriptor" << qint64{_descriptor} << "size"
-                  << length;
-  _socket->skip(_socket->bytesAvailable());
+void ClientButtondriver::startToSkip(quint32 length) {
+  critical_line() << "buttondriver: frame too large, skipped, descriptor" << qint64{_descriptor} << "size" << length;
+  _to_skip = quint64{length} + frame_prefix_size;
+  skip();
+  _socket->setReadBufferSize(limits::read_ahead);
+}
+
+void ClientButtondriver::skip() {
+  const auto there = static_cast<quint64>(_socket->bytesAvailable());
+  _to_skip -= static_cast<quint64>(_socket->skip(static_cast<qint64>(std::min(_to_skip, there))));
+}
+
+/// The budget has gone to a frame that goes on growing.
+void ClientButtondriver::giveUpFrame() {
+  if (_state != State::reading)
+    return;
+  const FrameHead head = peek_frame(*_socket);
+  critical_line() << "buttondriver: frame does not arrive, skipped, descriptor" << qint64{_descriptor} << "size"
+                  << head.length;
+  _to_skip = head.bytes_needed;
+  skip();
   _socket->setReadBufferSize(limits::read_ahead);
 }
 
 void ClientButtondriver::endLargeFrame() {
-  if (_large_frame == 0)
+  if (_large_frame.size() == 0)
     return;
-  _budget->giveBack(_large_frame);
-  _large_frame = 0;
+  _large_frame.release();
   emit largeFrameEnded();
-}
-
-void ClientButtondriver::answersRead() {
-  if (_socket->bytesAvailable() > 0 && _socket->bytesToWrite() <= limits::unread_answers)
-    emit wantsTurn();
 }
 
 void ClientButtondriver::clientDisconnected() {
   if (!connected())
     return;
-  saveUndelivered();
+  _answers.socketIsGone();
+  if (_to_skip > 0)
+    skip();
+  _undelivered.buffer() = _socket->readAll();
   if (_undelivered.data().isEmpty()) {
-    _state = State::gone;
+    _state = State::owing;
   } else {
     _state = State::draining;
     _undelivered.open(QIODevice::ReadOnly);
@@ -179,8 +218,27 @@ void ClientButtondriver::clientDisconnected() {
   }
   debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
   releaseSocket();
-  if (_state == State::gone)
-    leave();
+  if (_state == State::owing)
+    settle();
+}
+
+void ClientButtondriver::giveUp() {
+  if (!connected())
+    return;
+  critical_line() << "buttondriver: silent client gives its place to another, descriptor" << qint64{_descriptor};
+  _answers.dropAll();
+  _answers.socketIsGone();
+  _state = State::gone;
+  releaseSocket();
+  leave();
+}
+
+/// Everything is delivered.
+void ClientButtondriver::settle() {
+  if (_answers.isOwing())
+    return;
+  _state = State::gone;
+  leave();
 }
 
 /// The last step. Whoever hears of it deletes this object later.

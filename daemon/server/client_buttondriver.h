@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "server/frame_reader.h"
-#include "server/large_frame_budget.h"
+#include "server/answers.h"
+#include "server/frames/frame_reader.h"
+#include "server/frames/large_frame_budget.h"
 
 #include <QBuffer>
 #include <QObject>
@@ -20,29 +21,29 @@ class ButtonSetter;
 /// It is in one of four states, and never goes back to one that it has left:
 ///
 ///     reading   the socket is open; what arrives is delivered
-///     blocked   the socket is open; what arrives is thrown away, so that the end of the connection is noticed
-///     draining  the socket is gone; what was read from it before is still delivered, answers are lost
-///     gone      the socket is gone, and nothing is left to deliver
+///     draining  the socket is gone; what was read from it before is still delivered
+///     owing     the socket is gone, and all is delivered; answers that are owed are still sent
+///     gone      nothing is left to deliver or to send
 ///
 ///     event                                        from      to        what happens
 ///     -------------------------------------------  --------  --------  ---------------------------------------------
 ///     made with a socket                           -         reading   takes the next client id
 ///     made with a null socket                      -         gone      logged; takes no client id
 ///     turn, or bytes have arrived                  reading   reading   one turn's messages are delivered
-///     the next frame is longer than largest_frame  reading   blocked   logged; the frame and all after it is lost
-///     the socket has failed                        reading   reading   what was read is saved: the socket drops it,
-///                                                                      and ends next
+///     the next frame is longer than largest_frame  reading   reading   logged; the frame is skipped as it arrives
+///     the budget was needed by somebody else       reading   reading   logged; the frame that comes is skipped
 ///     the socket has ended, unread bytes are left  reading   draining  logged, after a first turn as in draining
-///     the socket has ended, nothing is left        reading   gone      logged; closed() is emitted
-///     bytes have arrived                           blocked   blocked   thrown away
-///     the socket has ended                         blocked   gone      logged; closed() is emitted
+///     the socket has ended, nothing is left        reading   owing     logged
+///     giveUp                                       reading   gone      logged; what is left is lost; closed()
 ///     turn, more is left                           draining  draining  one turn's messages are delivered
-///     turn, no complete frame is left              draining  gone      the last ones are delivered; closed() is
-///                                                                      emitted
+///     turn, no complete frame is left              draining  owing     the last ones are delivered
+///     nothing is owed                              owing     gone      closed() is emitted
+///     turn                                         owing     owing     nothing
 ///     turn                                         gone      gone      logged: there is no socket
 ///
-/// A turn delivers `limits::messages_per_turn` messages at most, and only those that setDelivery lets pass. It ends
-/// with a null message: the lines of that may have to be written first.
+/// A turn delivers `limits::messages_per_turn` messages at most, no more than what brings `limits::time_per_turn` of
+/// work for the device, and only those that setDelivery lets pass. It ends with a null message: the lines of that may
+/// have to be written first.
 class ClientButtondriver : public QObject {
   Q_OBJECT
 
@@ -56,7 +57,7 @@ public:
   /// The socket's descriptor when it was accepted, -1 without one.
   qintptr descriptor() const { return _descriptor; }
   /// Whether the socket is open.
-  bool connected() const { return _state == State::reading || _state == State::blocked; }
+  bool connected() const { return _state == State::reading; }
   /// What is added to this connection's private image ids; 0 when it was made with a null socket.
   qint32 clientId() const { return _client_id; }
 
@@ -67,11 +68,24 @@ public:
   /// One turn, the same that is taken whenever bytes arrive.
   void takeTurn() { clientData(); }
 
+  /// Whether a message has come from this client, ever.
+  bool hasSpoken() const { return _has_spoken; }
+  /// Grows with each arrival of bytes at any connection of the process: the least one has been silent longest.
+  quint64 lastHeard() const { return _last_heard; }
+  /// Ends the connection in favour of another one. Has no effect when its socket is gone.
+  void giveUp();
+
 signals:
-  /// There is more to deliver than belonged to the last turn, or what kept it waiting has gone.
+  /// A turn was taken in which something was delivered, and what that costs: nanoseconds, of the device's time.
+  void tookTurn(qint64 cost);
+  /// There is more to deliver than belonged to the last turn.
   void wantsTurn();
+  /// There is something to deliver, but not while everybody waits.
+  void waits();
   /// A large frame is complete or will never be: its share of the budget is free again.
   void largeFrameEnded();
+  /// A large frame needs more of the budget than is to be had. It asks again in its next turn.
+  void waitsForBudget();
   /// The last one: the connection is gone now.
   void closed();
 
@@ -80,31 +94,37 @@ private slots:
   void clientData();
 
 private:
-  enum class State : quint8 { reading, blocked, draining, gone };
+  enum class State : quint8 { reading, draining, owing, gone };
 
   void readSocket();
   void drain();
+  void askForAnother(std::size_t delivered);
+  void settle();
   void leave();
-  std::size_t deliver(QIODevice &stream, QIODevice &reply);
-  void saveUndelivered();
-  void answersRead();
+  std::size_t deliver(QIODevice &stream);
   bool prepareNextFrame();
+  void growLargeFrame(qint64 needed);
   void readNoFurther();
   void keepReading();
-  void blockForGood(quint32 length);
+  void startToSkip(quint32 length);
+  void skip();
+  void giveUpFrame();
   void endLargeFrame();
   void releaseSocket();
 
   State _state = State::gone;
-  QTcpSocket *_socket; // null unless reading or blocked
+  QTcpSocket *_socket; // null unless reading
   ButtonSetter *_setter;
-  LargeFrameBudget _own_budget;
-  LargeFrameBudget *_budget;
   qintptr _descriptor = -1;
   qint32 _client_id = 0;
   FrameChoice _delivery = FrameChoice::all;
-  qint64 _large_frame = 0; // bytes of the budget that this connection holds
-  QBuffer _undelivered;    // what draining delivers
+  Answers _answers;
+  LargeFrameBudget _own_budget;
+  LargeFrameBudget::Share _large_frame;
+  quint64 _to_skip = 0; // bytes of a frame that is not put together
+  bool _has_spoken = false;
+  quint64 _last_heard;
+  QBuffer _undelivered; // what draining delivers
 };
 
 } // namespace buttondriver

@@ -9,16 +9,49 @@
 #include <QTcpSocket>
 
 #include <algorithm>
+#include <chrono>
+#include <map>
 
 namespace buttondriver {
 
-Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter)
-    : _address(address), _port(port), _setter(setter), _turns([](ClientButtondriver *client) { client->takeTurn(); }) {
-  connect(&_server, &QTcpServer::newConnection, this, &Connector::newClient);
-  connect(&_server, &QTcpServer::acceptError, this, &Connector::pauseAcceptingBriefly);
-  _accept_timer.setInterval(limits::accept_retry_ms);
-  _accept_timer.setSingleShot(true);
-  connect(&_accept_timer, &QTimer::timeout, this, &Connector::newClient);
+namespace {
+
+QHostAddress address_of(const ClientButtondriver *client) {
+  const auto *socket = client->findChild<QTcpSocket *>();
+  return socket ? socket->peerAddress() : QHostAddress();
+}
+
+/// Who has been silent longest of those that are connected and that `is_meant` is true for; null when there is none.
+template <class IsMeant>
+ClientButtondriver *most_silent(const std::vector<ClientButtondriver *> &clients, IsMeant is_meant) {
+  ClientButtondriver *found = nullptr;
+  for (ClientButtondriver *client : clients)
+    if (client->connected() && (!found || client->lastHeard() < found->lastHeard()) && is_meant(client))
+      found = client;
+  return found;
+}
+
+/// The address that more than half of all clients come from; null when there is none.
+QHostAddress main_address(const std::vector<ClientButtondriver *> &clients) {
+  std::map<QString, std::size_t> counts;
+  for (const ClientButtondriver *client : clients) {
+    const QHostAddress address = address_of(client);
+    if (2 * ++counts[address.toString()] > clients.size())
+      return address;
+  }
+  return {};
+}
+
+} // namespace
+
+Connector::Connector(const QString &address, quint16 port, ButtonSetter *setter, std::size_t places)
+    : _address(address), _port(port), _setter(setter), _places(places),
+      _turns([](ClientButtondriver *client) { client->takeTurn(); }),
+      _ping_turns([](ClientButtondriver *client) { client->takeTurn(); }) {
+  connect(&_server, &Listener::accepted, this, &Connector::newClient);
+  _budget_timer.setInterval(limits::budget_retry_ms);
+  _budget_timer.setSingleShot(true);
+  connect(&_budget_timer, &QTimer::timeout, this, &Connector::giveAllATurn);
 }
 
 Connector::~Connector() {
@@ -33,43 +66,67 @@ bool Connector::listen() {
   QHostAddress address;
   if (_address.isEmpty())
     address = QHostAddress(QHostAddress::Any);
-  return _server.listen(address, _port);
+  return _server.start(address, _port);
 }
 
 void Connector::newClient() {
-  while (canAccept() && _server.hasPendingConnections()) {
-    // This object owns it.
-    auto *client = new ClientButtondriver(this, _server.nextPendingConnection(), _setter, &_budget);
-    connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { _turns.join(client); });
-    connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::giveAllATurn);
-    connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
-    client->setDelivery(deliveryOf(client));
-    _clients.push_back(client);
-    debug_line() << "buttondriver: new client";
+  while (_server.hasPendingConnections()) {
+    QTcpSocket *const socket = _server.nextPendingConnection();
+    if (_clients.size() < _places || makeRoomFor(*socket))
+      add(socket);
+    else
+      refuse(socket);
   }
-  // To pause is not enough: the server goes on as long as somebody waits. With no place for those it stops at once.
-  _server.setMaxPendingConnections(canAccept() ? 1 : 0);
-  if (!_server.isListening() || _accept_timer.isActive())
-    return;
-  if (canAccept())
-    _server.resumeAccepting();
-  else
-    _server.pauseAccepting();
 }
 
-bool Connector::canAccept() const { return !_is_paused && _clients.size() < limits::connections; }
+void Connector::add(QTcpSocket *socket) {
+  // This object owns it.
+  auto *client = new ClientButtondriver(this, socket, _setter, &_budget);
+  connect(client, &ClientButtondriver::wantsTurn, this, [this, client] { giveTurn(client); });
+  connect(client, &ClientButtondriver::waits, this, [this, client] { _turns.join(client); });
+  connect(client, &ClientButtondriver::tookTurn, this,
+          [this, client](qint64 cost) { _turns.charge(client, std::chrono::nanoseconds(cost)); });
+  connect(client, &ClientButtondriver::largeFrameEnded, this, &Connector::giveAllATurn);
+  connect(client, &ClientButtondriver::waitsForBudget, this, [this] { _budget_timer.start(); });
+  connect(client, &ClientButtondriver::closed, this, [this, client] { forget(client); });
+  client->setDelivery(deliveryOf(client));
+  _clients.push_back(client);
+  debug_line() << "buttondriver: new client";
+}
+
+/// True when somebody has given up a place.
+bool Connector::makeRoomFor(const QTcpSocket &newcomer) {
+  ClientButtondriver *victim =
+      most_silent(_clients, [](const ClientButtondriver *client) { return !client->hasSpoken(); });
+  if (!victim) {
+    const QHostAddress address = main_address(_clients);
+    if (!address.isNull() && !address.isEqual(newcomer.peerAddress()))
+      victim =
+          most_silent(_clients, [&](const ClientButtondriver *client) { return address_of(client).isEqual(address); });
+  }
+  if (victim)
+    victim->giveUp();
+  return _clients.size() < _places;
+}
+
+void Connector::refuse(QTcpSocket *newcomer) {
+  if (!_is_full_logged)
+    critical_line() << "buttondriver: all places for clients are taken, further ones are refused, places"
+                    << static_cast<qint64>(_places);
+  _is_full_logged = true;
+  newcomer->abort();
+  newcomer->deleteLater();
+}
 
 void Connector::pauseReading() {
   _is_paused = true;
+  _turns.stop();
   updateDeliveries();
-  newClient();
 }
 
 void Connector::resumeReading() {
   _is_paused = false;
-  updateDeliveries();
-  giveAllATurn();
-  newClient();
+  goOn();
 }
 
 void Connector::holdClient(qint32 client_id) {
@@ -83,19 +140,37 @@ void Connector::releaseClient(qint32 client_id) {
   if (ClientButtondriver *client = find(client_id)) {
     _held.erase(client);
     client->setDelivery(deliveryOf(client));
-    _turns.join(client);
+    giveTurn(client);
   }
 }
 
 void Connector::holdAllClients() {
   _is_everybody_held = true;
+  _turns.stop();
   updateDeliveries();
 }
 
 void Connector::releaseAllClients() {
   _is_everybody_held = false;
+  goOn();
+}
+
+void Connector::holdNullMessages() {
+  _are_null_messages_held = true;
+  updateDeliveries();
+}
+
+void Connector::releaseNullMessages() {
+  _are_null_messages_held = false;
   updateDeliveries();
   giveAllATurn();
+}
+
+/// After a reason for everybody to wait has gone.
+void Connector::goOn() {
+  updateDeliveries();
+  if (!isEverybodyWaiting())
+    _turns.go();
 }
 
 /// Null when it is gone.
@@ -109,7 +184,9 @@ ClientButtondriver *Connector::find(qint32 client_id) const {
 FrameChoice Connector::deliveryOf(ClientButtondriver *client) const {
   if (_held.count(client) > 0)
     return FrameChoice::none;
-  return _is_paused || _is_everybody_held ? FrameChoice::leading_pings : FrameChoice::all;
+  if (isEverybodyWaiting())
+    return FrameChoice::leading_pings;
+  return _are_null_messages_held ? FrameChoice::no_null_messages : FrameChoice::all;
 }
 
 /// After a reason to wait has come or gone.
@@ -118,21 +195,26 @@ void Connector::updateDeliveries() {
     client->setDelivery(deliveryOf(client));
 }
 
-void Connector::giveAllATurn() { _turns.joinAll(_clients); }
+void Connector::giveTurn(ClientButtondriver *client) {
+  if (isEverybodyWaiting())
+    _ping_turns.join(client);
+  else
+    _turns.join(client);
+}
+
+void Connector::giveAllATurn() {
+  for (ClientButtondriver *client : _clients)
+    giveTurn(client);
+}
 
 void Connector::forget(ClientButtondriver *client) {
   _clients.erase(std::remove(_clients.begin(), _clients.end(), client), _clients.end());
-  _turns.leave(client);
+  _turns.forget(client);
+  _ping_turns.forget(client);
   _held.erase(client);
+  _is_full_logged = false;
   emit clientGone(client->clientId());
   client->deleteLater();
-  newClient();
-}
-
-/// The system refused a connection, for want of descriptors as a rule, and would refuse it again at once.
-void Connector::pauseAcceptingBriefly() {
-  _server.pauseAccepting();
-  _accept_timer.start();
 }
 
 } // namespace buttondriver

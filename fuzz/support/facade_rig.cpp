@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fuzz/support/facade_rig.h"
 
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "fuzz/support/quiet.h"
 
 #include <QtGlobal>

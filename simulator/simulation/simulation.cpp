@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/simulation/simulation.h"
 
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "logging/standard_output.h"
 #include "simulator/picture/panel_picture.h"
 #include "threads/post.h"

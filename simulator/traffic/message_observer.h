@@ -18,6 +18,7 @@ public:
   void setNext(ButtonSetter *next) { _next = next; }
 
   void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+  std::chrono::nanoseconds deviceTime(const QByteArray &message) const override { return _next->deviceTime(message); }
 
   const History<MessageRecord> &messages() const { return _messages; }
   const TextMemory &texts() const { return _texts; }

@@ -2,7 +2,7 @@
 #include "model/panel_under_test.h"
 
 #include "buttons/button_factory.h"
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "panel/leds.h"
 #include "panel/panel_lib.h"
 

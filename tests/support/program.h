@@ -61,7 +61,8 @@ private:
 
 /// Writes frames given in hexadecimal and waits until they have left.
 void send_frames(QTcpSocket &socket, const QByteArray &hex);
-/// Sends a ping and waits for its answer: then all that was sent before has been accepted.
+/// Sends a ping and waits for its answer: then all that was sent before has been accepted. False when none comes, at
+/// once when the connection ends.
 bool answered_ping(QTcpSocket &socket);
 
 } // namespace buttondriver::test

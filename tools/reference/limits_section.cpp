@@ -3,6 +3,7 @@
 
 #include "server/limits.h"
 
+#include <chrono>
 #include <cstdint>
 #include <sstream>
 
@@ -17,9 +18,8 @@ std::string size_in_words(std::int64_t bytes) {
   return bytes % mib == 0 ? std::to_string(bytes / mib) + " MiB" : std::to_string(bytes / kib) + " KiB";
 }
 
-static_assert(limits::read_ahead % 1024 == 0 && limits::largest_frame % 1024 == 0 && limits::large_frames % 1024 == 0 &&
-                  limits::unread_answers % 1024 == 0,
-              "said in KiB");
+static_assert(limits::read_ahead % 1024 == 0 && limits::largest_frame % 1024 == 0 && limits::large_frames % 1024 == 0,
+              "written in KiB");
 
 } // namespace
 
@@ -29,21 +29,27 @@ std::string limits_section() {
              "Nothing of this is told to a client. Whoever waits loses nothing.\n\n"
              "| What | How much | What happens beyond it |\n|---|---|---|\n"
           << "| a message | " << size_in_words(limits::largest_frame) << ", that is L up to " << limits::largest_frame
-          << " | the connection is blocked: what follows on it is thrown away, until it ends. The log has a line |\n"
+          << " | the message is skipped, and what follows it is read as usual. The log has a line |\n"
           << "| frames of more than " << size_in_words(limits::read_ahead) << ", those of all connections together | "
           << size_in_words(limits::large_frames)
-          << " | the connection waits until others have delivered theirs or have ended |\n"
-          << "| answers to pings that a client does not read | " << size_in_words(limits::unread_answers)
-          << " | nothing is read from it until it has read them |\n"
-          << "| messages of one connection in a row | " << limits::messages_per_turn
-          << " | the other connections have their turn first |\n"
-          << "| open connections | " << limits::connections << " | further ones wait until others have ended |\n"
-          << "| work that the panel has not done yet | a number of tasks and of bytes: a "
+          << " that have arrived | the connection waits until others have delivered theirs or have ended. A frame that "
+             "others wait for and that does not arrive is skipped, and the log has a line |\n"
+          << "| answers to pings that a client does not read | " << limits::owed_answers
+          << " | further ones are dropped, and the log has a line. The client is served all the same |\n"
+          << "| messages of one connection in a row | " << limits::messages_per_turn << ", and work for the panel of "
+          << limits::time_per_turn / std::chrono::milliseconds(1)
+          << " ms, at least one message | the other connections have their turn first |\n"
+          << "| open connections | " << limits::connections
+          << ", or less where the system lets the daemon have fewer | a newcomer gets the place of a client that has "
+             "never sent a message; where there is none, it is [refused](reliability.md#when-all-places-are-taken) |\n"
+          << "| work that the panel has not done yet | a time, and a number of bytes: a "
              "[pause](reliability.md#when-the-hardware-is-behind) | until some is done, only pings that come first on "
-             "their connection are answered; all else waits, and so do new connections |\n"
+             "their connection are answered; all else waits |\n"
           << "| messages with opcode 0 that are not logged yet | a number of bytes: a "
-             "[hold](reliability.md#when-null-messages-wait-to-be-logged) | as in a pause, for those who sent them; "
-             "beyond a second mark for all |\n"
+             "[hold](reliability.md#when-null-messages-wait-to-be-logged) | who sent one waits until it is logged; "
+             "beyond a mark further ones wait too, and what follows them |\n"
+          << "| lines of the log that nobody reads | a number of bytes: a [hold](reliability.md#the-log) | as in a "
+             "pause |\n"
              "\n";
   return section.str();
 }

@@ -63,7 +63,7 @@ Nothing that a client sends makes the daemon close the connection.
 | an opcode that does not exist | the same |
 | a length of 0xFFFFFFFC or more | adds the 4 bytes of the length to it in 32 bits, which wraps to 0 to 3: does not wait, and takes all that has arrived after the length at that moment as one message |
 | a length that the bytes never reach | waits for good, takes what that connection goes on to send for the message, and serves the other connections |
-| a length beyond the [limit](#limits), up to 0xFFFFFFFB | blocks the connection for good |
+| a length beyond the [limit](#limits), up to 0xFFFFFFFB | is skipped, and what follows it is read as usual |
 
 )";
 

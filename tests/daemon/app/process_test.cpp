@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace buttondriver {
@@ -37,6 +38,19 @@ TEST_F(ProcessTest, needs_no_environment) {
   prepare_process();
   environ = usual;
   EXPECT_EQ(std::signal(SIGPIPE, SIG_DFL), SIG_IGN);
+}
+
+TEST_F(ProcessTest, may_open_as_many_descriptors_as_the_system_lets_it) {
+  rlimit usual{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+  const rlimit few{64, usual.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  prepare_process();
+  rlimit limit{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+  EXPECT_EQ(limit.rlim_cur, usual.rlim_max);
+  EXPECT_EQ(limit.rlim_max, usual.rlim_max);
+  ::setrlimit(RLIMIT_NOFILE, &usual);
 }
 
 TEST_F(ProcessTest, ignores_the_signals_of_a_log_that_cannot_be_written) {

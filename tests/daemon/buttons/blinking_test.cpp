@@ -142,7 +142,7 @@ TEST_F(BlinkingTest, ticks_are_left_out_for_all_buttons_alike_while_the_queue_is
     std::vector<std::string> sent = sentBy(ticks_before);
     {
       const BusyWorker busy(*fpga);
-      while (fpga->queueLength() <= QueueMarks().full_tasks)
+      while (fpga->queuedTime() <= QueueMarks().full_time)
         fpga->setLEDStatusIndicator(0, 1);
       EXPECT_THAT(sentBy(5), testing::Each(IsEmpty())) << ticks_before;
     }
@@ -155,11 +155,9 @@ TEST_F(BlinkingTest, ticks_are_left_out_for_all_buttons_alike_while_the_queue_is
 
 TEST_F(BlinkingTest, goes_on_with_all_that_clients_alone_can_queue) {
   const BusyWorker busy(*fpga);
-  // Past the mark at which they pause they bring one turn: 64 messages for all 24 buttons.
-  while (fpga->queueLength() <= QueueMarks().high_tasks)
+  // Past the mark at which they pause they bring one turn: 10 ms, and a message for all 24 buttons of 2 ms each.
+  while (fpga->queuedTime() <= QueueMarks().high_time + std::chrono::milliseconds(10 + 48))
     fpga->setLEDStatusIndicator(0, 1);
-  for (int i = 0; i < 64; ++i)
-    dispatcher->setLEDState(-1, 1, 0);
   useOwnButtons();
   dispatcher->setLEDState(3, -1, 20);
   ticks(3);
@@ -172,11 +170,11 @@ TEST_F(BlinkingTest, that_the_device_cannot_follow_makes_no_client_pause) {
   const BusyWorker busy(*fpga);
   dispatcher->setLEDState(-1, -1, 20);
   ticks(1000);
-  EXPECT_GT(fpga->queueLength(), QueueMarks().full_tasks);
-  EXPECT_LE(fpga->queueLength(), QueueMarks().full_tasks + 24);
+  EXPECT_GT(fpga->queuedTime(), QueueMarks().full_time);
+  EXPECT_LE(fpga->queuedTime(), QueueMarks().full_time + 24 * fpga->timeOf(TaskKind::button_led));
   EXPECT_EQ((fpga->queueLength() - 1) % 24, 0U) << "a tick is for all buttons or for none";
-  // Besides the task that keeps the worker busy.
-  for (std::size_t i = 1; i < QueueMarks().high_tasks; ++i)
+  // Of unknown time, 1 ms each; the task that keeps the worker busy counts for 10.
+  for (int i = 1; i <= 40; ++i)
     fpga->setLEDStatusIndicator(0, 1);
   EXPECT_EQ(times_high, 0);
   fpga->setLEDStatusIndicator(0, 1);

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "fpga/task_queue.h"
+#include "fpga/queue/task_queue.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace buttondriver {
 namespace {
+
+using namespace std::chrono_literals;
 
 class CountedTask : public FPGATask {
 public:
@@ -54,7 +57,7 @@ TEST(TaskQueueTest, deletes_what_is_left_and_takes_null_entries) {
 
 class HeavyTask : public FPGATask {
 public:
-  explicit HeavyTask(std::size_t bytes) : _bytes(bytes) {}
+  explicit HeavyTask(std::size_t bytes = 0) : _bytes(bytes) {}
   void execute() override {}
   std::size_t keptBytes() const override { return _bytes; }
 
@@ -62,80 +65,98 @@ private:
   std::size_t _bytes;
 };
 
+/// High past 8 ms or 1000 bytes, low at 4 ms and 500 bytes, full past 12 ms.
+const QueueMarks small_marks{8ms, 4ms, 1000, 500, 12ms};
+
 TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_down) {
   struct Row {
     const char *name;
     std::size_t bytes_each;
+    TaskCosts::Time time_each;
     int appended_until_high;
     int removed_until_low;
   };
-  // Marks: 8 tasks high, 4 low; 100 bytes high, 50 low.
   const Row rows[] = {
-      {"by number", 0, 9, 5},
-      {"by bytes", 30, 4, 3},
-      {"by one picture", 101, 1, 1},
-      {"the number is low before the bytes are", 16, 7, 4},
+      {"by time", 0, 1ms, 9, 8},
+      {"by the time of many fast ones", 0, 500us, 17, 12},
+      {"by bytes", 300, 20us, 4, 6},
+      {"by one picture", 1001, 20us, 1, 4},
+      {"the time is low before the bytes are", 150, 1200us, 7, 7},
+      {"by the second one that takes longer than the mark", 0, 30ms, 2, 4},
+      {"by the second one of unknown time", 0, 0ms, 2, 4},
   };
   for (const Row &row : rows) {
+    SCOPED_TRACE(row.name);
     int drained = 0;
-    TaskQueue queue({8, 4, 100, 50}, [&drained] { ++drained; });
-    for (int i = 1; i <= row.appended_until_high + 3; ++i)
-      EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high)
-          << row.name << i;
-    for (int i = 0; i < 3; ++i)
-      queue.removeFront();
-    EXPECT_EQ(drained, 0) << row.name;
-    EXPECT_TRUE(queue.isHigh()) << row.name;
-    for (int i = 1; i <= row.removed_until_low; ++i) {
-      EXPECT_EQ(drained, 0) << row.name << i;
+    TaskQueue queue(small_marks, [&drained] { ++drained; });
+    if (row.time_each > 0ms)
+      queue.costs().learn(TaskKind::other, row.bytes_each, row.time_each);
+    const int appended = row.appended_until_high + 3;
+    for (int i = 1; i <= appended; ++i)
+      EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high) << i;
+    for (int removed = 1; removed <= row.removed_until_low; ++removed) {
+      EXPECT_EQ(drained, 0) << removed;
+      EXPECT_TRUE(queue.isHigh()) << removed;
       queue.removeFront();
     }
-    EXPECT_EQ(drained, 1) << row.name;
-    EXPECT_FALSE(queue.isHigh()) << row.name;
+    EXPECT_EQ(drained, 1);
+    EXPECT_FALSE(queue.isHigh());
     while (queue.size() > 0)
       queue.removeFront();
-    EXPECT_EQ(drained, 1) << row.name;
+    EXPECT_EQ(drained, 1);
   }
 }
 
-TEST(TaskQueueTest, comes_down_quietly_where_nobody_wants_to_know) {
-  TaskQueue queue({2, 1, 100, 50});
+TEST(TaskQueueTest, a_task_counts_for_what_was_expected_when_it_came) {
+  TaskQueue queue(small_marks);
+  queue.costs().learn(TaskKind::other, 0, 1ms);
   for (int i = 0; i < 3; ++i)
-    queue.append(std::make_unique<HeavyTask>(0));
+    queue.append(std::make_unique<HeavyTask>());
+  queue.costs().learn(TaskKind::other, 0, 9ms); // from now on each counts for 3 ms
+  EXPECT_FALSE(queue.append(std::make_unique<HeavyTask>()));
+  EXPECT_TRUE(queue.append(std::make_unique<HeavyTask>()));
+  while (queue.size() > 0)
+    queue.removeFront();
+  EXPECT_FALSE(queue.append(std::make_unique<HeavyTask>()));
+  EXPECT_FALSE(queue.append(std::make_unique<HeavyTask>()));
+  EXPECT_TRUE(queue.append(std::make_unique<HeavyTask>())) << "nothing of the earlier ones is left";
+}
+
+TEST(TaskQueueTest, comes_down_quietly_where_nobody_wants_to_know) {
+  TaskQueue queue(small_marks);
+  for (int i = 0; i < 2; ++i)
+    queue.append(std::make_unique<HeavyTask>());
   EXPECT_TRUE(queue.isHigh());
-  queue.removeFront();
   queue.removeFront();
   EXPECT_FALSE(queue.isHigh());
 }
 
 TEST(TaskQueueTest, what_the_timer_appends_makes_it_full_and_not_high) {
-  QueueMarks marks;
-  marks.high_tasks = 4;
-  marks.low_tasks = 2;
-  marks.full_tasks = 12;
   int drained = 0;
-  TaskQueue queue(marks, [&drained] { ++drained; });
+  TaskQueue queue(small_marks, [&drained] { ++drained; });
+  queue.costs().learn(TaskKind::other, 0, 1ms);
   const auto append = [&queue](int count, TaskOrigin origin) {
     bool is_high_now = false;
     for (int i = 0; i < count; ++i)
-      is_high_now = queue.append(std::make_unique<HeavyTask>(0), origin) || is_high_now;
+      is_high_now = queue.append(std::make_unique<HeavyTask>(), origin) || is_high_now;
     return is_high_now;
   };
-  EXPECT_FALSE(append(8, TaskOrigin::timer));
-  EXPECT_FALSE(append(4, TaskOrigin::client));
+  EXPECT_FALSE(append(4, TaskOrigin::timer));
+  EXPECT_FALSE(append(8, TaskOrigin::client));
   EXPECT_FALSE(queue.isFull());
   EXPECT_TRUE(append(1, TaskOrigin::client));
   EXPECT_TRUE(queue.isFull());
   append(20, TaskOrigin::timer);
-  for (int i = 0; i < 10; ++i)
+  for (int i = 0; i < 8; ++i)
     queue.removeFront();
   EXPECT_TRUE(queue.isHigh());
+  queue.removeFront();
+  EXPECT_EQ(drained, 1) << "four of the clients' and twenty of the timer's are left";
+  EXPECT_TRUE(queue.isFull());
+  for (int i = 0; i < 11; ++i)
+    queue.removeFront();
   EXPECT_TRUE(queue.isFull());
   queue.removeFront();
-  EXPECT_EQ(drained, 1) << "two of the clients' and twenty of the timer's are left";
-  EXPECT_TRUE(queue.isFull());
-  for (int i = 0; i < 10; ++i)
-    queue.removeFront();
   EXPECT_FALSE(queue.isFull());
 }
 

@@ -4,7 +4,7 @@
 #include "server/client_buttondriver.h"
 
 #include "daemon/server/server_fixture.h"
-#include "server/large_frame_budget.h"
+#include "server/frames/large_frame_budget.h"
 #include "server/limits.h"
 
 #include <QMetaMethod>
@@ -14,6 +14,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,14 +41,13 @@ protected:
     QObject::connect(&*client, &ClientButtondriver::closed, [this] { ++times_closed; });
   }
 
-  /// The peer leaves after it has sent 200 frames, and nobody is there for the answers. Two turns are delivered: the
-  /// one whose answers fail, and the first one after that.
+  /// The socket ends when 200 frames have been read, of which a first turn is delivered; a second one is at the end.
   void drainNow() {
-    setter.answer = "answer";
     peer.write(frame("work").repeated(200));
-    ASSERT_TRUE(peer.waitForBytesWritten(10'000));
-    test::reset(peer);
-    ASSERT_TRUE(process_events_until([&] { return !client->connected(); }));
+    ASSERT_TRUE(process_events_until([&] { return setter.delivered > 0; }));
+    ASSERT_EQ(client->findChild<QTcpSocket *>()->bytesAvailable(), (200 - 64) * 8);
+    ASSERT_TRUE(QMetaObject::invokeMethod(&*client, "clientDisconnected"));
+    ASSERT_FALSE(client->connected());
     ASSERT_EQ(setter.delivered, 2 * limits::messages_per_turn);
     ASSERT_EQ(times_closed, 0);
   }
@@ -85,16 +85,92 @@ TEST_F(ClientButtondriverTest, with_nothing_left_is_gone_when_its_peer_leaves) {
               ElementsAre("debug: buttondriver: client disconnected " + std::to_string(client->descriptor()) + " "));
 }
 
-TEST_F(ClientButtondriverTest, that_is_blocked_stays_connected_until_its_peer_leaves) {
-  peer.write(frame("before") + QByteArray::fromHex("01000001") + "after");
+TEST_F(ClientButtondriverTest, with_nothing_but_a_skipped_frame_is_gone_when_its_peer_leaves) {
+  peer.write(frame("before") + QByteArray::fromHex("01000001") + frame("inside"));
   ASSERT_TRUE(process_events_until([&] { return setter.delivered == 1; }));
   EXPECT_TRUE(client->connected());
   EXPECT_THAT(log.take(), Contains(HasSubstr("frame too large")));
-  peer.write(frame("after"));
+  peer.write(frame("inside"));
   peer.disconnectFromHost();
   ASSERT_TRUE(process_events_until([&] { return times_closed > 0; }));
   EXPECT_EQ(setter.delivered, 1U);
   EXPECT_FALSE(client->connected());
+}
+
+TEST_F(ClientButtondriverTest, tells_what_its_turns_cost_and_ends_one_that_costs_enough) {
+  std::vector<qint64> costs;
+  QObject::connect(&*client, &ClientButtondriver::tookTurn, [&](qint64 cost) { costs.push_back(cost); });
+  struct Row {
+    std::chrono::nanoseconds device_time;
+    int sent;
+    std::vector<qint64> costs; // microseconds, of each turn
+  };
+  const Row rows[] = {
+      {std::chrono::nanoseconds(0), 100, {64 * 20, 36 * 20}},
+      {std::chrono::milliseconds(4), 5, {12'000, 8'000}},
+      {std::chrono::milliseconds(10), 2, {10'000, 10'000}},
+      {std::chrono::milliseconds(30), 2, {30'000, 30'000}},
+  };
+  for (const Row &row : rows) {
+    costs.clear();
+    setter.forget();
+    setter.device_time = row.device_time;
+    peer.write(frame("work").repeated(row.sent));
+    ASSERT_TRUE(process_events_until([&] { return setter.delivered > 0; }));
+    while (setter.delivered < static_cast<std::size_t>(row.sent))
+      client->takeTurn();
+    std::vector<qint64> expected;
+    for (const qint64 cost : row.costs)
+      expected.push_back(cost * 1000);
+    EXPECT_EQ(costs, expected);
+  }
+}
+
+TEST_F(ClientButtondriverTest, tells_that_it_waits_while_everybody_does) {
+  int times_waiting = 0;
+  QObject::connect(&*client, &ClientButtondriver::waits, [&] { ++times_waiting; });
+  client->setDelivery(FrameChoice::leading_pings);
+  peer.write(frame("work"));
+  EXPECT_TRUE(process_events_until([&] { return times_waiting == 1; }));
+  client->takeTurn();
+  EXPECT_EQ(times_waiting, 2);
+  client->setDelivery(FrameChoice::none);
+  client->takeTurn();
+  EXPECT_EQ(times_waiting, 2) << "it would ask again and again";
+  EXPECT_EQ(turns_wanted, 0);
+  EXPECT_EQ(setter.delivered, 0U);
+}
+
+TEST_F(ClientButtondriverTest, that_gives_up_is_gone_at_once) {
+  client->setDelivery(FrameChoice::none);
+  peer.write(frame("work"));
+  ASSERT_TRUE(process_events_until([&] { return !setter.calls.empty(); }));
+  EXPECT_FALSE(client->hasSpoken());
+  client->giveUp();
+  EXPECT_FALSE(client->connected());
+  EXPECT_EQ(times_closed, 1);
+  client->giveUp();
+  EXPECT_EQ(times_closed, 1);
+  EXPECT_TRUE(process_events_until([&] { return peer.state() == QAbstractSocket::UnconnectedState; }));
+}
+
+TEST_F(ClientButtondriverTest, skips_a_frame_that_others_had_to_wait_for) {
+  std::chrono::steady_clock::time_point now{};
+  LargeFrameBudget small_budget(limits::largest_frame, [&] { return now; }); // the kept room, and nothing else
+  QTcpSocket sender;
+  sender.connectToHost(QHostAddress::LocalHost, door.serverPort());
+  ASSERT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
+  client.emplace(nullptr, door.nextPendingConnection(), &setter, &small_budget);
+  sender.write(QByteArray::fromHex("000f0000") + QByteArray(500'000, 'x'));
+  ASSERT_TRUE(process_events_until([&] { return !small_budget.hasRoomForOne() && sender.bytesToWrite() == 0; }));
+  LargeFrameBudget::Share other(&small_budget, [] {});
+  EXPECT_FALSE(other.grow(1));
+  now += LargeFrameBudget::patience;
+  EXPECT_TRUE(other.grow(1));
+  EXPECT_THAT(log.take(), Contains(HasSubstr("frame does not arrive, skipped, descriptor ")));
+  sender.write(QByteArray(0xF0000 - 500'000, 'x') + frame("after it"));
+  ASSERT_TRUE(process_events_until([&] { return setter.delivered > 0; }));
+  EXPECT_THAT(setter.messages(), ElementsAre("after it"));
 }
 
 TEST_F(ClientButtondriverTest, drains_a_turn_at_a_time_and_is_gone_after_the_last_one) {
@@ -154,26 +230,20 @@ TEST_F(ClientButtondriverTest, that_is_gone_stays_gone) {
 }
 
 TEST_F(ClientButtondriverTest, gives_its_share_of_the_budget_back_when_its_peer_leaves_or_it_is_deleted) {
-  const qint64 all = limits::large_frames;
+  const qint64 all = budget.free();
   for (const bool is_deleted : {false, true}) {
     SCOPED_TRACE(is_deleted);
     QTcpSocket other;
     other.connectToHost(QHostAddress::LocalHost, door.serverPort());
     ASSERT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
     client.emplace(nullptr, door.nextPendingConnection(), &setter, &budget);
-    other.write(QByteArray::fromHex("00100000"));
-    ASSERT_TRUE(process_events_until([&] {
-      const bool is_whole = budget.take(all);
-      if (is_whole)
-        budget.giveBack(all);
-      return !is_whole;
-    }));
+    other.write(QByteArray::fromHex("00100000") + QByteArray(200'000, 'x'));
+    ASSERT_TRUE(process_events_until([&] { return budget.free() < all; }));
     if (is_deleted)
       client.reset();
     else
       other.disconnectFromHost();
-    EXPECT_TRUE(process_events_until([&] { return budget.take(all); }));
-    budget.giveBack(all);
+    EXPECT_TRUE(process_events_until([&] { return budget.free() == all; }));
   }
 }
 
@@ -181,10 +251,13 @@ TEST_F(ClientButtondriverTest, made_without_a_budget_has_one_of_its_own) {
   QTcpSocket other;
   other.connectToHost(QHostAddress::LocalHost, door.serverPort());
   ASSERT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
-  ASSERT_TRUE(budget.take(limits::large_frames));
+  const qint64 all = budget.free();
   ClientButtondriver on_its_own(nullptr, door.nextPendingConnection(), &setter);
   other.write(frame(QByteArray(200'000, 'x')));
-  EXPECT_TRUE(process_events_until([&] { return setter.delivered == 1; }));
+  EXPECT_TRUE(process_events_until([&] {
+    EXPECT_EQ(budget.free(), all);
+    return setter.delivered == 1;
+  }));
 }
 
 /// The slots that `type` itself declares, each as "public name()".

@@ -8,6 +8,8 @@
 #include <QEvent>
 #include <QMetaObject>
 
+#include <sys/ioctl.h>
+
 #include <filesystem>
 #include <iterator>
 #include <vector>
@@ -89,6 +91,23 @@ TEST_F(ConnectionEndTest, a_client_that_resets_its_connection_before_it_is_answe
     for (const auto &call : setter.calls)
       EXPECT_LE(call.messages.size(), limits::messages_per_turn);
   }
+}
+
+TEST_F(ConnectionEndTest, what_the_system_has_of_a_client_that_left_without_reading_is_carried_out) {
+  setter.answer = "answer";
+  constexpr std::size_t count = 8'000; // more than is read ahead, and less than the system holds
+  const auto client = connectClient();
+  client->setReadBufferSize(1); // it never reads its answers, so that its end is a reset
+  client->write(frame(ping) + frame("some work").repeated(static_cast<int>(count)));
+  while (client->bytesToWrite() > 0 && client->waitForBytesWritten(10'000)) {
+  }
+  // All has arrived at the server's side of the system; the server itself has not come by yet.
+  int on_its_way = 1;
+  while (on_its_way > 0)
+    ASSERT_EQ(::ioctl(static_cast<int>(client->socketDescriptor()), TIOCOUTQ, &on_its_way), 0);
+  client->abort();
+  ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  EXPECT_EQ(delivered(), count + 1);
 }
 
 TEST_F(ConnectionEndTest, what_a_reset_leaves_behind_waits_for_the_end_of_a_pause) {

@@ -5,6 +5,7 @@
 
 #include <QIODevice>
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <vector>
@@ -28,6 +29,8 @@ public:
       reply->write(answer);
   }
 
+  std::chrono::nanoseconds deviceTime(const QByteArray & /*message*/) const override { return device_time; }
+
   /// The messages of all calls so far.
   std::vector<QByteArray> messages() const {
     std::vector<QByteArray> all;
@@ -43,9 +46,10 @@ public:
   }
 
   std::vector<Call> calls;
-  std::size_t delivered = 0;         ///< messages of all calls
-  QByteArray answer;                 ///< to each message; empty: none
-  std::function<void()> when_called; ///< in each call, before it answers
+  std::size_t delivered = 0;              ///< messages of all calls
+  QByteArray answer;                      ///< to each message; empty: none
+  std::chrono::nanoseconds device_time{}; ///< of each message
+  std::function<void()> when_called;      ///< in each call, before it answers
 };
 
 } // namespace buttondriver::test

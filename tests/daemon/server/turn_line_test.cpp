@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "server/turn_line.h"
+#include "server/turns/turn_line.h"
 
 #include "daemon/server/remembering_setter.h"
 #include "server/client_buttondriver.h"
-#include "server/large_frame_budget.h"
+#include "server/frames/large_frame_budget.h"
 #include "support/captured_log.h"
 #include "support/event_loop.h"
 
@@ -14,6 +14,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -31,6 +32,11 @@ protected:
       client = std::make_unique<ClientButtondriver>(nullptr, nullptr, &setter, &budget);
       clients.push_back(client.get());
     }
+  }
+
+  void joinAll() {
+    for (ClientButtondriver *client : clients)
+      line.join(client);
   }
 
   /// Waits until so many turns have been had.
@@ -78,35 +84,51 @@ TEST_F(TurnLineTest, who_joins_during_a_turn_waits_for_the_next_round) {
   EXPECT_EQ(turns_of_the_first_round, 2U);
 }
 
-TEST_F(TurnLineTest, who_has_left_gets_no_turn_even_when_it_left_during_the_round) {
-  during_a_turn = [&](ClientButtondriver *) { line.leave(clients[1]); };
-  for (ClientButtondriver *client : clients)
-    line.join(client);
-  line.leave(clients[2]);
-  line.leave(clients[2]);
+TEST_F(TurnLineTest, who_is_forgotten_gets_no_turn_even_when_that_was_during_the_round) {
+  during_a_turn = [&](ClientButtondriver *) { line.forget(clients[1]); };
+  joinAll();
+  line.forget(clients[2]);
+  line.forget(clients[2]);
   QCoreApplication::processEvents();
   QCoreApplication::processEvents();
   EXPECT_THAT(turns, ElementsAre(clients[0]));
 }
 
-TEST_F(TurnLineTest, who_has_left_may_join_again_at_the_end) {
-  for (ClientButtondriver *client : clients)
-    line.join(client);
-  line.leave(clients[0]);
-  line.join(clients[0]);
+TEST_F(TurnLineTest, who_has_used_the_device_least_comes_first) {
+  line.charge(clients[0], std::chrono::milliseconds(2));
+  line.charge(clients[1], std::chrono::milliseconds(1));
+  joinAll();
   ASSERT_TRUE(served(3));
-  EXPECT_THAT(turns, ElementsAre(clients[1], clients[2], clients[0]));
+  EXPECT_THAT(turns, ElementsAre(clients[2], clients[1], clients[0]));
 }
 
-TEST_F(TurnLineTest, when_all_join_another_one_is_first_each_time) {
-  for (std::size_t round = 0; round < 3; ++round) {
-    line.joinAll(clients);
-    ASSERT_TRUE(served(3 * (round + 1)));
-  }
-  EXPECT_THAT(turns, ElementsAre(clients[1], clients[2], clients[0], //
-                                 clients[2], clients[0], clients[1], //
-                                 clients[0], clients[1], clients[2]));
-  line.joinAll({});
+TEST_F(TurnLineTest, goes_on_after_the_last_one_served_when_it_was_stopped) {
+  // As when the queue is high after each turn: each of them wants more at once, and one is served each time.
+  during_a_turn = [&](ClientButtondriver *client) {
+    line.join(client);
+    line.charge(client, std::chrono::milliseconds(10));
+    line.stop();
+  };
+  joinAll();
+  for (int i = 0; i < 6; ++i)
+    line.go();
+  EXPECT_THAT(turns, ElementsAre(clients[0], clients[1], clients[2], clients[0], clients[1], clients[2]));
+}
+
+TEST_F(TurnLineTest, gives_no_turns_while_it_is_stopped_and_the_first_ones_when_it_goes_on) {
+  line.join(clients[0]);
+  line.stop();
+  line.join(clients[1]);
+  for (int i = 0; i < 5; ++i)
+    QCoreApplication::processEvents();
+  EXPECT_THAT(turns, IsEmpty());
+  during_a_turn = [&](ClientButtondriver *client) {
+    if (turns.size() < 4)
+      line.join(client);
+  };
+  line.go();
+  EXPECT_THAT(turns, ElementsAre(clients[0], clients[1])) << "at once";
+  ASSERT_TRUE(served(4)) << "and then in the rounds of the event loop";
 }
 
 TEST_F(TurnLineTest, an_empty_line_keeps_the_event_loop_at_rest) {

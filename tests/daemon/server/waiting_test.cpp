@@ -63,16 +63,42 @@ TEST_F(WaitingTest, pings_are_answered_while_paused_and_stay_in_order) {
   EXPECT_EQ(setter.messages()[202], ping);
 }
 
-TEST_F(WaitingTest, nobody_is_accepted_while_paused) {
+TEST_F(WaitingTest, everybody_is_accepted_and_answered_while_paused) {
   connector.pauseReading();
-  QTcpSocket waiting;
-  waiting.connectToHost(QHostAddress::LocalHost, connector.port());
-  ASSERT_TRUE(process_events_until([&] { return waiting.state() == QAbstractSocket::ConnectedState; }));
-  waiting.write(frame("patience"));
+  connector.holdAllClients();
+  const auto client = connectClient();
+  client->write(frame(ping) + frame("patience"));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 1; }));
   settle();
-  EXPECT_TRUE(connector.clients().empty());
+  EXPECT_EQ(delivered(), 1U);
   connector.resumeReading();
-  EXPECT_TRUE(process_events_until([&] { return delivered() == 1; }));
+  settle();
+  EXPECT_EQ(delivered(), 1U) << "the other reason is still there";
+  connector.releaseAllClients();
+  EXPECT_TRUE(process_events_until([&] { return delivered() == 2; }));
+}
+
+TEST_F(WaitingTest, null_messages_wait_and_with_them_what_follows_on_their_connections) {
+  const QByteArray null_message(4, '\0');
+  const auto sender = connectClient();
+  const auto other = connectClient();
+  connector.holdNullMessages();
+  const auto third = connectClient();
+  sender->write(frame("before") + frame(null_message) + frame(ping));
+  for (const auto &client : {&other, &third})
+    (*client)->write(frame("") + frame("work") + frame(ping));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 7; }));
+  settle();
+  EXPECT_EQ(delivered(), 7U);
+  EXPECT_THAT(setter.messages(), testing::Not(testing::Contains(null_message)));
+  connector.pauseReading();
+  connector.resumeReading();
+  settle();
+  EXPECT_EQ(delivered(), 7U);
+  connector.releaseNullMessages();
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 9; }));
+  EXPECT_EQ(setter.messages()[7], null_message);
+  EXPECT_EQ(setter.messages()[8], ping);
 }
 
 TEST_F(WaitingTest, a_server_that_does_not_listen_waits_and_goes_on_like_any_other) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "fpga/fpga.h"
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "panel/leds.h"
 #include "panel/panel_lib.h"
 #include "support/device/recording_device.h"

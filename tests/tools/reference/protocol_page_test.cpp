@@ -41,10 +41,10 @@ TEST(ProtocolPageTest, names_the_limits_with_their_numbers) {
   const std::string page = protocol_page();
   for (const char *beginning : {
            "| a message | 16 MiB, that is L up to 16777216 | ",
-           "| frames of more than 64 KiB, those of all connections together | 64 MiB | ",
-           "| answers to pings that a client does not read | 64 KiB | ",
-           "| messages of one connection in a row | 64 | ",
-           "| open connections | 900 | ",
+           "| frames of more than 64 KiB, those of all connections together | 64 MiB that have arrived | ",
+           "| answers to pings that a client does not read | 1000000 | ",
+           "| messages of one connection in a row | 64, and work for the panel of 10 ms, ",
+           "| open connections | 900, ",
        })
     EXPECT_THAT(page, HasSubstr(beginning));
 }

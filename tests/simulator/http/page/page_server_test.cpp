@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The pictures, the state and the files that the page's server answers with.
 
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
 #include "simulator/picture/panel_picture.h"
 #include "support/event_loop.h"
 #include "web_page_fixture.h"

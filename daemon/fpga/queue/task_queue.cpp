@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "fpga/task_queue.h"
+#include "fpga/queue/task_queue.h"
 
 #include <utility>
 
@@ -10,12 +10,16 @@ TaskQueue::TaskQueue(const QueueMarks &marks, std::function<void()> when_drained
 
 bool TaskQueue::append(std::unique_ptr<FPGATask> task, TaskOrigin origin) {
   const std::size_t bytes = task ? task->keptBytes() : 0;
+  const Time time = task ? _costs.of(task->kind(), bytes) : Time::zero();
   const std::lock_guard lock(_mutex);
-  _tasks.push_back({std::move(task), bytes, origin});
-  if (origin == TaskOrigin::client)
+  _tasks.push_back({std::move(task), time, bytes, origin});
+  if (origin == TaskOrigin::client) {
     ++_clients_tasks;
+    _clients_time += time;
+  }
+  _time += time;
   _bytes += bytes;
-  if (_is_high || (_clients_tasks <= _marks.high_tasks && _bytes <= _marks.high_bytes))
+  if (_is_high || !isPastHigh())
     return false;
   _is_high = true;
   return true;
@@ -36,15 +40,26 @@ void TaskQueue::removeFront() {
       return;
     removed = std::move(_tasks.front());
     _tasks.pop_front();
-    if (removed.origin == TaskOrigin::client)
+    if (removed.origin == TaskOrigin::client) {
       --_clients_tasks;
+      _clients_time -= removed.time;
+    }
+    _time -= removed.time;
     _bytes -= removed.bytes;
-    is_drained = _is_high && _clients_tasks <= _marks.low_tasks && _bytes <= _marks.low_bytes;
+    is_drained = _is_high && isDownToLow();
     if (is_drained)
       _is_high = false;
   }
   if (is_drained && _when_drained)
     _when_drained();
+}
+
+bool TaskQueue::isPastHigh() const {
+  return (_clients_time > _marks.high_time && _clients_tasks > 1) || _bytes > _marks.high_bytes;
+}
+
+bool TaskQueue::isDownToLow() const {
+  return (_clients_time <= _marks.low_time || _clients_tasks <= 1) && _bytes <= _marks.low_bytes;
 }
 
 std::size_t TaskQueue::size() const {
@@ -55,6 +70,11 @@ std::size_t TaskQueue::size() const {
 bool TaskQueue::isHigh() const {
   const std::lock_guard lock(_mutex);
   return _is_high;
+}
+
+TaskQueue::Time TaskQueue::time() const {
+  const std::lock_guard lock(_mutex);
+  return _time;
 }
 
 } // namespace buttondriver

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "fpga/fpga_task.h"
+#include "fpga/queue/fpga_task.h"
+#include "fpga/queue/task_costs.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -12,26 +14,30 @@
 
 namespace buttondriver {
 
-/// How much may wait for the worker before clients should pause, and when they may go on.
+/// How much may wait for the worker before clients should pause, and when they may go on. Times are those that the
+/// device is expected to need.
 struct QueueMarks {
-  std::size_t high_tasks = 512;
-  std::size_t low_tasks = 256;
+  std::chrono::nanoseconds high_time = std::chrono::milliseconds(50);
+  std::chrono::nanoseconds low_time = std::chrono::milliseconds(25);
   std::size_t high_bytes = 16 * 1024 * 1024;
   std::size_t low_bytes = 8 * 1024 * 1024;
-  /// Tasks of all origins past which the timer should queue nothing more. Clients alone do not get there: past the high
-  /// mark they add one turn at most, 64 messages of 24 tasks.
-  std::size_t full_tasks = 4096;
+  /// Of all tasks, past which the timer should queue nothing more. Clients alone do not get there with tasks that the
+  /// device carries out in a hundredth of a second: past the high mark they add one turn at most.
+  std::chrono::nanoseconds full_time = std::chrono::milliseconds(250);
 };
 
 /// Who asked for a task.
 enum class TaskOrigin : std::uint8_t {
   client,
-  timer, ///< does not count for the high and the low marks: clients cannot help that it is there
+  timer, ///< does not count for the high and the low time: clients cannot help that it is there
 };
 
 /// The pending tasks, first in, first out. It owns them. Tasks are appended by the main thread and removed by the
 /// worker; the facade's semaphore counts those that the worker has to take. Nothing is ever refused: the
 /// marks only show when it is time to pause.
+///
+/// The queue is high when more time waits than the high mark, but never with a single task, which is the one that the
+/// worker carries out: so however long tasks take, one more is there when it is done.
 class TaskQueue {
 public:
   /// `when_drained` is called on the removing thread when the queue was high and has come down to both low marks.
@@ -45,27 +51,42 @@ public:
   void removeFront();
 
   std::size_t size() const;
+  /// What all tasks together are expected to take.
+  std::chrono::nanoseconds time() const;
   /// Past a high mark, and not yet down to both low ones.
   bool isHigh() const;
   /// Past the full mark.
-  bool isFull() const { return size() > _marks.full_tasks; }
+  bool isFull() const { return time() > _marks.full_time; }
+
+  /// What its tasks are expected to cost. The removing thread teaches it.
+  TaskCosts &costs() { return _costs; }
+  const TaskCosts &costs() const { return _costs; }
 
   /// While the result lives, `front` waits: the remover begins no further task.
   [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(_front_gate); }
 
 private:
+  using Time = std::chrono::nanoseconds;
+
   struct Entry {
     std::unique_ptr<FPGATask> task;
+    Time time; // expected when it was appended
     std::size_t bytes;
     TaskOrigin origin;
   };
 
+  bool isPastHigh() const;
+  bool isDownToLow() const;
+
   const QueueMarks _marks;
   const std::function<void()> _when_drained;
+  TaskCosts _costs;
   std::mutex _front_gate;
   mutable std::mutex _mutex;
   std::deque<Entry> _tasks;
   std::size_t _clients_tasks = 0; // of _tasks
+  Time _clients_time{};           // of these
+  Time _time{};                   // of all
   std::size_t _bytes = 0;
   bool _is_high = false;
 };
