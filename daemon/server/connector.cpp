@@ -70,8 +70,7 @@ bool Connector::listen() {
 }
 
 void Connector::newClient() {
-  while (_server.hasPendingConnections()) {
-    QTcpSocket *const socket = _server.nextPendingConnection();
+  while (QTcpSocket *socket = _server.takeNext()) {
     if (_clients.size() < _places || makeRoomFor(*socket))
       add(socket);
     else

@@ -24,20 +24,29 @@ Listener::Listener() {
 bool Listener::start(const QHostAddress &address, quint16 port) {
   if (!listen(address, port))
     return false;
-  pauseAccepting(); // the base class does not, from now on
+  // The base class does nothing from now on. It would begin again when it were asked for a pending connection.
+  pauseAccepting();
   _somebody_waits = std::make_unique<QSocketNotifier>(socketDescriptor(), QSocketNotifier::Read);
   connect(_somebody_waits.get(), SIGNAL(activated(int)), this, SLOT(acceptAll()));
   return true;
 }
 
+QTcpSocket *Listener::takeNext() {
+  if (_accepted.empty())
+    return nullptr;
+  QTcpSocket *const socket = _accepted.front();
+  _accepted.pop_front();
+  return socket;
+}
+
 void Listener::acceptAll() {
-  bool has_accepted = false;
   for (int count = 0; count < at_once; ++count) {
     const int descriptor =
         ::accept4(static_cast<int>(socketDescriptor()), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
     if (descriptor >= 0) {
-      incomingConnection(descriptor);
-      has_accepted = true;
+      auto *socket = new QTcpSocket(this);
+      socket->setSocketDescriptor(descriptor);
+      _accepted.push_back(socket);
     } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
       break;
     } else if (errno != EINTR && errno != ECONNABORTED) {
@@ -47,7 +56,7 @@ void Listener::acceptAll() {
       break;
     }
   }
-  if (has_accepted)
+  if (!_accepted.empty())
     emit accepted();
 }
 

@@ -35,8 +35,8 @@ public:
   /// takes a single transfer, and any other.
   static constexpr Time unknown_transfer = std::chrono::milliseconds(1);
   static constexpr Time unknown = std::chrono::milliseconds(10);
-  /// No task counts for less, however fast the device is. This bounds the number of tasks that wait.
-  static constexpr Time least = std::chrono::microseconds(20);
+  /// No task counts for less, however fast the device is.
+  static constexpr Time least = std::chrono::microseconds(1);
   static constexpr Time most = std::chrono::seconds(4);
 
   /// `bytes` is what the task keeps alive: its text or its picture.

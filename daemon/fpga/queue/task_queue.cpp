@@ -55,11 +55,13 @@ void TaskQueue::removeFront() {
 }
 
 bool TaskQueue::isPastHigh() const {
-  return (_clients_time > _marks.high_time && _clients_tasks > 1) || _bytes > _marks.high_bytes;
+  return (_clients_time > _marks.high_time && _clients_tasks > 1) || _clients_tasks > _marks.high_tasks ||
+         _bytes > _marks.high_bytes;
 }
 
 bool TaskQueue::isDownToLow() const {
-  return (_clients_time <= _marks.low_time || _clients_tasks <= 1) && _bytes <= _marks.low_bytes;
+  return (_clients_time <= _marks.low_time || _clients_tasks <= 1) && _clients_tasks <= _marks.low_tasks &&
+         _bytes <= _marks.low_bytes;
 }
 
 std::size_t TaskQueue::size() const {

@@ -15,10 +15,12 @@
 namespace buttondriver {
 
 /// How much may wait for the worker before clients should pause, and when they may go on. Times are those that the
-/// device is expected to need.
+/// device is expected to need. On a fast device the number of tasks is what counts.
 struct QueueMarks {
   std::chrono::nanoseconds high_time = std::chrono::milliseconds(50);
   std::chrono::nanoseconds low_time = std::chrono::milliseconds(25);
+  std::size_t high_tasks = 512;
+  std::size_t low_tasks = 256;
   std::size_t high_bytes = 16 * 1024 * 1024;
   std::size_t low_bytes = 8 * 1024 * 1024;
   /// Of all tasks, past which the timer should queue nothing more. Clients alone do not get there with tasks that the
@@ -29,7 +31,7 @@ struct QueueMarks {
 /// Who asked for a task.
 enum class TaskOrigin : std::uint8_t {
   client,
-  timer, ///< does not count for the high and the low time: clients cannot help that it is there
+  timer, ///< does not count for the high and the low marks: clients cannot help that it is there
 };
 
 /// The pending tasks, first in, first out. It owns them. Tasks are appended by the main thread and removed by the

@@ -124,7 +124,7 @@ TEST_F(SlowDeviceTest, blinking_faster_than_the_device_can_follow_keeps_nobody_o
   }
   EXPECT_EQ(is_lit.size(), 24U);
   EXPECT_TRUE(daemon->dispatcher().isBlinking());
-  EXPECT_LE(daemon->fpga().queueLength(), 24U * 50) << "at 20 us a task, the least, more would fit";
+  EXPECT_LE(daemon->fpga().queueLength(), 24U * 50) << "a quarter of a second is far less";
   // Others get through, also with more than the queue takes at once.
   QObject::connect(&daemon->fpga(), &FPGA::backlogHigh, [&] { is_slow = false; });
   for (int i = 0; i < 600; ++i)

@@ -118,7 +118,7 @@ private:
 
 TEST_F(FPGATest, backlog_is_low_only_if_it_still_is_when_the_main_thread_hears_of_it) {
   // Tasks of unknown time, 10 ms: three are high, one is low.
-  fpga.emplace(root.paths(), QueueMarks{std::chrono::milliseconds(25), std::chrono::milliseconds(10), 1000, 1000});
+  fpga.emplace(root.paths(), QueueMarks{std::chrono::milliseconds(25), std::chrono::milliseconds(10)});
   finishedTransfers();
   std::vector<std::string> emitted;
   QObject::connect(&*fpga, &FPGA::backlogHigh, [&] { emitted.emplace_back("high"); });

@@ -65,8 +65,8 @@ private:
   std::size_t _bytes;
 };
 
-/// High past 8 ms or 1000 bytes, low at 4 ms and 500 bytes, full past 12 ms.
-const QueueMarks small_marks{8ms, 4ms, 1000, 500, 12ms};
+/// High past 8 ms, 20 tasks or 1000 bytes, low at 4 ms, 10 tasks and 500 bytes, full past 12 ms.
+const QueueMarks small_marks{8ms, 4ms, 20, 10, 1000, 500, 12ms};
 
 TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_down) {
   struct Row {
@@ -79,6 +79,7 @@ TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_dow
   const Row rows[] = {
       {"by time", 0, 1ms, 9, 8},
       {"by the time of many fast ones", 0, 500us, 17, 12},
+      {"by the number of fast ones", 0, 10us, 21, 14},
       {"by bytes", 300, 20us, 4, 6},
       {"by one picture", 1001, 20us, 1, 4},
       {"the time is low before the bytes are", 150, 1200us, 7, 7},

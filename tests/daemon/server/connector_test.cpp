@@ -2,6 +2,9 @@
 #include "server/connector.h"
 
 #include "daemon/server/server_fixture.h"
+#include "server/listener.h"
+
+#include <QSocketNotifier>
 
 #include <gmock/gmock.h>
 
@@ -54,6 +57,19 @@ TEST_F(ConnectorTest, what_arrives_just_before_the_end_is_still_delivered) {
   ASSERT_TRUE(delivers(2));
   EXPECT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
   EXPECT_EQ(setter.messages().size(), 2U);
+}
+
+TEST_F(ConnectorTest, all_who_come_are_accepted_however_many_at_once) {
+  for (int round = 0; round < 50; ++round) {
+    std::vector<std::unique_ptr<QTcpSocket>> clients;
+    for (int i = 0; i < round % 5 + 1; ++i) {
+      clients.push_back(std::make_unique<QTcpSocket>());
+      clients.back()->connectToHost(QHostAddress::LocalHost, connector.port());
+    }
+    ASSERT_TRUE(process_events_until([&] { return connector.clients().size() == clients.size(); })) << round;
+    clients.clear();
+    ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); })) << round;
+  }
 }
 
 TEST_F(ConnectorTest, ids_grow_by_1000_whatever_became_of_the_first_ones) {
@@ -118,6 +134,25 @@ TEST_F(ConnectorTest, comings_and_goings_are_logged) {
   ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
   EXPECT_THAT(log.take(), ElementsAre("debug: buttondriver: new client ",
                                       "debug: buttondriver: client disconnected " + descriptor + " "));
+}
+
+TEST(ListenerTest, lets_qt_accept_nobody) {
+  Listener listener;
+  ASSERT_TRUE(listener.start(QHostAddress::LocalHost, 0));
+  for (int i = 0; i < 3; ++i) {
+    QTcpSocket client;
+    client.connectToHost(QHostAddress::LocalHost, listener.serverPort());
+    std::unique_ptr<QTcpSocket> taken;
+    ASSERT_TRUE(process_events_until([&] {
+      taken.reset(listener.takeNext());
+      return taken != nullptr;
+    }));
+    EXPECT_EQ(taken->state(), QAbstractSocket::ConnectedState);
+    // Whom Qt accepted would be waiting there until the next one comes.
+    for (const QSocketNotifier *notifier : listener.findChildren<QSocketNotifier *>())
+      EXPECT_FALSE(notifier->isEnabled()) << i;
+  }
+  EXPECT_EQ(listener.takeNext(), nullptr);
 }
 
 } // namespace
