@@ -148,6 +148,7 @@ TEST(ListenerTest, lets_qt_accept_nobody) {
       return taken != nullptr;
     }));
     EXPECT_EQ(taken->state(), QAbstractSocket::ConnectedState);
+    taken->setParent(nullptr); // it has notifiers too
     // Whom Qt accepted would be waiting there until the next one comes.
     for (const QSocketNotifier *notifier : listener.findChildren<QSocketNotifier *>())
       EXPECT_FALSE(notifier->isEnabled()) << i;
