@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "server/turns/fair_order.h"
 #include "server/limits.h"
+#include "server/turns/fair_order.h"
 
 #include <QTimer>
 

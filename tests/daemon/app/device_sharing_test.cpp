@@ -3,8 +3,8 @@
 // marks make of it together.
 
 #include "fpga/queue/task_queue.h"
-#include "server/turns/fair_order.h"
 #include "server/limits.h"
+#include "server/turns/fair_order.h"
 
 #include <gtest/gtest.h>
 
