@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "logging/log_line.h"
 
+#include "logging/message_handler.h"
+
+#include <QByteArray>
 #include <QDebug>
+
+#include <charconv>
 
 namespace buttondriver {
 
@@ -15,28 +20,36 @@ QString quoted(const QString &text) {
 
 } // namespace
 
-// A category of our own: the default one can be switched off from outside.
-LogLine::~LogLine() { qt_message_output(_level, QMessageLogContext(nullptr, 0, nullptr, "buttondriver"), _text); }
-
-LogLine &LogLine::operator<<(const char *text) {
-  _text += QLatin1String(text);
-  _text += QLatin1Char(' ');
-  return *this;
+LogLine::~LogLine() {
+  // What is not ASCII may have another encoding there.
+  if (_is_from_qt || !is_message_handler_in_use()) {
+    writeThroughQt();
+  } else if (_long.empty()) {
+    _usual[_size] = '\n';
+    write_message_line({_usual, _size + 1});
+  } else {
+    _long += '\n';
+    write_message_line(_long);
+  }
 }
 
-LogLine &LogLine::operator<<(int number) { return *this << qint64{number}; }
-
-LogLine &LogLine::operator<<(unsigned number) { return *this << qint64{number}; }
+void LogLine::writeThroughQt() const {
+  const std::string_view line = _long.empty() ? std::string_view(_usual, _size) : _long;
+  // A category of our own: the default one can be switched off from outside.
+  qt_message_output(_level, QMessageLogContext(nullptr, 0, nullptr, "buttondriver"),
+                    QString::fromUtf8(line.data(), static_cast<int>(line.size())));
+}
 
 LogLine &LogLine::operator<<(qint64 number) {
-  _text += QString::number(number);
-  _text += QLatin1Char(' ');
+  char digits[24];
+  char *end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  *end++ = ' ';
+  append({digits, static_cast<std::size_t>(end - digits)});
   return *this;
 }
 
 LogLine &LogLine::operator<<(const QString &text) {
-  _text += quoted(text);
-  _text += QLatin1Char(' ');
+  append(quoted(text) + QLatin1Char(' '));
   return *this;
 }
 
@@ -44,13 +57,34 @@ LogLine &LogLine::operator<<(const QStringList &list) {
   QStringList items;
   for (const QString &item : list)
     items += quoted(item);
-  _text += QLatin1Char('(') + items.join(QLatin1String(", ")) + QLatin1String(") ");
+  append(QLatin1Char('(') + items.join(QLatin1String(", ")) + QLatin1String(") "));
   return *this;
 }
 
 LogLine &LogLine::operator<<(LineFeed) {
-  _text += QLatin1Char('\n');
+  append(std::string_view("\n"));
   return *this;
+}
+
+void LogLine::append(std::string_view text) {
+  if (text.size() >= most_usual - _size)
+    return appendLong(text);
+  std::memcpy(_usual + _size, text.data(), text.size());
+  _size += text.size();
+}
+
+void LogLine::append(const QString &text) {
+  _is_from_qt = true;
+  const QByteArray bytes = text.toUtf8();
+  append({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+}
+
+/// From now on the whole line is the long one.
+void LogLine::appendLong(std::string_view text) {
+  if (_long.empty())
+    _long.assign(_usual, _size);
+  _long += text;
+  _size = most_usual; // leaves no room
 }
 
 } // namespace buttondriver

@@ -5,6 +5,11 @@
 #include <QStringList>
 #include <QtGlobal>
 
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <string_view>
+
 namespace buttondriver {
 
 /// Stands for the line feed that some texts carry in themselves, in front of the one that ends every line of the log.
@@ -16,7 +21,10 @@ inline constexpr LineFeed line_feed{};
 ///     debug_line() << "Button " << id << " set to state " << state;
 ///
 /// Every item is followed by one blank, the last one too, whatever the Qt in use; readers of the log rely on it.
-/// The one exception is a line_feed. Texts come as they are, QString in double quotes, lists as ("a", "b").
+/// The one exception is a line_feed. Texts are UTF-8 and come as they are, QString in double quotes, lists as
+/// ("a", "b").
+///
+/// A line that our own message handler would get is written without a way through Qt.
 class LogLine {
 public:
   explicit LogLine(QtMsgType level) : _level(level) {}
@@ -24,17 +32,39 @@ public:
   LogLine(const LogLine &) = delete;
   LogLine &operator=(const LogLine &) = delete;
 
-  LogLine &operator<<(const char *text);
-  LogLine &operator<<(int number);
-  LogLine &operator<<(unsigned number);
+  // Here, so that the length of a literal is known when it is compiled.
+  LogLine &operator<<(const char *text) {
+    const std::size_t size = std::strlen(text);
+    if (size + 1 >= most_usual - _size) {
+      appendLong({text, size});
+      appendLong(" ");
+      return *this;
+    }
+    std::memcpy(_usual + _size, text, size);
+    _size += size;
+    _usual[_size++] = ' ';
+    return *this;
+  }
+  LogLine &operator<<(int number) { return *this << qint64{number}; }
+  LogLine &operator<<(unsigned number) { return *this << qint64{number}; }
   LogLine &operator<<(qint64 number);
   LogLine &operator<<(const QString &text);
   LogLine &operator<<(const QStringList &list);
   LogLine &operator<<(LineFeed);
 
 private:
-  QtMsgType _level;
-  QString _text;
+  static constexpr std::size_t most_usual = 240; // one of them stays free for the line feed at the end
+
+  void append(std::string_view text);
+  void append(const QString &text);
+  void appendLong(std::string_view text);
+  void writeThroughQt() const;
+
+  const QtMsgType _level;
+  bool _is_from_qt = false; // has texts of any language
+  std::size_t _size = 0;
+  char _usual[most_usual];
+  std::string _long; // all of the line that does not fit
 };
 
 /// A line of a normal event.

@@ -10,6 +10,8 @@ namespace buttondriver {
 /// LogChannel. Text that the program itself wrote with stdio comes out before it, and text that it writes later after
 /// it. Safe to call from any thread; one call's text stays together. Returns the text's length in bytes, also when it
 /// is lost; negative for a format that cannot be carried out.
+///
+/// A program that gathers its log, see LogGathering, writes it a little later, and nothing with stdio meanwhile.
 int print(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Writes `text` and a line feed, as std::puts does; otherwise as `print`.
@@ -18,7 +20,10 @@ void print_line(const char *text);
 /// Writes `text` as it is; otherwise as `print`.
 void print_text(std::string_view text);
 
-/// Called with every text that these functions write, as it is written and in the same order.
+/// As `print`, to standard error and past the observer.
+int print_error(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/// Called with every text that these functions write to standard output, as it is written and in the same order.
 using PrintObserver = void (*)(std::string_view text);
 
 /// Has `observer` called from now on, by whichever thread prints; null ends that. It must not print itself.

@@ -20,6 +20,14 @@ public:
     thread_sanitizer::happens_after(this);
   }
 
+  /// As acquire, if that does not have to wait.
+  bool tryAcquire() {
+    const bool is_acquired = _semaphore.tryAcquire();
+    if (is_acquired)
+      thread_sanitizer::happens_after(this);
+    return is_acquired;
+  }
+
 private:
   QSemaphore _semaphore;
 };

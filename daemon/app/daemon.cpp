@@ -40,4 +40,9 @@ bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
   return true;
 }
 
+void Daemon::follow(const LogGathering &log) {
+  QObject::connect(&log, &LogGathering::full, &*_server, &Connector::holdAllClients);
+  QObject::connect(&log, &LogGathering::low, &*_server, &Connector::releaseAllClients);
+}
+
 } // namespace buttondriver

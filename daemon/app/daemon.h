@@ -4,6 +4,7 @@
 #include "buttons/button_setter_impl.h"
 #include "files/system_paths.h"
 #include "fpga/fpga.h"
+#include "logging/log_gathering.h"
 #include "server/connector.h"
 
 #include <QStringList>
@@ -32,6 +33,9 @@ public:
   ///
   /// What `wrap` returns, where there is one, stays the caller's and outlives this object.
   bool start(const QStringList &arguments, const WrapSetter &wrap = {});
+
+  /// Has all clients wait while the log is full. Only after a successful start; the log may end before this object.
+  void follow(const LogGathering &log);
 
   FPGA &fpga() { return _fpga; }
   const FPGA &fpga() const { return _fpga; }

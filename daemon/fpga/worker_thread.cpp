@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fpga/worker_thread.h"
 
+#include "logging/channels/log_channels.h"
 #include "panel/registers/register_access.h"
 
 #include <QMutexLocker>
@@ -19,7 +20,10 @@ WorkerThread::~WorkerThread() { thread_sanitizer::happens_after(this); }
 
 void WorkerThread::run() {
   for (;;) {
-    _semaphore->acquire();
+    if (!_semaphore->tryAcquire()) {
+      LogChannels::ofProcess().writeBeforeWaiting();
+      _semaphore->acquire();
+    }
     if (!*_running)
       break;
     if (FPGATask *task = _queue->front()) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/process.h"
+#include "logging/log_gathering.h"
+#include "logging/standard_output.h"
 #include "simulator/app/page_opening.h"
 #include "simulator/http/web_page.h"
 #include "simulator/simulation/simulation.h"
@@ -45,15 +47,17 @@ int main(int argc, char **argv) {
   if (const auto *answer = std::get_if<Answer>(&command_line))
     return say(*answer);
 
+  const buttondriver::LogGathering log;
   UnixSignalHandler signal_bridge;
   const Options &options = *std::get_if<Options>(&command_line); // it is one of the two
   Simulation simulation(options.simulation);
   running_simulation = &simulation;
   install_signal_callbacks();
   if (const auto started = simulation.start(); !started) {
-    std::fprintf(stderr, "buttondriver-sim: %s\n", started.failure().text.toLocal8Bit().constData());
+    buttondriver::print_error("buttondriver-sim: %s\n", started.failure().text.toLocal8Bit().constData());
     return 1;
   }
+  simulation.daemon().follow(log);
   WebPage page(simulation);
   if (!buttondriver::simulator::open_page(page, options))
     return 1;

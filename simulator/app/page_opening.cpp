@@ -3,8 +3,6 @@
 
 #include "logging/standard_output.h"
 
-#include <cstdio>
-
 namespace buttondriver::simulator {
 
 bool open_page(WebPage &page, const Options &options) {
@@ -16,8 +14,8 @@ bool open_page(WebPage &page, const Options &options) {
     return true;
   }
   const QString wanted = page_address(options.http->address, options.http->port);
-  std::fprintf(stderr, "buttondriver-sim: no web page on %s: %s\n", wanted.toLatin1().constData(),
-               opened.failure().text.toLocal8Bit().constData());
+  print_error("buttondriver-sim: no web page on %s: %s\n", wanted.toLatin1().constData(),
+              opened.failure().text.toLocal8Bit().constData());
   return !options.http_is_asked_for;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/device/transfer_recorder.h"
 
+#include "logging/standard_output.h"
+
 #include <cerrno>
 #include <cinttypes>
 #include <cstring>
@@ -26,7 +28,7 @@ void TransferRecorder::record(const Transfer &transfer) {
   if (std::fflush(_file.get()) == 0 || _has_failed)
     return;
   _has_failed = true;
-  std::fprintf(stderr, "buttondriver-sim: the recording cannot be written: %s\n", std::strerror(errno));
+  print_error("buttondriver-sim: the recording cannot be written: %s\n", std::strerror(errno));
 }
 
 } // namespace buttondriver::simulator

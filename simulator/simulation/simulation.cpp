@@ -132,8 +132,8 @@ void Simulation::writeSnapshot(const PanelState &state) const {
   if (const auto written = write_png(draw_panel(state), _settings.snapshot_file); written)
     print("buttondriver-sim: wrote %s\n", file_name.constData());
   else
-    std::fprintf(stderr, "buttondriver-sim: cannot write %s: %s\n", file_name.constData(),
-                 written.failure().text.toLocal8Bit().constData());
+    print_error("buttondriver-sim: cannot write %s: %s\n", file_name.constData(),
+                written.failure().text.toLocal8Bit().constData());
 }
 
 } // namespace buttondriver::simulator

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "logging/log_channel.h"
+#include "logging/channels/log_channel.h"
 
 #include "files/owned_descriptor.h"
 
