@@ -41,10 +41,17 @@ void LogLine::writeThroughQt() const {
 }
 
 LogLine &LogLine::operator<<(qint64 number) {
-  char digits[24];
-  char *end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  constexpr std::size_t longest = 21; // with its sign and the blank
+  char digits[longest];
+  const bool fits = longest < most_usual - _size;
+  char *const begin = fits ? _usual + _size : digits;
+  char *end = std::to_chars(begin, begin + longest, number).ptr;
   *end++ = ' ';
-  append({digits, static_cast<std::size_t>(end - digits)});
+  const auto length = static_cast<std::size_t>(end - begin);
+  if (fits)
+    _size += length;
+  else
+    append({digits, length});
   return *this;
 }
 

@@ -35,7 +35,8 @@ constexpr bool are_what_the_catalogue_says(const Handler (&handlers)[Count]) {
   return next == Count;
 }
 
-/// A text that no screen can show goes out in pieces: millions of characters at once take several times their memory.
+/// A text that no screen can show goes out in pieces: the log writes them as they come, or keeps them for its reader,
+/// and nobody needs several times their memory or waits for it.
 void print_sub_text_line(const BMS_TFTSubTextLine &line, std::string_view text) {
   constexpr std::size_t piece = 16 * 1024;
   char words[200];

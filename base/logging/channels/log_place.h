@@ -36,7 +36,8 @@ public:
   static constexpr std::size_t most_waiting = 20 * 1024 * 1024;
   static constexpr std::chrono::seconds stuck_after{30};
 
-  LogPlace(const LogDescriptor &descriptor, LogClock clock) : _descriptor(descriptor), _clock(clock) {}
+  LogPlace(const LogDescriptor &descriptor, LogClock clock, std::chrono::milliseconds patience = Patience::usual)
+      : _descriptor(descriptor), _clock(clock), _patience(patience) {}
 
   const LogDescriptor &descriptor() const { return _descriptor; }
   bool isFull() const { return _is_full; }
