@@ -3,13 +3,14 @@
 
 #include "files/owned_descriptor.h"
 #include "support/event_loop.h"
+#include "support/log_pipe.h"
 #include "support/program.h"
 #include "support/test_root.h"
 
 #include <QHostAddress>
 #include <QTcpServer>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <arpa/inet.h>
 #include <chrono>
@@ -23,6 +24,7 @@ namespace buttondriver {
 namespace {
 
 using test::Program;
+using testing::ElementsAre;
 
 const QString program = QStringLiteral(BUTTONDRIVER_PROGRAM);
 
@@ -109,6 +111,65 @@ TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_does_not_read) 
   EXPECT_TRUE(test::answered_ping(*client));
   reading_end.reset();
   EXPECT_TRUE(test::answered_ping(*client));
+}
+
+/// The daemon with its log in these pipes, which may be one and the same.
+std::unique_ptr<Program> daemon_with_log(const test::LogPipe &output, const test::LogPipe &error) {
+  const OwnedDescriptor output_end = output.inheritedWritingEnd();
+  const OwnedDescriptor error_end = error.inheritedWritingEnd();
+  const QString redirected =
+      QStringLiteral("exec \"$0\" map '' 0 >&%1 2>&%2").arg(output_end.get()).arg(error_end.get());
+  return std::make_unique<Program>(QStringLiteral("/bin/sh"), QStringList{QStringLiteral("-c"), redirected, program});
+}
+
+const char *const status_led = "0000000c 00000015 00000003 00000001";
+const std::string logged_status_led = "buttondriver: opcode =  21 , size =  12 \n";
+
+TEST(ButtondriverProgramTest, sixty_four_commands_at_once_cost_one_write_for_each_place_of_the_log) {
+  for (const bool has_two_places : {true, false}) {
+    const test::LogPipe first;
+    const test::LogPipe second;
+    const auto daemon = daemon_with_log(first, has_two_places ? second : first);
+    const auto client = daemon->connectTo();
+    ASSERT_TRUE(test::answered_ping(*client));
+    const std::string logged_ping = "size =  4 \n";
+    EXPECT_NE((has_two_places ? second : first).takeUpTo(logged_ping), "");
+    first.takeAll();
+    // Reading the levels again prints a line.
+    const std::string logged_reconfig = "buttondriver: opcode =  10 , size =  8 \n";
+    test::send_frames(*client, QByteArray(status_led).repeated(63) + "00000008 0000000a 00000000");
+    std::string events;
+    for (int i = 0; i < 63; ++i)
+      events += logged_status_led;
+    events += logged_reconfig;
+    const std::string printed = "buttondriver:reconfig \n";
+    if (has_two_places) {
+      EXPECT_THAT(second.takeWritesUpTo(logged_reconfig), ElementsAre(events));
+      EXPECT_THAT(first.takeWritesUpTo(printed), ElementsAre(printed));
+    } else {
+      EXPECT_THAT(first.takeWritesUpTo(printed), ElementsAre(events + printed));
+    }
+    ASSERT_TRUE(test::answered_ping(*client));
+  }
+}
+
+TEST(ButtondriverProgramTest, a_reader_of_the_log_that_comes_late_finds_every_line) {
+  const test::LogPipe log;
+  const auto daemon = daemon_with_log(log, log);
+  const auto client = daemon->connectTo();
+  ASSERT_TRUE(test::answered_ping(*client));
+  constexpr int count = 3000;
+  test::send_frames(*client, QByteArray(status_led).repeated(count));
+  ASSERT_TRUE(test::answered_ping(*client)) << "nobody waits for the reader";
+  // Both pings are over, and their lines come with the others.
+  const std::string logged_ping = "buttondriver: opcode =  12 , size =  4 \n";
+  std::string all;
+  while (all.size() < logged_ping.size() || all.find(logged_ping, all.find(logged_ping) + 1) == std::string::npos)
+    all += log.takeUpTo("\n");
+  int lines = 0;
+  for (std::size_t at = 0; (at = all.find(logged_status_led, at)) != std::string::npos; ++at)
+    ++lines;
+  EXPECT_EQ(lines, count);
 }
 
 TEST(ButtondriverProgramTest, starts_even_when_the_reader_of_its_log_has_gone_already) {

@@ -27,6 +27,8 @@ public:
   }
 
   int writingEnd() const { return _writing_end.get(); }
+  /// The same for a program that the test starts, to be closed when it runs.
+  OwnedDescriptor inheritedWritingEnd() const { return OwnedDescriptor(::dup(_writing_end.get())); }
   void closeReadingEnd() { _reading_end.reset(); }
   void closeWritingEnd() { _writing_end.reset(); }
 
@@ -41,38 +43,40 @@ public:
   /// What each write() has brought so far.
   std::vector<std::string> takeWrites() const {
     std::vector<std::string> writes;
-    while (isReadableWithin(0)) {
-      char bytes[4096];
-      const ssize_t got = ::read(_reading_end.get(), bytes, sizeof bytes);
-      if (got <= 0)
-        break;
-      writes.emplace_back(bytes, static_cast<std::size_t>(got));
+    while (isReadableWithin(0) && takeWrite(writes)) {
     }
     return writes;
   }
 
-  std::string takeAll() const {
+  /// What each write() brings up to one that ends with `end`; whatever has come when that takes too long.
+  std::vector<std::string> takeWritesUpTo(const std::string &end) const {
+    std::vector<std::string> writes;
     std::string all;
-    for (const std::string &text : takeWrites())
+    const auto ends = [&] { return all.size() >= end.size() && all.substr(all.size() - end.size()) == end; };
+    while (!ends() && isReadableWithin(10'000) && takeWrite(writes))
+      all += writes.back();
+    return writes;
+  }
+
+  std::string takeAll() const { return joined(takeWrites()); }
+  std::string takeUpTo(const std::string &end) const { return joined(takeWritesUpTo(end)); }
+
+private:
+  bool takeWrite(std::vector<std::string> &writes) const {
+    char bytes[4096];
+    const ssize_t got = ::read(_reading_end.get(), bytes, sizeof bytes);
+    if (got > 0)
+      writes.emplace_back(bytes, static_cast<std::size_t>(got));
+    return got > 0;
+  }
+
+  static std::string joined(const std::vector<std::string> &texts) {
+    std::string all;
+    for (const std::string &text : texts)
       all += text;
     return all;
   }
 
-  /// What comes up to the first `end` at the end of a write(); whatever came when that takes too long.
-  std::string takeUpTo(const std::string &end) const {
-    std::string all;
-    const auto ends = [&] { return all.size() >= end.size() && all.substr(all.size() - end.size()) == end; };
-    while (!ends() && isReadableWithin(10'000)) {
-      char bytes[4096];
-      const ssize_t got = ::read(_reading_end.get(), bytes, sizeof bytes);
-      if (got <= 0)
-        break;
-      all.append(bytes, static_cast<std::size_t>(got));
-    }
-    return all;
-  }
-
-private:
   bool isReadableWithin(int time_ms) const {
     pollfd end{_reading_end.get(), POLLIN, 0};
     return ::poll(&end, 1, time_ms) > 0;

@@ -165,7 +165,7 @@ TEST_F(LogGatheringTest, a_reader_that_stands_still_is_given_up_and_learns_of_it
     received += output.takeAll();
     return received.find("nobody read: ") != std::string::npos;
   })) << "without a further line";
-  EXPECT_EQ(received.substr(received.size() - 47), "\nbuttondriver: texts lost that nobody read: 3\n");
+  EXPECT_EQ(received.substr(received.size() - 46), "\nbuttondriver: texts lost that nobody read: 3\n");
   EXPECT_EQ(told, "full low ");
 }
 
