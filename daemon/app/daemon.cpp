@@ -43,6 +43,9 @@ bool Daemon::start(const QStringList &arguments, const WrapSetter &wrap) {
 void Daemon::follow(const LogGathering &log) {
   QObject::connect(&log, &LogGathering::full, &*_server, &Connector::holdAllClients);
   QObject::connect(&log, &LogGathering::low, &*_server, &Connector::releaseAllClients);
+  const NullMessageLog &null_messages = _dispatcher->nullMessageLog();
+  QObject::connect(&log, &LogGathering::full, &null_messages, &NullMessageLog::pause);
+  QObject::connect(&log, &LogGathering::low, &null_messages, &NullMessageLog::resume);
 }
 
 } // namespace buttondriver

@@ -34,7 +34,8 @@ public:
   /// What `wrap` returns, where there is one, stays the caller's and outlives this object.
   bool start(const QStringList &arguments, const WrapSetter &wrap = {});
 
-  /// Has all clients wait while the log is full. Only after a successful start; the log may end before this object.
+  /// Has all clients, and null messages that are not written yet, wait while the log is full. Only after a successful
+  /// start; either object may end first.
   void follow(const LogGathering &log);
 
   FPGA &fpga() { return _fpga; }

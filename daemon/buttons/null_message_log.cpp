@@ -76,8 +76,18 @@ void NullMessageLog::finish(qint32 client_id) {
   tellWhenLow();
 }
 
+void NullMessageLog::pause() { _is_paused = true; }
+
+void NullMessageLog::resume() {
+  _is_paused = false;
+  if (!_waiting.empty())
+    _turn.start();
+}
+
 void NullMessageLog::writePiece() {
   _cost_of_this_round = 0;
+  if (_is_paused)
+    return _turn.stop();
   while (!_waiting.empty() && _cost_of_this_round < at_once)
     if (printPiece(at_once - _cost_of_this_round))
       removeFirst();

@@ -38,6 +38,9 @@ public:
   void write(const QByteArray &message, qint32 client_id);
   /// Writes all messages of this client that wait, and those that came before them.
   void finish(qint32 client_id);
+  /// Nothing is written in further rounds until `resume`, because the log is full.
+  void pause();
+  void resume();
 
 signals:
   /// A message of this client waits to be written.
@@ -68,6 +71,7 @@ private:
   std::size_t _waiting_cost = 0;
   std::size_t _cost_of_this_round = 0;
   bool _is_full = false;
+  bool _is_paused = false;
   QTimer _turn; // runs while something waits, and to the end of each round that something was written in
 };
 

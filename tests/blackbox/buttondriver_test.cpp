@@ -105,8 +105,8 @@ TEST(ButtondriverProgramTest, goes_on_when_the_reader_of_its_log_does_not_read) 
   Program daemon(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), redirected, program});
   writing_end.reset();
   const auto client = daemon.connectTo();
-  // Each byte makes a line: far more than the pipe takes.
-  client->write(QByteArray::fromHex("00010004 00000000") + QByteArray(0x10000, 'x'));
+  // Each byte makes a line: far more than the pipe takes, and so much that commands wait.
+  client->write(QByteArray::fromHex("0000f004 00000000") + QByteArray(0xF000, 'x'));
   EXPECT_TRUE(test::answered_ping(*client));
   EXPECT_TRUE(test::answered_ping(*client));
   reading_end.reset();

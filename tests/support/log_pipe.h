@@ -21,14 +21,20 @@ public:
   explicit LogPipe(int most_writes = 16) {
     int ends[2];
     EXPECT_EQ(::pipe2(ends, O_DIRECT | O_CLOEXEC), 0);
-    _reading_end.reset(ends[0]);
+    // Far up: some shells know descriptors of one digit only.
+    _reading_end.reset(::fcntl(ends[0], F_DUPFD_CLOEXEC, 100));
+    ::close(ends[0]);
     _writing_end.reset(ends[1]);
     EXPECT_EQ(::fcntl(_writing_end.get(), F_SETPIPE_SZ, most_writes * 4096), most_writes * 4096);
   }
 
   int writingEnd() const { return _writing_end.get(); }
   /// The same for a program that the test starts, to be closed when it runs.
-  OwnedDescriptor inheritedWritingEnd() const { return OwnedDescriptor(::dup(_writing_end.get())); }
+  OwnedDescriptor inheritedWritingEnd() const {
+    OwnedDescriptor end(::dup(_writing_end.get()));
+    EXPECT_LT(end.get(), 10) << "no shell takes it everywhere";
+    return end;
+  }
   void closeReadingEnd() { _reading_end.reset(); }
   void closeWritingEnd() { _writing_end.reset(); }
 

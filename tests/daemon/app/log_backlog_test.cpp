@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <string>
@@ -132,6 +133,35 @@ TEST_F(LogBacklogTest, blinking_goes_on_while_the_log_is_full) {
   ASSERT_TRUE(
       test::process_events_until([&] { return device.takeLines() == std::vector<std::string>{"w 0900 1 6300"}; }));
   EXPECT_TRUE(is_full);
+}
+
+TEST_F(LogBacklogTest, a_long_null_message_waits_for_the_reader_too_and_loses_no_line) {
+  output.fill();
+  constexpr int size = 2 * 1024 * 1024; // some 44 MB of log
+  first.write(QByteArray::fromHex("00200000") + QByteArray(size, '\0') + light + ping);
+  ASSERT_TRUE(test::process_events_until([&] { return is_full; }));
+  for (int i = 0; i < 100; ++i) {
+    second.write(ping);
+    ASSERT_TRUE(test::process_events_until([&] { return second.bytesAvailable() == 8; }));
+    second.readAll();
+  }
+  std::string received;
+  ASSERT_TRUE(test::process_events_until([&] {
+    received += output.takeAll();
+    return first.bytesAvailable() == 8;
+  }));
+  ASSERT_TRUE(device.waitFor(1));
+  EXPECT_EQ(device.takeLines(), light_is_lit);
+  ASSERT_TRUE(test::process_events_until([&] {
+    received += output.takeAll();
+    return received.find("data[2097151] = 0x0\n", received.size() - std::min<std::size_t>(received.size(), 5000)) !=
+           std::string::npos;
+  }));
+  received.erase(0, received.find("data["));
+  std::string expected;
+  for (int i = 0; i < size; ++i)
+    expected += "data[" + std::to_string(i) + "] = 0x0\n";
+  EXPECT_TRUE(received == expected);
 }
 
 TEST_F(LogBacklogTest, what_the_worker_logs_comes_out_while_the_event_loop_sleeps) {

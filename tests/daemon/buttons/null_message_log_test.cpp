@@ -190,5 +190,19 @@ TEST_F(NullMessageLogTest, leaves_the_event_loop_idle_once_all_is_written) {
   output.take();
 }
 
+TEST_F(NullMessageLogTest, writes_no_further_while_it_is_paused) {
+  const QByteArray message = message_of(3 * NullMessageLog::at_once);
+  log->write(message, 1000);
+  log->pause();
+  test::process_ready_events();
+  EXPECT_EQ(output.take(), "");
+  log->write(message, 2000); // comes too late to wait
+  test::process_ready_events();
+  EXPECT_EQ(output.take(), "");
+  log->resume();
+  EXPECT_TRUE(process_until(lines_of(message) + lines_of(message)));
+  EXPECT_EQ(signals_so_far, "wait 1000 wait 2000 go on 1000 go on 2000 ");
+}
+
 } // namespace
 } // namespace buttondriver
