@@ -23,7 +23,7 @@ void LogPlace::finish() {
 
 void LogPlace::writeMuch() {
   writeSome();
-  while (_queue.size() > most_waiting && !_is_dropping && !isStuck() && _patience.waitFor(_descriptor))
+  while (_queue.size() > most_waiting && !_is_dropping && _patience.waitFor(_descriptor))
     writeSome();
   changeState();
 }

@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -96,6 +97,20 @@ TEST_F(LogGatheringTest, messages_and_prints_keep_their_order_where_they_go_to_o
   critical_line() << long_text.c_str();
   goRound();
   EXPECT_THAT(output.takeWrites(), ElementsAre("1 \n2\n3, of Qt\n\"4, \u00e4\" \n5\n" + long_text + " \n"));
+}
+
+TEST_F(LogGatheringTest, lines_of_any_length_are_whole) {
+  gather(output.writingEnd(), error.writingEnd());
+  for (std::size_t length = 190; length < 260; ++length) {
+    const std::string text(length, 'x');
+    install_message_handler();
+    debug_line() << text.c_str() << std::numeric_limits<qint64>::min() << 7 << text.c_str();
+    goRound();
+    EXPECT_EQ(error.takeAll(), text + " -9223372036854775808 7 " + text + " \n");
+    test::CapturedLog log;
+    debug_line() << 7 << text.c_str() << line_feed << 7;
+    EXPECT_THAT(log.take(), ElementsAre("debug: 7 " + text + " \n7 "));
+  }
 }
 
 TEST_F(LogGatheringTest, another_handler_gets_every_line) {

@@ -93,6 +93,8 @@ TEST_F(LogPlaceTest, sixteen_kib_are_written_at_once) {
   ASSERT_EQ(writes.size(), 4U);
   for (const std::string &part : writes)
     EXPECT_EQ(part.size(), 4096U);
+  EXPECT_FALSE(here.append("c"));
+  EXPECT_TRUE(wide.isEmpty());
 }
 
 TEST_F(LogPlaceTest, a_socket_takes_sixteen_kib_in_one_call) {
@@ -169,6 +171,27 @@ TEST_F(LogPlaceTest, drops_and_counts_what_comes_past_twenty_mib_until_it_is_low
     ++more;
   EXPECT_EQ(rest, "\nbuttondriver: texts lost that nobody read: " + std::to_string(3000 - more) + "\nafter it\n");
   EXPECT_LE(more, 2 * LogPlace::at_once / 16);
+}
+
+TEST_F(LogPlaceTest, past_twenty_mib_a_reader_that_reads_is_waited_for) {
+  constexpr std::size_t all = 30 * 1024 * 1024;
+  LogPlace here(LogDescriptor::lookedAt(pipe.writingEnd()), std::chrono::steady_clock::now, 20s);
+  // Fills what may wait before anybody reads.
+  const std::string megabyte(1024 * 1024, 'x');
+  for (std::size_t i = 0; i < 20; ++i)
+    here.append(megabyte);
+  std::thread reader([&] {
+    while (received.size() < all)
+      if (const std::string more = pipe.takeUpTo("x"); !more.empty())
+        received += more;
+      else
+        break;
+  });
+  for (std::size_t i = 20; i < 30; ++i)
+    here.append(megabyte);
+  here.finish();
+  reader.join();
+  EXPECT_EQ(received.size(), all);
 }
 
 TEST_F(LogPlaceTest, a_reader_that_has_read_nothing_for_thirty_seconds_is_not_waited_for) {
