@@ -8,15 +8,20 @@
 #include "support/event_loop.h"
 #include "support/log_pipe.h"
 
+#include <QEventLoop>
+
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <future>
 #include <limits>
 #include <optional>
 #include <string>
+#include <thread>
+#include <utility>
 
 namespace buttondriver {
 namespace {
@@ -58,6 +63,14 @@ protected:
     bool is_over = false;
     QTimer::singleShot(0, [&] { is_over = true; });
     test::process_events_until([&] { return is_over; });
+  }
+
+  /// Runs the event loop, which nothing else wakes up.
+  bool sleepUntil(void (LogGathering::*told_at_last)()) {
+    QEventLoop loop;
+    QObject::connect(&*gathering, told_at_last, &loop, &QEventLoop::quit);
+    QTimer::singleShot(10s, &loop, [&loop] { loop.exit(1); });
+    return loop.exec() == 0;
   }
 
   void print(std::size_t bytes) const {
@@ -105,8 +118,10 @@ TEST_F(LogGatheringTest, lines_of_any_length_are_whole) {
     const std::string text(length, 'x');
     install_message_handler();
     debug_line() << text.c_str() << std::numeric_limits<qint64>::min() << 7 << text.c_str();
+    debug_line() << text.c_str();
+    debug_line() << text.c_str() << line_feed;
     goRound();
-    EXPECT_EQ(error.takeAll(), text + " -9223372036854775808 7 " + text + " \n");
+    EXPECT_EQ(error.takeAll(), text + " -9223372036854775808 7 " + text + " \n" + text + " \n" + text + " \n\n");
     test::CapturedLog log;
     debug_line() << 7 << text.c_str() << line_feed << 7;
     EXPECT_THAT(log.take(), ElementsAre("debug: 7 " + text + " \n7 "));
@@ -140,6 +155,8 @@ TEST_F(LogGatheringTest, a_reader_that_comes_late_gets_everything_and_is_told_ab
   }));
   EXPECT_EQ(received.size(), 500'000U);
   EXPECT_EQ(told, "");
+  // And the event loop is idle after that.
+  test::process_ready_events();
 }
 
 TEST_F(LogGatheringTest, tells_that_it_is_full_and_that_it_is_low_again) {
@@ -156,13 +173,23 @@ TEST_F(LogGatheringTest, tells_that_it_is_full_and_that_it_is_low_again) {
   EXPECT_EQ(told, "full low ");
 }
 
-TEST_F(LogGatheringTest, another_thread_may_fill_it) {
+TEST_F(LogGatheringTest, another_thread_that_fills_it_wakes_the_event_loop) {
   gather(output.writingEnd(), error.writingEnd());
-  goRound();
   output.fill();
-  std::thread([this] { print(2 * LogPlace::full_mark); }).join();
-  EXPECT_EQ(told, "");
-  EXPECT_TRUE(test::process_events_until([this] { return !told.empty(); }));
+  std::promise<void> falls_asleep;
+  std::thread filler([&, asleep = falls_asleep.get_future()] {
+    asleep.wait();
+    print(2 * LogPlace::full_mark);
+  });
+  // After the object under test, which has nothing to do yet.
+  QObject context;
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &context,
+                   [&, is_first = true]() mutable {
+                     if (std::exchange(is_first, false))
+                       falls_asleep.set_value();
+                   });
+  EXPECT_TRUE(sleepUntil(&LogGathering::full));
+  filler.join();
   EXPECT_EQ(told, "full ");
 }
 
@@ -172,7 +199,7 @@ TEST_F(LogGatheringTest, a_reader_that_stands_still_is_given_up_and_learns_of_it
   print(2 * LogPlace::full_mark);
   EXPECT_TRUE(test::process_events_until([this] { return told == "full "; }));
   pretended_now += 30s;
-  EXPECT_TRUE(test::process_events_until([this] { return told == "full low "; }));
+  EXPECT_TRUE(sleepUntil(&LogGathering::low));
   for (int i = 0; i < 3; ++i)
     print_line("lost");
   std::string received;

@@ -8,8 +8,10 @@
 #include <gmock/gmock.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace buttondriver {
 namespace {
@@ -53,6 +55,19 @@ TEST(VisibleTextTest, shows_control_characters_as_numbers) {
     std::snprintf(number, sizeof number, "\\x%02x", static_cast<unsigned>(code));
     EXPECT_EQ(visible_text(character), code < 0x20 || code == 0x7F ? number : character) << code;
   }
+}
+
+TEST(VisibleTextTest, finds_control_characters_anywhere) {
+  for (const char *plain : {"01234567890123456789012345", "\u00dc\u20ac\u65e5\u00dc\u20ac\u65e5 ~\x20\u00ff\u00ff"})
+    for (const auto &[control, number] :
+         {std::pair('\n', "\\x0a"), std::pair('\x7f', "\\x7f"), std::pair('\0', "\\x00")})
+      for (std::size_t at = 0; at <= std::strlen(plain); ++at) {
+        std::string text = plain;
+        text.insert(at, 1, control);
+        std::string expected = plain;
+        expected.insert(at, number);
+        EXPECT_EQ(visible_text(text), expected);
+      }
 }
 
 TEST(VisibleTextTest, leaves_texts_of_any_encoding_whole) {
