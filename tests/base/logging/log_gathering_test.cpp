@@ -16,6 +16,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <future>
 #include <limits>
 #include <optional>
@@ -65,9 +66,15 @@ protected:
     test::process_events_until([&] { return is_over; });
   }
 
-  /// Runs the event loop, which nothing else wakes up.
-  bool sleepUntil(void (LogGathering::*told_at_last)()) {
+  /// Runs the event loop, which nothing else wakes up. Calls `act` when it is about to sleep and the object under test
+  /// has done what it does then.
+  bool sleepUntil(void (LogGathering::*told_at_last)(), const std::function<void()> &act) {
     QEventLoop loop;
+    bool has_acted = false;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
+      if (!std::exchange(has_acted, true))
+        act();
+    });
     QObject::connect(&*gathering, told_at_last, &loop, &QEventLoop::quit);
     QTimer::singleShot(10s, &loop, [&loop] { loop.exit(1); });
     return loop.exec() == 0;
@@ -181,14 +188,7 @@ TEST_F(LogGatheringTest, another_thread_that_fills_it_wakes_the_event_loop) {
     asleep.wait();
     print(2 * LogPlace::full_mark);
   });
-  // After the object under test, which has nothing to do yet.
-  QObject context;
-  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &context,
-                   [&, is_first = true]() mutable {
-                     if (std::exchange(is_first, false))
-                       falls_asleep.set_value();
-                   });
-  EXPECT_TRUE(sleepUntil(&LogGathering::full));
+  EXPECT_TRUE(sleepUntil(&LogGathering::full, [&] { falls_asleep.set_value(); }));
   filler.join();
   EXPECT_EQ(told, "full ");
 }
@@ -198,8 +198,7 @@ TEST_F(LogGatheringTest, a_reader_that_stands_still_is_given_up_and_learns_of_it
   output.fill();
   print(2 * LogPlace::full_mark);
   EXPECT_TRUE(test::process_events_until([this] { return told == "full "; }));
-  pretended_now += 30s;
-  EXPECT_TRUE(sleepUntil(&LogGathering::low));
+  EXPECT_TRUE(sleepUntil(&LogGathering::low, [] { pretended_now += 30s; }));
   for (int i = 0; i < 3; ++i)
     print_line("lost");
   std::string received;
