@@ -69,6 +69,7 @@ protected:
   /// Runs the event loop, which nothing else wakes up. Calls `act` when it is about to sleep and the object under test
   /// has done what it does then.
   bool sleepUntil(void (LogGathering::*told_at_last)(), const std::function<void()> &act) {
+    test::process_ready_events();
     QEventLoop loop;
     bool has_acted = false;
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
