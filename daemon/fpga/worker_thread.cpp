@@ -28,12 +28,12 @@ void WorkerThread::run() {
       break;
     if (FPGATask *task = _queue->front()) {
       const QMutexLocker lock(_mutex);
-      const std::uint32_t transfers = panel::spi_call_count;
+      const std::uint32_t transfers_before = panel::spi_call_count;
       const auto start = std::chrono::steady_clock::now();
       task->execute();
       // What did not get to the device tells nothing of what its kind costs there.
-      if (panel::spi_call_count != transfers)
-        _queue->costs().learn(task->kind(), task->keptBytes(), std::chrono::steady_clock::now() - start);
+      if (const std::uint32_t transfers = panel::spi_call_count - transfers_before; transfers > 0)
+        _queue->costs().learn(task->kind(), task->keptBytes(), std::chrono::steady_clock::now() - start, transfers);
     }
     _queue->removeFront();
   }

@@ -10,15 +10,15 @@ namespace {
 constexpr std::int64_t share_of_more = 4;
 constexpr std::int64_t share_of_less = 16;
 
-TaskCosts::Time first_guess(TaskKind kind) {
+int usual_transfers_of(TaskKind kind) {
   switch (kind) {
   case TaskKind::button_led:
   case TaskKind::status_indicator:
   case TaskKind::toggle_indicator:
   case TaskKind::intensity:
-    return TaskCosts::unknown_transfer;
+    return 1;
   default:
-    return TaskCosts::unknown;
+    return TaskCosts::usual_transfers;
   }
 }
 
@@ -33,11 +33,20 @@ std::size_t TaskCosts::indexOf(TaskKind kind, std::size_t bytes) {
 
 TaskCosts::Time TaskCosts::of(TaskKind kind, std::size_t bytes) const {
   const std::uint32_t figure = _figures[indexOf(kind, bytes)].load(std::memory_order_relaxed);
-  return figure == 0 ? first_guess(kind) : std::max(Time(figure), least);
+  return std::max(figure == 0 ? guess(kind) : Time(figure), least);
 }
 
-void TaskCosts::learn(TaskKind kind, std::size_t bytes, Time taken) {
-  Figure &figure = _figures[indexOf(kind, bytes)];
+TaskCosts::Time TaskCosts::guess(TaskKind kind) const {
+  const std::uint32_t transfer = _transfer.load(std::memory_order_relaxed);
+  return usual_transfers_of(kind) * (transfer == 0 ? unknown_transfer : Time(transfer));
+}
+
+void TaskCosts::learn(TaskKind kind, std::size_t bytes, Time taken, std::uint32_t transfers) {
+  teach(_figures[indexOf(kind, bytes)], taken);
+  teach(_transfer, taken / transfers);
+}
+
+void TaskCosts::teach(Figure &figure, Time taken) {
   const std::int64_t seen = std::clamp(taken, Time(1), most).count();
   const std::int64_t known = figure.load(std::memory_order_relaxed);
   std::int64_t next = seen;

@@ -26,23 +26,25 @@ enum class TaskKind : std::uint8_t {
 /// that costs more than expected counts at once, a quarter of the difference; one that costs less counts a sixteenth.
 /// So one fast task among slow ones makes nobody believe in a fast device.
 ///
+/// What was never seen is guessed from the time of a transfer, which every task teaches.
+///
 /// One thread teaches; any thread may ask.
 class TaskCosts {
 public:
   using Time = std::chrono::nanoseconds;
 
-  /// Of a kind and size that was never seen, so that few of them are queued until the first one is done: one that
-  /// takes a single transfer, and any other.
-  static constexpr Time unknown_transfer = std::chrono::milliseconds(1);
-  static constexpr Time unknown = std::chrono::milliseconds(10);
+  /// Of a transfer, as long as none was seen. Few tasks are queued until the first one is done.
+  static constexpr Time unknown_transfer = std::chrono::microseconds(500);
+  /// Transfers of a text line or a picture; a window takes most of them.
+  static constexpr int usual_transfers = 20;
   /// No task counts for less, however fast the device is.
   static constexpr Time least = std::chrono::microseconds(1);
   static constexpr Time most = std::chrono::seconds(4);
 
   /// `bytes` is what the task keeps alive: its text or its picture.
   Time of(TaskKind kind, std::size_t bytes) const;
-  /// A task of this kind and size has taken so long.
-  void learn(TaskKind kind, std::size_t bytes, Time taken);
+  /// A task of this kind and size has taken so long, and as many transfers, at least one.
+  void learn(TaskKind kind, std::size_t bytes, Time taken, std::uint32_t transfers = 1);
 
 private:
   static constexpr std::size_t kinds = static_cast<std::size_t>(TaskKind::other) + 1;
@@ -52,8 +54,11 @@ private:
   /// Nanoseconds; 0 while nothing is known.
   using Figure = std::atomic<std::uint32_t>;
   static std::size_t indexOf(TaskKind kind, std::size_t bytes);
+  static void teach(Figure &figure, Time taken);
+  Time guess(TaskKind kind) const;
 
   std::array<Figure, kinds * size_classes> _figures{};
+  Figure _transfer{}; // of any kind
 };
 
 } // namespace buttondriver

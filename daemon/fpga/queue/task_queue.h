@@ -23,9 +23,10 @@ struct QueueMarks {
   std::size_t low_tasks = 256;
   std::size_t high_bytes = 16 * 1024 * 1024;
   std::size_t low_bytes = 8 * 1024 * 1024;
-  /// Of all tasks, past which the timer should queue nothing more. Clients alone do not get there with tasks that the
-  /// device carries out in a hundredth of a second: past the high mark they add one turn at most.
+  /// Of all tasks, past which the timer should queue nothing more. Clients alone do not get there as a rule: past a
+  /// high mark they add one turn at most.
   std::chrono::nanoseconds full_time = std::chrono::milliseconds(250);
+  std::size_t full_tasks = 4096;
 };
 
 /// Who asked for a task.
@@ -58,7 +59,7 @@ public:
   /// Past a high mark, and not yet down to both low ones.
   bool isHigh() const;
   /// Past the full mark.
-  bool isFull() const { return time() > _marks.full_time; }
+  bool isFull() const { return time() > _marks.full_time || size() > _marks.full_tasks; }
 
   /// What its tasks are expected to cost. The removing thread teaches it.
   TaskCosts &costs() { return _costs; }

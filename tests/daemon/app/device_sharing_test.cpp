@@ -107,7 +107,8 @@ private:
     client.latencies.push_back(_now - task.sent); // its first transfer
     _now += client.cost;
     client.busy += client.cost;
-    _queue.costs().learn(client.kind, 0, client.cost);
+    _queue.costs().learn(client.kind, 0, client.cost,
+                         static_cast<std::uint32_t>(std::max<std::int64_t>(client.cost / 2ms, 1)));
     const bool was_paused = _is_paused;
     _queue.removeFront();
     // Who could bring more hears only now that it may: until it does, the device has nothing to do.

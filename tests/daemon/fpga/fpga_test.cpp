@@ -117,8 +117,10 @@ private:
 };
 
 TEST_F(FPGATest, backlog_is_low_only_if_it_still_is_when_the_main_thread_hears_of_it) {
-  // Tasks of unknown time, 10 ms: three are high, one is low.
-  fpga.emplace(root.paths(), QueueMarks{std::chrono::milliseconds(25), std::chrono::milliseconds(10)});
+  QueueMarks marks;
+  marks.high_tasks = 2;
+  marks.low_tasks = 1;
+  fpga.emplace(root.paths(), marks);
   finishedTransfers();
   std::vector<std::string> emitted;
   QObject::connect(&*fpga, &FPGA::backlogHigh, [&] { emitted.emplace_back("high"); });
@@ -177,7 +179,7 @@ TEST_F(FPGATest, destruction_waits_for_the_running_task_and_deletes_the_others_w
 
 TEST_F(FPGATest, what_the_timer_queues_makes_nobody_pause_and_what_clients_queue_after_it_does) {
   QueueMarks marks;
-  marks.high_time = 3 * TaskCosts::unknown;
+  marks.high_tasks = 3;
   fpga.emplace(root.paths(), marks);
   finishedTransfers();
   int pauses = 0;

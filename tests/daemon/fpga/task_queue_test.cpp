@@ -161,6 +161,18 @@ TEST(TaskQueueTest, what_the_timer_appends_makes_it_full_and_not_high) {
   EXPECT_FALSE(queue.isFull());
 }
 
+TEST(TaskQueueTest, is_full_of_many_fast_tasks_too) {
+  QueueMarks marks;
+  marks.full_tasks = 10;
+  TaskQueue queue(marks);
+  queue.costs().learn(TaskKind::other, 0, 1us);
+  for (int i = 1; i <= 11; ++i) {
+    EXPECT_FALSE(queue.isFull()) << i;
+    queue.append(std::make_unique<HeavyTask>(), TaskOrigin::timer);
+  }
+  EXPECT_TRUE(queue.isFull());
+}
+
 TEST(TaskQueueTest, hands_out_nothing_while_it_is_held) {
   TaskQueue queue;
   queue.append(std::make_unique<HeavyTask>(0));
