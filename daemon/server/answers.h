@@ -27,8 +27,6 @@ public:
 
   /// Whether something is still to be sent.
   bool isOwing() const { return _owed > 0 || !_begun.isEmpty(); }
-  /// Owes nothing any more.
-  void dropAll();
   /// The caller's descriptor is closed, or will be at once. Answers that are owed are sent all the same, and so are
   /// those that come until they are; without a debt nobody hears further ones.
   void socketIsGone();
@@ -48,6 +46,7 @@ protected:
 private:
   bool sendBegun();
   void waitForRoom();
+  void dropAll();
   bool takeAsOne(const char *answer, qint64 size);
 
   int _descriptor;

@@ -156,10 +156,7 @@ void ClientButtondriver::growLargeFrame(qint64 needed) {
 }
 
 /// Until the next turn. Otherwise the end of the connection would be noticed before what is there has been answered.
-void ClientButtondriver::readNoFurther() {
-  if (_socket->bytesAvailable() > 0)
-    _socket->setReadBufferSize(_socket->bytesAvailable());
-}
+void ClientButtondriver::readNoFurther() { _socket->setReadBufferSize(_socket->bytesAvailable()); }
 
 /// After its buffer was full, a socket reads on only when the buffer is emptied or its size changes; what is left in it
 /// may be the beginning of a frame whose rest is still to come.
@@ -226,8 +223,6 @@ void ClientButtondriver::giveUp() {
   if (!connected())
     return;
   critical_line() << "buttondriver: silent client gives its place to another, descriptor" << qint64{_descriptor};
-  _answers.dropAll();
-  _answers.socketIsGone();
   _state = State::gone;
   releaseSocket();
   leave();

@@ -195,10 +195,9 @@ void Connector::updateDeliveries() {
 }
 
 void Connector::giveTurn(ClientButtondriver *client) {
+  _turns.join(client);
   if (isEverybodyWaiting())
     _ping_turns.join(client);
-  else
-    _turns.join(client);
 }
 
 void Connector::giveAllATurn() {

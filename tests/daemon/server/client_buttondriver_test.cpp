@@ -247,6 +247,31 @@ TEST_F(ClientButtondriverTest, gives_its_share_of_the_budget_back_when_its_peer_
   }
 }
 
+TEST_F(ClientButtondriverTest, gives_its_share_of_the_budget_back_when_the_frame_is_delivered) {
+  const qint64 all = budget.free();
+  peer.write(frame(QByteArray(200'000, 'x')) + frame("after it"));
+  ASSERT_TRUE(process_events_until([&] { return setter.delivered == 2; }));
+  EXPECT_EQ(budget.free(), all);
+}
+
+TEST_F(ClientButtondriverTest, tells_that_it_waits_for_the_budget_and_goes_on_with_a_turn) {
+  LargeFrameBudget small_budget(limits::largest_frame); // the kept room, and nothing else
+  LargeFrameBudget::Share other(&small_budget, [] {});
+  ASSERT_TRUE(other.grow(1));
+  QTcpSocket sender;
+  sender.connectToHost(QHostAddress::LocalHost, door.serverPort());
+  ASSERT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
+  client.emplace(nullptr, door.nextPendingConnection(), &setter, &small_budget);
+  int times_waiting = 0;
+  QObject::connect(&*client, &ClientButtondriver::waitsForBudget, [&] { ++times_waiting; });
+  sender.write(frame(QByteArray(200'000, 'x')));
+  ASSERT_TRUE(process_events_until([&] { return times_waiting > 0; }));
+  EXPECT_EQ(setter.delivered, 0U);
+  other.release();
+  client->takeTurn();
+  EXPECT_TRUE(process_events_until([&] { return setter.delivered == 1; }));
+}
+
 TEST_F(ClientButtondriverTest, made_without_a_budget_has_one_of_its_own) {
   QTcpSocket other;
   other.connectToHost(QHostAddress::LocalHost, door.serverPort());

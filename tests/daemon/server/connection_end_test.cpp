@@ -128,14 +128,22 @@ TEST_F(ConnectionEndTest, what_a_reset_leaves_behind_waits_for_the_end_of_a_paus
 }
 
 TEST_F(ConnectionEndTest, a_connection_that_ends_while_it_is_in_the_line_gets_no_turn) {
-  const auto first = connectClient();
-  const auto second = connectClient();
-  connector.resumeReading(); // all join the line
-  ASSERT_TRUE(QMetaObject::invokeMethod(connector.clients().front(), "clientDisconnected"));
-  // By the time of its turn it would be deleted.
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  settle();
-  EXPECT_EQ(connector.clients().size(), 1U);
+  for (const bool does_everybody_wait : {false, true}) {
+    SCOPED_TRACE(does_everybody_wait);
+    const auto first = connectClient();
+    const auto second = connectClient();
+    if (does_everybody_wait)
+      connector.pauseReading();
+    connector.releaseNullMessages(); // all join the line
+    ASSERT_TRUE(QMetaObject::invokeMethod(connector.clients().front(), "clientDisconnected"));
+    // By the time of its turn it would be deleted.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    connector.resumeReading();
+    settle();
+    EXPECT_EQ(connector.clients().size(), 1U);
+    second->abort();
+    ASSERT_TRUE(process_events_until([&] { return connector.clients().empty(); }));
+  }
 }
 
 TEST_F(ConnectionEndTest, what_came_before_the_end_of_a_held_client_is_delivered_when_it_is_released) {

@@ -41,5 +41,28 @@ TEST_F(TurnsTest, connections_take_turns) {
   EXPECT_LT(place, 5'000); // one read-ahead holds 7,281 of them
 }
 
+TEST_F(TurnsTest, after_a_pause_comes_first_who_has_used_the_device_least) {
+  setter.device_time = std::chrono::milliseconds(30); // a turn is one message
+  setter.when_called = [this] {
+    if (!setter.calls.back().messages.empty())
+      connector.pauseReading();
+  };
+  const auto heavy = connectClient();
+  const auto light = connectClient();
+  const qint32 heavy_id = connector.clients().front()->clientId();
+  const qint32 light_id = connector.clients().back()->clientId();
+  heavy->write(frame("picture").repeated(4));
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 1; }));
+  light->write(frame("light").repeated(2));
+  settle();
+  std::vector<qint32> ids;
+  while (delivered() < 6) {
+    setter.calls.clear();
+    connector.resumeReading();
+    ids.push_back(setter.calls.back().image_id_offset);
+  }
+  EXPECT_EQ(ids, (std::vector<qint32>{light_id, heavy_id, light_id, heavy_id, heavy_id}));
+}
+
 } // namespace
 } // namespace buttondriver

@@ -78,6 +78,21 @@ TEST_F(WaitingTest, everybody_is_accepted_and_answered_while_paused) {
   EXPECT_TRUE(process_events_until([&] { return delivered() == 2; }));
 }
 
+TEST_F(WaitingTest, one_of_two_reasons_is_enough_and_the_event_loop_is_at_rest_meanwhile) {
+  const auto client = connectClient();
+  connector.pauseReading();
+  connector.holdAllClients();
+  client->write(frame("work"));
+  settle();
+  connector.resumeReading();
+  int rounds = 0; // of the event loop that had something to do
+  while (rounds < 100 && QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents))
+    ++rounds;
+  EXPECT_LT(rounds, 100);
+  connector.releaseAllClients();
+  EXPECT_EQ(delivered(), 1U);
+}
+
 TEST_F(WaitingTest, null_messages_wait_and_with_them_what_follows_on_their_connections) {
   const QByteArray null_message(4, '\0');
   const auto sender = connectClient();
