@@ -1,60 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "fpga/configuration_watcher.h"
-
+#include "configuration_watcher_fixture.h"
 #include "refused_watches.h"
-#include "support/event_loop.h"
-#include "support/test_root.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTimer>
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <fcntl.h>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace buttondriver {
 namespace {
 
+using test::ConfigurationWatcherTest;
 using test::process_events_until;
 using test::process_ready_events;
 using test::write_file;
-
-class ConfigurationWatcherTest : public testing::Test {
-protected:
-  ConfigurationWatcherTest() : file(folder.path() + QStringLiteral("/deep/er/launcher.cfg")) {}
-
-  void watch() {
-    watcher.emplace(file);
-    QObject::connect(&*watcher, &ConfigurationWatcher::fileChanged, [this](const QString &path) {
-      EXPECT_EQ(path, file);
-      ++changes;
-    });
-  }
-
-  /// Whether the watcher tells of a change after `act`.
-  template <class Act> bool tells(Act act) {
-    const int before = changes;
-    act();
-    return process_events_until([&] { return changes > before; });
-  }
-
-  void replace() {
-    write_file(file + QStringLiteral(".new"), "replaced");
-    ASSERT_EQ(std::rename(qPrintable(file + QStringLiteral(".new")), qPrintable(file)), 0);
-  }
-
-  QTemporaryDir folder;
-  QString file;
-  std::optional<ConfigurationWatcher> watcher;
-  int changes = 0;
-};
 
 TEST_F(ConfigurationWatcherTest, reports_a_rewrite_in_place) {
   write_file(file, "one");
