@@ -29,6 +29,9 @@ constexpr double attempt_interval_ms = 1000.0;
 /// Long enough for one lost packet and for a server busy with a picture.
 constexpr int usual_longest_wait_ms = 3000;
 constexpr std::size_t host_capacity = 256;
+/// A sender that waits is woken when a third of the kernel's buffer is free. By itself the buffer grows to megabytes,
+/// of which a slow server does not take a third in time.
+constexpr int send_buffer_bytes = 64 * 1024;
 
 struct ClientState {
   int descriptor = -1; ///< the TCP socket, -1 when there is none
@@ -74,6 +77,7 @@ int open_socket() {
   limit.tv_sec = calls.longest_wait_ms / 1000;
   limit.tv_usec = calls.longest_wait_ms % 1000 * 1000;
   ::setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+  ::setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &send_buffer_bytes, sizeof send_buffer_bytes);
   // A message is two small sends; the second would wait for the acknowledgement of the first.
   const int without_delay = 1;
   ::setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &without_delay, sizeof without_delay);

@@ -143,6 +143,65 @@ TEST_F(EventClientSendTest, peer_that_never_reads_makes_a_send_fail_in_bounded_t
   EXPECT_EQ(btc_reconfig(), 0);
 }
 
+/// A peer that reads only while its client waits for room, and no more than 160 KB/s are in the three seconds that the
+/// client waits.
+class SlowPeerTest : public EventClientTest {
+protected:
+  /// As a send that waits does: it goes on when the kernel finds that there is room, which is long after the first
+  /// byte.
+  static ssize_t send_while_the_peer_reads(int descriptor, const void *bytes, std::size_t count, int flags) {
+    std::size_t sent = 0;
+    while (true) {
+      const ssize_t now =
+          ::send(descriptor, static_cast<const char *>(bytes) + sent, count - sent, flags | MSG_DONTWAIT);
+      sent += now > 0 ? static_cast<std::size_t>(now) : 0;
+      if (sent == count)
+        return static_cast<ssize_t>(sent);
+      ++_waits;
+      if (!comes_to_have_room(descriptor))
+        return sent > 0 ? static_cast<ssize_t>(sent) : -1;
+    }
+  }
+
+  static inline ScriptedPeer *_peer = nullptr;
+  static inline std::size_t _received = 0;
+  static inline int _waits = 0;
+
+private:
+  static bool comes_to_have_room(int descriptor) {
+    constexpr std::size_t step = 8192;
+    constexpr std::size_t most = 480'000;
+    pollfd room{descriptor, POLLOUT, 0};
+    for (std::size_t taken = 0; taken < most; taken += step) {
+      if (::poll(&room, 1, 0) == 1)
+        return true;
+      _received += _peer->read(step).size();
+    }
+    return ::poll(&room, 1, 100) == 1;
+  }
+};
+
+TEST_F(SlowPeerTest, gets_every_message_of_a_flood) {
+  ScriptedPeer peer(ScriptedPeer::Door::open, 64 * 1024);
+  _peer = &peer;
+  _received = 0;
+  _waits = 0;
+  EventClientCalls calls = observed_calls();
+  calls.send = send_while_the_peer_reads;
+  replace_event_client_calls(calls);
+  meet(peer);
+  constexpr std::size_t text_size = 4854; // as large as a picture of 40 x 40
+  constexpr int messages = 2000;
+  const std::string text(text_size, 'p');
+  int sent = 0;
+  while (sent < messages && btc_set_text(uncached_button, text.c_str(), 0))
+    ++sent;
+  EXPECT_EQ(sent, messages);
+  EXPECT_GT(_waits, 10);
+  constexpr std::size_t frame_size = 4 + 16 + text_size + 1;
+  peer.read(messages * frame_size - _received);
+}
+
 TEST_F(EventClientSendTest, connection_without_a_socket_is_an_invalid_socket) {
   EventClientCalls calls = observed_calls();
   calls.socket = [](int, int, int) { return -1; };
