@@ -47,23 +47,31 @@ bool QButtonDriverClient::waitForConnected(int msecs) {
 
 bool QButtonDriverClient::waitForBytesWritten(int msecs) { return _socket.waitForBytesWritten(msecs); }
 
-void QButtonDriverClient::msg(QByteArray message) {
-  // A refusal comes at once, so it takes the retries to give a server that is about to start its second.
-  if (waitForConnected(send_limit_ms))
-    writeFrame(message);
-}
+void QButtonDriverClient::msg(QByteArray message) { send(&message, 1); }
 
-void QButtonDriverClient::msg(vector<QByteArray> messages) {
-  if (!waitForConnected(send_limit_ms))
-    return;
-  for (const QByteArray &message : messages)
-    writeFrame(message);
-}
+void QButtonDriverClient::msg(vector<QByteArray> messages) { send(messages.data(), messages.size()); }
 
 void QButtonDriverClient::connected() {}
 
 void QButtonDriverClient::connectToServer() { _socket.connectToHost(_host, _port); }
 
-void QButtonDriverClient::writeFrame(const QByteArray &message) { _socket.write(framed(message)); }
+void QButtonDriverClient::send(const QByteArray *messages, std::size_t count) {
+  if (count > 0 && isFull()) {
+    emit refused(static_cast<int>(count));
+    return;
+  }
+  // A server that is not there refuses at once, so it takes the retries to give one that is about to start its second.
+  if (!waitForConnected(send_limit_ms))
+    return;
+  for (std::size_t i = 0; i < count; ++i)
+    _socket.write(framed(messages[i]));
+}
+
+bool QButtonDriverClient::isFull() {
+  // A program that sends much in one go has not been in its event loop since.
+  if (_socket.bytesToWrite() > _send_limit)
+    _socket.flush();
+  return _socket.bytesToWrite() > _send_limit;
+}
 
 } // namespace buttondriver

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTcpSocket>
 
+#include <cstddef>
 #include <vector>
 
 namespace buttondriver {
@@ -14,6 +15,10 @@ namespace buttondriver {
 /// A message goes without its length prefix, as the encoders make it. There are no errors: what cannot be sent because
 /// the server is not there within a second is dropped, and so is what has not left yet when the connection breaks.
 /// Answers of the server are thrown away.
+///
+/// What the server does not take yet waits here. While more than sendLimit() bytes wait, further messages are refused
+/// and dropped, each call of a slot as a whole; refused() tells. So a message of any size is sent when nothing waits,
+/// and at most the limit and one call's messages wait.
 ///
 /// Belongs to one thread. Others reach its slots through queued connections; the list's type is registered for that,
 /// under the very name that stands in SLOT(msg(vector<QByteArray>)).
@@ -35,6 +40,17 @@ public:
   /// gives up), when nothing waits to leave, and when the connection breaks.
   bool waitForBytesWritten(int msecs);
 
+  static constexpr qint64 default_send_limit = 1024 * 1024;
+  /// How many bytes may wait to be taken by the server while messages are still accepted.
+  qint64 sendLimit() const { return _send_limit; }
+  /// `bytes` of 0 refuses messages while anything waits. What waits already stays.
+  void setSendLimit(qint64 bytes) { _send_limit = bytes; }
+
+Q_SIGNALS:
+  /// `count` messages were dropped, because more than sendLimit() bytes wait. Sent from within the slot that was
+  /// called; who wants to send them again does so later, when waitForBytesWritten() has returned true.
+  void refused(int count);
+
 public Q_SLOTS:
   /// Sends one message. Blocks for up to about a second while the connection is not up.
   void msg(QByteArray message);
@@ -44,10 +60,12 @@ public Q_SLOTS:
 
 private:
   void connectToServer();
-  void writeFrame(const QByteArray &message);
+  bool isFull();
+  void send(const QByteArray *messages, std::size_t count);
 
   QString _host;
   quint16 _port;
+  qint64 _send_limit = default_send_limit;
   QTcpSocket _socket;
 };
 

@@ -120,15 +120,17 @@ protected:
   QTcpServer _server;
 };
 
-TEST_F(QButtonDriverClientTest, has_its_three_slots_and_no_signals) {
+TEST_F(QButtonDriverClientTest, has_its_three_slots_and_one_signal) {
   const QMetaObject &meta = QButtonDriverClient::staticMetaObject;
   EXPECT_STREQ(meta.className(), "buttondriver::QButtonDriverClient");
   vector<std::string> slots_in_order;
+  vector<std::string> all_signals;
   for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
-    EXPECT_EQ(meta.method(index).methodType(), QMetaMethod::Slot);
-    slots_in_order.push_back(meta.method(index).methodSignature().toStdString());
+    const bool is_slot = meta.method(index).methodType() == QMetaMethod::Slot;
+    (is_slot ? slots_in_order : all_signals).push_back(meta.method(index).methodSignature().toStdString());
   }
   EXPECT_THAT(slots_in_order, testing::ElementsAre("msg(QByteArray)", "msg(vector<QByteArray>)", "connected()"));
+  EXPECT_THAT(all_signals, testing::ElementsAre("refused(int)"));
 }
 
 TEST_F(QButtonDriverClientTest, a_message_of_132_bytes_leaves_as_136) {
@@ -290,6 +292,75 @@ TEST_F(QButtonDriverClientTest, throws_the_answers_away) {
   EXPECT_TRUE(process_events_until([peer] { return peer->bytesToWrite() == 0; }));
   client.msg(QByteArray("on"));
   EXPECT_EQ(received(peer, 6), from_hex("00000002") + "on");
+}
+
+/// A client whose server reads nothing until it is told to, and what the client has refused.
+class FullClientTest : public QButtonDriverClientTest {
+protected:
+  void SetUp() override {
+    QButtonDriverClientTest::SetUp();
+    client = std::make_unique<QButtonDriverClient>(local_host, _server.serverPort());
+    QObject::connect(client.get(), &QButtonDriverClient::refused, [this](int count) { refusals.push_back(count); });
+    peer = next_connection();
+    ASSERT_TRUE(peer);
+    peer->setReadBufferSize(1);
+  }
+
+  /// Leaves a message waiting that is larger than all that the two ends of a connection hold, and the limit.
+  void fill() {
+    client->msg(QByteArray(large, 'x'));
+    sent += large + 4;
+  }
+
+  /// Lets the server read on; true when all arrives that was accepted.
+  bool allArrives() {
+    peer->setReadBufferSize(0);
+    return process_events_until([this] { return peer->bytesAvailable() >= sent; });
+  }
+
+  static constexpr int large = 20'000'000;
+  std::unique_ptr<QButtonDriverClient> client;
+  QTcpSocket *peer = nullptr;
+  vector<int> refusals;
+  qint64 sent = 0;
+};
+
+TEST_F(FullClientTest, refuses_what_comes_while_more_than_a_mebibyte_waits) {
+  EXPECT_EQ(client->sendLimit(), 1024 * 1024);
+  fill();
+  EXPECT_THAT(refusals, IsEmpty());
+  client->msg(QByteArray("one"));
+  client->msg(vector<QByteArray>{QByteArray("two"), QByteArray("three")});
+  client->msg(vector<QByteArray>{});
+  EXPECT_THAT(refusals, testing::ElementsAre(1, 2));
+  EXPECT_TRUE(allArrives());
+  client->msg(QByteArray("again"));
+  sent += 9;
+  EXPECT_TRUE(allArrives());
+  EXPECT_THAT(refusals, testing::ElementsAre(1, 2));
+  EXPECT_TRUE(peer->readAll().endsWith(QByteArray("\0\0\0\5again", 9)));
+}
+
+TEST_F(FullClientTest, refuses_many_small_messages_as_well_and_loses_none_of_the_others) {
+  const QByteArray picture(4854, 'p');
+  while (refusals.empty() && sent < large) {
+    client->msg(picture);
+    if (refusals.empty())
+      sent += picture.size() + 4;
+  }
+  EXPECT_LT(sent, large);
+  EXPECT_GT(sent, client->sendLimit());
+  EXPECT_TRUE(allArrives());
+  EXPECT_EQ(peer->bytesAvailable(), sent);
+}
+
+TEST_F(FullClientTest, takes_another_limit) {
+  client->setSendLimit(large);
+  fill();
+  fill();
+  EXPECT_THAT(refusals, IsEmpty());
+  fill();
+  EXPECT_THAT(refusals, testing::ElementsAre(1));
 }
 
 } // namespace
