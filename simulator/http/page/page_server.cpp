@@ -33,14 +33,22 @@ HttpAnswer picture_answer(const QImage &image) {
 
 } // namespace
 
-PageServer::PageServer(Simulation &simulation)
-    : _simulation(simulation), _pages(QStringLiteral("buttondriver-sim"), QWebSocketServer::NonSecureMode),
-      _feed(simulation) {
+PageServer::PageServer(Simulation &simulation, const HttpLimits &limits)
+    : _simulation(simulation), _server(limits),
+      _pages(QStringLiteral("buttondriver-sim"), QWebSocketServer::NonSecureMode), _feed(simulation),
+      _states([this](const auto &, const auto &answer) { makeState(answer); }),
+      _resets([this](const auto &, const auto &answer) {
+        _simulation.reset([answer] { answer({204, {}, {}, {}}); });
+      }) {
   connect(&_server, &HttpServer::requested, this, &PageServer::answer);
   connect(&_server, &HttpServer::upgradeRequested, &_pages, &QWebSocketServer::handleConnection);
   connect(&_pages, &QWebSocketServer::newConnection, this, &PageServer::welcomePages);
   // Drawing is quick enough for one thread, and slow enough to keep it off this one.
   _painters.setMaxThreadCount(1);
+  addPicture(QStringLiteral("/panel.png"), draw_panel);
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen)
+    addPicture(QStringLiteral("/screen/%1.png").arg(screen),
+               [screen](const PanelState &state) { return screen_image(state.screens[screen], state.intensity); });
 }
 
 PageServer::~PageServer() { _painters.waitForDone(); }
@@ -49,7 +57,7 @@ void PageServer::answer(const RequestHead &request, const HttpClient &client) {
   if (request.method != "POST")
     answerGet(request, client);
   else if (request.path() == QLatin1String("/reset"))
-    _simulation.reset([client] { client.answer({204, {}, {}, {}}); });
+    _resets.add(client);
   else
     client.answer(HttpAnswer::fault(405, "only /reset takes a POST"));
 }
@@ -57,14 +65,9 @@ void PageServer::answer(const RequestHead &request, const HttpClient &client) {
 void PageServer::answerGet(const RequestHead &request, const HttpClient &client) {
   const QString path = request.path();
   if (path == QLatin1String("/state.json"))
-    return sendState(client);
-  if (path == QLatin1String("/panel.png"))
-    return sendPicture(client, draw_panel);
-  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen) {
-    if (path == QStringLiteral("/screen/%1.png").arg(screen))
-      return sendPicture(
-          client, [screen](const PanelState &state) { return screen_image(state.screens[screen], state.intensity); });
-  }
+    return _states.add(client);
+  if (const auto picture = _pictures.find(path); picture != _pictures.end())
+    return picture->second.add(client);
   if (path == QLatin1String("/catalogue.json"))
     return client.answer({200, json_type, catalogue_json(), {}});
   if (path == QLatin1String("/lettering.json"))
@@ -76,12 +79,12 @@ void PageServer::answerGet(const RequestHead &request, const HttpClient &client)
   client.answer(HttpAnswer::fault(404, "there is nothing here"));
 }
 
-void PageServer::sendState(const HttpClient &client) {
+void PageServer::makeState(const RequestRounds::Answer &answer) {
   // What is known at once belongs to the moment of the request, as do the tasks that are waited for.
   const QJsonArray texts = to_json(_simulation.messages().texts().screens());
   const QJsonArray blinking = blinking_to_json(_simulation.daemon().dispatcher().blinkTimes());
   const SimulationCounters at_request = _simulation.counters();
-  _simulation.whenWorkIsDone([this, client, texts, blinking, at_request](const PanelState &panel) {
+  _simulation.whenWorkIsDone([this, answer, texts, blinking, at_request](const PanelState &panel) {
     SimulationCounters counters = _simulation.counters();
     counters.messages = at_request.messages;
     counters.queue_length = at_request.queue_length;
@@ -90,17 +93,22 @@ void PageServer::sendState(const HttpClient &client) {
     state[QLatin1String("screens")] = texts;
     state[QLatin1String("blinking")] = blinking;
     state[QLatin1String("counters")] = to_json(counters);
-    client.answer({200, json_type, QJsonDocument(state).toJson(QJsonDocument::Compact) + '\n', {}});
+    answer({200, json_type, QJsonDocument(state).toJson(QJsonDocument::Compact) + '\n', {}});
   });
 }
 
-void PageServer::sendPicture(const HttpClient &client, std::function<QImage(const PanelState &)> draw) {
-  _simulation.whenWorkIsDone([this, client, draw = std::move(draw)](const PanelState &state) {
-    const auto shared_state = std::make_shared<const PanelState>(state);
-    _painters.start(HandedOver([this, client, draw, shared_state] {
-      const HttpAnswer answer = picture_answer(draw(*shared_state));
-      post(this, [client, answer] { client.answer(answer); });
-    }));
+void PageServer::addPicture(const QString &path, const std::function<QImage(const PanelState &)> &draw) {
+  _pictures.try_emplace(path, [this, draw](const auto &is_wanted, const auto &answer) {
+    _simulation.whenWorkIsDone([this, draw, is_wanted, answer](const PanelState &state) {
+      // Nobody draws for a client that has gone.
+      if (!is_wanted())
+        return answer({});
+      const auto shared_state = std::make_shared<const PanelState>(state);
+      _painters.start(HandedOver([this, draw, answer, shared_state] {
+        const HttpAnswer picture = picture_answer(draw(*shared_state));
+        post(this, [answer, picture] { answer(picture); });
+      }));
+    });
   });
 }
 

@@ -4,6 +4,7 @@
 #include "outcome/outcome.h"
 #include "simulator/http/page/live_feed.h"
 #include "simulator/http/server/http_server.h"
+#include "simulator/http/server/request_rounds.h"
 #include "simulator/simulation/simulation.h"
 
 #include <QImage>
@@ -12,6 +13,7 @@
 #include <QWebSocketServer>
 
 #include <functional>
+#include <map>
 
 namespace buttondriver::simulator {
 
@@ -22,7 +24,7 @@ class PageServer : public QObject {
 
 public:
   /// `simulation` outlives this object.
-  explicit PageServer(Simulation &simulation);
+  explicit PageServer(Simulation &simulation, const HttpLimits &limits = {});
   ~PageServer() override;
 
   /// Starts to serve; fails when the port cannot be had.
@@ -33,14 +35,17 @@ public:
 private:
   void answer(const RequestHead &request, const HttpClient &client);
   void answerGet(const RequestHead &request, const HttpClient &client);
-  void sendState(const HttpClient &client);
-  void sendPicture(const HttpClient &client, std::function<QImage(const PanelState &)> draw);
+  void makeState(const RequestRounds::Answer &answer);
+  void addPicture(const QString &path, const std::function<QImage(const PanelState &)> &draw);
   void welcomePages();
 
   Simulation &_simulation;
   HttpServer _server;
   QWebSocketServer _pages;
   LiveFeed _feed;
+  RequestRounds _states;
+  RequestRounds _resets;
+  std::map<QString, RequestRounds> _pictures; // by their paths
   QThreadPool _painters;
 };
 

@@ -24,6 +24,9 @@ std::optional<RefusedRequest> AccessRule::refusal(const RequestHead &head) const
     return RefusedRequest{403, "an unknown Host"};
   if (head.origin && *head.origin != "http://" + head.host)
     return RefusedRequest{403, "a request of another site"};
+  // "none" is an address that somebody has typed in.
+  if (head.fetch_site && *head.fetch_site != "same-origin" && *head.fetch_site != "none")
+    return RefusedRequest{403, "a request of another site"};
   if (head.method != "GET" && head.method != "HEAD" && head.method != "POST")
     return RefusedRequest{405, "only GET, HEAD and POST"};
   if (head.body_size > largest_body)

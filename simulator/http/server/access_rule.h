@@ -14,12 +14,13 @@ namespace buttondriver::simulator {
 /// A browser says in Host by which name it has found the server. Names that somebody else could point at this machine
 /// are refused, so that no foreign site becomes "the same origin": allowed are 127.0.0.1, localhost, [::1], the address
 /// that is listened on, and, when that is every address, any address written in numbers. An Origin, which browsers
-/// send with whatever could do harm, must be that of the very Host.
+/// send with whatever could do harm, must be that of the very Host. Pictures and links of other sites come without one,
+/// and are known by Sec-Fetch-Site, which browsers send to addresses of this machine.
 class AccessRule {
 public:
   explicit AccessRule(const QHostAddress &listening) : _listening(listening) {}
 
-  /// Looks at method, size of the body, Host and Origin. Nothing when the request is allowed.
+  /// Looks at method, size of the body, Host, Origin and Sec-Fetch-Site. Nothing when the request is allowed.
   std::optional<RefusedRequest> refusal(const RequestHead &head) const;
 
   static constexpr int largest_head = 16 * 1024;

@@ -12,6 +12,8 @@ class HttpClient {
 public:
   explicit HttpClient(HttpConnection *connection) : _connection(connection) {}
 
+  /// Whether the client still waits for an answer.
+  bool isThere() const { return !_connection.isNull(); }
   /// Answers the request, once, on the server's thread.
   void answer(const HttpAnswer &answer) const {
     if (_connection)

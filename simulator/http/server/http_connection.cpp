@@ -10,6 +10,9 @@ namespace {
 /// A request as large as it may be, and one byte by which one is seen to be larger.
 constexpr qint64 most_buffered = AccessRule::largest_head + AccessRule::largest_body + 1;
 
+/// Of the kernel, in each direction.
+constexpr int page_buffer = 128 * 1024;
+
 } // namespace
 
 HttpConnection::HttpConnection(QTcpSocket *socket, const AccessRule &rule, const HttpLimits &limits)
@@ -29,7 +32,7 @@ void HttpConnection::read() {
     _socket->readAll();
     return;
   }
-  if (_state == State::answering) {
+  if (_state != State::receiving) {
     // There is one request to a connection: nobody has looked at what comes after it.
     _socket->abort();
     return;
@@ -66,15 +69,20 @@ void HttpConnection::take(const RequestHead &head) {
 }
 
 void HttpConnection::letGo() {
+  _state = State::handed_on;
   _timer.stop();
   _socket->disconnect(this);
   disconnect(_end);
   _socket->setReadBufferSize(0);
+  // So much comes in before it is looked at, and so much is taken off before it is known that nobody reads it.
+  _socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, page_buffer);
+  _socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, page_buffer);
   emit upgradeRequested(_socket);
   deleteLater();
 }
 
 void HttpConnection::answer(const HttpAnswer &answer) {
+  _state = State::delivering;
   connect(_socket, &QTcpSocket::bytesWritten, this, [this] {
     if (_socket->bytesToWrite() == 0)
       _socket->disconnectFromHost();

@@ -24,6 +24,17 @@ public:
   /// Answers the request, once, after requested().
   void answer(const HttpAnswer &answer);
 
+  /// What goes on: who of many connections gives way to another one.
+  enum class State {
+    receiving,  ///< the request is not complete
+    refused,    ///< it has been refused, and the client has not hung up yet
+    answering,  ///< the answer is being made
+    delivering, ///< the client has not taken the answer yet
+    handed_on,  ///< it has become a WebSocket
+  };
+  State state() const { return _state; }
+  QTcpSocket *socket() const { return _socket; }
+
 signals:
   /// The request is complete and allowed, and has been taken from the socket. To be answered now or later.
   void requested(const RequestHead &head);
@@ -32,8 +43,6 @@ signals:
   void upgradeRequested(QTcpSocket *socket);
 
 private:
-  enum class State { receiving, answering, refused };
-
   void read();
   void take(const RequestHead &head);
   void letGo();

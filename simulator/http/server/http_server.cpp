@@ -1,7 +1,32 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/server/http_server.h"
 
+#include "simulator/http/server/bounded_socket.h"
+
+#include <algorithm>
+
 namespace buttondriver::simulator {
+
+namespace {
+
+constexpr int endless = 2;
+
+/// The less there is, the earlier a connection gives way to others.
+int patience_with(const HttpConnection &connection) {
+  switch (connection.state()) {
+  case HttpConnection::State::receiving:
+  case HttpConnection::State::refused:
+    return 0;
+  case HttpConnection::State::delivering:
+    return 1;
+  case HttpConnection::State::answering:
+  case HttpConnection::State::handed_on:
+    break;
+  }
+  return endless;
+}
+
+} // namespace
 
 HttpServer::HttpServer(const HttpLimits &limits) : _limits(limits) {}
 
@@ -13,17 +38,39 @@ Outcome<Done> HttpServer::listenOn(const HttpEndpoint &endpoint) {
 }
 
 void HttpServer::incomingConnection(qintptr descriptor) {
-  auto *socket = new QTcpSocket(this); // this object owns it until the connection ends
+  auto *socket = new BoundedSocket(_limits.most_unsent_bytes, this); // this object owns it until the connection ends
   socket->setSocketDescriptor(descriptor);
-  if (findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly).size() > _limits.most_connections) {
-    socket->abort();
-    socket->deleteLater();
+  if (!makeRoom()) {
+    delete socket;
     return;
   }
   auto *connection = new HttpConnection(socket, _rule, _limits); // the socket owns it
+  _connections.emplace_back(connection);
   connect(connection, &HttpConnection::requested, this,
           [this, connection](const RequestHead &head) { emit requested(head, HttpClient(connection)); });
   connect(connection, &HttpConnection::upgradeRequested, this, &HttpServer::upgradeRequested);
+}
+
+/// For a connection that has just come. Those that give way are deleted at once: many may come before the event loop
+/// would get to it.
+bool HttpServer::makeRoom() {
+  const auto has_ended = [](const auto &connection) { return connection.isNull(); };
+  _connections.erase(std::remove_if(_connections.begin(), _connections.end(), has_ended), _connections.end());
+  const auto sockets = findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);
+  const auto open = std::count_if(sockets.begin(), sockets.end(), [](const QTcpSocket *socket) {
+    return socket->state() != QAbstractSocket::UnconnectedState;
+  });
+  if (open <= _limits.most_connections)
+    return true;
+  // The first of those that compare equal is the oldest.
+  const auto first =
+      std::min_element(_connections.begin(), _connections.end(), [](const auto &left, const auto &right) {
+        return patience_with(*left) < patience_with(*right);
+      });
+  if (first == _connections.end() || patience_with(**first) == endless)
+    return false;
+  delete (*first)->socket();
+  return true;
 }
 
 } // namespace buttondriver::simulator

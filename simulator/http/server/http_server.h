@@ -7,8 +7,11 @@
 #include "simulator/http/server/http_endpoint.h"
 #include "simulator/http/server/http_limits.h"
 
+#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+
+#include <vector>
 
 namespace buttondriver::simulator {
 
@@ -34,8 +37,11 @@ protected:
   void incomingConnection(qintptr descriptor) override;
 
 private:
+  bool makeRoom();
+
   const HttpLimits _limits;
   AccessRule _rule{QHostAddress()};
+  std::vector<QPointer<HttpConnection>> _connections; // in order of arrival; those that have become pages are not here
 };
 
 } // namespace buttondriver::simulator

@@ -52,13 +52,15 @@ public:
       return keep(_host, value, "more than one Host");
     if (name == "origin")
       return keep(_head.origin, value, "more than one Origin");
+    if (name == "sec-fetch-site")
+      return keep(_head.fetch_site, value, "more than one Sec-Fetch-Site");
+    if (name == "upgrade")
+      return readUpgrade(value);
     if (name == "content-length")
       return readLength(value);
     if (name == "transfer-encoding")
       return RefusedRequest{411, "a body without a Content-Length"};
-    if (name == "upgrade")
-      _head.is_websocket = value.toLower() == "websocket";
-    else if (name == "connection")
+    if (name == "connection")
       _wants_upgrade = _wants_upgrade || value.toLower().contains("upgrade");
     return std::nullopt;
   }
@@ -88,6 +90,16 @@ private:
       return RefusedRequest{400, "a Content-Length that is none"};
     _has_length = true;
     _head.body_size = *length;
+    return std::nullopt;
+  }
+
+  std::optional<RefusedRequest> readUpgrade(const QByteArray &value) {
+    // Who takes the connection over may read another one of several.
+    if (_head.is_websocket)
+      return RefusedRequest{400, "more than one Upgrade"};
+    _head.is_websocket = value.toLower() == "websocket";
+    if (!_head.is_websocket)
+      return RefusedRequest{400, "an Upgrade to something else than a WebSocket"};
     return std::nullopt;
   }
 

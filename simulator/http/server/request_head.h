@@ -15,6 +15,7 @@ struct RequestHead {
   QByteArray target; ///< as it came: a path, and perhaps a query
   QByteArray host;
   std::optional<QByteArray> origin;
+  std::optional<QByteArray> fetch_site; ///< where the request comes from, as a browser says it
   qint64 body_size = 0;
   bool is_websocket = false;
 
@@ -32,8 +33,8 @@ struct RefusedRequest {
 int head_end(const QByteArray &bytes);
 
 /// Reads a complete head. Refuses what is not HTTP/1.1 or 1.0, a line that is no header, a missing or second Host, a
-/// second Origin or Content-Length, a length that is no number, bodies without a length, and a WebSocket without
-/// "Connection: Upgrade".
+/// second Origin, Sec-Fetch-Site, Upgrade or Content-Length, a length that is no number, bodies without a length, an
+/// upgrade to something else than a WebSocket, and one without "Connection: Upgrade".
 std::variant<RequestHead, RefusedRequest> read_head(const QByteArray &bytes);
 
 } // namespace buttondriver::simulator

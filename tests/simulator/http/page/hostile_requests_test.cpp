@@ -32,6 +32,9 @@ TEST_F(HostileRequestsTest, are_refused_and_change_nothing) {
       {"a live page by a foreign name",
        "GET /live HTTP/1.1\r\nHost: evil.example\r\nOrigin: http://evil.example\r\n" + live + "\r\n", 403},
       {"a live page elsewhere", "GET / HTTP/1.1\r\n" + good + live + "\r\n", 404},
+      {"a picture in another site", "GET /panel.png HTTP/1.1\r\n" + good + "Sec-Fetch-Site: cross-site\r\n\r\n", 403},
+      {"a second upgrade", "GET /live HTTP/1.1\r\n" + good + live + "Upgrade: websocket\r\n\r\n", 400},
+      {"an unknown upgrade", "GET / HTTP/1.1\r\n" + good + "Connection: Upgrade\r\nUpgrade: h2c\r\n\r\n", 400},
       {"a method", "DELETE / HTTP/1.1\r\n" + good + "\r\n", 405},
       {"a large head", "GET / HTTP/1.1\r\n" + good + "X: " + QByteArray(20000, 'x') + "\r\n\r\n", 431},
       {"an endless line", QByteArray(20000, 'x'), 431},
@@ -69,15 +72,21 @@ TEST_F(HostileRequestsTest, an_unfinished_request_keeps_nobody_waiting) {
   EXPECT_EQ(get("/state.json").status, 200);
 }
 
-TEST_F(HostileRequestsTest, connections_are_limited) {
+TEST_F(HostileRequestsTest, connections_are_limited_and_those_without_a_request_give_way) {
   std::vector<std::unique_ptr<QTcpSocket>> idle;
   for (int i = 0; i < 101; ++i)
     idle.push_back(connected());
-  const auto &last = idle.back();
-  EXPECT_TRUE(test::process_events_until([&] { return last->state() == QAbstractSocket::UnconnectedState; }));
-  EXPECT_EQ(idle.front()->state(), QAbstractSocket::ConnectedState);
-  idle.clear();
-  EXPECT_TRUE(test::process_events_until([&] { return get("/state.json").status == 200; }));
+  const auto &first = idle.front();
+  EXPECT_TRUE(test::process_events_until([&] { return first->state() == QAbstractSocket::UnconnectedState; }));
+  EXPECT_EQ(idle.back()->state(), QAbstractSocket::ConnectedState);
+  EXPECT_EQ(get("/state.json").status, 200);
+}
+
+TEST_F(HostileRequestsTest, a_handshake_that_is_none_ends_the_connection) {
+  const QByteArray head = "GET /live HTTP/1.1\r\nHost: " + host() + "\r\nConnection: Upgrade\r\nUpgrade: websocket\r\n";
+  const auto socket = connected();
+  socket->write(head + "\r\n");
+  EXPECT_TRUE(test::process_events_until([&] { return socket->state() == QAbstractSocket::UnconnectedState; }));
 }
 
 TEST_F(HostileRequestsTest, there_is_one_request_to_a_connection) {

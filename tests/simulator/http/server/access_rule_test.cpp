@@ -82,6 +82,21 @@ TEST(AccessRuleTest, an_origin_is_that_of_the_very_host) {
   }
 }
 
+TEST(AccessRuleTest, a_browser_s_request_comes_from_this_page_or_from_nowhere) {
+  struct Row {
+    const char *fetch_site;
+    int status;
+  };
+  const Row rows[] = {{"same-origin", 0}, {"none", 0}, {"cross-site", 403}, {"same-site", 403}, {"", 403}};
+  for (const Row &row : rows) {
+    RequestHead head = get("127.0.0.1:8080");
+    head.fetch_site = row.fetch_site;
+    EXPECT_EQ(refusal("127.0.0.1", head), row.status) << row.fetch_site;
+    head.origin = "http://127.0.0.1:8080";
+    EXPECT_EQ(refusal("127.0.0.1", head), row.status) << row.fetch_site;
+  }
+}
+
 TEST(AccessRuleTest, methods_sizes_and_places_are_limited) {
   RequestHead head = get("localhost");
   for (const char *method : {"GET", "HEAD", "POST"}) {

@@ -15,11 +15,13 @@ TEST(RequestHeadTest, ends_at_the_empty_line) {
 TEST(RequestHeadTest, has_what_decides) {
   const auto head = std::get<RequestHead>(
       read_head("POST /reset?x=1 HTTP/1.1\r\nHOST: localhost:8080\r\norigin:http://localhost:8080 \r\n"
-                "Content-Length: 12\r\nUpgrade: WebSocket\r\nConnection: keep-alive, Upgrade\r\nX-Empty:\r\n\r\n"));
+                "Content-Length: 12\r\nsec-fetch-site: none\r\nUpgrade: WebSocket\r\nConnection: keep-alive, "
+                "Upgrade\r\nX-Empty:\r\n\r\n"));
   EXPECT_EQ(head.method, "POST");
   EXPECT_EQ(head.target, "/reset?x=1");
   EXPECT_EQ(head.host, "localhost:8080");
   EXPECT_EQ(head.origin, QByteArray("http://localhost:8080"));
+  EXPECT_EQ(head.fetch_site, QByteArray("none"));
   EXPECT_EQ(head.body_size, 12);
   EXPECT_TRUE(head.is_websocket);
 }
@@ -27,6 +29,7 @@ TEST(RequestHeadTest, has_what_decides) {
 TEST(RequestHeadTest, without_the_optional_lines_they_are_absent) {
   const auto head = std::get<RequestHead>(read_head("GET / HTTP/1.0\r\nHost: a\r\n\r\n"));
   EXPECT_FALSE(head.origin.has_value());
+  EXPECT_FALSE(head.fetch_site.has_value());
   EXPECT_EQ(head.body_size, 0);
   EXPECT_FALSE(head.is_websocket);
 }
@@ -62,6 +65,11 @@ TEST(RequestHeadTest, refuses_what_could_be_read_in_two_ways) {
       {"\r\n\r\n", 400},
       {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\n\r\n", 400},
       {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\nConnection: close\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: h2c\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n\r\n", 400},
+      {"GET /live HTTP/1.1\r\nHost: a\r\nUpgrade: websocket, h2c\r\nConnection: Upgrade\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nUpgrade: h2c\r\nConnection: Upgrade\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nUpgrade:\r\n\r\n", 400},
       {"GET\r\nHost: a\r\n\r\n", 400},
       {"GET  / HTTP/1.1\r\nHost: a\r\n\r\n", 400},
       {"GET / HTTP/2.0\r\nHost: a\r\n\r\n", 400},
@@ -71,6 +79,7 @@ TEST(RequestHeadTest, refuses_what_could_be_read_in_two_ways) {
       {"GET / HTTP/1.1\r\n\r\n", 400},
       {"GET / HTTP/1.1\r\nHost: a\r\nhost: b\r\n\r\n", 400},
       {"GET / HTTP/1.1\r\nHost: a\r\nOrigin: b\r\nOrigin: b\r\n\r\n", 400},
+      {"GET / HTTP/1.1\r\nHost: a\r\nSec-Fetch-Site: none\r\nSec-Fetch-Site: none\r\n\r\n", 400},
       {"GET / HTTP/1.1\r\nHost: a\r\nno header\r\n\r\n", 400},
       {"GET / HTTP/1.1\r\nHost: a\r\n folded: line\r\n\r\n", 400},
       {"GET / HTTP/1.1\r\nHost: a\r\nHost : b\r\n\r\n", 400},
