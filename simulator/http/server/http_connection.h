@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/http/server/access_rule.h"
+#include "simulator/http/request/access_rule.h"
 #include "simulator/http/server/http_answer.h"
 #include "simulator/http/server/http_limits.h"
 

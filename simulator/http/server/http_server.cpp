@@ -56,11 +56,7 @@ void HttpServer::incomingConnection(qintptr descriptor) {
 bool HttpServer::makeRoom() {
   const auto has_ended = [](const auto &connection) { return connection.isNull(); };
   _connections.erase(std::remove_if(_connections.begin(), _connections.end(), has_ended), _connections.end());
-  const auto sockets = findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);
-  const auto open = std::count_if(sockets.begin(), sockets.end(), [](const QTcpSocket *socket) {
-    return socket->state() != QAbstractSocket::UnconnectedState;
-  });
-  if (open <= _limits.most_connections)
+  if (findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly).size() <= _limits.most_connections)
     return true;
   // The first of those that compare equal is the oldest.
   const auto first =

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "outcome/outcome.h"
-#include "simulator/http/server/access_rule.h"
+#include "simulator/http/request/access_rule.h"
 #include "simulator/http/server/http_client.h"
 #include "simulator/http/server/http_endpoint.h"
 #include "simulator/http/server/http_limits.h"

@@ -2,6 +2,10 @@
 // Who gives way when there are as many connections as there may be.
 #include "http_server_fixture.h"
 
+#include <QPointer>
+
+#include <sys/socket.h>
+
 namespace buttondriver::simulator {
 namespace {
 
@@ -67,14 +71,19 @@ TEST_F(ConnectionLimitsTest, any_number_of_half_requests_keeps_nobody_out) {
 
 TEST_F(ConnectionLimitsTest, who_does_not_hang_up_after_a_refusal_gives_way_like_a_half_request) {
   serve(limits);
-  const auto first = arrived("no HTTP\r\n\r\n");
-  ASSERT_TRUE(process_events_until([&] { return first->bytesAvailable() > 0; }));
+  const auto first = arrived(half);
+  // It never reads, and so does not see that the server has ended its side.
+  first->setReadBufferSize(1);
+  const QPointer<HttpConnection> at_the_server = server->findChildren<HttpConnection *>().first();
+  first->write("\r\nno header\r\n\r\n");
+  ASSERT_TRUE(process_events_until([&] { return at_the_server->state() == HttpConnection::State::refused; }));
   const auto second = arrived(half);
   const auto third = arrived(half);
   const auto fourth = sent(get_x);
   EXPECT_TRUE(process_events_until([&] { return requests.size() == 1; }));
-  EXPECT_TRUE(ends(first));
+  EXPECT_TRUE(at_the_server.isNull());
   EXPECT_TRUE(lives(second));
+  EXPECT_TRUE(lives(third));
 }
 
 TEST_F(ConnectionLimitsTest, who_does_not_take_an_answer_gives_way_when_no_half_request_does) {
@@ -122,6 +131,29 @@ TEST_F(ConnectionLimitsTest, nobody_gives_way_who_has_become_a_page) {
   EXPECT_TRUE(ends(sent(get_x)));
   EXPECT_TRUE(lives(first));
   EXPECT_TRUE(requests.empty());
+}
+
+TEST(ConnectionLimits, nobody_gives_way_who_becomes_a_page_at_this_moment) {
+  class Server : public HttpServer {
+  public:
+    using HttpServer::HttpServer;
+    using HttpServer::incomingConnection;
+  };
+  HttpLimits limits;
+  limits.most_connections = 1;
+  Server server(limits);
+  QPointer<QTcpSocket> page;
+  QObject::connect(&server, &HttpServer::upgradeRequested, &server, [&](QTcpSocket *socket) {
+    page = socket;
+    server.incomingConnection(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    EXPECT_FALSE(page.isNull());
+  });
+  ASSERT_TRUE(server.listenOn({QHostAddress(QHostAddress::LocalHost), 0}));
+  QTcpSocket client;
+  client.connectToHost(QHostAddress(QHostAddress::LocalHost), server.serverPort());
+  client.write(live);
+  EXPECT_TRUE(process_events_until([&] { return !page.isNull(); }));
+  EXPECT_EQ(server.findChildren<QTcpSocket *>().size(), 1);
 }
 
 } // namespace

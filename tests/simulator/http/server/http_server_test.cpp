@@ -36,6 +36,9 @@ TEST_F(HttpServerTest, a_websocket_is_handed_on_with_its_request_unread) {
   EXPECT_TRUE(requests.empty());
   EXPECT_EQ(upgrades.size(), 1U);
   EXPECT_EQ(upgrades[0]->readAll(), live);
+  // The kernel doubles what it is asked for.
+  EXPECT_LE(upgrades[0]->socketOption(QAbstractSocket::ReceiveBufferSizeSocketOption).toInt(), 256 * 1024);
+  EXPECT_LE(upgrades[0]->socketOption(QAbstractSocket::SendBufferSizeSocketOption).toInt(), 256 * 1024);
   // From now on it is not looked at: what would be a second request comes through.
   socket->write(get_x);
   EXPECT_TRUE(process_events_until([&] { return upgrades[0]->bytesAvailable() == get_x.size(); }));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "simulator/http/server/access_rule.h"
+#include "simulator/http/request/access_rule.h"
 
 #include <gtest/gtest.h>
 

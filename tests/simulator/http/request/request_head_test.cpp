@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "simulator/http/server/request_head.h"
+#include "simulator/http/request/request_head.h"
 
 #include <gtest/gtest.h>
 

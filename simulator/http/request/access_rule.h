@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/http/server/request_head.h"
+#include "simulator/http/request/request_head.h"
 
 #include <QHostAddress>
 
