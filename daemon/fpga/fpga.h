@@ -2,7 +2,7 @@
 #pragma once
 
 #include "files/system_paths.h"
-#include "fpga/configuration_watcher.h"
+#include "fpga/configuration/configuration_watcher.h"
 #include "fpga/font_settings.h"
 #include "fpga/queue/task_queue.h"
 #include "fpga/tasks.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "fpga/folders_on_the_way.h"
+#include "fpga/configuration/folders_on_the_way.h"
 
 #include <QElapsedTimer>
 #include <QFileSystemWatcher>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "fpga/folders_on_the_way.h"
+#include "fpga/configuration/folders_on_the_way.h"
 
 #include <algorithm>
 #include <climits>
