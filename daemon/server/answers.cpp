@@ -26,7 +26,8 @@ Answers::~Answers() = default;
 qint64 Answers::writeData(const char *data, qint64 size) {
   if (size == 0 || (_descriptor < 0 && !_own))
     return size;
-  const bool is_known = size == _answer.size() && std::memcmp(data, _answer.constData(), _answer.size()) == 0;
+  const bool is_known =
+      size == _answer.size() && std::memcmp(data, _answer.constData(), static_cast<std::size_t>(size)) == 0;
   if (!is_known && !takeAsOne(data, size))
     return size;
   if (_owed < limits::owed_answers) {
