@@ -23,6 +23,9 @@ inline constexpr qint64 large_frames = 64 * 1024 * 1024;
 /// Bytes by which a connection's share of that grows.
 inline constexpr qint64 large_frame_step = 256 * 1024;
 
+/// How long the frame in the kept room may stop growing while another one wants it.
+inline constexpr std::chrono::seconds large_frame_patience{10};
+
 /// Messages that a connection may deliver before others have their turn.
 inline constexpr std::size_t messages_per_turn = 64;
 

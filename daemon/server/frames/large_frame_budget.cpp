@@ -15,7 +15,7 @@ bool LargeFrameBudget::Share::grow(qint64 bytes) {
   const auto now = _budget->_clock();
   if (_budget->_favoured != this) {
     if (_budget->_favoured) {
-      if (now - _budget->_last_growth < patience)
+      if (now - _budget->_last_growth < limits::large_frame_patience)
         return false;
       Share *const dallying = _budget->_favoured;
       dallying->release();

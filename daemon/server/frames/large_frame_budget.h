@@ -13,11 +13,10 @@ namespace buttondriver {
 ///
 /// So that frames which grow at the same time do not use all of it up and then all wait, room for one largest frame is
 /// kept apart. It goes to one share at a time, the first one that finds the rest used up. That one must go on growing:
-/// when it has not for `patience` while another share wants the room, it loses its frame.
+/// when it has not for `limits::large_frame_patience` while another share wants the room, it loses its frame.
 class LargeFrameBudget {
 public:
   using Clock = std::function<std::chrono::steady_clock::time_point()>;
-  static constexpr std::chrono::seconds patience{10};
 
   /// At least limits::largest_frame of `bytes` is for the kept room.
   explicit LargeFrameBudget(qint64 bytes = limits::large_frames, Clock clock = std::chrono::steady_clock::now)

@@ -165,7 +165,7 @@ TEST_F(ClientButtondriverTest, skips_a_frame_that_others_had_to_wait_for) {
   ASSERT_TRUE(process_events_until([&] { return !small_budget.hasRoomForOne() && sender.bytesToWrite() == 0; }));
   LargeFrameBudget::Share other(&small_budget, [] {});
   EXPECT_FALSE(other.grow(1));
-  now += LargeFrameBudget::patience;
+  now += limits::large_frame_patience;
   EXPECT_TRUE(other.grow(1));
   EXPECT_THAT(log.take(), Contains(HasSubstr("frame does not arrive, skipped, descriptor ")));
   sender.write(QByteArray(0xF0000 - 500'000, 'x') + frame("after it"));
