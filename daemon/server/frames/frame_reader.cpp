@@ -52,7 +52,9 @@ std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit, FrameC
     stream.skip(frame_prefix_size);
     // Never more than is there: the length may have wrapped.
     messages.push_back(stream.read(std::min<qint64>(head.length, stream.bytesAvailable())));
-    if (asks_for_lines(view_of(messages.back())) || (is_last && is_last(messages.back())))
+    // Asked about each one: who asks may count them.
+    const bool is_told_last = is_last && is_last(messages.back());
+    if (is_told_last || asks_for_lines(view_of(messages.back())))
       break;
   }
   return messages;

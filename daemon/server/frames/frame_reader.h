@@ -25,7 +25,7 @@ enum class FrameChoice : quint8 {
   none,
 };
 
-/// Tells of a message that was just taken whether it is to be the last one.
+/// Tells of a message that was just taken whether it is to be the last one. Asked once about each message.
 using IsLast = std::function<bool(const QByteArray &message)>;
 
 /// Takes complete frames from `stream`, at most `limit`, and returns their messages, in order, without the lengths.

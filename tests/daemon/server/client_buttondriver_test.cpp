@@ -154,6 +154,22 @@ TEST_F(ClientButtondriverTest, that_gives_up_is_gone_at_once) {
   EXPECT_TRUE(process_events_until([&] { return peer.state() == QAbstractSocket::UnconnectedState; }));
 }
 
+TEST_F(ClientButtondriverTest, gives_back_what_a_large_frame_took_when_it_is_delivered) {
+  LargeFrameBudget small_budget(limits::largest_frame); // the kept room, and nothing else
+  QTcpSocket sender;
+  sender.connectToHost(QHostAddress::LocalHost, door.serverPort());
+  ASSERT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
+  client.emplace(nullptr, door.nextPendingConnection(), &setter, &small_budget);
+  for (const char kind : {'x', '\0'}) { // a null message too
+    SCOPED_TRACE(int{kind});
+    setter.forget();
+    sender.write(frame(QByteArray(500'000, kind)));
+    ASSERT_TRUE(process_events_until([&] { return !small_budget.hasRoomForOne(); }));
+    ASSERT_TRUE(process_events_until([&] { return setter.delivered == 1; }));
+    EXPECT_TRUE(small_budget.hasRoomForOne());
+  }
+}
+
 TEST_F(ClientButtondriverTest, skips_a_frame_that_others_had_to_wait_for) {
   std::chrono::steady_clock::time_point now{};
   LargeFrameBudget small_budget(limits::largest_frame, [&] { return now; }); // the kept room, and nothing else

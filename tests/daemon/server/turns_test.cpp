@@ -64,5 +64,24 @@ TEST_F(TurnsTest, after_a_pause_comes_first_who_has_used_the_device_least) {
   EXPECT_EQ(ids, (std::vector<qint32>{light_id, heavy_id, light_id, heavy_id, heavy_id}));
 }
 
+TEST_F(TurnsTest, null_messages_use_up_turns_like_others) {
+  constexpr int count = 40;
+  setter.device_time = limits::time_per_turn;
+  const auto one = connectClient();
+  const auto other = connectClient();
+  connector.pauseReading();
+  one->write(frame(QByteArray(4, '\0')).repeated(count));
+  other->write(frame("work").repeated(count));
+  ASSERT_TRUE(process_events_until([&] { return held() == 2 * count * 8; }));
+  settle();
+  setter.forget(); // turns without messages
+  connector.resumeReading();
+  ASSERT_TRUE(process_events_until([&] { return delivered() == 2 * count; }));
+  const std::vector<QByteArray> messages = setter.messages();
+  const auto work = std::count(messages.begin(), messages.begin() + count, "work");
+  EXPECT_GE(work, count / 2 - 2);
+  EXPECT_LE(work, count / 2 + 2);
+}
+
 } // namespace
 } // namespace buttondriver
