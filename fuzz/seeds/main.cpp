@@ -101,6 +101,98 @@ void write_commands(const filesystem::path &parent) {
                                     .number(std::int32_t{2000}));
 }
 
+/// The steps of connections_fuzzer.cpp that the seeds take.
+enum Step : std::uint8_t {
+  round,
+  rounds,
+  connect,
+  pings,
+  work,
+  null_messages,
+  empty_frames,
+  any_bytes,
+  frame_of_any_length,
+  large_frame,
+  frame_that_is_too_long,
+  length_that_wraps,
+  finish,
+  close,
+  reset,
+  read_answers,
+  pause,
+  resume,
+  hold_all,
+  release_all,
+  hold_null_messages,
+  release_null_messages,
+  hold,
+  release,
+  piece,
+  room,
+  refusals
+};
+
+/// A step of one of the clients, with the bytes after it.
+std::string step(Step kind, int client = 0, const std::string &more = {}) {
+  return std::string(1, static_cast<char>(kind | client << 5)) + more;
+}
+
+void write_connections(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "connections");
+  const std::string host("\0", 1);
+  const std::string now("\1", 1);
+  const std::string some_rounds = step(rounds, 0, "\xf");
+  const std::string two = step(connect, 0, host) + step(connect, 1, host);
+  const std::string three = two + step(connect, 2, host);
+  const auto script = [&](const char *name, const std::string &steps, char flags = 0, char places = 5) {
+    folder.write(name, Seed(std::string{places, flags} + steps));
+  };
+  const auto repeated = [](const std::string &text, int count) {
+    std::string all;
+    while (count-- > 0)
+      all += text;
+    return all;
+  };
+  const std::string costly = step(work, 0, "\x3f\xff" + now);
+  const std::string cheap = step(work, 1, std::string("\x3f\0", 2) + now);
+  script("equal-times", two + repeated(costly + cheap, 3) + repeated(some_rounds, 6));
+  const std::string work_and_pings = step(work, 0, "\x14\1" + now) + step(pings, 1, "\x1e" + now);
+  script("pauses", two + work_and_pings + step(round) + step(pause) + some_rounds + step(pings, 0, "\5" + now) +
+                       step(finish, 1) + some_rounds + step(resume) + step(round) + step(hold_all) + some_rounds);
+  script("pause-within-a-turn", two + step(frame_of_any_length, 0, "\1P" + now) + work_and_pings + some_rounds +
+                                    step(reset, 1) + some_rounds + step(resume) + step(round));
+  script("ends-in-a-pause", three + step(pause) + work_and_pings + step(pings, 2, "\x1e" + now) + some_rounds +
+                                step(close, 0) + step(reset, 2) + step(round) + step(finish, 1) + some_rounds);
+  script("null-messages",
+         two + step(null_messages, 0, "\3" + now) + work_and_pings + some_rounds + step(hold_null_messages) +
+             step(null_messages, 1, "\2" + now) + step(release, 0) + some_rounds + step(release_null_messages),
+         2);
+  script("holds", two + step(round) + step(hold, 0) + work_and_pings + some_rounds + step(finish, 0) + some_rounds +
+                      step(release, 0) + some_rounds + step(read_answers, 1));
+  const std::string large =
+      step(large_frame, 0, "\xf0" + now) + step(large_frame, 1, "\xe0" + now) + step(large_frame, 2, "\xd0" + now);
+  for (const char flags : {'\0', '\1'})
+    script(flags ? "large-frames-of-patient-ones" : "large-frames",
+           three + step(piece, 0, "\x20") + large + some_rounds + work_and_pings + some_rounds + step(reset, 0) +
+               step(piece, 0, "\xff") + some_rounds,
+           flags);
+  script("too-long-and-wrapping", two + step(frame_that_is_too_long, 0, "\1\7" + now) + work_and_pings + step(round) +
+                                      step(length_that_wraps, 1, "\2\3abc" + now) + some_rounds + step(finish, 0));
+  script("bytes", two + step(any_bytes, 0, std::string("\x0a\0\0\0\4\0\0\0\x0c\0\0", 11) + now) + some_rounds +
+                      step(empty_frames, 1, "\x8" + now) + step(finish, 0) + some_rounds);
+  script("no-room-for-answers", two + step(room, 0, "\x0c") + step(pings, 0, "\x3f" + now) +
+                                    step(pings, 1, "\x0a" + now) + some_rounds + step(finish, 0) + some_rounds +
+                                    step(room, 0, "\xff") + some_rounds + step(read_answers, 0) + step(close, 1));
+  script("few-places",
+         two + step(pings, 0, "\1" + now) + step(pings, 1, "\1" + now) + some_rounds + step(connect, 2, "\1") +
+             step(connect, 3, host) + some_rounds + step(pings, 2, "\2" + now) + some_rounds + step(connect, 4, "\2") +
+             step(pings, 4, "\x9" + now) + some_rounds,
+         0, 1);
+  script("before-they-are-accepted", two + work_and_pings + step(reset, 0) + step(finish, 1) + step(refusals, 0, "\2") +
+                                         some_rounds + step(connect, 0, host) + some_rounds);
+  script("server-ends-first", three + work_and_pings + large + some_rounds + step(finish, 1), 4);
+}
+
 void write_bmp(const filesystem::path &parent) {
   const SeedFolder folder(parent, "bmp");
   const auto place = [](const std::string &file) {
@@ -246,8 +338,8 @@ int main(int count, char **arguments) {
     return 2;
   }
   try {
-    for (const auto write : {write_commands, write_bmp, write_text, write_level_file, write_launcher_configuration,
-                             write_event_client, write_recording, write_scenario})
+    for (const auto write : {write_commands, write_connections, write_bmp, write_text, write_level_file,
+                             write_launcher_configuration, write_event_client, write_recording, write_scenario})
       write(arguments[1]);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "write_fuzz_seeds: %s\n", error.what());
