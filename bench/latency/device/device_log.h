@@ -8,8 +8,11 @@
 
 namespace buttondriver::latency {
 
-/// The variable of the environment that names the file which holds the DeviceLog.
+/// The variable of the environment that names the file which holds the DeviceLog. Without it nobody gets to see the
+/// log.
 inline constexpr const char *device_log_variable = "BUTTONDRIVER_LATENCY_LOG";
+/// Without a file: how many microseconds a transfer takes at least.
+inline constexpr const char *transfer_time_variable = "BUTTONDRIVER_LATENCY_TRANSFER_US";
 
 /// The clock that all times here are taken from; the same one in all processes of a machine.
 inline std::int64_t now_ns() {

@@ -20,11 +20,16 @@ using latency::DeviceLog;
 DeviceLog *open_log() {
   const char *file = std::getenv(latency::device_log_variable);
   const int descriptor = file ? ::open(file, O_RDWR | O_CLOEXEC) : -1;
-  void *memory = ::mmap(nullptr, sizeof(DeviceLog), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+  const int flags = file ? MAP_SHARED : MAP_PRIVATE | MAP_ANONYMOUS;
+  void *memory = ::mmap(nullptr, sizeof(DeviceLog), PROT_READ | PROT_WRITE, flags, descriptor, 0);
   if (memory == MAP_FAILED)
     std::abort();
-  ::close(descriptor);
-  return static_cast<DeviceLog *>(memory);
+  auto *log = static_cast<DeviceLog *>(memory);
+  if (file)
+    ::close(descriptor);
+  else if (const char *time_us = std::getenv(latency::transfer_time_variable))
+    log->transfer_ns = std::atoll(time_us) * 1000;
+  return log;
 }
 
 DeviceLog &device_log() {

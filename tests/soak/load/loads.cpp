@@ -18,9 +18,26 @@ namespace {
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
+/// As many clients at once send `bytes` over and over; each connects again when its connection is lost.
+void send_from_several(Target &target, std::size_t clients, const std::string &bytes, int receive_buffer = 0) {
+  std::vector<LoopbackSocket> sockets(clients);
+  std::vector<EndlessSender> senders(clients, EndlessSender(bytes));
+  while (!target.stop) {
+    bool any = false;
+    for (std::size_t i = 0; i < clients; ++i) {
+      if (!sockets[i].isOpen()) {
+        sockets[i] = connect(target, receive_buffer);
+        senders[i].startOver();
+      }
+      any |= senders[i].sendSome(sockets[i], target);
+    }
+    std::this_thread::sleep_for(milliseconds(any ? 1 : 10));
+  }
+}
+
 void flood(Target &target) { send_without_end(target, many_small_frames()); }
 
-void flood_with_pictures(Target &target) { send_without_end(target, picture_frame()); }
+void flood_with_pictures(Target &target) { send_from_several(target, 5, picture_frame()); }
 
 /// Connects, sends a few frames and a part of one more, and leaves: with or without a reset, answers read or not.
 void reconnect(Target &target) {
@@ -92,20 +109,7 @@ void stall(Target &target) {
   for (int i = 0; i < 500; ++i)
     pings += ping_frame();
   constexpr int smallest_buffer = 2048;
-  constexpr std::size_t readers = 8;
-  std::array<LoopbackSocket, readers> sockets;
-  std::vector<EndlessSender> senders(readers, EndlessSender(pings));
-  while (!target.stop) {
-    bool any = false;
-    for (std::size_t i = 0; i < readers; ++i) {
-      if (!sockets[i].isOpen()) {
-        sockets[i] = connect(target, smallest_buffer);
-        senders[i].startOver();
-      }
-      any |= senders[i].sendSome(sockets[i], target);
-    }
-    std::this_thread::sleep_for(milliseconds(any ? 1 : 10));
-  }
+  send_from_several(target, 8, pings, smallest_buffer);
 }
 
 /// Announces almost four gigabytes, delivers drop by drop, and begins again after ten seconds.
