@@ -5,8 +5,8 @@
 
 namespace buttondriver {
 
-TaskQueue::TaskQueue(const QueueMarks &marks, std::function<void()> when_drained)
-    : _marks(marks), _when_drained(std::move(when_drained)) {}
+TaskQueue::TaskQueue(const QueueMarks &marks, std::function<void()> when_drained, Clock clock)
+    : _marks(marks), _when_drained(std::move(when_drained)), _clock(std::move(clock)) {}
 
 bool TaskQueue::append(std::unique_ptr<FPGATask> task, TaskOrigin origin) {
   const std::size_t bytes = task ? task->keptBytes() : 0;
@@ -16,6 +16,8 @@ bool TaskQueue::append(std::unique_ptr<FPGATask> task, TaskOrigin origin) {
   if (origin == TaskOrigin::client) {
     ++_clients_tasks;
     _clients_time += time;
+  } else {
+    _timer_starts.push_back(_clock());
   }
   _time += time;
   _bytes += bytes;
@@ -43,6 +45,8 @@ void TaskQueue::removeFront() {
     if (removed.origin == TaskOrigin::client) {
       --_clients_tasks;
       _clients_time -= removed.time;
+    } else {
+      _timer_starts.pop_front();
     }
     _time -= removed.time;
     _bytes -= removed.bytes;
@@ -67,6 +71,12 @@ bool TaskQueue::isDownToLow() const {
 std::size_t TaskQueue::size() const {
   const std::lock_guard lock(_mutex);
   return _tasks.size();
+}
+
+bool TaskQueue::isFull() const {
+  const std::lock_guard lock(_mutex);
+  return _tasks.size() > _marks.full_tasks ||
+         (!_timer_starts.empty() && _clock() - _timer_starts.front() > _marks.full_age);
 }
 
 bool TaskQueue::isHigh() const {

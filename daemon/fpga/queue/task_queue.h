@@ -23,9 +23,9 @@ struct QueueMarks {
   std::size_t low_tasks = 256;
   std::size_t high_bytes = 16 * 1024 * 1024;
   std::size_t low_bytes = 8 * 1024 * 1024;
-  /// Of all tasks, past which the timer should queue nothing more. Clients alone do not get there as a rule: past a
-  /// high mark they add one turn at most.
-  std::chrono::nanoseconds full_time = std::chrono::milliseconds(250);
+  /// Past these the timer should queue nothing more: when the first of its own tasks has waited that long, or with so
+  /// many tasks of all origins. Clients alone do not get there as a rule: past a high mark they add one turn at most.
+  std::chrono::nanoseconds full_age = std::chrono::milliseconds(250);
   std::size_t full_tasks = 4096;
 };
 
@@ -43,8 +43,11 @@ enum class TaskOrigin : std::uint8_t {
 /// worker carries out: so however long tasks take, one more is there when it is done.
 class TaskQueue {
 public:
-  /// `when_drained` is called on the removing thread when the queue was high and has come down to both low marks.
-  explicit TaskQueue(const QueueMarks &marks = {}, std::function<void()> when_drained = {});
+  using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+  /// `when_drained` is called on the removing thread when the queue was high and has come down to all low marks.
+  explicit TaskQueue(const QueueMarks &marks = {}, std::function<void()> when_drained = {},
+                     Clock clock = std::chrono::steady_clock::now);
 
   /// True when this task took the queue past one of its high marks.
   bool append(std::unique_ptr<FPGATask> task, TaskOrigin origin = TaskOrigin::client);
@@ -58,8 +61,8 @@ public:
   std::chrono::nanoseconds time() const;
   /// Past a high mark, and not yet down to both low ones.
   bool isHigh() const;
-  /// Past the full mark.
-  bool isFull() const { return time() > _marks.full_time || size() > _marks.full_tasks; }
+  /// Past a full mark.
+  bool isFull() const;
 
   /// What its tasks are expected to cost. The removing thread teaches it.
   TaskCosts &costs() { return _costs; }
@@ -83,13 +86,15 @@ private:
 
   const QueueMarks _marks;
   const std::function<void()> _when_drained;
+  const Clock _clock;
   TaskCosts _costs;
   std::mutex _front_gate;
   mutable std::mutex _mutex;
   std::deque<Entry> _tasks;
-  std::size_t _clients_tasks = 0; // of _tasks
-  Time _clients_time{};           // of these
-  Time _time{};                   // of all
+  std::size_t _clients_tasks = 0;                                  // of _tasks
+  Time _clients_time{};                                            // of these
+  Time _time{};                                                    // of all
+  std::deque<std::chrono::steady_clock::time_point> _timer_starts; // when its tasks were appended
   std::size_t _bytes = 0;
   bool _is_high = false;
 };

@@ -65,8 +65,8 @@ private:
   std::size_t _bytes;
 };
 
-/// High past 8 ms, 20 tasks or 1000 bytes, low at 4 ms, 10 tasks and 500 bytes, full past 12 ms.
-const QueueMarks small_marks{8ms, 4ms, 20, 10, 1000, 500, 12ms};
+/// High past 8 ms, 20 tasks or 1000 bytes, low at 4 ms, 10 tasks and 500 bytes.
+const QueueMarks small_marks{8ms, 4ms, 20, 10, 1000, 500};
 
 TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_down) {
   struct Row {
@@ -132,7 +132,7 @@ TEST(TaskQueueTest, comes_down_quietly_where_nobody_wants_to_know) {
   EXPECT_FALSE(queue.isHigh());
 }
 
-TEST(TaskQueueTest, what_the_timer_appends_makes_it_full_and_not_high) {
+TEST(TaskQueueTest, what_the_timer_appends_makes_nobody_pause) {
   int drained = 0;
   TaskQueue queue(small_marks, [&drained] { ++drained; });
   queue.costs().learn(TaskKind::other, 0, 1ms);
@@ -142,22 +142,39 @@ TEST(TaskQueueTest, what_the_timer_appends_makes_it_full_and_not_high) {
       is_high_now = queue.append(std::make_unique<HeavyTask>(), origin) || is_high_now;
     return is_high_now;
   };
-  EXPECT_FALSE(append(4, TaskOrigin::timer));
+  EXPECT_FALSE(append(40, TaskOrigin::timer));
   EXPECT_FALSE(append(8, TaskOrigin::client));
-  EXPECT_FALSE(queue.isFull());
   EXPECT_TRUE(append(1, TaskOrigin::client));
-  EXPECT_TRUE(queue.isFull());
-  append(20, TaskOrigin::timer);
-  for (int i = 0; i < 8; ++i)
+  append(40, TaskOrigin::timer);
+  for (int i = 0; i < 44; ++i)
     queue.removeFront();
   EXPECT_TRUE(queue.isHigh());
   queue.removeFront();
-  EXPECT_EQ(drained, 1) << "four of the clients' and twenty of the timer's are left";
-  EXPECT_TRUE(queue.isFull());
-  for (int i = 0; i < 11; ++i)
-    queue.removeFront();
+  EXPECT_EQ(drained, 1) << "four of the clients' and forty of the timer's are left";
+}
+
+TEST(TaskQueueTest, is_full_while_a_task_of_the_timer_has_waited_for_long) {
+  std::chrono::steady_clock::time_point now{};
+  TaskQueue queue({}, {}, [&now] { return now; });
+  const auto append = [&queue](TaskOrigin origin) { queue.append(std::make_unique<HeavyTask>(), origin); };
+  append(TaskOrigin::client);
+  now += 1h;
+  EXPECT_FALSE(queue.isFull()) << "clients' tasks may wait";
+  append(TaskOrigin::timer);
+  now += 100ms;
+  append(TaskOrigin::timer);
+  now += 150ms;
+  EXPECT_FALSE(queue.isFull()) << "250 ms";
+  now += 1ms;
   EXPECT_TRUE(queue.isFull());
   queue.removeFront();
+  EXPECT_TRUE(queue.isFull());
+  queue.removeFront();
+  EXPECT_FALSE(queue.isFull()) << "the next one waits for 151 ms";
+  now += 100ms;
+  EXPECT_TRUE(queue.isFull());
+  queue.removeFront();
+  now += 1h;
   EXPECT_FALSE(queue.isFull());
 }
 
