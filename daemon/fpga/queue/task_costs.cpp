@@ -16,6 +16,7 @@ int usual_transfers_of(TaskKind kind) {
   case TaskKind::status_indicator:
   case TaskKind::toggle_indicator:
   case TaskKind::intensity:
+  case TaskKind::other:
     return 1;
   default:
     return TaskCosts::usual_transfers;

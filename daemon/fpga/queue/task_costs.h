@@ -19,7 +19,7 @@ enum class TaskKind : std::uint8_t {
   blackout,
   image,
   intensity,
-  other,
+  other, ///< no client asks for it
 };
 
 /// What tasks cost of the worker's time, as far as it has been seen: one figure for each kind and size class. A task

@@ -14,9 +14,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr TaskKind with_one_transfer[] = {TaskKind::button_led, TaskKind::status_indicator, TaskKind::toggle_indicator,
-                                          TaskKind::intensity};
+                                          TaskKind::intensity, TaskKind::other};
 constexpr TaskKind with_many_transfers[] = {TaskKind::image, TaskKind::text_line, TaskKind::sub_text_line,
-                                            TaskKind::blackout, TaskKind::other};
+                                            TaskKind::blackout};
 
 TEST(TaskCostsTest, as_long_as_nothing_was_seen_everything_counts_as_slow) {
   const TaskCosts costs;
@@ -28,12 +28,12 @@ TEST(TaskCostsTest, as_long_as_nothing_was_seen_everything_counts_as_slow) {
 
 TEST(TaskCostsTest, what_was_never_seen_is_guessed_from_the_time_of_a_transfer) {
   TaskCosts costs;
-  costs.learn(TaskKind::other, 0, 24ms, 12);
+  costs.learn(TaskKind::blackout, 0, 24ms, 12);
   for (const TaskKind kind : with_one_transfer)
     EXPECT_EQ(costs.of(kind, 0), 2ms);
   for (const TaskKind kind : with_many_transfers)
     EXPECT_EQ(costs.of(kind, 5000), 40ms);
-  costs.learn(TaskKind::other, 0, 24ns, 12);
+  costs.learn(TaskKind::blackout, 0, 24ns, 12);
   EXPECT_EQ(costs.of(TaskKind::button_led, 0) / 1us, 1875) << "less of a transfer counts a sixteenth too";
 }
 

@@ -59,6 +59,7 @@ class HeavyTask : public FPGATask {
 public:
   explicit HeavyTask(std::size_t bytes = 0) : _bytes(bytes) {}
   void execute() override {}
+  TaskKind kind() const override { return TaskKind::blackout; }
   std::size_t keptBytes() const override { return _bytes; }
 
 private:
@@ -91,7 +92,7 @@ TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_dow
     int drained = 0;
     TaskQueue queue(small_marks, [&drained] { ++drained; });
     if (row.time_each > 0ms)
-      queue.costs().learn(TaskKind::other, row.bytes_each, row.time_each);
+      queue.costs().learn(TaskKind::blackout, row.bytes_each, row.time_each);
     const int appended = row.appended_until_high + 3;
     for (int i = 1; i <= appended; ++i)
       EXPECT_EQ(queue.append(std::make_unique<HeavyTask>(row.bytes_each)), i == row.appended_until_high) << i;
@@ -110,10 +111,10 @@ TEST(TaskQueueTest, reports_each_mark_once_on_the_way_up_and_once_on_the_way_dow
 
 TEST(TaskQueueTest, a_task_counts_for_what_was_expected_when_it_came) {
   TaskQueue queue(small_marks);
-  queue.costs().learn(TaskKind::other, 0, 1ms);
+  queue.costs().learn(TaskKind::blackout, 0, 1ms);
   for (int i = 0; i < 3; ++i)
     queue.append(std::make_unique<HeavyTask>());
-  queue.costs().learn(TaskKind::other, 0, 9ms); // from now on each counts for 3 ms
+  queue.costs().learn(TaskKind::blackout, 0, 9ms); // from now on each counts for 3 ms
   EXPECT_FALSE(queue.append(std::make_unique<HeavyTask>()));
   EXPECT_TRUE(queue.append(std::make_unique<HeavyTask>()));
   while (queue.size() > 0)
@@ -135,7 +136,7 @@ TEST(TaskQueueTest, comes_down_quietly_where_nobody_wants_to_know) {
 TEST(TaskQueueTest, what_the_timer_appends_makes_nobody_pause) {
   int drained = 0;
   TaskQueue queue(small_marks, [&drained] { ++drained; });
-  queue.costs().learn(TaskKind::other, 0, 1ms);
+  queue.costs().learn(TaskKind::blackout, 0, 1ms);
   const auto append = [&queue](int count, TaskOrigin origin) {
     bool is_high_now = false;
     for (int i = 0; i < count; ++i)
@@ -182,7 +183,7 @@ TEST(TaskQueueTest, is_full_of_many_fast_tasks_too) {
   QueueMarks marks;
   marks.full_tasks = 10;
   TaskQueue queue(marks);
-  queue.costs().learn(TaskKind::other, 0, 1us);
+  queue.costs().learn(TaskKind::blackout, 0, 1us);
   for (int i = 1; i <= 11; ++i) {
     EXPECT_FALSE(queue.isFull()) << i;
     queue.append(std::make_unique<HeavyTask>(), TaskOrigin::timer);
