@@ -7,6 +7,7 @@
 // and its high three bits the client, followed by what that kind takes.
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/connections/server_rig.h"
+#include "fuzz/support/connections/steps.h"
 #include "fuzz/support/connections/system_calls.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/quiet.h"
@@ -32,36 +33,7 @@ enum Flag : std::uint8_t {
   ends_at_once = 4,              // with the connections that there are then
 };
 
-enum class Step : std::uint8_t {
-  round,
-  rounds,
-  connect,
-  pings,
-  work,
-  null_messages,
-  empty_frames,
-  any_bytes,
-  frame_of_any_length,
-  large_frame,
-  frame_that_is_too_long,
-  length_that_wraps,
-  finish,
-  close,
-  reset,
-  read_answers,
-  pause,
-  resume,
-  hold_all,
-  release_all,
-  hold_null_messages,
-  release_null_messages,
-  hold,
-  release,
-  piece,
-  room,
-  refusals,
-  count
-};
+using steps::Step;
 
 QByteArray frame(quint32 length, const QByteArray &message) {
   const auto prefix = frame_prefix(length);

@@ -5,6 +5,7 @@
 //
 // A target without seeds starts from its corpus alone.
 #include "fuzz/seeds/seed.h"
+#include "fuzz/support/connections/steps.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
 #include "tools/reference/worked_examples.h"
@@ -101,36 +102,7 @@ void write_commands(const filesystem::path &parent) {
                                     .number(std::int32_t{2000}));
 }
 
-/// The steps of connections_fuzzer.cpp that the seeds take.
-enum Step : std::uint8_t {
-  round,
-  rounds,
-  connect,
-  pings,
-  work,
-  null_messages,
-  empty_frames,
-  any_bytes,
-  frame_of_any_length,
-  large_frame,
-  frame_that_is_too_long,
-  length_that_wraps,
-  finish,
-  close,
-  reset,
-  read_answers,
-  pause,
-  resume,
-  hold_all,
-  release_all,
-  hold_null_messages,
-  release_null_messages,
-  hold,
-  release,
-  piece,
-  room,
-  refusals
-};
+using namespace steps;
 
 /// A step of one of the clients, with the bytes after it.
 std::string step(Step kind, int client = 0, const std::string &more = {}) {

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <utility>
 
 namespace buttondriver {
 
