@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <ctime>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace buttondriver::panel {
@@ -23,9 +24,14 @@ static_assert(sizeof(off_t) >= 8 && sizeof(ino_t) >= 8 && sizeof(time_t) >= 8);
 bool ready = false;
 FT_Library library = nullptr;
 FT_Face current_face = nullptr;
-FontFile current_file; // the face reads from it for as long as it lives
+FontFile current_file;       // the face reads from it for as long as it lives
+GlyphCache kept_glyphs;      // of the face
+RenderedGlyph last_rendered; // the last one for which kept_glyphs had no room
+TextGlyph last_drawn;        // and how it is drawn
 
 void release_face() {
+  kept_glyphs.clear();
+  last_rendered = {};
   if (current_face)
     FT_Done_Face(current_face);
   current_face = nullptr;
@@ -127,14 +133,31 @@ RenderedGlyph render_glyph(unsigned char character) {
   return {std::move(owned), static_cast<int>(advance.x >> 6), static_cast<int>(advance.y >> 6)};
 }
 
+const TextGlyph *text_glyph(unsigned char character) {
+  if (const TextGlyph *kept = kept_glyphs.find(character))
+    return kept;
+  RenderedGlyph rendered = render_glyph(character);
+  if (!rendered)
+    return nullptr;
+  const FT_Bitmap &bitmap = rendered.bitmap();
+  TextGlyph glyph{bitmap.width, bitmap.rows, rendered.advance_x, rendered.advance_y};
+  glyph.is_drawable = bitmap.pitch == TextGlyph::drawable_pitch;
+  glyph.bits = glyph.is_drawable ? bitmap.buffer : nullptr;
+  if (const TextGlyph *kept = kept_glyphs.keep(character, glyph))
+    return kept;
+  last_rendered = std::move(rendered);
+  last_drawn = glyph;
+  return &last_drawn;
+}
+
 int glyph_cell_size(int *width, int *height) {
   if (!width || !height || !ready)
     return -1;
-  const RenderedGlyph glyph = render_glyph('A');
+  const TextGlyph *const glyph = text_glyph('A');
   if (!glyph)
     return -1;
-  *width = static_cast<int>(glyph.bitmap().width);
-  *height = static_cast<int>(glyph.bitmap().rows);
+  *width = static_cast<int>(glyph->width);
+  *height = static_cast<int>(glyph->rows);
   return 0;
 }
 

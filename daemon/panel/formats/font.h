@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "panel/formats/glyph_cache.h"
+
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_GLYPH_H
@@ -37,6 +39,11 @@ struct RenderedGlyph {
 
 /// The bitmap of a character; empty when there is no font, or the font has no bitmap for it.
 RenderedGlyph render_glyph(unsigned char character);
+
+/// The character as text is drawn with it, null where render_glyph is empty. It is rendered when it is first asked for
+/// and then kept with the font; one that could not be rendered is tried again the next time, and one for whose bits
+/// GlyphCache has no room is rendered each time. What is returned holds until the next call.
+const TextGlyph *text_glyph(unsigned char character);
 
 /// The size of the character cells in pixels: that of the bitmap of "A". Returns 0, or -1 when a place is null or
 /// there is no such glyph.

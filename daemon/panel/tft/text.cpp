@@ -7,130 +7,67 @@
 #include "panel/formats/font.h"
 #include "panel/registers/registers.h"
 #include "panel/tft/pixel_window.h"
+#include "panel/tft/text_block.h"
 #include "panel/tft/tft.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
 #include <optional>
 
 namespace buttondriver::panel {
 
 namespace {
 
-/// Every glyph row of a usable font is stored in this many bytes.
-constexpr int glyph_pitch = 4;
-
-/// The pixels of a text before they are sent. It behaves as if it were `width` x `height` pixels, of which the part
-/// that fits the screen can be drawn on; only what a transfer can carry takes memory.
-class TextBlock {
-public:
-  /// Larger blocks count as an allocation that failed.
-  static constexpr std::int64_t most_pixels = std::int64_t{1} << 26;
-
-  /// `height` is not negative.
-  TextBlock(std::int64_t width, std::int64_t height) : _width(width), _height(height) {}
-
-  bool allocate(std::uint16_t background) {
-    if (_width < 0 || (_height > 0 && _width > most_pixels / _height))
-      return false;
-    // A transfer's count is the low 16 bits of the number of pixels; those after that many are never sent.
-    _sent_count = static_cast<std::uint32_t>(_width * _height) & 0xFFFF;
-    _pixels.reset(new (std::nothrow) std::uint16_t[std::max<std::uint32_t>(_sent_count, 1)]);
-    if (!_pixels)
-      return false;
-    std::fill_n(_pixels.get(), _sent_count, background);
-    return true;
-  }
-
-  std::int64_t width() const { return _width; }
-  std::int64_t drawableWidth() const { return std::min<std::int64_t>(_width, dimensions::screen_width); }
-  std::int64_t drawableHeight() const { return std::min<std::int64_t>(_height, dimensions::screen_height); }
-
-  /// `row` is less than drawableHeight().
-  void set(std::int64_t row, std::int64_t column, std::uint16_t pixel) {
-    if (row < 0 || column < 0 || column >= drawableWidth())
-      return;
-    const std::int64_t index = row * _width + column;
-    if (index < _sent_count)
-      _pixels[static_cast<std::size_t>(index)] = pixel;
-  }
-
-  void send(unsigned mask) { tft_write_pixels(mask, _pixels.get(), _sent_count); }
-
-private:
-  std::int64_t _width;
-  std::int64_t _height;
-  std::uint32_t _sent_count = 0;
-  std::unique_ptr<std::uint16_t[]> _pixels;
-};
-
 /// A character is one pixel wide at least, or stands where others stood: in a font whose pen does not move, this keeps
 /// a text of millions of characters from taking seconds.
 constexpr int most_drawn_characters = 4096;
-
-void draw_glyph(TextBlock &block, const FT_Bitmap &bitmap, std::int64_t pen_x, std::int64_t pen_y,
-                std::uint16_t text_pixel, std::uint16_t back_pixel) {
-  const auto rows = std::min<std::int64_t>(bitmap.rows, block.drawableHeight() - pen_y);
-  const unsigned columns = std::min(bitmap.width, unsigned{8 * glyph_pitch});
-  for (std::int64_t row = 0; row < rows; ++row) {
-    const unsigned char *bytes = bitmap.buffer + row * glyph_pitch;
-    for (unsigned column = 0; column < columns; ++column) {
-      const bool is_set = (bytes[column / 8] & (0x80U >> column % 8)) != 0;
-      block.set(pen_y + row, pen_x + column, is_set ? text_pixel : back_pixel);
-    }
-  }
-}
 
 struct Pen {
   std::int64_t x = 0;
   std::int64_t y = 0;
 
-  void advance(const RenderedGlyph &glyph, std::int64_t times) {
+  void advance(const TextGlyph &glyph, std::int64_t times) {
     x += times * glyph.advance_x;
     y += times * glyph.advance_y;
   }
 };
 
 /// How many of `left` further copies of a glyph that was just drawn change no pixel, the first one standing at `pen`.
-std::int64_t unseen_copies(const RenderedGlyph &glyph, const Pen &pen, std::int64_t left) {
+std::int64_t unseen_copies(const TextGlyph &glyph, const Pen &pen, std::int64_t left) {
   if (glyph.advance_x == 0 && glyph.advance_y == 0)
     return left;
-  const std::int64_t end = pen.x + glyph.bitmap().width;
+  const std::int64_t end = pen.x + glyph.width;
   if (end > 0)
     return 0;
   return glyph.advance_x <= 0 ? left : std::min(left, -end / glyph.advance_x + 1);
 }
 
 /// False when there is no glyph, or none of a form that can be drawn.
-bool draw_characters(TextBlock &block, std::string_view text, int count, std::uint16_t text_pixel,
-                     std::uint16_t back_pixel) {
+bool draw_characters(TextBlock &block, std::string_view text, int count) {
   const auto text_size = static_cast<std::int64_t>(text.size());
   Pen pen;
-  RenderedGlyph glyph;
+  const TextGlyph *glyph = nullptr;
   int drawn = 0;
   for (std::int64_t i = 0; i < count && drawn < most_drawn_characters; ++i, ++drawn) {
     // The characters past the end are one blank, over and over.
     if (i <= text_size)
-      glyph = render_glyph(i < text_size ? static_cast<unsigned char>(text[static_cast<std::size_t>(i)]) : ' ');
+      glyph = text_glyph(i < text_size ? static_cast<unsigned char>(text[static_cast<std::size_t>(i)]) : ' ');
     if (!glyph)
       return false;
-    const FT_Bitmap &bitmap = glyph.bitmap();
-    if (pen.x + bitmap.width > block.width())
+    if (pen.x + glyph->width > block.width())
       break;
     // A glyph without width has no bytes in a row: it fails the line also where the pen stands at its end.
-    if (bitmap.pitch != glyph_pitch)
+    if (!glyph->is_drawable)
       return false;
     // Nothing can be drawn beyond the screen's own width, however long the text claims to be.
     if (pen.x >= dimensions::screen_width)
       break;
-    draw_glyph(block, bitmap, pen.x, pen.y, text_pixel, back_pixel);
-    pen.advance(glyph, 1);
+    block.draw(*glyph, pen.x, pen.y);
+    pen.advance(*glyph, 1);
     if (i < text_size)
       continue;
     // In a font whose pen stands still or goes back, this can be two thousand million characters.
-    const std::int64_t unseen = unseen_copies(glyph, pen, count - 1 - i);
-    pen.advance(glyph, unseen);
+    const std::int64_t unseen = unseen_copies(*glyph, pen, count - 1 - i);
+    pen.advance(*glyph, unseen);
     i += unseen;
   }
   return true;
@@ -205,11 +142,11 @@ int tft_render_text(unsigned mask, std::string_view text, int count, std::uint16
   int cell_height = 0;
   if (glyph_cell_size(&cell_width, &cell_height) != 0)
     return -1;
-  TextBlock block(whole_line ? dimensions::screen_width : std::int64_t{cell_width} * count, cell_height);
-  if (!block.allocate(static_cast<std::uint16_t>((back_pixel & 0xFF) * 0x0101)))
+  TextBlock block(whole_line ? dimensions::screen_width : std::int64_t{cell_width} * count, cell_height, text_pixel,
+                  back_pixel);
+  if (!block.fill(static_cast<std::uint16_t>((back_pixel & 0xFF) * 0x0101)))
     return -1;
-
-  if (!draw_characters(block, text, count, text_pixel, back_pixel))
+  if (!draw_characters(block, text, count))
     return -1;
   block.send(mask);
   return 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "library_calls.h"
 
+#include <cstdlib>
 #include <dlfcn.h>
 #include <new>
 #include <utility>
@@ -57,6 +58,15 @@ int inflateInit2_(z_streamp stream, int bits, const char *version, int size) {
 
 } // extern "C"
 
+void *operator new(std::size_t size) {
+  ++library_calls::allocations;
+  if (void *const memory = std::malloc(size > 0 ? size : 1))
+    return memory;
+  throw std::bad_alloc();
+}
+
+void *operator new[](std::size_t size) { return ::operator new(size); }
+
 void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
   if (size >= library_calls::lacking_bytes)
     return nullptr;
@@ -66,3 +76,9 @@ void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
     return nullptr;
   }
 }
+
+// What was taken from malloc goes back there, in each of the ways in which the compiler gives memory back.
+void operator delete(void *memory) noexcept { std::free(memory); }
+void operator delete[](void *memory) noexcept { std::free(memory); }
+void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void *memory, std::size_t) noexcept { std::free(memory); }

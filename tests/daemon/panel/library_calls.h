@@ -5,11 +5,12 @@
 #include FT_FREETYPE_H
 #include FT_GLYPH_H
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 
-/// This test program has some functions of FreeType and zlib, and the allocation that reports a lack of memory, in
-/// front of those of the libraries. They call what stands here, if anything does, and the library's own otherwise.
+/// This test program has some functions of FreeType and zlib, and operator new, in front of those of the libraries.
+/// They call what stands here, if anything does, and the library's own otherwise.
 namespace buttondriver::panel::library_calls {
 
 /// Called after a face was made: may change it.
@@ -25,6 +26,9 @@ inline FT_Error conversion_error = 0;
 inline int next_unpacking_error = 0;
 /// Arrays of at least so many bytes cannot be had where a lack is reported.
 inline std::size_t lacking_bytes = static_cast<std::size_t>(-1);
+
+/// How often memory was allocated with operator new so far, by any thread.
+inline std::atomic<std::size_t> allocations = 0;
 
 /// Removes what stands there when it goes.
 struct Restore {

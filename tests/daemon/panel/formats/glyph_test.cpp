@@ -75,6 +75,87 @@ TEST_F(GlyphTest, is_empty_where_it_cannot_be_converted) {
   EXPECT_FALSE(render_glyph('A'));
 }
 
+/// Counts the characters that are loaded, each by its size and by its pixels, and lets `failing` fail.
+struct LoadedCharacters {
+  explicit LoadedCharacters(unsigned char failing = 0) {
+    library_calls::loaded_character = [this, failing](FT_GlyphSlot, FT_ULong character, FT_Int32) {
+      ++count;
+      return character == failing ? FT_Err_Out_Of_Memory : FT_Err_Ok;
+    };
+  }
+  int count = 0;
+};
+
+TEST_F(GlyphTest, of_text_is_rendered_once_for_each_font) {
+  const LoadedCharacters loaded;
+  const TextGlyph *const first = text_glyph('A');
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first->width, 8U);
+  EXPECT_EQ(first->rows, 16U);
+  EXPECT_EQ(first->advance_x, 8);
+  EXPECT_EQ(first->advance_y, 0);
+  EXPECT_TRUE(first->is_drawable);
+  EXPECT_EQ(loaded.count, 2);
+  EXPECT_EQ(text_glyph('A'), first);
+  EXPECT_EQ(loaded.count, 2);
+  EXPECT_EQ(font_load(BUTTONDRIVER_TEST_FONTS "/5x4.pcf.gz"), 0);
+  ASSERT_NE(text_glyph('A'), nullptr);
+  EXPECT_EQ(text_glyph('A')->width, 5U);
+  EXPECT_EQ(loaded.count, 4);
+  output_of([] { font_load("/a font that is missing"); });
+  EXPECT_NE(text_glyph('A'), nullptr);
+  EXPECT_EQ(loaded.count, 4);
+}
+
+TEST_F(GlyphTest, of_text_is_gone_with_its_font) {
+  EXPECT_NE(text_glyph('A'), nullptr);
+  output_of([&] { font_load(folder.write("no-font", "this is no font").c_str()); });
+  EXPECT_EQ(text_glyph('A'), nullptr);
+}
+
+TEST_F(GlyphTest, of_text_that_failed_is_tried_again) {
+  LoadedCharacters loaded('A');
+  EXPECT_EQ(text_glyph('A'), nullptr);
+  EXPECT_EQ(text_glyph('A'), nullptr);
+  EXPECT_EQ(loaded.count, 2);
+  library_calls::loaded_character = nullptr;
+  EXPECT_NE(text_glyph('A'), nullptr);
+}
+
+TEST_F(GlyphTest, of_text_with_rows_of_another_length_is_known_and_cannot_be_drawn) {
+  EXPECT_EQ(font_load(BUTTONDRIVER_TEST_FONTS "/8x16-in-two-bytes.pcf.gz"), 0);
+  const LoadedCharacters loaded;
+  for (int i = 0; i < 2; ++i) {
+    const TextGlyph *const glyph = text_glyph('A');
+    ASSERT_NE(glyph, nullptr);
+    EXPECT_EQ(glyph->width, 8U);
+    EXPECT_EQ(glyph->rows, 16U);
+    EXPECT_FALSE(glyph->is_drawable);
+  }
+  EXPECT_EQ(loaded.count, 2);
+}
+
+TEST_F(GlyphTest, of_text_for_which_there_is_no_room_is_rendered_each_time) {
+  // 32 columns are four bytes a row. "A" is 16 rows high, so two of 4096 are one too many.
+  const std::string source = "STARTFONT 2.1\nFONT test\nSIZE 16 72 72\nFONTBOUNDINGBOX 32 16 0 0\nSTARTPROPERTIES 4\n"
+                             "FONT_ASCENT 16\nFONT_DESCENT 0\nCHARSET_REGISTRY \"ISO8859\"\nCHARSET_ENCODING \"1\"\n"
+                             "ENDPROPERTIES\nCHARS 4\n" +
+                             glyph_source('A', 32, 16) + glyph_source('B', 32, 4096) + glyph_source('C', 32, 4096) +
+                             glyph_source('D', 32, 4095) + "ENDFONT\n";
+  EXPECT_EQ(font_load(folder.write("font", source).c_str()), 0);
+  const LoadedCharacters loaded;
+  for (const char character : {'A', 'B', 'C', 'D', 'C', 'D', 'A', 'B'}) {
+    const TextGlyph *const glyph = text_glyph(static_cast<unsigned char>(character));
+    ASSERT_NE(glyph, nullptr) << character;
+    ASSERT_TRUE(glyph->is_drawable);
+    EXPECT_EQ(std::vector(glyph->bits, glyph->bits + glyph->rows * std::size_t{4}),
+              std::vector<unsigned char>(glyph->rows * std::size_t{4}, 0xFF))
+        << character;
+    EXPECT_EQ(glyph->rows, character == 'A' ? 16U : character == 'D' ? 4095U : 4096U);
+  }
+  EXPECT_EQ(loaded.count, 2 * 6) << "A and B once, C and D twice";
+}
+
 TEST_F(GlyphTest, font_without_fixed_sizes_fails_quietly) {
   library_calls::made_face = [](FT_Face face) { face->num_fixed_sizes = 0; };
   int result = 0;

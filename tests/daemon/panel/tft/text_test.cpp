@@ -57,14 +57,32 @@ TEST_F(RenderTextTest, fails_for_a_character_that_cannot_be_loaded_among_good_on
   EXPECT_EQ(tft_render_text(1, "AAA", 3, 0xF800, 0x07E0, true), 0);
 }
 
-TEST_F(RenderTextTest, fails_without_memory_for_its_block) {
-  library_calls::lacking_bytes = 2 * 128 * 16;
-  EXPECT_EQ(tft_render_text(1, "A", 1, 0xF800, 0x07E0, true), -1);
-  EXPECT_THAT(device.takeLines(), IsEmpty());
-  EXPECT_EQ(tft_render_text(1, "A", 1, 0xF800, 0x07E0, false), 0);
+/// Takes every transfer at once, and needs no memory for that.
+class WillingDevice : public RegisterDevice {
+public:
+  WillingDevice() { use_register_device(this); }
+  ~WillingDevice() override { use_register_device(nullptr); }
+  int open(const char *) override { return 0; }
+  int transfer(int, unsigned long, TransferRecord &, std::uint16_t *) override { return 0; }
+};
+
+TEST_F(RenderTextTest, takes_no_memory_and_renders_no_character_again) {
+  const WillingDevice willing;
+  EXPECT_EQ(tft_text_line(0, 0, "AB.\xE9W", red, green), 0);
+  int loaded = 0;
+  library_calls::loaded_character = [&](FT_GlyphSlot, FT_ULong, FT_Int32) {
+    ++loaded;
+    return FT_Err_Ok;
+  };
+  const std::size_t allocations = library_calls::allocations;
+  EXPECT_EQ(tft_text_line(0, 1, "AWAB\xE9.", green, red), 0);
+  EXPECT_EQ(tft_sub_text_line(0, 2, 3, "WA.B", 9, green, red), 0);
+  EXPECT_EQ(tft_sub_text_line(0, 2, 3, std::string_view("B", 1), 511, green, red), 0);
+  EXPECT_EQ(library_calls::allocations, allocations);
+  EXPECT_EQ(loaded, 2) << "the blank, by its size and then by its pixels";
 }
 
-/// Gives each character the advance, in pixels, that `advance` returns.
+/// Gives each character that is rendered from now on the advance, in pixels, that `advance` returns.
 template <typename Advance> void change_advances(Advance advance) {
   library_calls::loaded_character = [=](FT_GlyphSlot slot, FT_ULong character, FT_Int32) {
     const auto [x, y] = advance(character);
@@ -83,6 +101,7 @@ TEST_F(RenderTextTest, pen_moves_down_and_up_too) {
   Picture higher(letter_b.begin() + 3, letter_b.end());
   higher.resize(16, "oooooooo");
   change_advances([](FT_ULong) { return std::pair(8, -3); });
+  load("8x16"); // renders its characters again
   EXPECT_EQ(tft_render_text(1, "AB", 2, 0xF800, 0x07E0, false), 0);
   EXPECT_EQ(picture_of(sentPixels(), 16), beside({letter_a, higher}));
 }
