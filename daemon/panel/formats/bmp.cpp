@@ -4,6 +4,7 @@
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
 #include "panel/formats/colour.h"
+#include "panel/formats/pixel_row.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -72,9 +73,15 @@ struct PixelLayout {
 
 void decode_pixels(ByteView bmp, const PixelLayout &layout, std::uint16_t *pixels, std::int64_t count) {
   for (std::int64_t row = 0; row * layout.width < count; ++row) {
-    // A negative offset becomes a huge one: both lie outside and read as zero.
-    auto source = static_cast<std::uint64_t>(layout.rowStart(row));
     const std::int64_t columns = std::min(layout.width, count - row * layout.width);
+    const std::int64_t start = layout.rowStart(row);
+    if (start >= 0 && start + 3 * columns <= static_cast<std::int64_t>(bmp.size())) {
+      bgr_row_to_rgb565(bmp.data() + start, pixels, static_cast<std::size_t>(columns));
+      pixels += columns;
+      continue;
+    }
+    // A negative offset becomes a huge one: both lie outside and read as zero.
+    auto source = static_cast<std::uint64_t>(start);
     for (std::int64_t column = 0; column < columns; ++column, source += 3)
       *pixels++ = bgr_to_rgb565(bmp.u8(source), bmp.u8(source + 1), bmp.u8(source + 2));
   }
