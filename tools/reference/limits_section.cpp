@@ -48,7 +48,8 @@ std::string limits_section() {
           << "| messages with opcode 0 that are not logged yet | a number of bytes: a "
              "[hold](reliability.md#when-null-messages-wait-to-be-logged) | who sent one waits until it is logged; "
              "beyond a mark further ones wait too, and what follows them |\n"
-          << "| lines of the log that nobody reads | a number of bytes: a [hold](reliability.md#the-log) | as in a "
+          << "| lines of the log that nobody reads | a number of bytes: a "
+             "[hold](reliability.md#when-the-logs-reader-is-slow) | as in a "
              "pause |\n"
              "\n";
   return section.str();

@@ -212,7 +212,7 @@ TEST(RecordTest, a_client_is_hung_up_on_when_the_daemon_has_gone) {
   EXPECT_EQ(recorded_frames(), "1 000000040000000c\n");
 }
 
-TEST(RecordTest, a_daemon_that_cannot_be_reached_is_said_and_recording_goes_on) {
+TEST(RecordTest, a_daemon_that_cannot_be_reached_is_told_and_recording_goes_on) {
   const WorkingFolder folder;
   const RefusingPort nobody;
   RecorderRun recorder(nobody.port());
@@ -227,7 +227,7 @@ TEST(RecordTest, a_daemon_that_cannot_be_reached_is_said_and_recording_goes_on) 
   EXPECT_EQ(recorded_frames(), "");
 }
 
-TEST(RecordTest, bytes_that_are_no_whole_frame_are_passed_on_and_said) {
+TEST(RecordTest, bytes_that_are_no_whole_frame_are_passed_on_and_told) {
   struct Row {
     const char *stream;
     const char *frames;
@@ -327,7 +327,7 @@ TEST(ReplayTest, answers_are_dropped_and_do_not_hold_it_up) {
   EXPECT_EQ(daemon.received().size(), 8000);
 }
 
-TEST(ReplayTest, a_cut_off_last_line_is_said_and_left_out) {
+TEST(ReplayTest, a_cut_off_last_line_is_told_and_left_out) {
   const WorkingFolder folder;
   folder.write("a.rec", "buttonctl recording 1\n0 1 000000080000001000000000\n9 1 00000008000000");
   FakeDaemon daemon;

@@ -32,7 +32,7 @@ TEST(ButtonFactoryTest, every_panel_type_has_buttons_0_to_23) {
   }
 }
 
-TEST(ButtonFactoryTest, an_unknown_panel_type_is_said_and_leaves_the_map_alone) {
+TEST(ButtonFactoryTest, an_unknown_panel_type_is_printed_and_leaves_the_map_alone) {
   for (const std::int32_t panel_type : {2, 6, -1}) {
     test::CapturedOutput output;
     const auto mine = std::make_unique<Button_RV1000E>(false, 99, nullptr);

@@ -335,7 +335,7 @@ TEST_F(ButtonSetterImplTest, setting_a_button_image_names_an_unknown_button) {
   EXPECT_EQ(output.take(), "buttondriver:invalid button id 24, setButtonImage\n");
 }
 
-TEST_F(ButtonSetterImplTest, a_fault_does_not_stop_the_messages_behind_it) {
+TEST_F(ButtonSetterImplTest, a_fault_does_not_stop_the_messages_after_it) {
   deliver({"00000063", "00000006", "00000010 00000009", "00000015 00000001 00000001"});
   EXPECT_THAT(finishedTransfers(), ElementsAre("w 0900 1 a100"));
 }

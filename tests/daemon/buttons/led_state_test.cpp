@@ -82,7 +82,7 @@ TEST_F(LEDStateTest, the_timer_starts_once_and_stops_with_the_last_blinking_butt
   EXPECT_FALSE(dispatcher->isBlinking());
 }
 
-TEST_F(LEDStateTest, a_repeated_blink_starts_its_phase_anew) {
+TEST_F(LEDStateTest, a_repeated_blink_starts_its_phase_again) {
   dispatcher->setLEDState(3, -1, 60);
   ticks(2);
   dispatcher->setLEDState(3, -1, 60);
@@ -111,7 +111,7 @@ TEST_F(LEDStateTest, button_id_minus_one_means_all_buttons) {
     EXPECT_THAT(second_phase, Contains(line));
 }
 
-TEST_F(LEDStateTest, faults_are_said_and_change_nothing) {
+TEST_F(LEDStateTest, faults_are_printed_and_change_nothing) {
   dispatcher->setLEDState(4, -1, 40);
   test::CapturedOutput output;
   dispatcher->setLEDState(24, 1, 0);
@@ -124,7 +124,7 @@ TEST_F(LEDStateTest, faults_are_said_and_change_nothing) {
   EXPECT_THAT(finishedTransfers(), ElementsAre("w 0900 1 4400"));
 }
 
-TEST_F(LEDStateTest, all_buttons_with_time_0_are_said_one_by_one) {
+TEST_F(LEDStateTest, all_buttons_with_time_0_are_printed_one_by_one) {
   test::CapturedOutput output;
   dispatcher->setLEDState(-1, -1, 0);
   std::string expected;

@@ -205,7 +205,7 @@ TEST_F(VirtualPanelTest, no_words_are_accepted_and_change_nothing) {
   EXPECT_EQ(virtual_panel.counters().transfers, 2U);
 }
 
-TEST_F(VirtualPanelTest, refused_transfers_are_counted_and_the_first_is_said) {
+TEST_F(VirtualPanelTest, refused_transfers_are_counted_and_the_first_is_printed) {
   panel::TransferRecord wrong = test::record_of("00000000 0009 0000 01000000 00650000");
   panel::TransferRecord good = test::record_of("00000000 0029 0000 01000000 00610000");
   panel::TransferRecord reserved = test::record_of("000000ff 0029 0000 01000000 00650000");

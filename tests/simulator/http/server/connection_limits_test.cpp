@@ -133,7 +133,7 @@ TEST_F(ConnectionLimitsTest, nobody_gives_way_who_has_become_a_page) {
   EXPECT_TRUE(requests.empty());
 }
 
-TEST(ConnectionLimits, nobody_gives_way_who_becomes_a_page_at_this_moment) {
+TEST(ArrivalDuringUpgradeTest, nobody_gives_way_who_becomes_a_page_at_this_moment) {
   class Server : public HttpServer {
   public:
     using HttpServer::HttpServer;
