@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "latency/measured_run.h"
 
-#include "latency/panel_daemon.h"
 #include "latency/probes.h"
 #include "latency/rows/blinking.h"
 #include "soak/load/endless_sender.h"
 #include "soak/load/frames.h"
 #include "soak/load/prober.h"
+#include "support/panel_daemon.h"
 
 #include <algorithm>
 #include <chrono>
@@ -124,7 +124,7 @@ bool has_row(const MeasuredRun &run, const Row &row) {
 }
 
 void measure(MeasuredRun &run, const Tempo &tempo) {
-  PanelDaemon daemon(run.daemon_program, ns_of(run.transfer_seconds));
+  bench::PanelDaemon daemon(run.daemon_program, ns_of(run.transfer_seconds));
   const DeviceLog &device = daemon.device();
   soak::Target target;
   target.port = daemon.port();

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "latency/device/device_log.h"
 #include "latency/rows/rows.h"
 #include "soak/load/loads.h"
 #include "soak/load/loopback_socket.h"
+#include "support/device/device_log.h"
 
 #include <cstdint>
 
 namespace buttondriver::latency {
+
+using bench::DeviceLog;
+using bench::LedCommand;
+using bench::now_ns;
 
 /// What the probes work on. Shared by their threads.
 struct ProbeSetting {

@@ -2,9 +2,9 @@
 #include "latency/report/plot.h"
 
 #include "latency/report/runs.h"
+#include "support/svg.h"
 
 #include <array>
-#include <cmath>
 #include <fstream>
 
 namespace buttondriver::latency {
@@ -25,74 +25,43 @@ constexpr double shortest = 5e-5;
 constexpr double longest = 70;
 constexpr std::array<double, 7> ticks = {1e-4, 1e-3, 1e-2, 1e-1, 1, 10, 60};
 
-constexpr const char *style = R"(<style>
-svg { font: 12px sans-serif; }
-.paper { fill: #ffffff; } text { fill: #24292f; } .faint { fill: #57606a; } .head { font-weight: bold; }
-.grid { stroke: #d8dee4; } .goal { stroke: #1a7f37; stroke-width: 2; }
-.d0 { stroke: #bc4c00; fill: #bc4c00; } .d1 { stroke: #0969da; fill: #0969da; } .d2 { stroke: #8250df; fill: #8250df; }
-.range { stroke-width: 2; } text.d0, text.d1, text.d2 { stroke: none; }
-@media (prefers-color-scheme: dark) {
-.paper { fill: #0d1117; } text { fill: #e6edf3; } .faint { fill: #9198a1; }
-.grid { stroke: #30363d; } .goal { stroke: #3fb950; }
-.d0 { stroke: #f0883e; fill: #f0883e; } .d1 { stroke: #58a6ff; fill: #58a6ff; } .d2 { stroke: #bc8cff; fill: #bc8cff; }
-}
-</style>
-)";
-
-constexpr std::size_t colours = 3;
-
-/// Where on the axis a time lies, 0 to column_width.
-double place_of(double seconds) {
-  const double within = std::min(std::max(seconds, shortest), longest);
-  return column_width * std::log(within / shortest) / std::log(longest / shortest);
-}
+const bench::LogarithmicAxis axis(shortest, longest, column_width);
 
 void draw_axis(std::ostream &svg, double left, double height) {
-  for (const double tick : ticks) {
-    const double x = left + place_of(tick);
-    svg << "<path class='grid' d='M" << x << ' ' << top << 'V' << height - bottom << "'/><text class='faint' x='" << x
-        << "' y='" << top - 6 << "' text-anchor='middle'>"
-        << (tick < 1
-                ? std::to_string(tick * 1000).substr(0, tick < 1e-3 ? 3 : std::to_string(tick * 1000).find('.')) + " ms"
-                : std::to_string(static_cast<int>(tick)) + " s")
-        << "</text>\n";
-  }
+  for (const double tick : ticks)
+    bench::draw_tick(
+        svg, left + axis.placeOf(tick), top, height - bottom,
+        tick < 1
+            ? std::to_string(tick * 1000).substr(0, tick < 1e-3 ? 3 : std::to_string(tick * 1000).find('.')) + " ms"
+            : std::to_string(static_cast<int>(tick)) + " s");
 }
 
 void draw_values(std::ostream &svg, const Values &values, double left, double y, std::size_t colour) {
   if (values.values.empty()) {
-    svg << "<text class='d" << colour % colours << "' x='" << left + column_width << "' y='" << y + 4
+    svg << "<text class='" << bench::colour_class(colour) << "' x='" << left + column_width << "' y='" << y + 4
         << "' text-anchor='end'>none</text>\n";
     return;
   }
-  const double median = left + place_of(values.median());
-  const double worst = left + (values.missing > 0 ? column_width : place_of(values.worst(Unit::seconds)));
-  svg << "<g class='d" << colour % colours << "'><path class='range' d='M" << median << ' ' << y << 'H' << worst
-      << "m0 -3v6'/><circle cx='" << median << "' cy='" << y << "' r='3.2'/></g>\n";
+  const double worst = values.missing > 0 ? column_width : axis.placeOf(values.worst(Unit::seconds));
+  bench::draw_mark(svg, colour, left + axis.placeOf(values.median()), {left + worst}, y);
 }
 
 void draw_row(std::ostream &svg, const Row &row, const std::vector<const MeasuredRun *> &columns, double left, double y,
               double height) {
-  const double goal = left + place_of(row.worst_goal);
-  svg << "<path class='goal' d='M" << goal << ' ' << y << 'v' << height << "'/>\n";
+  bench::draw_goal(svg, left + axis.placeOf(row.worst_goal), y, height);
   for (std::size_t i = 0; i < columns.size(); ++i)
     draw_values(svg, (*columns[i])[row.id], left, y + daemon_height * (static_cast<double>(i) + 0.5), i);
 }
 
 void draw_head(std::ostream &svg, const std::vector<std::string> &daemons) {
   double x = 16;
-  const auto entry = [&](const std::string &mark, const std::string &text, const std::string &text_class) {
-    svg << mark << "<text class='" << text_class << "' x='" << x + 30 << "' y='24'>" << text << "</text>\n";
-    x += 50 + 7 * static_cast<double>(text.size());
-  };
-  const auto at = [&](double offset) { return std::to_string(x + offset); };
   for (std::size_t i = 0; i < daemons.size(); ++i) {
-    const std::string colour = "d" + std::to_string(i % colours);
-    entry("<g class='" + colour + "'><path class='range' d='M" + at(0) + " 20h22m0 -3v6'/><circle cx='" + at(0) +
-              "' cy='20' r='3.2'/></g>",
-          (daemons[i].empty() ? "" : daemons[i] + ": ") + "median to worst", colour);
+    bench::draw_mark(svg, i, x, {x + 22}, 20);
+    const std::string title = (daemons[i].empty() ? "" : daemons[i] + ": ") + "median to worst";
+    x = bench::draw_entry(svg, x, 24, title, bench::colour_class(i));
   }
-  entry("<path class='goal' d='M" + at(20) + " 14v12'/>", "goal for the worst", "faint");
+  bench::draw_goal(svg, x + 20, 14, 12);
+  bench::draw_entry(svg, x, 24, "goal for the worst", "faint");
 }
 
 } // namespace
@@ -111,9 +80,7 @@ bool write_plot(const std::string &file, const std::vector<MeasuredRun> &runs) {
   const double width = labels_width + (column_width + column_gap) * static_cast<double>(devices.size());
 
   std::ofstream svg(file);
-  svg << "<svg xmlns='http://www.w3.org/2000/svg' width='" << width << "' height='" << height << "' viewBox='0 0 "
-      << width << ' ' << height << "'>\n"
-      << style << "<rect class='paper' width='100%' height='100%'/>\n";
+  bench::begin_svg(svg, width, height);
   draw_head(svg, daemons);
   for (std::size_t column = 0; column < devices.size(); ++column) {
     const double left = labels_width + (column_width + column_gap) * static_cast<double>(column);

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "latency/device/device_log.h"
 #include "latency/rows/rows.h"
+#include "support/device/device_log.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace buttondriver::latency {
+
+using bench::LedCommand;
 
 /// What of a panel's blinking is looked at: buttons 0 to `buttons` - 1, all set to blink at once.
 struct Blinking {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <ctime>
 
-namespace buttondriver::latency {
+namespace buttondriver::bench {
 
 /// The variable of the environment that names the file which holds the DeviceLog. Without it nobody gets to see the
 /// log.
@@ -33,7 +33,7 @@ struct DeviceLog {
   static constexpr std::uint32_t room = 1U << 16;
 
   std::atomic<std::int64_t> transfer_ns; ///< how long a transfer takes at least; the program sets it before the start
-  std::atomic<std::int64_t> busy_ns;     ///< sum of the times of all transfers that have ended
+  std::atomic<std::int64_t> busy_ns;     ///< sum of the times of all transfers that have ended; 0 when they take none
   std::atomic<std::uint64_t> transfers;
   std::atomic<std::uint64_t> pixel_runs;   ///< transfers of several words: each text line and each picture has one
   std::atomic<std::uint32_t> led_commands; ///< how many have come; those beyond `room` are counted only
@@ -43,4 +43,4 @@ struct DeviceLog {
 static_assert(std::atomic<std::int64_t>::is_always_lock_free && std::atomic<std::uint64_t>::is_always_lock_free &&
               std::atomic<std::uint32_t>::is_always_lock_free);
 
-} // namespace buttondriver::latency
+} // namespace buttondriver::bench

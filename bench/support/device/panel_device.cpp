@@ -2,9 +2,9 @@
 // Preloaded into the daemon: its register transfers come here instead of the kernel. Each takes its time, as that of a
 // real panel does, and is told to the measuring program through shared memory.
 
-#include "latency/device/device_log.h"
 #include "panel/registers/registers.h"
 #include "panel/registers/transfer_record.h"
+#include "support/device/device_log.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
@@ -15,10 +15,10 @@
 namespace {
 
 using namespace buttondriver;
-using latency::DeviceLog;
+using bench::DeviceLog;
 
 DeviceLog *open_log() {
-  const char *file = std::getenv(latency::device_log_variable);
+  const char *file = std::getenv(bench::device_log_variable);
   const int descriptor = file ? ::open(file, O_RDWR | O_CLOEXEC) : -1;
   const int flags = file ? MAP_SHARED : MAP_PRIVATE | MAP_ANONYMOUS;
   void *memory = ::mmap(nullptr, sizeof(DeviceLog), PROT_READ | PROT_WRITE, flags, descriptor, 0);
@@ -27,7 +27,7 @@ DeviceLog *open_log() {
   auto *log = static_cast<DeviceLog *>(memory);
   if (file)
     ::close(descriptor);
-  else if (const char *time_us = std::getenv(latency::transfer_time_variable))
+  else if (const char *time_us = std::getenv(bench::transfer_time_variable))
     log->transfer_ns = std::atoll(time_us) * 1000;
   return log;
 }
@@ -51,19 +51,27 @@ void keep_led_command(DeviceLog &log, std::int64_t at_ns, std::uint32_t value) {
   log.led_commands = place + 1;
 }
 
+/// One thread at a time writes: the sum need not be made in one step, which would take longer.
+template <class Number> void add(std::atomic<Number> &sum, Number more) {
+  sum.store(sum.load(std::memory_order_relaxed) + more, std::memory_order_release);
+}
+
 int transfer(const panel::TransferRecord &record) {
-  const std::int64_t start_ns = latency::now_ns();
   DeviceLog &log = device_log();
   const unsigned address = record.address_low & panel::short_form::address_mask;
-  if (record.count == 1 && address == panel::fpga_register::led_command)
-    keep_led_command(log, start_ns, record.value);
+  const bool is_led_command = record.count == 1 && address == panel::fpga_register::led_command;
   const std::int64_t length_ns = log.transfer_ns;
-  if (length_ns > 0)
+  // An instant device does not even look at the clock: what the daemon itself costs is measured with it.
+  const std::int64_t start_ns = is_led_command || length_ns > 0 ? bench::now_ns() : 0;
+  if (is_led_command)
+    keep_led_command(log, start_ns, record.value);
+  if (length_ns > 0) {
     sleep_until(start_ns + length_ns);
+    add(log.busy_ns, bench::now_ns() - start_ns);
+  }
   if (record.count > 1)
-    ++log.pixel_runs;
-  ++log.transfers;
-  log.busy_ns += latency::now_ns() - start_ns;
+    add(log.pixel_runs, std::uint64_t{1});
+  add(log.transfers, std::uint64_t{1});
   return 0;
 }
 
