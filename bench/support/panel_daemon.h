@@ -39,4 +39,7 @@ private:
   double _start_seconds = 0;
 };
 
+/// What brings the device into a daemon, as NAME=VALUE. In other programs it does nothing.
+std::string device_preload();
+
 } // namespace buttondriver::bench

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+// Measures the daemon and the panel library against yardsticks, and prints chapters of a page in Markdown.
+// bench/README.md explains the options.
+//
+// Exit status: 0 everything was measured, however fast it was; 1 something was not; 2 a bad command line.
+
+#include "yardsticks/machine.h"
+#include "yardsticks/options.h"
+#include "yardsticks/report/plot.h"
+#include "yardsticks/report/table.h"
+
+#include <QGuiApplication>
+
+#include <cstdio>
+#include <exception>
+#include <sys/resource.h>
+
+namespace {
+
+using namespace buttondriver::yardsticks;
+
+/// A program may usually have as many descriptors as it asks for, and not as many as hundreds of connections take.
+void allow_many_descriptors() {
+  rlimit limit{};
+  ::getrlimit(RLIMIT_NOFILE, &limit);
+  limit.rlim_cur = limit.rlim_max;
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/// Throws std::runtime_error when a program does not do its part.
+std::vector<Group> measure_all(const Options &options) {
+  std::vector<Group> groups;
+  for (const GroupKind &kind : options.groups) {
+    std::fprintf(stderr, "%s\n", kind.name);
+    groups.push_back(kind.measure(options.setting));
+  }
+  return groups;
+}
+
+bool are_values_sound(const std::vector<Group> &groups) {
+  bool is_sound = true;
+  for (const Group &group : groups)
+    for (const Comparison &row : group.rows)
+      if (const std::string fault = fault_of(row); !fault.empty()) {
+        std::fprintf(stderr, "FAULT: %s: %s\n", group.name.c_str(), fault.c_str());
+        is_sound = false;
+      }
+  return is_sound;
+}
+
+bool write_files(const Options &options, const std::vector<Group> &groups) {
+  const bool is_csv_written = options.csv_file.empty() || write_csv(options.csv_file, groups);
+  const bool are_plots_written = options.svg_beginning.empty() || write_plots(options.svg_beginning, groups);
+  if (!is_csv_written || !are_plots_written)
+    std::fputs("buttondriver_yardsticks: a file could not be written\n", stderr);
+  return is_csv_written && are_plots_written;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  const std::optional<Options> options = parse_options({argv + 1, argv + argc});
+  if (!options) {
+    std::fputs(usage().c_str(), stderr);
+    return 2;
+  }
+  allow_many_descriptors();
+  // Nothing is shown: an image can be drawn on without a screen.
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QGuiApplication application(argc, argv);
+  const std::string load_before = load_text();
+  std::vector<Group> groups;
+  try {
+    groups = measure_all(*options);
+  } catch (const std::exception &error) {
+    std::fprintf(stderr, "buttondriver_yardsticks: %s\n", error.what());
+    return 1;
+  }
+  for (const Group &group : groups)
+    std::printf("%s\n", markdown(group).c_str());
+  std::printf(
+      "## Machine\n\n%s. The load average was %s before the first run and %s after the last; a busy machine has "
+      "other ratios.\n",
+      machine_text().c_str(), load_before.c_str(), load_text().c_str());
+  const bool is_complete = are_values_sound(groups);
+  return write_files(*options, groups) && is_complete ? 0 : 1;
+}
