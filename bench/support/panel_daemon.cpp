@@ -17,10 +17,9 @@ PanelDaemon::PanelDaemon(const std::string &program, std::int64_t transfer_ns, i
   _root.write("dev/fpga-reg", "");
   mapDeviceLog(_root.write("device-log", ""));
   _device->transfer_ns = transfer_ns;
-  const std::vector<std::string> variables = {device_preload(), prepended("ASAN_OPTIONS", "verify_asan_link_order=0"),
-                                              "BUTTONDRIVER_TEST_ROOT=" +
-                                                  _root.path("").substr(0, _root.path("").size() - 1),
-                                              std::string(device_log_variable) + '=' + _root.path("device-log")};
+  std::vector<std::string> variables = device_variables();
+  variables.push_back("BUTTONDRIVER_TEST_ROOT=" + _root.path("").substr(0, _root.path("").size() - 1));
+  variables.push_back(std::string(device_log_variable) + '=' + _root.path("device-log"));
   const std::int64_t start_ns = now_ns();
   _process.emplace(std::vector<std::string>{program, "map", "", "0"}, variables, log);
   constexpr unsigned step_us = 200;
@@ -48,8 +47,9 @@ void PanelDaemon::mapDeviceLog(const std::string &file) {
   _device = static_cast<DeviceLog *>(memory);
 }
 
-std::string device_preload() {
-  return prepended("LD_PRELOAD", BUTTONDRIVER_TEST_PRELOAD ":" BUTTONDRIVER_BENCH_DEVICE);
+std::vector<std::string> device_variables() {
+  return {prepended("LD_PRELOAD", BUTTONDRIVER_TEST_PRELOAD ":" BUTTONDRIVER_BENCH_DEVICE),
+          prepended("ASAN_OPTIONS", "verify_asan_link_order=0")};
 }
 
 } // namespace buttondriver::bench

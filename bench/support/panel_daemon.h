@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace buttondriver::bench {
 
@@ -39,7 +40,7 @@ private:
   double _start_seconds = 0;
 };
 
-/// What brings the device into a daemon, as NAME=VALUE. In other programs it does nothing.
-std::string device_preload();
+/// What brings the device into a daemon, each as NAME=VALUE. In other programs it does nothing.
+std::vector<std::string> device_variables();
 
 } // namespace buttondriver::bench

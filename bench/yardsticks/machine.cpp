@@ -3,8 +3,7 @@
 
 #include <QtGlobal>
 
-#include <cstdio>
-#include <cstdlib>
+#include <chrono>
 #include <fstream>
 #include <sys/utsname.h>
 #include <thread>
@@ -22,6 +21,27 @@ std::string processor_name() {
   return "a processor without a name";
 }
 
+/// In ticks since the machine was started.
+struct ProcessorTimes {
+  double idle = 0;
+  double all = 0;
+};
+
+ProcessorTimes processor_times() {
+  std::ifstream stat("/proc/stat");
+  std::string name;
+  ProcessorTimes times;
+  stat >> name;
+  // user nice system idle iowait irq softirq steal; what follows is part of user and nice.
+  for (int i = 0; i < 8; ++i) {
+    double ticks = 0;
+    stat >> ticks;
+    times.all += ticks;
+    times.idle += i == 3 || i == 4 ? ticks : 0;
+  }
+  return times;
+}
+
 } // namespace
 
 std::string machine_text() {
@@ -32,12 +52,12 @@ std::string machine_text() {
          ". Built by " BUTTONDRIVER_YARDSTICK_COMPILER ", with Qt " + qVersion();
 }
 
-std::string load_text() {
-  double load = 0;
-  ::getloadavg(&load, 1);
-  char text[32];
-  std::snprintf(text, sizeof text, "%.1f", load);
-  return text;
+double busy_share(double seconds) {
+  const ProcessorTimes before = processor_times();
+  std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+  const ProcessorTimes after = processor_times();
+  const double all = after.all - before.all;
+  return all > 0 ? 1 - (after.idle - before.idle) / all : 0;
 }
 
 } // namespace buttondriver::yardsticks

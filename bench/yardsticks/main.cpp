@@ -68,7 +68,8 @@ int main(int argc, char **argv) {
   // Nothing is shown: an image can be drawn on without a screen.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   const QGuiApplication application(argc, argv);
-  const std::string load_before = load_text();
+  const double seconds_of_looking = options->is_quick ? 0.1 : 1;
+  const double busy_before = busy_share(seconds_of_looking);
   std::vector<Group> groups;
   try {
     groups = measure_all(*options);
@@ -78,10 +79,14 @@ int main(int argc, char **argv) {
   }
   for (const Group &group : groups)
     std::printf("%s\n", markdown(group).c_str());
+  const double busy_after = busy_share(seconds_of_looking);
   std::printf(
-      "## Machine\n\n%s. The load average was %s before the first run and %s after the last; a busy machine has "
-      "other ratios.\n",
-      machine_text().c_str(), load_before.c_str(), load_text().c_str());
+      "## Machine\n\n%s. Before the first run other programs kept its processors busy for %.0f %% of their time, "
+      "after the last one for %.0f %%; on a busy machine the ratios are others.\n",
+      machine_text().c_str(), busy_before * 100, busy_after * 100);
+  constexpr double much = 0.1;
+  if (busy_before > much || busy_after > much)
+    std::fputs("The machine is busy with other things: do not keep these figures.\n", stderr);
   const bool is_complete = are_values_sound(groups);
   return write_files(*options, groups) && is_complete ? 0 : 1;
 }

@@ -40,9 +40,9 @@ bool read_option(const std::string &name, const std::string &value, Options &opt
 } // namespace
 
 std::optional<Options> parse_options(const std::vector<std::string> &arguments) {
-  const bool is_quick = std::find(arguments.begin(), arguments.end(), "--quick") != arguments.end();
   Options options;
-  options.setting = {BUTTONDRIVER_YARDSTICK_DAEMON, "", is_quick ? quick_scale : full_scale};
+  options.is_quick = std::find(arguments.begin(), arguments.end(), "--quick") != arguments.end();
+  options.setting = {BUTTONDRIVER_YARDSTICK_DAEMON, "", options.is_quick ? quick_scale : full_scale};
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     if (arguments[i] == "--quick")
       continue;

@@ -13,6 +13,7 @@ namespace buttondriver::yardsticks {
 struct Options {
   Setting setting;
   std::vector<GroupKind> groups;
+  bool is_quick = false;
   std::string csv_file;      ///< empty for none
   std::string svg_beginning; ///< of the plots' file names; empty for none
 };

@@ -39,7 +39,7 @@ ProcessValues values_of_daemon(const Setting &setting) {
 ProcessValues values_of_bare(const Setting &setting) {
   constexpr unsigned step_us = 200;
   const std::int64_t start_ns = bench::now_ns();
-  bench::ChildProcess process({BUTTONDRIVER_BARE_QT_SERVER}, {bench::device_preload()});
+  bench::ChildProcess process({BUTTONDRIVER_BARE_QT_SERVER}, bench::device_variables());
   const std::uint16_t port = process.waitForPort(step_us);
   const double start_seconds = static_cast<double>(bench::now_ns() - start_ns) * 1e-9;
   return values_of(process.pid(), port, start_seconds, setting.scale.connections);
