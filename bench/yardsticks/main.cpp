@@ -87,6 +87,5 @@ int main(int argc, char **argv) {
   constexpr double much = 0.1;
   if (busy_before > much || busy_after > much)
     std::fputs("The machine is busy with other things: do not keep these figures.\n", stderr);
-  const bool is_complete = are_values_sound(groups);
-  return write_files(*options, groups) && is_complete ? 0 : 1;
+  return are_values_sound(groups) && write_files(*options, groups) ? 0 : 1;
 }

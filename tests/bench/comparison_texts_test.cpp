@@ -146,6 +146,13 @@ TEST(PlotTest, of_the_times_has_both_sides_and_no_memory) {
   EXPECT_THAT(svg, Not(HasSubstr("class='goal' d")));
 }
 
+TEST(PlotTest, of_values_that_cannot_be_has_an_end) {
+  const test::TemporaryFolder folder;
+  const Group group{"g", "Group", "", {row_of({}, Unit::seconds, {0}, {0}), row_of({}, Unit::seconds, {1}, {0})}};
+  ASSERT_TRUE(write_plots(folder.path("plot"), {group}));
+  EXPECT_LT(test::read_file(folder.path("plot-ratios.svg")).size(), 10'000);
+}
+
 TEST(PlotTest, tells_when_it_cannot_be_written) {
   const test::TemporaryFolder folder;
   EXPECT_FALSE(write_plots(folder.path("none/plot"), {example()}));

@@ -48,7 +48,8 @@ std::string time_text(double seconds) {
   return text.substr(0, std::min(text.find('.'), text.find(' '))) + text.substr(text.find(' '));
 }
 
-/// The powers of ten that have all marks and goals between them.
+/// The powers of ten that have all marks and goals between them. What has no place on the axis, as 0, counts for
+/// nothing: it is a fault of a run, and must not make a plot without end.
 struct Decades {
   int first = 0;
   int last = 1;
@@ -56,6 +57,8 @@ struct Decades {
 Decades decades_of(const Plot &plot) {
   Decades decades{1000, -1000};
   const auto add = [&](double value) {
+    if (!std::isnormal(value) || value < 0)
+      return;
     decades.first = std::min(decades.first, static_cast<int>(std::floor(std::log10(value))));
     decades.last = std::max(decades.last, static_cast<int>(std::ceil(std::log10(value))));
   };
