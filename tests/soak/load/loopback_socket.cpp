@@ -3,9 +3,11 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 namespace buttondriver::soak {
@@ -50,6 +52,11 @@ std::size_t LoopbackSocket::receive(char *place, std::size_t count) {
 bool LoopbackSocket::waitForData(int limit_ms) const {
   pollfd socket{_descriptor.get(), POLLIN, 0};
   return ::poll(&socket, 1, limit_ms) > 0;
+}
+
+bool LoopbackSocket::hasArrived() const {
+  int unacknowledged = 0;
+  return ::ioctl(_descriptor.get(), SIOCOUTQ, &unacknowledged) == 0 && unacknowledged == 0;
 }
 
 std::size_t LoopbackSocket::countOrClose(ssize_t result) {

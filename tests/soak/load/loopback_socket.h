@@ -29,6 +29,8 @@ public:
   std::size_t receive(char *place, std::size_t count);
   /// False when nothing has come within `limit_ms`.
   bool waitForData(int limit_ms) const;
+  /// Whether the kernel of the peer has all that was sent, whoever reads it when.
+  bool hasArrived() const;
 
 private:
   std::size_t countOrClose(ssize_t result);

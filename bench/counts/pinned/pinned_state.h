@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace buttondriver::counts {
+
+/// The variable of the environment that names the file which holds the PinnedState. Without it nothing is pinned.
+inline constexpr const char *pinned_state_variable = "BUTTONDRIVER_COUNTS_STATE";
+
+/// What is counted of what the daemon calls.
+enum class Call : std::size_t { allocation, log_write, transfer, send, read, poll, futex, other };
+inline constexpr std::size_t call_kinds = 8;
+
+/// What the event loop of the daemon may do. Only `parked` is set by the daemon.
+namespace gate {
+inline constexpr std::uint32_t running = 0; ///< until it has nothing left to do
+inline constexpr std::uint32_t parked = 1;  ///< nothing, whatever arrives
+inline constexpr std::uint32_t zero = 2;    ///< begin counting instructions anew, and be parked again
+inline constexpr std::uint32_t dump = 3;    ///< write how many instructions there were, and be parked again
+} // namespace gate
+
+/// What the daemon and the program that counts share. All zeros is its beginning. The words of 32 bits are futexes.
+struct PinnedState {
+  std::atomic<std::uint32_t> is_armed; ///< the program sets it when the daemon listens; nothing waits before
+  std::atomic<std::uint32_t> gate;
+  std::atomic<std::int64_t> clock_ns; ///< the daemon's time
+  std::array<std::atomic<std::uint64_t>, call_kinds> calls;
+};
+
+static_assert(std::atomic<std::int64_t>::is_always_lock_free && std::atomic<std::uint32_t>::is_always_lock_free);
+
+} // namespace buttondriver::counts
