@@ -21,7 +21,8 @@ void carry_out(std::uint32_t command) {
     CALLGRIND_DUMP_STATS;
 }
 
-void park() {
+/// Until the program says `running` or `look`; returns which.
+std::uint32_t park() {
   std::atomic<std::uint32_t> &gate_word = state().gate;
   std::uint32_t command = gate::parked;
   do {
@@ -30,7 +31,8 @@ void park() {
     wake(gate_word);
     while ((command = gate_word) == gate::parked)
       wait_while(gate_word, gate::parked);
-  } while (command != gate::running);
+  } while (command != gate::running && command != gate::look);
+  return command;
 }
 
 bool is_the_loop() { return ::gettid() == ::getpid(); }
@@ -38,11 +40,13 @@ bool is_the_loop() { return ::gettid() == ::getpid(); }
 /// `wait` waits for the time that it gets: none, or for ever, as no time passes while the daemon waits.
 template <class Wait> int wait_parked(bool has_time, Wait wait) {
   count(Call::poll);
-  const int ready = wait(false);
-  if (ready != 0 || !has_time)
+  int ready = wait(false);
+  if (!has_time)
     return ready;
-  park();
-  return wait(true);
+  while (ready == 0)
+    ready = wait(park() == gate::running);
+  state().gate = gate::running;
+  return ready;
 }
 
 } // namespace

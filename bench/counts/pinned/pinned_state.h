@@ -15,12 +15,13 @@ inline constexpr const char *pinned_state_variable = "BUTTONDRIVER_COUNTS_STATE"
 enum class Call : std::size_t { allocation, log_write, transfer, send, read, poll, futex, other };
 inline constexpr std::size_t call_kinds = 8;
 
-/// What the event loop of the daemon may do. Only `parked` is set by the daemon.
+/// What the event loop of the daemon may do. The program sets these; the daemon goes back to `parked` by itself.
 namespace gate {
 inline constexpr std::uint32_t running = 0; ///< until it has nothing left to do
 inline constexpr std::uint32_t parked = 1;  ///< nothing, whatever arrives
-inline constexpr std::uint32_t zero = 2;    ///< begin counting instructions anew, and be parked again
-inline constexpr std::uint32_t dump = 3;    ///< write how many instructions there were, and be parked again
+inline constexpr std::uint32_t look = 2;    ///< run if the worker has left something to do
+inline constexpr std::uint32_t zero = 3;    ///< begin counting instructions anew, and be parked again
+inline constexpr std::uint32_t dump = 4;    ///< write how many instructions there were, and be parked again
 } // namespace gate
 
 /// What the daemon and the program that counts share. All zeros is its beginning. The words of 32 bits are futexes.

@@ -4,6 +4,7 @@
 #include "counts/pinned/next_function.h"
 #include "counts/pinned/state.h"
 
+#include <linux/futex.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
@@ -44,6 +45,9 @@ COUNTED(Call::read, ssize_t, recvmsg, (int descriptor, msghdr *message, int flag
 BUTTONDRIVER_IN_FRONT_OF(long, syscall, long number, long a, long b, long c, long d, long e, long f) {
   using Function = long(long, long, long, long, long, long, long);
   static Function *const next = next_function<Function>("syscall");
-  count(number == SYS_futex ? Call::futex : Call::other);
+  if (number != SYS_futex)
+    count(Call::other);
+  else if ((b & FUTEX_PRIVATE_FLAG) != 0)
+    count(Call::futex); // those of this library are shared with the program
   return next(number, a, b, c, d, e, f);
 }

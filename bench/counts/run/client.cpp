@@ -11,7 +11,7 @@ Client::Client(CountedDaemon &daemon) : _daemon(daemon), _socket(daemon.port()) 
 
 void Client::exchange(const QByteArray &frames, int answers) {
   send(frames);
-  _daemon.runOnce();
+  _daemon.run();
   receive(answers);
 }
 

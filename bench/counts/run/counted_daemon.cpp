@@ -82,6 +82,16 @@ void CountedDaemon::command(std::uint32_t value) {
   waitUntilParked();
 }
 
+void CountedDaemon::run() {
+  command(gate::running);
+  // The worker may have told the loop something, as that there is room for more tasks.
+  const std::atomic<std::uint64_t> &rounds = _state->calls[static_cast<std::size_t>(Call::poll)];
+  for (std::uint64_t before = 0; before != rounds;) {
+    before = rounds;
+    command(gate::look);
+  }
+}
+
 double CountedDaemon::takeInstructions() {
   command(gate::dump);
   return callgrind_total(test::read_file(_root.path("counts." + std::to_string(++_dumps))));

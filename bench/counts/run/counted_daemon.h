@@ -27,8 +27,8 @@ public:
 
   /// Until the event loop is parked and the worker sleeps.
   void waitUntilParked() const;
-  /// Lets the event loop go on until it is parked again.
-  void runOnce() { command(gate::running); }
+  /// Lets the event loop go on until neither it nor the worker has anything left to do.
+  void run();
 
   void startCounting() { command(gate::zero); }
   /// How many instructions there were since the last start.
