@@ -28,10 +28,9 @@ inline constexpr std::uint32_t dump = 4;    ///< write how many instructions the
 struct PinnedState {
   std::atomic<std::uint32_t> is_armed; ///< the program sets it when the daemon listens; nothing waits before
   std::atomic<std::uint32_t> gate;
-  std::atomic<std::int64_t> clock_ns; ///< the daemon's time
   std::array<std::atomic<std::uint64_t>, call_kinds> calls;
 };
 
-static_assert(std::atomic<std::int64_t>::is_always_lock_free && std::atomic<std::uint32_t>::is_always_lock_free);
+static_assert(std::atomic<std::uint64_t>::is_always_lock_free && std::atomic<std::uint32_t>::is_always_lock_free);
 
 } // namespace buttondriver::counts
