@@ -51,8 +51,9 @@ FPGA::~FPGA() {
   _worker.reset();
 }
 
-void FPGA::queue(std::unique_ptr<FPGATask> task) {
-  const bool is_high_now = _queue.append(std::move(task), _origin);
+void FPGA::queue(std::unique_ptr<FPGATask> task) { tellQueued(_queue.append(std::move(task), _origin)); }
+
+void FPGA::tellQueued(bool is_high_now) {
   _semaphore.release();
   if (is_high_now)
     emit backlogHigh();

@@ -93,8 +93,9 @@ public slots:
 
 private:
   template <class Task, class... Arguments> void queueTask(Arguments &&...arguments) {
-    queue(std::make_unique<Task>(std::forward<Arguments>(arguments)...));
+    tellQueued(_queue.emplace<Task>(_origin, std::forward<Arguments>(arguments)...));
   }
+  void tellQueued(bool is_high_now);
 
   SystemPaths _paths;
   std::atomic<bool> _running{false};

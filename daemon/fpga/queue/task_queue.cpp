@@ -9,10 +9,29 @@ TaskQueue::TaskQueue(const QueueMarks &marks, std::function<void()> when_drained
     : _marks(marks), _when_drained(std::move(when_drained)), _clock(std::move(clock)) {}
 
 bool TaskQueue::append(std::unique_ptr<FPGATask> task, TaskOrigin origin) {
+  std::unique_ptr<QueuedTask> queued = unused();
+  queued->slot.own(std::move(task));
+  return append(std::move(queued), origin);
+}
+
+std::unique_ptr<QueuedTask> TaskQueue::unused() {
+  if (_unused.empty()) {
+    const std::lock_guard lock(_mutex);
+    _unused.swap(_given_back);
+  }
+  std::unique_ptr<QueuedTask> unused = _unused.pop();
+  return unused ? std::move(unused) : std::make_unique<QueuedTask>();
+}
+
+bool TaskQueue::append(std::unique_ptr<QueuedTask> queued, TaskOrigin origin) {
+  const FPGATask *const task = queued->slot.task();
   const std::size_t bytes = task ? task->keptBytes() : 0;
   const Time time = task ? _costs.of(task->kind(), bytes) : Time::zero();
+  queued->bytes = bytes;
+  queued->time = time;
+  queued->origin = origin;
   const std::lock_guard lock(_mutex);
-  _tasks.push_back({std::move(task), time, bytes, origin});
+  _tasks.pushBack(std::move(queued));
   if (origin == TaskOrigin::client) {
     ++_clients_tasks;
     _clients_time += time;
@@ -30,30 +49,31 @@ bool TaskQueue::append(std::unique_ptr<FPGATask> task, TaskOrigin origin) {
 FPGATask *TaskQueue::front() {
   const std::lock_guard gate(_front_gate);
   const std::lock_guard lock(_mutex);
-  return _tasks.empty() ? nullptr : _tasks.front().task.get();
+  return _tasks.empty() ? nullptr : _tasks.front()->slot.task();
 }
 
 void TaskQueue::removeFront() {
-  Entry removed{}; // deleted after the lock is released
   bool is_drained = false;
   {
     const std::lock_guard lock(_mutex);
     if (_tasks.empty())
       return;
-    removed = std::move(_tasks.front());
-    _tasks.pop_front();
-    if (removed.origin == TaskOrigin::client) {
+    if (_removed && _given_back.size() < most_unused)
+      _given_back.pushBack(std::move(_removed));
+    _removed = _tasks.pop();
+    if (_removed->origin == TaskOrigin::client) {
       --_clients_tasks;
-      _clients_time -= removed.time;
+      _clients_time -= _removed->time;
     } else {
       _timer_starts.pop_front();
     }
-    _time -= removed.time;
-    _bytes -= removed.bytes;
+    _time -= _removed->time;
+    _bytes -= _removed->bytes;
     is_drained = _is_high && isDownToLow();
     if (is_drained)
       _is_high = false;
   }
+  _removed->slot.clear();
   if (is_drained && _when_drained)
     _when_drained();
 }

@@ -3,6 +3,7 @@
 
 #include "fpga/queue/fpga_task.h"
 #include "fpga/queue/task_costs.h"
+#include "fpga/queue/task_list.h"
 
 #include <chrono>
 #include <cstddef>
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace buttondriver {
 
@@ -29,15 +31,9 @@ struct QueueMarks {
   std::size_t full_tasks = 4096;
 };
 
-/// Who asked for a task.
-enum class TaskOrigin : std::uint8_t {
-  client,
-  timer, ///< does not count for the high and the low marks: clients cannot help that it is there
-};
-
 /// The pending tasks, first in, first out. It owns them. Tasks are appended by the main thread and removed by the
 /// worker; the facade's semaphore counts those that the worker has to take. Nothing is ever refused: the
-/// marks only show when it is time to pause.
+/// marks only show when it is time to pause. What held a task is used again for a later one.
 ///
 /// The queue is high when more time waits than the high mark, but never with a single task, which is the one that the
 /// worker carries out: so however long tasks take, one more is there when it is done.
@@ -51,6 +47,12 @@ public:
 
   /// True when this task took the queue past one of its high marks.
   bool append(std::unique_ptr<FPGATask> task, TaskOrigin origin = TaskOrigin::client);
+  /// The same for a task that is made in the queue.
+  template <class Task, class... Arguments> bool emplace(TaskOrigin origin, Arguments &&...arguments) {
+    std::unique_ptr<QueuedTask> queued = unused();
+    queued->slot.emplace<Task>(std::forward<Arguments>(arguments)...);
+    return append(std::move(queued), origin);
+  }
   /// The task at the front, which stays there; null when there is none. For the one thread that removes.
   FPGATask *front();
   /// Removes the task at the front, if there is one, and deletes it.
@@ -74,13 +76,11 @@ public:
 private:
   using Time = std::chrono::nanoseconds;
 
-  struct Entry {
-    std::unique_ptr<FPGATask> task;
-    Time time; // expected when it was appended
-    std::size_t bytes;
-    TaskOrigin origin;
-  };
+  /// So many are kept to be used again. On the way between the threads there may be as many once more.
+  static constexpr std::size_t most_unused = 1024;
 
+  std::unique_ptr<QueuedTask> unused();
+  bool append(std::unique_ptr<QueuedTask> queued, TaskOrigin origin);
   bool isPastHigh() const;
   bool isDownToLow() const;
 
@@ -89,8 +89,11 @@ private:
   const Clock _clock;
   TaskCosts _costs;
   std::mutex _front_gate;
+  TaskList _unused;                     // the appending thread's
+  std::unique_ptr<QueuedTask> _removed; // the removing thread's
   mutable std::mutex _mutex;
-  std::deque<Entry> _tasks;
+  TaskList _tasks;
+  TaskList _given_back;                                            // by the remover, for the appending thread
   std::size_t _clients_tasks = 0;                                  // of _tasks
   Time _clients_time{};                                            // of these
   Time _time{};                                                    // of all

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "fpga/fpga.h"
+
+#include "counted_allocations.h"
+#include "panel/registers/register_device.h"
+#include "support/test_root.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <future>
+#include <memory>
+#include <semaphore.h>
+#include <utility>
+
+namespace buttondriver {
+namespace {
+
+TEST(TaskMemoryTest, the_queue_takes_none_for_tasks_as_many_as_it_has_had) {
+  struct Row {
+    const char *name;
+    std::function<void(TaskQueue &, TaskOrigin)> append;
+  };
+  const Row rows[] = {
+      {"status LED", [](auto &queue, auto origin) { queue.template emplace<SetLEDStatusIndicatorTask>(origin, 1, 1); }},
+      {"button LED", [](auto &queue, auto origin) { queue.template emplace<SetLEDButtonStateTask>(origin, 1, 1); }},
+      {"toggle", [](auto &queue, auto origin) { queue.template emplace<SetLEDToggleIndicatorTask>(origin, 1U, 1U); }},
+      {"blackout", [](auto &queue, auto origin) { queue.template emplace<BlackoutScreenTask>(origin, 1); }},
+      {"intensity", [](auto &queue, auto origin) { queue.template emplace<SetTFTIntensityTask>(origin, 1); }},
+  };
+  for (const Row &row : rows) {
+    SCOPED_TRACE(row.name);
+    TaskQueue queue;
+    const auto fill_and_empty = [&] {
+      for (int i = 0; i < 100; ++i)
+        row.append(queue, TaskOrigin::client);
+      while (queue.front())
+        queue.removeFront();
+    };
+    fill_and_empty();
+    fill_and_empty(); // takes one more: what is removed last comes back late
+    const std::size_t before = test::allocations();
+    for (int round = 0; round < 10; ++round)
+      fill_and_empty();
+    EXPECT_EQ(test::allocations() - before, 0U);
+  }
+}
+
+TEST(TaskMemoryTest, the_queue_keeps_little_of_what_a_flood_took) {
+  TaskQueue queue;
+  const auto fill_and_empty = [&queue](int count) {
+    const std::size_t before = test::allocations();
+    for (int i = 0; i < count; ++i)
+      queue.emplace<BlackoutScreenTask>(TaskOrigin::client, 1);
+    while (queue.front())
+      queue.removeFront();
+    return test::allocations() - before;
+  };
+  EXPECT_EQ(fill_and_empty(10000), 10000U);
+  EXPECT_EQ(fill_and_empty(10000), 10000U - 1024);
+}
+
+/// Counts the transfers, for who waits for them.
+class CountingDevice : public panel::RegisterDevice {
+public:
+  CountingDevice() {
+    ::sem_init(&_done, 0, 0);
+    panel::use_register_device(this);
+  }
+  ~CountingDevice() override {
+    panel::use_register_device(nullptr);
+    ::sem_destroy(&_done);
+  }
+
+  int open(const char *) override { return 0; }
+  int transfer(int, unsigned long, panel::TransferRecord &, std::uint16_t *) override { return ::sem_post(&_done); }
+
+  void waitFor(int transfers) {
+    for (int i = 0; i < transfers; ++i)
+      while (::sem_wait(&_done) != 0) {
+      }
+  }
+
+private:
+  sem_t _done{};
+};
+
+/// Waits when executed until it is let go.
+class WaitingTask : public FPGATask {
+public:
+  explicit WaitingTask(std::future<void> end) : _end(std::move(end)) {}
+  void execute() override { _end.wait(); }
+
+private:
+  std::future<void> _end;
+};
+
+TEST(TaskMemoryTest, led_commands_take_none_on_their_way_to_the_device) {
+  const test::TestRoot root;
+  CountingDevice device;
+  FPGA fpga(root.paths());
+  const auto queue = [&fpga](int count) {
+    for (int i = 0; i < count; ++i)
+      fpga.setLEDStatusIndicator(1, 1);
+  };
+  device.waitFor(12); // the blackout
+  std::promise<void> end;
+  fpga.queue(std::make_unique<WaitingTask>(end.get_future()));
+  queue(300);
+  end.set_value();
+  device.waitFor(300);
+  const std::size_t before = test::allocations();
+  for (int round = 0; round < 20; ++round) {
+    queue(200);
+    device.waitFor(200);
+  }
+  EXPECT_EQ(test::allocations() - before, 0U);
+}
+
+} // namespace
+} // namespace buttondriver
