@@ -5,6 +5,8 @@
 #include "fpga/queue/task_costs.h"
 #include "fpga/queue/task_list.h"
 
+#include <QMutex>
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -71,7 +73,7 @@ public:
   const TaskCosts &costs() const { return _costs; }
 
   /// While the result lives, `front` waits: the remover begins no further task.
-  [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(_front_gate); }
+  [[nodiscard]] std::unique_lock<QMutex> hold() { return std::unique_lock(_front_gate); }
 
 private:
   using Time = std::chrono::nanoseconds;
@@ -88,10 +90,10 @@ private:
   const std::function<void()> _when_drained;
   const Clock _clock;
   TaskCosts _costs;
-  std::mutex _front_gate;
+  QMutex _front_gate;
   TaskList _unused;                     // the appending thread's
   std::unique_ptr<QueuedTask> _removed; // the removing thread's
-  mutable std::mutex _mutex;
+  mutable QMutex _mutex;                // without contention half the price of a std::mutex
   TaskList _tasks;
   TaskList _given_back;                                            // by the remover, for the appending thread
   std::size_t _clients_tasks = 0;                                  // of _tasks
