@@ -16,7 +16,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <string_view>
 #include <utility>
 
 namespace buttondriver {
@@ -39,12 +39,12 @@ public:
   ~FPGA() override;
 
   /// `flag` true: white on black; false: black on white.
-  void textLine(int screen_id, int line_id, std::string text, bool flag) {
-    queueTask<TextLineTask>(screen_id, line_id, std::move(text), flag);
+  void textLine(int screen_id, int line_id, std::string_view text, bool flag) {
+    queueTask<TextLineTask>(screen_id, line_id, text, flag);
   }
-  void subTextLine(int screen_id, int line_id, int offset, int num_chars, std::string text, std::uint32_t text_colour,
-                   std::uint32_t back_colour) {
-    queueTask<SubTextLineTask>(screen_id, line_id, offset, num_chars, std::move(text), text_colour, back_colour);
+  void subTextLine(int screen_id, int line_id, int offset, int num_chars, std::string_view text,
+                   std::uint32_t text_colour, std::uint32_t back_colour) {
+    queueTask<SubTextLineTask>(screen_id, line_id, offset, num_chars, text, text_colour, back_colour);
   }
   void setLEDButtonState(int led_id, int state) { queueTask<SetLEDButtonStateTask>(led_id, state); }
   void setLEDStatusIndicator(int led_id, int state) { queueTask<SetLEDStatusIndicatorTask>(led_id, state); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "fpga/line_text.h"
 #include "fpga/queue/fpga_task.h"
 #include "fpga/shared_bytes.h"
 #include "panel/formats/colour.h"
@@ -10,7 +11,7 @@
 #include "panel/tft/tft.h"
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <utility>
 
 /// The tasks that the facade queues. Arguments are kept as given; the panel layer checks them when the task runs and
@@ -20,13 +21,13 @@ namespace buttondriver {
 /// `flag` true: white text on black; false: black on white.
 class TextLineTask : public FPGATask {
 public:
-  TextLineTask(int screen_id, int line_id, std::string text, bool flag)
-      : _screen_id(screen_id), _line_id(line_id), _text(std::move(text)), _flag(flag) {}
+  TextLineTask(int screen_id, int line_id, std::string_view text, bool flag)
+      : _screen_id(screen_id), _line_id(line_id), _flag(flag), _text(text) {}
   void execute() override {
     if (_flag)
-      panel::tft_text_line(_screen_id, _line_id, _text, panel::white, panel::black);
+      panel::tft_text_line(_screen_id, _line_id, _text.view(), panel::white, panel::black);
     else
-      panel::tft_text_line_default(_screen_id, _line_id, _text);
+      panel::tft_text_line_default(_screen_id, _line_id, _text.view());
   }
   std::size_t keptBytes() const override { return _text.size(); }
   TaskKind kind() const override { return TaskKind::text_line; }
@@ -34,18 +35,18 @@ public:
 private:
   int _screen_id;
   int _line_id;
-  std::string _text;
   bool _flag;
+  LineText _text;
 };
 
 class SubTextLineTask : public FPGATask {
 public:
-  SubTextLineTask(int screen_id, int line_id, int offset, int num_chars, std::string text, std::uint32_t text_colour,
-                  std::uint32_t back_colour)
-      : _screen_id(screen_id), _line_id(line_id), _offset(offset), _num_chars(num_chars), _text(std::move(text)),
+  SubTextLineTask(int screen_id, int line_id, int offset, int num_chars, std::string_view text,
+                  std::uint32_t text_colour, std::uint32_t back_colour)
+      : _screen_id(screen_id), _line_id(line_id), _offset(offset), _num_chars(num_chars), _text(text),
         _text_colour(text_colour), _back_colour(back_colour) {}
   void execute() override {
-    panel::tft_sub_text_line(_screen_id, _line_id, _offset, _text, _num_chars, _text_colour, _back_colour);
+    panel::tft_sub_text_line(_screen_id, _line_id, _offset, _text.view(), _num_chars, _text_colour, _back_colour);
   }
   std::size_t keptBytes() const override { return _text.size(); }
   TaskKind kind() const override { return TaskKind::sub_text_line; }
@@ -55,7 +56,7 @@ private:
   int _line_id;
   int _offset;
   int _num_chars;
-  std::string _text;
+  LineText _text;
   std::uint32_t _text_colour;
   std::uint32_t _back_colour;
 };

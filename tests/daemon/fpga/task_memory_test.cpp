@@ -11,6 +11,7 @@
 #include <future>
 #include <memory>
 #include <semaphore.h>
+#include <string>
 #include <utility>
 
 namespace buttondriver {
@@ -21,12 +22,19 @@ TEST(TaskMemoryTest, the_queue_takes_none_for_tasks_as_many_as_it_has_had) {
     const char *name;
     std::function<void(TaskQueue &, TaskOrigin)> append;
   };
+  const std::string line(32, 'x');
+  const SharedBytes picture(QByteArray(1000, 'x'), 0);
   const Row rows[] = {
       {"status LED", [](auto &queue, auto origin) { queue.template emplace<SetLEDStatusIndicatorTask>(origin, 1, 1); }},
       {"button LED", [](auto &queue, auto origin) { queue.template emplace<SetLEDButtonStateTask>(origin, 1, 1); }},
       {"toggle", [](auto &queue, auto origin) { queue.template emplace<SetLEDToggleIndicatorTask>(origin, 1U, 1U); }},
       {"blackout", [](auto &queue, auto origin) { queue.template emplace<BlackoutScreenTask>(origin, 1); }},
       {"intensity", [](auto &queue, auto origin) { queue.template emplace<SetTFTIntensityTask>(origin, 1); }},
+      {"line", [&](auto &queue, auto origin) { queue.template emplace<TextLineTask>(origin, 0, 0, line, true); }},
+      {"text",
+       [&](auto &queue, auto origin) { queue.template emplace<SubTextLineTask>(origin, 0, 0, 0, 32, line, 0U, 0U); }},
+      {"picture",
+       [&](auto &queue, auto origin) { queue.template emplace<DrawTFTImageTask>(origin, 0, 0, 0, picture); }},
   };
   for (const Row &row : rows) {
     SCOPED_TRACE(row.name);
