@@ -1,35 +1,51 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "threads/thread_sanitizer.h"
-
-#include <QSemaphore>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <semaphore.h>
 
 namespace buttondriver {
 
-/// Counts the queued tasks: a QSemaphore that ThreadSanitizer can follow.
+/// Counts the queued tasks, for one thread that takes them and any that queue them. The system is asked only when that
+/// thread has to wait, and when it has to be woken: ThreadSanitizer can follow all of it.
 class TaskSemaphore {
 public:
+  TaskSemaphore() { ::sem_init(&_wake_up, /*pshared=*/0, 0); }
+  ~TaskSemaphore() { ::sem_destroy(&_wake_up); }
+  TaskSemaphore(const TaskSemaphore &) = delete;
+  TaskSemaphore &operator=(const TaskSemaphore &) = delete;
+
   void release() {
-    thread_sanitizer::happens_before(this);
-    _semaphore.release();
+    if (_count.fetch_add(1) >= 0)
+      return;
+    _wake_ups.fetch_add(1, std::memory_order_relaxed);
+    ::sem_post(&_wake_up);
   }
 
   void acquire() {
-    _semaphore.acquire();
-    thread_sanitizer::happens_after(this);
+    if (_count.fetch_sub(1) > 0)
+      return;
+    while (::sem_wait(&_wake_up) != 0 && errno == EINTR) {
+    }
   }
 
   /// As acquire, if that does not have to wait.
   bool tryAcquire() {
-    const bool is_acquired = _semaphore.tryAcquire();
-    if (is_acquired)
-      thread_sanitizer::happens_after(this);
-    return is_acquired;
+    if (_count.load() <= 0)
+      return false;
+    _count.fetch_sub(1);
+    return true;
   }
 
+  /// How often the taking thread waited and was woken.
+  std::uint32_t wakeUps() const { return _wake_ups.load(std::memory_order_relaxed); }
+
 private:
-  QSemaphore _semaphore;
+  std::atomic<int> _count{0}; // below zero while the taking thread waits
+  std::atomic<std::uint32_t> _wake_ups{0};
+  sem_t _wake_up{};
 };
 
 } // namespace buttondriver

@@ -3,6 +3,7 @@
 
 #include "logging/channels/log_channels.h"
 #include "panel/registers/register_access.h"
+#include "threads/thread_sanitizer.h"
 
 #include <QMutexLocker>
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <future>
 #include <memory>
@@ -106,7 +107,9 @@ private:
 TEST(TaskMemoryTest, led_commands_take_none_on_their_way_to_the_device) {
   const test::TestRoot root;
   CountingDevice device;
-  FPGA fpga(root.paths());
+  QueueMarks marks;
+  marks.high_time = std::chrono::hours(1); // to tell of a pause takes memory
+  FPGA fpga(root.paths(), marks);
   const auto queue = [&fpga](int count) {
     for (int i = 0; i < count; ++i)
       fpga.setLEDStatusIndicator(1, 1);

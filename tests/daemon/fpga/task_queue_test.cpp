@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <thread>
+#include <vector>
 
 namespace buttondriver {
 namespace {
@@ -41,6 +42,60 @@ TEST(TaskQueueTest, gives_tasks_in_the_order_they_came) {
   queue.removeFront();
   EXPECT_EQ(alive, 0);
   EXPECT_EQ(queue.size(), 0U);
+}
+
+/// Remembers that it was carried out, and in which order.
+class NumberedTask : public FPGATask {
+public:
+  NumberedTask(std::vector<int> *done, int number) : _done(done), _number(number) {}
+  void execute() override { _done->push_back(_number); }
+
+private:
+  std::vector<int> *_done;
+  int _number;
+};
+
+TEST(TaskQueueTest, gives_tasks_in_order_wherever_they_were_made_and_whatever_place_they_get) {
+  TaskQueue queue;
+  std::vector<int> done;
+  std::vector<int> expected;
+  int next = 0;
+  // Ups and downs, so that places are used again while others wait.
+  for (const int step : {3, -2, 5, -6, 1, -1, 40, -20, 30, -49, 2, -3}) {
+    for (int i = 0; i < step; ++i, ++next) {
+      expected.push_back(next);
+      if (next % 3 == 0)
+        queue.append(std::make_unique<NumberedTask>(&done, next));
+      else
+        queue.emplace<NumberedTask>(TaskOrigin::client, &done, next);
+    }
+    for (int i = step; i < 0; ++i) {
+      ASSERT_NE(queue.front(), nullptr);
+      queue.front()->execute();
+      queue.removeFront();
+    }
+  }
+  EXPECT_EQ(queue.size(), 0U);
+  EXPECT_EQ(done, expected);
+}
+
+TEST(TaskQueueTest, destroys_what_was_made_in_it_once_when_it_is_removed_or_left) {
+  int alive = 0;
+  {
+    TaskQueue queue;
+    for (int round = 0; round < 3; ++round) {
+      for (int i = 0; i < 5; ++i)
+        queue.emplace<CountedTask>(TaskOrigin::client, &alive);
+      for (int left = 4; left >= 0; --left) {
+        queue.removeFront();
+        EXPECT_EQ(alive, left);
+      }
+    }
+    queue.emplace<CountedTask>(TaskOrigin::client, &alive);
+    queue.emplace<CountedTask>(TaskOrigin::timer, &alive);
+    EXPECT_EQ(alive, 2);
+  }
+  EXPECT_EQ(alive, 0);
 }
 
 TEST(TaskQueueTest, deletes_what_is_left_and_takes_null_entries) {
