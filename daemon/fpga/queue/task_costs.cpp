@@ -25,7 +25,8 @@ int usual_transfers_of(TaskKind kind) {
 
 } // namespace
 
-std::size_t TaskCosts::indexOf(TaskKind kind, std::size_t bytes) {
+// What is inline here runs several times for each task.
+inline std::size_t TaskCosts::indexOf(TaskKind kind, std::size_t bytes) {
   std::size_t size_class = 0;
   for (bytes >>= 6; bytes > 0 && size_class + 1 < size_classes; bytes >>= 1)
     ++size_class;
@@ -42,18 +43,18 @@ TaskCosts::Time TaskCosts::guess(TaskKind kind) const {
   return usual_transfers_of(kind) * (transfer == 0 ? unknown_transfer : Time(transfer));
 }
 
-void TaskCosts::learn(TaskKind kind, std::size_t bytes, Time taken, std::uint32_t transfers) {
-  teach(_figures[indexOf(kind, bytes)], taken);
-  teach(_transfer, taken / transfers);
-}
-
-void TaskCosts::teach(Figure &figure, Time taken) {
+inline void TaskCosts::teach(Figure &figure, Time taken) {
   const std::int64_t seen = std::clamp(taken, Time(1), most).count();
   const std::int64_t known = figure.load(std::memory_order_relaxed);
   std::int64_t next = seen;
   if (known > 0)
     next = known + (seen - known) / (seen > known ? share_of_more : share_of_less);
   figure.store(static_cast<std::uint32_t>(next), std::memory_order_relaxed);
+}
+
+void TaskCosts::learn(TaskKind kind, std::size_t bytes, Time taken, std::uint32_t transfers) {
+  teach(_figures[indexOf(kind, bytes)], taken);
+  teach(_transfer, taken / transfers);
 }
 
 } // namespace buttondriver
