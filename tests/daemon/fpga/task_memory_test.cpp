@@ -21,28 +21,27 @@ namespace {
 TEST(TaskMemoryTest, the_queue_takes_none_for_tasks_as_many_as_it_has_had) {
   struct Row {
     const char *name;
-    std::function<void(TaskQueue &, TaskOrigin)> append;
+    std::function<void(TaskQueue &)> append;
   };
   const std::string line(32, 'x');
   const SharedBytes picture(QByteArray(1000, 'x'), 0);
+  constexpr auto client = TaskOrigin::client;
   const Row rows[] = {
-      {"status LED", [](auto &queue, auto origin) { queue.template emplace<SetLEDStatusIndicatorTask>(origin, 1, 1); }},
-      {"button LED", [](auto &queue, auto origin) { queue.template emplace<SetLEDButtonStateTask>(origin, 1, 1); }},
-      {"toggle", [](auto &queue, auto origin) { queue.template emplace<SetLEDToggleIndicatorTask>(origin, 1U, 1U); }},
-      {"blackout", [](auto &queue, auto origin) { queue.template emplace<BlackoutScreenTask>(origin, 1); }},
-      {"intensity", [](auto &queue, auto origin) { queue.template emplace<SetTFTIntensityTask>(origin, 1); }},
-      {"line", [&](auto &queue, auto origin) { queue.template emplace<TextLineTask>(origin, 0, 0, line, true); }},
-      {"text",
-       [&](auto &queue, auto origin) { queue.template emplace<SubTextLineTask>(origin, 0, 0, 0, 32, line, 0U, 0U); }},
-      {"picture",
-       [&](auto &queue, auto origin) { queue.template emplace<DrawTFTImageTask>(origin, 0, 0, 0, picture); }},
+      {"status LED", [](TaskQueue &queue) { queue.emplace<SetLEDStatusIndicatorTask>(client, 1, 1); }},
+      {"button LED", [](TaskQueue &queue) { queue.emplace<SetLEDButtonStateTask>(client, 1, 1); }},
+      {"toggle", [](TaskQueue &queue) { queue.emplace<SetLEDToggleIndicatorTask>(client, 1U, 1U); }},
+      {"blackout", [](TaskQueue &queue) { queue.emplace<BlackoutScreenTask>(client, 1); }},
+      {"intensity", [](TaskQueue &queue) { queue.emplace<SetTFTIntensityTask>(client, 1); }},
+      {"line", [&](TaskQueue &queue) { queue.emplace<TextLineTask>(client, 0, 0, line, true); }},
+      {"text", [&](TaskQueue &queue) { queue.emplace<SubTextLineTask>(client, 0, 0, 0, 32, line, 0U, 0U); }},
+      {"picture", [&](TaskQueue &queue) { queue.emplace<DrawTFTImageTask>(client, 0, 0, 0, picture); }},
   };
   for (const Row &row : rows) {
     SCOPED_TRACE(row.name);
     TaskQueue queue;
     const auto fill_and_empty = [&] {
       for (int i = 0; i < 100; ++i)
-        row.append(queue, TaskOrigin::client);
+        row.append(queue);
       while (queue.front())
         queue.removeFront();
     };
