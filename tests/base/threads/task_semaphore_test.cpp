@@ -21,21 +21,26 @@ TEST(TaskSemaphoreTest, counts_and_wakes_nobody_while_nobody_waits) {
   EXPECT_EQ(semaphore.wakeUps(), 0U);
 }
 
-TEST(TaskSemaphoreTest, loses_no_wake_up_there_or_back) {
+TEST(TaskSemaphoreTest, waits_for_each_release_and_loses_none) {
   TaskSemaphore there;
   TaskSemaphore back;
-  constexpr std::uint32_t rounds = 1000;
+  constexpr int rounds = 1000;
+  int answers = 0;
   std::thread answering([&] {
-    for (std::uint32_t i = 0; i < rounds; ++i) {
+    for (int i = 0; i < rounds; ++i) {
       there.acquire();
+      ++answers;
       back.release();
     }
   });
-  for (std::uint32_t i = 0; i < rounds; ++i) {
+  int too_early = 0;
+  for (int i = 1; i <= rounds; ++i) {
     there.release();
     back.acquire();
+    too_early += answers == i ? 0 : 1;
   }
   answering.join();
+  EXPECT_EQ(too_early, 0);
   EXPECT_FALSE(there.tryAcquire());
   EXPECT_FALSE(back.tryAcquire());
 }

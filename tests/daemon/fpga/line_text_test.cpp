@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fpga/line_text.h"
 
+#include "counted_allocations.h"
 #include "fpga/tasks.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +17,9 @@ TEST(LineTextTest, keeps_any_text_when_the_original_is_gone) {
     if (size > 1)
       original[size / 2] = '\0';
     const std::string expected = original;
+    const std::size_t before = test::allocations();
     const LineText text(original);
+    EXPECT_EQ(test::allocations() - before, size > 32 ? 1U : 0U) << size;
     original.assign(size, 'y');
     EXPECT_EQ(text.view(), expected) << size;
     EXPECT_EQ(text.size(), size);
