@@ -2,6 +2,7 @@
 #include "fpga/fpga.h"
 
 #include "counted_allocations.h"
+#include "logging/channels/log_channels.h"
 #include "panel/registers/register_device.h"
 #include "support/test_root.h"
 
@@ -104,6 +105,7 @@ private:
 };
 
 TEST(TaskMemoryTest, led_commands_take_none_on_their_way_to_the_device) {
+  LogChannels::ofProcess(); // made when somebody first needs it
   const test::TestRoot root;
   CountingDevice device;
   QueueMarks marks;
