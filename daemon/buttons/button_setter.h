@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 #include <chrono>
+#include <cstddef>
 #include <vector>
 
 class QIODevice;
@@ -15,6 +16,10 @@ namespace buttondriver {
 class ButtonSetter {
 public:
   virtual ~ButtonSetter() = default;
+
+  /// Bytes of a message whose memory may be used again as soon as process_messages has returned and nobody shares it.
+  /// Another thread gets a copy of so small a message; a larger one it may share.
+  static constexpr std::size_t most_reused = 256;
 
   /// Acts on `messages` in order, each one message in network order without its length. `reply` is the connection they
   /// came from. `image_id_offset` is that connection's id: added to the ids of its private images, it keeps them apart

@@ -55,6 +55,12 @@ void print_sub_text_line(const BMS_TFTSubTextLine &line, std::string_view text) 
   print_text(line_so_far + words);
 }
 
+/// The same message, for another thread.
+QByteArray for_another_thread(const QByteArray &message) {
+  const bool may_be_shared = message.size() > static_cast<qint64>(ButtonSetter::most_reused);
+  return may_be_shared ? message : QByteArray(message.constData(), message.size());
+}
+
 } // namespace
 
 ButtonSetterImpl::ButtonSetterImpl(const SystemPaths &paths) : _paths(paths) {
@@ -140,7 +146,7 @@ struct ButtonSetterImpl::Handlers {
           image._xoffset, image._yoffset, static_cast<int>(image._size));
     // The picture is all that follows the head; its own header says how much of that it needs.
     setter._fpga->drawTFTImage(image._screen_id, image._xoffset, image._yoffset,
-                               SharedBytes(message.bytes, type_of<BMS_DrawTFTImage>.head_size));
+                               SharedBytes(for_another_thread(message.bytes), type_of<BMS_DrawTFTImage>.head_size));
   }
 
   static void setStatusIndicator(ButtonSetterImpl &setter, const Message &message) {

@@ -3,7 +3,8 @@
 
 #include "buttons/button_setter.h"
 #include "logging/log_line.h"
-#include "protocol/framing.h"
+#include "server/frames/frame_reader.h"
+#include "server/frames/message_room.h"
 #include "server/limits.h"
 
 #include <QTcpSocket>
@@ -27,6 +28,12 @@ qint32 take_client_id() {
 quint64 next_arrival() {
   static quint64 arrivals = 0;
   return ++arrivals;
+}
+
+/// For all connections: none needs it but during its turn.
+MessageRoom &message_room() {
+  static MessageRoom room;
+  return room;
 }
 
 int descriptor_of(const QTcpSocket *socket) { return socket ? static_cast<int>(socket->socketDescriptor()) : -1; }
@@ -83,20 +90,20 @@ void ClientButtondriver::readSocket() {
   _last_heard = next_arrival();
   if (_to_skip > 0)
     skip();
-  const std::size_t delivered = deliver(*_socket);
-  const bool is_more = prepareNextFrame();
-  keepReading();
-  if (is_more)
-    askForAnother(delivered);
+  Turn turn = deliver(*_socket);
+  prepareNextFrame(turn);
+  keepReading(turn.left);
+  if (turn.next.is_complete)
+    askForAnother(turn.delivered);
 }
 
 /// A turn of a connection that has ended. What is held back gets its turn later.
 void ClientButtondriver::drain() {
-  const std::size_t delivered = deliver(_undelivered);
-  if (!peek_frame(_undelivered).is_complete)
+  const Turn turn = deliver(_undelivered);
+  if (!turn.next.is_complete)
     _state = State::owing;
   else
-    askForAnother(delivered);
+    askForAnother(turn.delivered);
 }
 
 /// Turn, after one in which so many messages were delivered. None: what comes first has to wait.
@@ -107,77 +114,84 @@ void ClientButtondriver::askForAnother(std::size_t delivered) {
     emit waits();
 }
 
-std::size_t ClientButtondriver::deliver(QIODevice &stream) {
+ClientButtondriver::Turn ClientButtondriver::deliver(QIODevice &stream) {
   std::chrono::nanoseconds cost{};
   bool has_large_frame = false;
-  const std::vector<QByteArray> messages =
-      take_frames(stream, limits::messages_per_turn, _delivery, [&](const QByteArray &message) {
-        has_large_frame = has_large_frame || message.size() + qint64{frame_prefix_size} > limits::read_ahead;
-        cost += std::max(_setter->deviceTime(message), limits::least_time_of_a_message);
-        return cost >= limits::time_per_turn;
-      });
+  Turn turn;
+  std::vector<QByteArray> messages;
+  {
+    FrameWindow window(stream);
+    messages =
+        take_frames(window, message_room(), limits::messages_per_turn, _delivery, [&](const QByteArray &message) {
+          has_large_frame = has_large_frame || message.size() + qint64{frame_prefix_size} > limits::read_ahead;
+          cost += std::max(_setter->deviceTime(message), limits::least_time_of_a_message);
+          return cost >= limits::time_per_turn;
+        });
+    turn = {messages.size(), window.head(), window.left()};
+  }
   _setter->process_messages(messages, &_answers, _client_id);
+  message_room().giveBack(std::move(messages));
   // At once: a client that has closed its side is gone when the event loop next comes by.
   _answers.send();
   if (has_large_frame)
     endLargeFrame();
-  if (!messages.empty()) {
+  if (turn.delivered > 0) {
     _has_spoken = true;
     emit tookTurn(cost.count());
   }
-  return messages.size();
+  return turn;
 }
 
-/// Sees to it that the frame that now comes first can be put together. True when it is there already.
-bool ClientButtondriver::prepareNextFrame() {
-  const FrameHead head = peek_frame(*_socket);
-  if (head.is_complete) {
-    readNoFurther();
-    return true;
-  }
-  // A length that wraps asks for what is there, and never gets here.
-  if (head.is_known && head.length > limits::largest_frame)
-    startToSkip(head.length);
+/// Sees to it that the frame that comes first after `turn` can be put together.
+void ClientButtondriver::prepareNextFrame(Turn &turn) {
+  const FrameHead &head = turn.next;
+  // A length that wraps asks for what is there: it is complete.
+  if (head.is_complete)
+    readNoFurther(turn.left);
+  else if (head.is_known && head.length > limits::largest_frame)
+    turn.left -= startToSkip(head.length);
   else if (head.bytes_needed > limits::read_ahead)
-    growLargeFrame(head.bytes_needed);
+    growLargeFrame(head.bytes_needed, turn.left);
   else
     _socket->setReadBufferSize(limits::read_ahead);
-  return false;
 }
 
 /// As it arrives, so that nobody gets memory by announcing something.
-void ClientButtondriver::growLargeFrame(qint64 needed) {
+void ClientButtondriver::growLargeFrame(qint64 needed, qint64 there) {
   const qint64 allowed = limits::read_ahead + _large_frame.size();
   const qint64 missing = needed - allowed;
-  if (missing > 0 && _socket->bytesAvailable() >= allowed &&
-      !_large_frame.grow(std::min(missing, limits::large_frame_step)))
+  if (missing > 0 && there >= allowed && !_large_frame.grow(std::min(missing, limits::large_frame_step)))
     emit waitsForBudget();
   _socket->setReadBufferSize(std::min(needed, limits::read_ahead + _large_frame.size()));
 }
 
 /// Until the next turn. Otherwise the end of the connection would be noticed before what is there has been answered.
-void ClientButtondriver::readNoFurther() { _socket->setReadBufferSize(_socket->bytesAvailable()); }
+void ClientButtondriver::readNoFurther(qint64 there) { _socket->setReadBufferSize(there); }
 
 /// After its buffer was full, a socket reads on only when the buffer is emptied or its size changes; what is left in it
 /// may be the beginning of a frame whose rest is still to come.
-void ClientButtondriver::keepReading() {
+void ClientButtondriver::keepReading(qint64 left) {
   const qint64 size = _socket->readBufferSize();
-  if (_socket->bytesAvailable() == 0 || _socket->bytesAvailable() >= size)
+  if (left == 0 || left >= size)
     return;
   _socket->setReadBufferSize(size + 1);
   _socket->setReadBufferSize(size);
 }
 
-void ClientButtondriver::startToSkip(quint32 length) {
+/// Returns how many bytes are skipped at once.
+qint64 ClientButtondriver::startToSkip(quint32 length) {
   critical_line() << "buttondriver: frame too large, skipped, descriptor" << qint64{_descriptor} << "size" << length;
   _to_skip = quint64{length} + frame_prefix_size;
-  skip();
+  const qint64 skipped = skip();
   _socket->setReadBufferSize(limits::read_ahead);
+  return skipped;
 }
 
-void ClientButtondriver::skip() {
+qint64 ClientButtondriver::skip() {
   const auto there = static_cast<quint64>(_socket->bytesAvailable());
-  _to_skip -= static_cast<quint64>(_socket->skip(static_cast<qint64>(std::min(_to_skip, there))));
+  const qint64 skipped = _socket->skip(static_cast<qint64>(std::min(_to_skip, there)));
+  _to_skip -= static_cast<quint64>(skipped);
+  return skipped;
 }
 
 /// The budget has gone to a frame that goes on growing.

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/framing.h"
 #include "server/answers.h"
-#include "server/frames/frame_reader.h"
+#include "server/frames/frame_choice.h"
 #include "server/frames/large_frame_budget.h"
 
 #include <QBuffer>
@@ -96,18 +97,25 @@ private slots:
 private:
   enum class State : quint8 { reading, draining, owing, gone };
 
+  /// What a turn has delivered and left.
+  struct Turn {
+    std::size_t delivered = 0; // messages
+    FrameHead next;            // the frame that comes first then
+    qint64 left = 0;           // bytes that are there from it on
+  };
+
   void readSocket();
   void drain();
   void askForAnother(std::size_t delivered);
   void settle();
   void leave();
-  std::size_t deliver(QIODevice &stream);
-  bool prepareNextFrame();
-  void growLargeFrame(qint64 needed);
-  void readNoFurther();
-  void keepReading();
-  void startToSkip(quint32 length);
-  void skip();
+  Turn deliver(QIODevice &stream);
+  void prepareNextFrame(Turn &turn);
+  void growLargeFrame(qint64 needed, qint64 there);
+  void readNoFurther(qint64 there);
+  void keepReading(qint64 left);
+  qint64 startToSkip(quint32 length);
+  qint64 skip();
   void giveUpFrame();
   void endLargeFrame();
   void releaseSocket();

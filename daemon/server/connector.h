@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "server/frames/frame_reader.h"
+#include "server/frames/frame_choice.h"
 #include "server/frames/large_frame_budget.h"
 #include "server/limits.h"
 #include "server/listener.h"

@@ -13,6 +13,9 @@ namespace buttondriver::limits {
 /// takes 49,226 bytes.
 inline constexpr qint64 read_ahead = 64 * 1024;
 
+/// Bytes that are looked at together when a connection's frames are taken.
+inline constexpr std::size_t frame_window = 4096;
+
 /// A longer frame is never put together: it is skipped.
 inline constexpr quint32 largest_frame = 16 * 1024 * 1024;
 

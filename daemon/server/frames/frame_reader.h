@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "bytes/view_of.h"
 #include "protocol/framing.h"
+#include "server/frames/frame_choice.h"
+#include "server/frames/frame_window.h"
+#include "server/frames/message_room.h"
 
 #include <QByteArray>
 
 #include <cstddef>
-#include <functional>
 #include <limits>
 #include <vector>
 
@@ -17,21 +20,26 @@ namespace buttondriver {
 /// Looks at the beginning of `stream` and takes nothing.
 FrameHead peek_frame(QIODevice &stream);
 
-/// Which frames to take.
-enum class FrameChoice : quint8 {
-  all,
-  no_null_messages, ///< up to the first null message
-  leading_pings,    ///< only those that ask for nothing but an answer, up to the first of another kind
-  none,
-};
+/// Takes complete frames, at most `limit`, and returns their messages, in order, without the lengths, in a list of
+/// `room`. What is left stays unread. A frame may be empty. A null message with any bytes is the last one taken: what
+/// comes after it may have to wait. So is the first one of which `is_last` says so; it is called with each message
+/// once, when that was taken.
+template <class IsLast>
+std::vector<QByteArray> take_frames(FrameWindow &window, MessageRoom &room, std::size_t limit, FrameChoice choice,
+                                    IsLast is_last) {
+  std::vector<QByteArray> messages = room.takeList();
+  while (messages.size() < limit && window.isToBeTaken(choice)) {
+    messages.push_back(window.take(room));
+    // Asked about each one: who asks may count them.
+    const bool is_told_last = is_last(messages.back());
+    if (is_told_last || asks_for_lines(view_of(messages.back())))
+      break;
+  }
+  return messages;
+}
 
-/// Tells of a message that was just taken whether it is to be the last one. Asked once about each message.
-using IsLast = std::function<bool(const QByteArray &message)>;
-
-/// Takes complete frames from `stream`, at most `limit`, and returns their messages, in order, without the lengths.
-/// What is left stays unread. A frame may be empty. A null message with any bytes is the last one taken: what comes
-/// after it may have to wait. So is the first one of which `is_last`, if there is one, says so.
+/// The same from a stream.
 std::vector<QByteArray> take_frames(QIODevice &stream, std::size_t limit = std::numeric_limits<std::size_t>::max(),
-                                    FrameChoice choice = FrameChoice::all, const IsLast &is_last = {});
+                                    FrameChoice choice = FrameChoice::all);
 
 } // namespace buttondriver

@@ -10,6 +10,7 @@
 namespace buttondriver::limits {
 
 inline constexpr qint64 read_ahead = 256;
+inline constexpr std::size_t frame_window = 32;
 inline constexpr quint32 largest_frame = 2048;
 inline constexpr qint64 large_frames = 3072;
 inline constexpr qint64 large_frame_step = 128;

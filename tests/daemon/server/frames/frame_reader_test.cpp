@@ -88,7 +88,11 @@ TEST(FrameReaderTest, ends_with_the_message_that_is_called_the_last_one_and_at_t
   stream.setData(QByteArray::fromHex("00000001aa 00000001bb 00000001cc 00000001dd"));
   stream.open(QIODevice::ReadOnly);
   const auto is_b = [](const QByteArray &message) { return message == "\xbb"; };
-  EXPECT_EQ(take_frames(stream, 100, FrameChoice::all, is_b).size(), 2U);
+  MessageRoom room;
+  {
+    FrameWindow window(stream);
+    EXPECT_EQ(take_frames(window, room, 100, FrameChoice::all, is_b).size(), 2U);
+  }
   EXPECT_EQ(take_frames(stream, 1).size(), 1U);
   EXPECT_EQ(take_frames(stream).size(), 1U);
 }
