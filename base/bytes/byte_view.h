@@ -26,6 +26,10 @@ public:
 
   /// 32 bits, most significant byte first.
   constexpr std::uint32_t bigEndian32(std::uint64_t offset) const {
+    if (offset < _size && _size - offset >= 4) {
+      const std::uint8_t *const bytes = _data + offset;
+      return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+    }
     return std::uint32_t{u8(offset)} << 24 | std::uint32_t{u8(offset + 1)} << 16 | std::uint32_t{u8(offset + 2)} << 8 |
            std::uint32_t{u8(offset + 3)};
   }

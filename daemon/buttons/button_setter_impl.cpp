@@ -14,7 +14,9 @@
 #include <QIODevice>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <iterator>
 #include <string>
 
 namespace buttondriver {
@@ -33,6 +35,15 @@ constexpr bool are_what_the_catalogue_says(const Handler (&handlers)[Count]) {
     ++next;
   }
   return next == Count;
+}
+
+/// The handlers by their opcodes, null where there is none: messages come often, and most are not the first of the
+/// table.
+template <class Handler, std::size_t Count> constexpr auto by_opcode(const Handler (&handlers)[Count]) {
+  std::array<decltype(Handler::handle), catalogue[std::size(catalogue) - 1].opcode + 1> table{};
+  for (const Handler &handler : handlers)
+    table[handler.opcode] = handler.handle;
+  return table;
 }
 
 /// A text that no screen can show goes out in pieces: the log writes them as they come, or keeps them for its reader,
@@ -222,11 +233,12 @@ void ButtonSetterImpl::processMessage(const Message &message) {
   };
   static_assert(are_what_the_catalogue_says(handlers), "a handler for each message that the server handles, in order");
 
+  static constexpr auto table = by_opcode(handlers);
+
   const std::uint32_t opcode = message.view.bigEndian32(0);
   debug_line() << "buttondriver: opcode = " << opcode << ", size = " << qint64{message.bytes.size()};
-  for (const Handler &handler : handlers)
-    if (handler.opcode == opcode)
-      return handler.handle(*this, message);
+  if (const auto handle = opcode < table.size() ? table[opcode] : nullptr)
+    return handle(*this, message);
   critical_line() << "ButtonSetterImpl::process_messages, unhandled switch case" << opcode;
 }
 

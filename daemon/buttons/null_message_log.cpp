@@ -67,7 +67,7 @@ void NullMessageLog::write(const QByteArray &message, qint32 client_id) {
   emit backlogFull();
 }
 
-void NullMessageLog::finish(qint32 client_id) {
+void NullMessageLog::finishWaiting(qint32 client_id) {
   if (!waits(client_id))
     return;
   while (waits(client_id))

@@ -37,7 +37,10 @@ public:
   /// `client_id` is who sent the message.
   void write(const QByteArray &message, qint32 client_id);
   /// Writes all messages of this client that wait, and those that came before them.
-  void finish(qint32 client_id);
+  void finish(qint32 client_id) {
+    if (!_waiting.empty())
+      finishWaiting(client_id);
+  }
   /// Nothing is written in further rounds until `resume`, because the log is full.
   void pause();
   void resume();
@@ -61,6 +64,7 @@ private:
     qint32 client_id;
   };
 
+  void finishWaiting(qint32 client_id);
   bool waits(qint32 client_id) const;
   bool printPiece(std::size_t most_bytes);
   void removeFirst();

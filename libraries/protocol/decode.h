@@ -2,19 +2,41 @@
 #pragma once
 
 #include "../bytes/byte_view.h"
-#include "converters.h"
+#include "records.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <utility>
 
 namespace buttondriver {
+
+/// One field of a head, in host order. Which one is known when it is compiled: a loop over the fields would cost more
+/// than the fields.
+template <class Record, std::size_t index> void decode_field(ByteView message, Record &record) {
+  constexpr Field field = type_of<Record>.fields[index];
+  std::uint8_t *const place = reinterpret_cast<std::uint8_t *>(&record) + field.offset;
+  if constexpr (field.kind != FieldKind::bytes && field.width == 4) {
+    const std::uint32_t number = message.bigEndian32(field.offset);
+    std::memcpy(place, &number, sizeof number);
+  } else {
+    message.from(field.offset).copyTo(place, field.width);
+  }
+}
+
+template <class Record, std::size_t... indices>
+Record decode_fields(ByteView message, std::index_sequence<indices...>) {
+  Record record{};
+  (decode_field<Record, indices>(message, record), ...);
+  return record;
+}
 
 /// The head of a received message, which stands without the length that frames it, in host order. A message shorter
 /// than its layout reads as if zero bytes followed; the message itself is not changed. Whether it is a `Record`, its
 /// opcode says, which is not looked at here. The variable part is left to `message.from(type_of<Record>.head_size)`;
 /// its count may claim more bytes than are there.
 template <class Record> Record decode(ByteView message) {
-  Record record{};
-  message.copyTo(&record, type_of<Record>.head_size);
-  swap_head(type_of<Record>, &record, &record);
-  return record;
+  return decode_fields<Record>(message, std::make_index_sequence<type_of<Record>.fieldCount()>());
 }
 
 } // namespace buttondriver

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <utility>
 #include <vector>
 
 class QIODevice;
@@ -28,13 +29,16 @@ template <class IsLast>
 std::vector<QByteArray> take_frames(FrameWindow &window, MessageRoom &room, std::size_t limit, FrameChoice choice,
                                     IsLast is_last) {
   std::vector<QByteArray> messages = room.takeList();
-  while (messages.size() < limit && window.isToBeTaken(choice)) {
-    messages.push_back(window.take(room));
+  std::size_t count = 0;
+  while (count < limit && window.isToBeTaken(choice)) {
+    QByteArray &message = room.place(messages, count++);
+    window.take(message);
     // Asked about each one: who asks may count them.
-    const bool is_told_last = is_last(messages.back());
-    if (is_told_last || asks_for_lines(view_of(messages.back())))
+    const bool is_told_last = is_last(std::as_const(message));
+    if (is_told_last || asks_for_lines(view_of(message)))
       break;
   }
+  room.cut(messages, count);
   return messages;
 }
 

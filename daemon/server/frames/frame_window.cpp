@@ -57,14 +57,13 @@ bool FrameWindow::isToBeTaken(FrameChoice choice) const {
   return _head.length == ping_size && beginning.bigEndian32(0) == BMS_Ping::code;
 }
 
-QByteArray FrameWindow::take(MessageRoom &room) {
+void FrameWindow::take(QByteArray &message) {
   // Never more than is there: the length may have wrapped.
   const qint64 size = std::min<qint64>(_head.length, _left - frame_prefix_size);
   _left -= frame_prefix_size + size;
   const std::size_t begin = _begin + frame_prefix_size;
-  QByteArray message;
   if (size <= static_cast<qint64>(_end - begin)) {
-    message = room.copyOf(_window + begin, static_cast<std::size_t>(size));
+    copy_to(message, _window + begin, static_cast<std::size_t>(size));
     _begin = begin + static_cast<std::size_t>(size);
   } else {
     // Copied once: large ones are pictures.
@@ -73,7 +72,6 @@ QByteArray FrameWindow::take(MessageRoom &room) {
     message = _stream.read(size);
   }
   look();
-  return message;
 }
 
 } // namespace buttondriver

@@ -13,8 +13,6 @@ class QIODevice;
 
 namespace buttondriver {
 
-class MessageRoom;
-
 /// The frames that a stream begins with. It looks at many bytes of the stream at once: what a stream costs for each
 /// call is more than a small frame. While it lives nobody else reads the stream, and nothing more arrives there.
 class FrameWindow {
@@ -31,8 +29,8 @@ public:
   qint64 left() const { return _left; }
   /// Whether that frame is complete and to be taken. A frame may be empty.
   bool isToBeTaken(FrameChoice choice) const;
-  /// Takes it, and returns its message without the length. It is complete.
-  QByteArray take(MessageRoom &room);
+  /// Takes it, and makes `message` its message without the length. It is complete.
+  void take(QByteArray &message);
 
 private:
   ByteView shown() const { return {_window + _begin, _end - _begin}; }

@@ -13,34 +13,41 @@ namespace {
 
 using Size = decltype(QByteArray().size());
 
+/// Small messages lie in memory of this size, so that any other one fits.
 constexpr std::size_t small = ButtonSetter::most_reused;
 
-QByteArray new_room() {
-  QByteArray room;
-  room.reserve(static_cast<Size>(small));
-  return room;
-}
+bool is_small(const QByteArray &message) { return message.capacity() == static_cast<Size>(small); }
 
 } // namespace
 
-QByteArray MessageRoom::copyOf(const char *bytes, std::size_t size) {
-  if (size > small)
-    return {bytes, static_cast<Size>(size)};
-  QByteArray message = _spare.empty() ? new_room() : std::move(_spare.back());
-  if (!_spare.empty())
-    _spare.pop_back();
-  // Moves to other memory when somebody shares it.
-  message.resize(static_cast<Size>(size));
+void copy_to(QByteArray &message, const char *bytes, std::size_t size) {
+  if (size > small) {
+    message = QByteArray(bytes, static_cast<Size>(size));
+    return;
+  }
+  if (!is_small(message)) {
+    message = QByteArray();
+    message.reserve(static_cast<Size>(small));
+  }
+  if (message.size() != static_cast<Size>(size))
+    message.resize(static_cast<Size>(size));
+  // In other memory, if somebody shares it.
   std::memcpy(message.data(), bytes, size);
-  return message;
 }
 
-void MessageRoom::giveBack(std::vector<QByteArray> messages) {
-  for (QByteArray &message : messages)
-    if (message.capacity() == static_cast<Size>(small) && _spare.size() < limits::messages_per_turn)
-      _spare.push_back(std::move(message));
-  messages.clear();
-  _list = std::move(messages);
+void MessageRoom::addPlace(std::vector<QByteArray> &messages) {
+  if (_spare.empty()) {
+    messages.emplace_back();
+  } else {
+    messages.push_back(std::move(_spare.back()));
+    _spare.pop_back();
+  }
+}
+
+void MessageRoom::cut(std::vector<QByteArray> &messages, std::size_t count) {
+  for (; messages.size() > count; messages.pop_back())
+    if (is_small(messages.back()) && _spare.size() < limits::messages_per_turn)
+      _spare.push_back(std::move(messages.back()));
 }
 
 } // namespace buttondriver

@@ -2,7 +2,6 @@
 #include "server/frames/frame_window.h"
 
 #include "protocol/framing.h"
-#include "server/frames/message_room.h"
 
 #include <QBuffer>
 
@@ -30,6 +29,12 @@ struct Stream : QBuffer {
   }
 };
 
+QByteArray taken_from(FrameWindow &frames) {
+  QByteArray message;
+  frames.take(message);
+  return message;
+}
+
 TEST(FrameWindowTest, takes_frames_that_lie_across_the_end_of_what_it_looks_at) {
   // The size of a first message, so that the second frame begins near the end of the window.
   for (std::size_t left_for_second = 0; left_for_second <= 12; ++left_for_second) {
@@ -38,12 +43,11 @@ TEST(FrameWindowTest, takes_frames_that_lie_across_the_end_of_what_it_looks_at) 
       const std::size_t first = window - frame_prefix_size - left_for_second;
       Stream stream(frame(first, 'a') + frame(second, 'b') + frame(2, 'c') + "rest");
       {
-        MessageRoom room;
         FrameWindow frames(stream);
-        EXPECT_EQ(frames.take(room), QByteArray(static_cast<int>(first), 'a'));
+        EXPECT_EQ(taken_from(frames), QByteArray(static_cast<int>(first), 'a'));
         EXPECT_TRUE(frames.isToBeTaken(FrameChoice::all));
-        EXPECT_EQ(frames.take(room), QByteArray(static_cast<int>(second), 'b'));
-        EXPECT_EQ(frames.take(room), "cc");
+        EXPECT_EQ(taken_from(frames), QByteArray(static_cast<int>(second), 'b'));
+        EXPECT_EQ(taken_from(frames), "cc");
         EXPECT_EQ(frames.left(), 4);
       }
       EXPECT_EQ(stream.readAll(), "rest");
@@ -56,10 +60,9 @@ TEST(FrameWindowTest, sees_of_which_kind_a_frame_is_at_the_end_of_what_it_looks_
   for (std::size_t left_for_ping = 0; left_for_ping <= 8; ++left_for_ping) {
     SCOPED_TRACE(left_for_ping);
     Stream stream(frame(window - frame_prefix_size - left_for_ping, 'a') + ping);
-    MessageRoom room;
     FrameWindow frames(stream);
     EXPECT_FALSE(frames.isToBeTaken(FrameChoice::leading_pings));
-    frames.take(room);
+    taken_from(frames);
     EXPECT_TRUE(frames.isToBeTaken(FrameChoice::leading_pings));
     EXPECT_TRUE(frames.isToBeTaken(FrameChoice::no_null_messages));
   }
@@ -68,9 +71,8 @@ TEST(FrameWindowTest, sees_of_which_kind_a_frame_is_at_the_end_of_what_it_looks_
 TEST(FrameWindowTest, tells_what_is_left_and_leaves_it_in_the_stream) {
   Stream stream(frame(1, 'a') + frame(9, 'b').substr(0, 12));
   {
-    MessageRoom room;
     FrameWindow frames(stream);
-    frames.take(room);
+    taken_from(frames);
     EXPECT_EQ(frames.left(), 12);
     EXPECT_TRUE(frames.head().is_known);
     EXPECT_EQ(frames.head().length, 9U);

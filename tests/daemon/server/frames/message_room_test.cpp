@@ -11,44 +11,67 @@
 namespace buttondriver {
 namespace {
 
-/// A turn with one message.
-std::vector<QByteArray> turn_with(MessageRoom &room, const std::string &bytes) {
+/// A turn with these messages.
+std::vector<QByteArray> turn_with(MessageRoom &room, const std::vector<std::string> &texts) {
   std::vector<QByteArray> messages = room.takeList();
-  messages.push_back(room.copyOf(bytes.data(), bytes.size()));
+  for (std::size_t i = 0; i < texts.size(); ++i)
+    copy_to(room.place(messages, i), texts[i].data(), texts[i].size());
+  room.cut(messages, texts.size());
   return messages;
 }
 
-TEST(MessageRoomTest, uses_memory_of_a_small_message_again) {
+std::vector<QByteArray> as_messages(const std::vector<std::string> &texts) {
+  std::vector<QByteArray> messages;
+  for (const std::string &text : texts)
+    messages.push_back(QByteArray::fromStdString(text));
+  return messages;
+}
+
+const std::string longest_small(ButtonSetter::most_reused, 's');
+const std::string large(ButtonSetter::most_reused + 1, 'l');
+
+TEST(MessageRoomTest, gives_turns_of_all_sizes_their_messages) {
   MessageRoom room;
-  std::vector<QByteArray> messages = turn_with(room, "the first one");
-  const char *const memory = messages[0].constData();
-  room.giveBack(std::move(messages));
-  for (const std::string &next : {std::string(ButtonSetter::most_reused, 'x'), std::string(), std::string("short")}) {
-    messages = turn_with(room, next);
-    ASSERT_EQ(messages.size(), 1U);
-    EXPECT_EQ(messages[0].constData(), memory);
-    EXPECT_EQ(messages[0], QByteArray::fromStdString(next));
+  for (const std::vector<std::string> &texts : std::vector<std::vector<std::string>>{{"one"},
+                                                                                     {},
+                                                                                     {"a", "b", "c"},
+                                                                                     {"", "x"},
+                                                                                     {large, longest_small},
+                                                                                     {"small", large, ""},
+                                                                                     {"abc", "def", "gh", "i"}}) {
+    std::vector<QByteArray> messages = turn_with(room, texts);
+    EXPECT_EQ(messages, as_messages(texts));
     room.giveBack(std::move(messages));
+  }
+}
+
+TEST(MessageRoomTest, uses_memory_of_small_messages_again) {
+  MessageRoom room;
+  std::vector<QByteArray> messages = turn_with(room, {"the first one", "the second one"});
+  const char *const first = messages[0].constData();
+  const char *const second = messages[1].constData();
+  for (const std::string &next : {longest_small, std::string(), std::string("short")}) {
+    room.giveBack(std::move(messages));
+    room.giveBack(turn_with(room, {next}));
+    messages = turn_with(room, {next, next});
+    EXPECT_EQ(messages[0].constData(), first);
+    EXPECT_EQ(messages[1].constData(), second);
   }
 }
 
 TEST(MessageRoomTest, leaves_a_message_to_those_that_share_it) {
   MessageRoom room;
-  std::vector<QByteArray> messages = turn_with(room, "shared");
+  std::vector<QByteArray> messages = turn_with(room, {"shared"});
   const QByteArray kept = messages[0];
   room.giveBack(std::move(messages));
-  messages = turn_with(room, "others");
-  EXPECT_EQ(messages[0], "others");
+  EXPECT_EQ(turn_with(room, {"others"}), as_messages({"others"}));
   EXPECT_EQ(kept, "shared");
 }
 
-TEST(MessageRoomTest, keeps_no_memory_of_a_large_message) {
+TEST(MessageRoomTest, uses_no_memory_of_a_large_message_again) {
   MessageRoom room;
-  const std::string large(ButtonSetter::most_reused + 1, 'l');
-  room.giveBack(turn_with(room, large));
-  EXPECT_EQ(turn_with(room, large)[0], QByteArray::fromStdString(large));
-  const std::vector<QByteArray> messages = turn_with(room, "small");
-  EXPECT_LT(messages[0].capacity(), static_cast<int>(large.size()));
+  room.giveBack(turn_with(room, {large}));
+  EXPECT_LT(turn_with(room, {"small"})[0].capacity(), static_cast<int>(large.size()));
 }
 
 } // namespace
