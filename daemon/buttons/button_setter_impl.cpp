@@ -122,7 +122,8 @@ struct ButtonSetterImpl::Handlers {
   static void readLevelsAgain(ButtonSetterImpl &setter, const Message &) { setter.reconfig(); }
 
   static void answerPing(ButtonSetterImpl &, const Message &message) {
-    message.reply->write(framed(encoded(BMS_PingReply{BMS_PingReply::code})));
+    static const QByteArray answer = framed(encoded(BMS_PingReply{BMS_PingReply::code}));
+    message.reply->write(answer);
   }
 
   static void writeTextLine(ButtonSetterImpl &setter, const Message &message) {

@@ -52,6 +52,7 @@ bool Answers::takeAsOne(const char *answer, qint64 size) {
 void Answers::send() {
   while (isOwing()) {
     if (_begun.isEmpty()) {
+      _sent = 0;
       const qint64 count = std::clamp<qint64>(bytes_at_once / _answer.size(), 1, _owed);
       _begun = count == 1 ? _answer : _answer.repeated(static_cast<int>(count));
       _owed -= count;
@@ -73,10 +74,12 @@ void Answers::send() {
 bool Answers::sendBegun() {
   const int socket = _own ? _own.get() : _descriptor;
   while (!_begun.isEmpty()) {
-    const ssize_t sent =
-        ::send(socket, _begun.constData(), static_cast<std::size_t>(_begun.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
+    const auto left = static_cast<std::size_t>(_begun.size()) - _sent;
+    const ssize_t sent = ::send(socket, _begun.constData() + _sent, left, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (sent > 0) {
-      _begun.remove(0, static_cast<int>(sent));
+      _sent += static_cast<std::size_t>(sent);
+      if (static_cast<std::size_t>(sent) == left)
+        _begun.clear();
     } else if (sent < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
       waitForRoom();
       return false;

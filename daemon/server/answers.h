@@ -7,6 +7,7 @@
 #include <QIODevice>
 #include <QSocketNotifier>
 
+#include <cstddef>
 #include <memory>
 
 namespace buttondriver {
@@ -53,8 +54,9 @@ private:
   OwnedDescriptor _own; // the same socket, open while something is owed
   std::unique_ptr<QSocketNotifier> _writable;
   QByteArray _answer; // one answer
-  QByteArray _begun;  // what is being sent
-  qint64 _owed = 0;   // answers after that
+  QByteArray _begun;  // what is being sent; it may be the same memory
+  std::size_t _sent = 0;
+  qint64 _owed = 0; // answers after that
   bool _has_dropped = false;
 };
 
