@@ -40,7 +40,7 @@ void LogLine::writeThroughQt() const {
                     QString::fromUtf8(line.data(), static_cast<int>(line.size())));
 }
 
-LogLine &LogLine::operator<<(qint64 number) {
+LogLine &LogLine::appendNumber(qint64 number) {
   constexpr std::size_t longest = 21; // with its sign and the blank
   char digits[longest];
   const bool fits = longest < most_usual - _size;

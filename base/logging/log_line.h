@@ -47,7 +47,17 @@ public:
   }
   LogLine &operator<<(int number) { return *this << qint64{number}; }
   LogLine &operator<<(unsigned number) { return *this << qint64{number}; }
-  LogLine &operator<<(qint64 number);
+  LogLine &operator<<(qint64 number) {
+    // Most of them: opcodes, sizes, ids.
+    constexpr std::size_t longest = 3; // with the blank
+    if (number < 0 || number > 99 || longest >= most_usual - _size)
+      return appendNumber(number);
+    if (number > 9)
+      _usual[_size++] = static_cast<char>('0' + number / 10);
+    _usual[_size++] = static_cast<char>('0' + number % 10);
+    _usual[_size++] = ' ';
+    return *this;
+  }
   LogLine &operator<<(const QString &text);
   LogLine &operator<<(const QStringList &list);
   LogLine &operator<<(LineFeed);
@@ -55,6 +65,7 @@ public:
 private:
   static constexpr std::size_t most_usual = 240; // one of them stays free for the line feed at the end
 
+  LogLine &appendNumber(qint64 number);
   void append(std::string_view text);
   void append(const QString &text);
   void appendLong(std::string_view text);

@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <unistd.h>
 #include <utility>
@@ -24,6 +25,20 @@ TEST(LogLineTest, ends_every_item_with_one_blank) {
   critical_line() << "unhandled switch case" << 4294967295U;
   EXPECT_THAT(log.take(), ElementsAre("debug: buttondriver: opcode =  17 , size =  16 ",
                                       "critical: unhandled switch case 4294967295 "));
+}
+
+TEST(LogLineTest, writes_numbers_of_any_length_anywhere) {
+  const std::pair<qint64, const char *> rows[] = {
+      {0, "0"},     {9, "9"},   {10, "10"},   {99, "99"},
+      {100, "100"}, {-1, "-1"}, {-10, "-10"}, {std::numeric_limits<qint64>::min(), "-9223372036854775808"}};
+  for (const auto &[number, digits] : rows) {
+    for (std::size_t before = 225; before < 245; ++before) {
+      test::CapturedLog log;
+      const std::string text(before, 'x');
+      debug_line() << text.c_str() << number << number;
+      EXPECT_THAT(log.take(), ElementsAre("debug: " + text + ' ' + digits + ' ' + digits + ' '));
+    }
+  }
 }
 
 TEST(LogLineTest, quotes_strings_and_lists) {
