@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "files/owned_descriptor.h"
+
+#include <cstdint>
+#include <unordered_map>
+
+class QSocketNotifier;
+
+namespace buttondriver {
+
+/// The descriptors that somebody waits for, all behind one descriptor of the system: waiting costs the same with a
+/// thousand of them as with one. For one thread.
+class WatchedDescriptors {
+public:
+  WatchedDescriptors();
+
+  /// A notifier for each descriptor and kind. The system can watch sockets, pipes, terminals and the like; a notifier
+  /// for a regular file, which is always ready, never fires.
+  void add(QSocketNotifier *notifier);
+  void remove(QSocketNotifier *notifier);
+  /// Has waiting end whenever `descriptor` becomes ready for reading anew. It stays the caller's.
+  void addAlarm(int descriptor);
+
+  /// Waits until something is ready, if `may_wait`, and sends each notifier its event, as long as it is there. Returns
+  /// how many were sent.
+  int waitAndNotify(bool may_wait);
+
+private:
+  struct Watched {
+    QSocketNotifier *notifiers[3] = {}; // by QSocketNotifier::Type
+    std::uint32_t number = 0;           // no other watched descriptor had it, so that late events can be told
+  };
+
+  void update(int descriptor, Watched &watched, int operation);
+  int notify(int descriptor, std::uint32_t number, std::uint32_t events);
+
+  OwnedDescriptor _epoll;
+  std::unordered_map<int, Watched> _watched;
+  std::uint32_t _last_number = 0;
+};
+
+} // namespace buttondriver
