@@ -3,6 +3,7 @@
 
 #include "files/owned_descriptor.h"
 
+#include <QEvent>
 #include <QEventLoop>
 #include <QSemaphore>
 #include <QSocketNotifier>
@@ -121,6 +122,11 @@ TEST(EpollDispatcherTest, tells_kinds_of_readiness_apart) {
     process_events();
     EXPECT_EQ(std::exchange(fired, {}), "r");
     sockets.receive();
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.start(1);
+    wait_for_events();
+    EXPECT_FALSE(timer.isActive()) << "nobody waits for room any more";
     sockets.far_end.reset();
     process_events();
     EXPECT_EQ(fired, "r") << "the end is there to be read";

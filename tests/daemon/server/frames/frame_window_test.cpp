@@ -82,5 +82,13 @@ TEST(FrameWindowTest, tells_what_is_left_and_leaves_it_in_the_stream) {
   EXPECT_EQ(stream.bytesAvailable(), 12);
 }
 
+TEST(FrameWindowTest, leaves_nothing_when_a_length_wraps) {
+  Stream stream("\xff\xff\xff\xfe"
+                "abc");
+  FrameWindow frames(stream);
+  EXPECT_EQ(taken_from(frames), "abc");
+  EXPECT_EQ(frames.left(), 0);
+}
+
 } // namespace
 } // namespace buttondriver
