@@ -2,16 +2,18 @@
 #include "event_loop/epoll_dispatcher.h"
 
 #include "files/owned_descriptor.h"
+#include "threads/post.h"
+#include "threads/task_semaphore.h"
 
 #include <QEvent>
 #include <QEventLoop>
-#include <QSemaphore>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fcntl.h>
 #include <functional>
 #include <memory>
@@ -166,8 +168,8 @@ TEST(EpollDispatcherTest, forgets_what_became_ready_before_a_descriptor_was_clos
 
 TEST(EpollDispatcherTest, ends_waiting_for_what_another_thread_posts) {
   QObject *receiver = nullptr;
-  QSemaphore is_there;
-  int calls = 0;
+  TaskSemaphore is_there;
+  std::atomic<int> calls{0};
   Thread thread([&] {
     QObject object;
     QEventLoop loop;
@@ -182,15 +184,14 @@ TEST(EpollDispatcherTest, ends_waiting_for_what_another_thread_posts) {
   });
   for (int i = 1; i <= 100; ++i) {
     is_there.acquire();
-    QMetaObject::invokeMethod(
-        receiver, [&, i] { receiver->setObjectName(QString::number(i)); }, Qt::QueuedConnection);
+    post(receiver, [receiver, i] { receiver->setObjectName(QString::number(i)); });
   }
   EXPECT_TRUE(thread.wait());
   EXPECT_EQ(calls, 100);
 }
 
 TEST(EpollDispatcherTest, ends_waiting_when_it_is_interrupted) {
-  QSemaphore waits;
+  TaskSemaphore waits;
   Thread thread([&] {
     QObject context;
     QObject::connect(QThread::currentThread()->eventDispatcher(), &QAbstractEventDispatcher::aboutToBlock, &context,
