@@ -51,12 +51,8 @@ int VirtualPanel::transfer(int, unsigned long request, panel::TransferRecord &re
   std::uint16_t word = 0;
   std::memcpy(&word, &record.value, sizeof word);
   const auto content = read_record(request, record, record.count == 1 ? &word : words);
-  if (const auto *refused = std::get_if<RefusedTransfer>(&content)) {
-    if (_counters.refused++ == 0)
-      say_refused(refused->reason, request, record);
-    errno = EINVAL;
-    return -1;
-  }
+  if (const auto *refused = std::get_if<RefusedTransfer>(&content))
+    return refuseLocked(refused->reason, request, record);
   const auto &transfer = std::get<Transfer>(content);
   carryOut(transfer);
   countChanges();
@@ -65,6 +61,19 @@ int VirtualPanel::transfer(int, unsigned long request, panel::TransferRecord &re
   if (_recorder)
     _recorder->record(transfer);
   return 0;
+}
+
+int VirtualPanel::refuse(const char *reason, unsigned long request, const panel::TransferRecord &record) {
+  const std::lock_guard lock(_mutex);
+  ++_counters.transfers;
+  return refuseLocked(reason, request, record);
+}
+
+int VirtualPanel::refuseLocked(const char *reason, unsigned long request, const panel::TransferRecord &record) {
+  if (_counters.refused++ == 0)
+    say_refused(reason, request, record);
+  errno = EINVAL;
+  return -1;
 }
 
 void VirtualPanel::setRecorder(TransferRecorder *recorder) {

@@ -33,6 +33,9 @@ public:
   /// standard output with its bytes.
   int transfer(int descriptor, unsigned long request, panel::TransferRecord &record, std::uint16_t *words) override;
 
+  /// Has the same effect as a transfer that no device would accept, for this reason.
+  int refuse(const char *reason, unsigned long request, const panel::TransferRecord &record);
+
   /// Sees every accepted transfer, a read with what it returned, from now on; null ends that. It outlives its use here.
   void setRecorder(TransferRecorder *recorder);
 
@@ -46,6 +49,7 @@ public:
   Counters counters() const;
 
 private:
+  int refuseLocked(const char *reason, unsigned long request, const panel::TransferRecord &record);
   void carryOut(const Transfer &transfer);
   template <class Value> void setLamp(Value &lamp, Value value);
   void countChanges();
