@@ -57,7 +57,8 @@ int main(int argc, char **argv) {
     buttondriver::print_error("buttondriver-sim: %s\n", started.failure().text.toLocal8Bit().constData());
     return 1;
   }
-  simulation.daemon().follow(log);
+  if (buttondriver::Daemon *daemon = simulation.daemon())
+    daemon->follow(log);
   WebPage page(simulation);
   if (!buttondriver::simulator::open_page(page, options))
     return 1;

@@ -24,6 +24,11 @@ const QCommandLineOption record_option(
     QStringLiteral("record"),
     QStringLiteral("Write a line for each register transfer: microseconds, w or r, address, count, words."),
     QStringLiteral("FILE"));
+const QCommandLineOption device_option(
+    QStringLiteral("device"),
+    QStringLiteral("Run no daemon. Another program drives the panel through a socket, which is made at SOCKET: one "
+                   "that has libbuttondriver-device.so preloaded and BUTTONDRIVER_DEVICE=SOCKET in its environment."),
+    QStringLiteral("SOCKET"));
 const QCommandLineOption help_option({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."));
 const QCommandLineOption version_option({QStringLiteral("v"), QStringLiteral("version")},
                                         QStringLiteral("Print the version."));
@@ -53,6 +58,17 @@ Outcome<PageWish> read_http(const QCommandLineParser &parser) {
   return PageWish{endpoint, true};
 }
 
+/// What is wrong with --device and what goes with it, if anything is.
+std::optional<QString> fault_of_device(const QCommandLineParser &parser) {
+  if (!parser.isSet(device_option))
+    return std::nullopt;
+  if (parser.value(device_option).isEmpty())
+    return QStringLiteral("--device takes the path of a socket");
+  if (parser.isSet(root_option) || !parser.positionalArguments().isEmpty())
+    return QStringLiteral("--root, MAP, ADDRESS and PORT are for a daemon, and with --device there is none");
+  return std::nullopt;
+}
+
 /// As the daemon itself would get them. It insists on a map file, and does not read it.
 QStringList daemon_arguments(const QString &program, const QStringList &positional) {
   QStringList arguments{program, positional.value(0, QStringLiteral("no-map-file"))};
@@ -64,8 +80,9 @@ QStringList daemon_arguments(const QString &program, const QStringList &position
 
 std::variant<Options, Answer> read_options(const QStringList &arguments) {
   QCommandLineParser parser;
-  parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel."));
-  parser.addOptions({root_option, snapshot_option, record_option, http_option, help_option, version_option});
+  parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel, or the panel alone."));
+  parser.addOptions(
+      {root_option, snapshot_option, record_option, http_option, device_option, help_option, version_option});
   parser.addPositionalArgument(QStringLiteral("MAP"), QStringLiteral("Map file; not read."), QStringLiteral("[MAP"));
   parser.addPositionalArgument(QStringLiteral("ADDRESS"),
                                QStringLiteral("Empty: listen on IPv4 and IPv6; any other text: on IPv4."),
@@ -82,6 +99,8 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
   const QStringList positional = parser.positionalArguments();
   if (positional.size() > most_positional_arguments)
     return Answer{QStringLiteral("too many arguments: at most MAP, ADDRESS and PORT"), 2};
+  if (const auto wrong = fault_of_device(parser))
+    return Answer{*wrong, 2};
 
   const auto http = read_http(parser);
   if (!http)
@@ -89,6 +108,7 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
   Options options;
   options.http = http->endpoint;
   options.http_is_asked_for = http->is_asked_for;
+  options.simulation.device_socket = parser.value(device_option);
   options.simulation.root = parser.value(root_option);
   options.simulation.snapshot_file = parser.value(snapshot_option);
   options.simulation.record_file = parser.value(record_option);

@@ -12,7 +12,7 @@
 
 namespace buttondriver::simulator {
 
-/// What `buttondriver-sim [options] [MAP [ADDRESS [PORT]]]` was asked for.
+/// What `buttondriver-sim [options] [MAP [ADDRESS [PORT]]]` was asked for; with --device there is no MAP.
 struct Options {
   SimulationSettings simulation;
   std::optional<HttpEndpoint> http; ///< where the web page goes; nothing: no page

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/daemon.h"
 #include "outcome/outcome.h"
 #include "simulator/device/transfer_recorder.h"
 #include "simulator/device/virtual_panel.h"
+#include "simulator/simulation/panel_driver.h"
 #include "simulator/simulation/simulation_counters.h"
 #include "simulator/simulation/simulation_settings.h"
 #include "simulator/traffic/log_tap.h"
-#include "simulator/traffic/message_observer.h"
 
 #include <QObject>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace buttondriver::simulator {
 
-/// The daemon's own object graph on a virtual panel, with pictures and a recording of what the panel was told.
+/// A virtual panel and what drives it, with pictures and a recording of what the panel was told.
 /// Lives on the main thread, beside a QCoreApplication. One object a process.
 class Simulation : public QObject {
   Q_OBJECT
@@ -26,26 +26,28 @@ public:
   explicit Simulation(const SimulationSettings &settings);
   ~Simulation() override;
 
-  /// Opens the recording and starts the daemon. Fails when there is no such root, or when the recording cannot be
-  /// written.
+  /// Opens the recording and starts what drives the panel. Fails when the recording cannot be written, and when the
+  /// driver cannot be started: there is no such root, or the device's socket cannot be had.
   Outcome<Done> start();
 
   VirtualPanel &panel() { return _panel; }
   const VirtualPanel &panel() const { return _panel; }
-  Daemon &daemon() { return *_daemon; }
-
-  /// The messages that clients have sent; none where the settings do not ask for the traffic to be kept.
-  const MessageObserver &messages() const { return _messages; }
+  /// The daemon in this program, once it has started; null when another program drives the panel.
+  Daemon *daemon() { return _driver->daemon(); }
+  /// The messages that clients of that daemon have sent; none where the settings do not ask for the traffic to be kept.
+  /// Null when another program drives the panel.
+  const MessageObserver *messages() const { return _driver->messages(); }
   /// What the program has logged; null where the settings do not ask for the traffic to be kept.
   const LogTap *log() const { return _log ? &*_log : nullptr; }
   SimulationCounters counters() const;
 
-  /// Calls `then` on the main thread with what the panel shows once all work queued before has been carried out.
+  /// Calls `then` on the main thread with what the panel shows once all work queued before has been carried out. Of
+  /// another program only those transfers are known that have been carried out.
   void whenWorkIsDone(std::function<void(const PanelState &)> then);
 
   /// Makes the panel as it is after the start, lamps dark, screens black, the intensity at its highest, nothing
   /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. Calls `then` on the main
-  /// thread when the panel shows it.
+  /// thread when the panel shows it. Only with a daemon in this program: another one would not know.
   void reset(std::function<void()> then);
 
 public slots:
@@ -62,9 +64,8 @@ private:
   VirtualPanel _panel;
   VirtualPanel::Counters _counters_at_reset;
   std::optional<LogTap> _log;
-  MessageObserver _messages;
   std::optional<TransferRecorder> _recorder;
-  std::optional<Daemon> _daemon;
+  std::unique_ptr<PanelDriver> _driver;
 };
 
 } // namespace buttondriver::simulator

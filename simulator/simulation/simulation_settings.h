@@ -8,6 +8,7 @@ namespace buttondriver::simulator {
 
 /// What a simulation is made with.
 struct SimulationSettings {
+  QString device_socket;        ///< where another program drives the panel; empty: a daemon in this program does
   QString root;                 ///< folder that the fixed paths lie under; empty for the ready-made one
   QString snapshot_file;        ///< empty: no picture
   QString record_file;          ///< empty: no recording

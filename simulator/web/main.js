@@ -21,9 +21,15 @@ function showCounters(counters) {
   for (const [name, value] of Object.entries(counters)) {
     const place = document.querySelector(`[data-counter="${name}"]`);
     if (!place) continue;
-    place.textContent = value.toLocaleString('en');
-    if (name === 'refused_transfers') place.parentElement.hidden = value === 0;
+    // What is not known is left out.
+    place.parentElement.hidden = value === null || (name === 'refused_transfers' && value === 0);
+    if (value !== null) place.textContent = value.toLocaleString('en');
   }
+}
+
+// Without a daemon in the simulator, nothing can be sent, and nobody knows of messages.
+function showDriver(hasDaemon) {
+  for (const place of document.querySelectorAll('[data-driver]')) place.hidden = (place.dataset.driver === 'daemon') !== hasDaemon;
 }
 
 async function start() {
@@ -34,13 +40,17 @@ async function start() {
   const messages = new RunningList('messages', messageRow);
   const log = new RunningList('log', logRow);
   const link = new Link();
-  const panel = new Panel((name, values) => link.send(catalogue.encode(name, values)));
+  const panel = new Panel((name, values) => hasDaemon && link.send(catalogue.encode(name, values)));
   const composer = new Composer(link);
   let isFirstUpdate = true;
+  let hasDaemon = true;
 
   link.onopen = (welcome) => {
-    showLink('live', `Live, daemon on port ${welcome.daemon_port}`);
-    composer.daemonPort = welcome.daemon_port;
+    hasDaemon = welcome.daemon_port !== null;
+    showLink('live', hasDaemon ? `Live, daemon on port ${welcome.daemon_port}` : 'Live, driven from outside');
+    showDriver(hasDaemon);
+    panel.setPassive(!hasDaemon);
+    if (hasDaemon) composer.daemonPort = welcome.daemon_port;
     isFirstUpdate = true;
     panel.clear();
     messages.clear();

@@ -96,7 +96,7 @@ protected:
         QStringList{QStringLiteral("sim"), QStringLiteral("map"), QString(), QStringLiteral("0")};
     simulation.emplace(settings);
     ASSERT_TRUE(simulation->start());
-    client.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation->daemon().server().port());
+    client.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation->daemon()->server().port());
     ASSERT_TRUE(process_events_until([&] { return client.state() == QAbstractSocket::ConnectedState; }));
   }
 

@@ -12,6 +12,10 @@ template <class Values> QJsonArray array_of(const Values &values) {
   return array;
 }
 
+template <class Number> QJsonValue known_number(const std::optional<Number> &number) {
+  return number ? QJsonValue(static_cast<qint64>(*number)) : QJsonValue();
+}
+
 } // namespace
 
 QJsonObject to_json(const PanelLamps &lamps) {
@@ -33,11 +37,12 @@ QJsonArray to_json(const std::array<TextMemory::Lines, dimensions::screen_count>
 }
 
 QJsonObject to_json(const SimulationCounters &counters) {
-  return {{QStringLiteral("messages"), static_cast<qint64>(counters.messages)},
+  return {{QStringLiteral("messages"), known_number(counters.messages)},
           {QStringLiteral("transfers"), static_cast<qint64>(counters.transfers)},
           {QStringLiteral("refused_transfers"), static_cast<qint64>(counters.refused_transfers)},
-          {QStringLiteral("queue_length"), static_cast<qint64>(counters.queue_length)},
-          {QStringLiteral("clients"), static_cast<qint64>(counters.clients)}};
+          {QStringLiteral("queue_length"), known_number(counters.queue_length)},
+          {QStringLiteral("clients"), known_number(counters.clients)},
+          {QStringLiteral("drivers"), known_number(counters.drivers)}};
 }
 
 QJsonArray blinking_to_json(const std::map<qint32, qint32> &times) {

@@ -19,6 +19,7 @@ inline constexpr int state_version = 1;
 QJsonObject to_json(const PanelLamps &lamps);
 /// An array of lines for each screen.
 QJsonArray to_json(const std::array<TextMemory::Lines, dimensions::screen_count> &screens);
+/// What is not known is null.
 QJsonObject to_json(const SimulationCounters &counters);
 /// [{"button", "time"}]: the buttons that blink, with the time of their phases in milliseconds.
 QJsonArray blinking_to_json(const std::map<qint32, qint32> &times);

@@ -17,7 +17,7 @@ constexpr std::uint32_t longest_answer = most_buffered - frame_prefix_size;
 
 } // namespace
 
-DaemonLink::DaemonLink(quint16 port) : _port(port), _answers(longest_answer) {
+DaemonLink::DaemonLink(std::optional<quint16> port) : _port(port), _answers(longest_answer) {
   _socket.setReadBufferSize(most_buffered);
   connect(&_socket, &QTcpSocket::readyRead, this, &DaemonLink::read);
   connect(&_socket, &QTcpSocket::connected, this, [this] {
@@ -29,7 +29,11 @@ DaemonLink::DaemonLink(quint16 port) : _port(port), _answers(longest_answer) {
 }
 
 void DaemonLink::send(const QByteArray &message) {
-  if (_port == 0) {
+  if (!_port) {
+    emit failed(QStringLiteral("the panel is driven from outside"));
+    return;
+  }
+  if (*_port == 0) {
     emit failed(QStringLiteral("the daemon has no server"));
     return;
   }
@@ -38,7 +42,7 @@ void DaemonLink::send(const QByteArray &message) {
     return;
   }
   if (_socket.state() == QAbstractSocket::UnconnectedState)
-    _socket.connectToHost(QHostAddress(QHostAddress::LocalHost), _port);
+    _socket.connectToHost(QHostAddress(QHostAddress::LocalHost), *_port);
   _socket.write(framed(message));
 }
 

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QTcpSocket>
 
+#include <optional>
+
 namespace buttondriver::simulator {
 
 /// A page's own connection to the daemon, so that what it sends goes the way of every client's messages. It is made
@@ -17,7 +19,8 @@ public:
   /// Messages are refused while so many bytes have not been taken by the daemon.
   static constexpr qint64 most_unsent_bytes = 1024 * 1024;
 
-  explicit DaemonLink(quint16 port);
+  /// `port` is 0 when the daemon has no server; nothing when there is no daemon in this program.
+  explicit DaemonLink(std::optional<quint16> port);
 
   /// Sends one message in network order, without its length; failed() says when that cannot be done.
   void send(const QByteArray &message);
@@ -30,7 +33,7 @@ signals:
 private:
   void read();
 
-  quint16 _port;
+  std::optional<quint16> _port;
   FrameCutter _answers;
   QTcpSocket _socket;
 };

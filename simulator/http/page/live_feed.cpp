@@ -19,7 +19,9 @@ void LiveFeed::add(std::unique_ptr<QWebSocket> socket) {
     socket->close(QWebSocketProtocol::CloseCodePolicyViolated, QStringLiteral("too many pages"));
     return;
   }
-  auto page = std::make_unique<PageSession>(std::move(socket), _simulation.daemon().server().port());
+  Daemon *const daemon = _simulation.daemon();
+  auto page = std::make_unique<PageSession>(std::move(socket),
+                                            daemon ? std::optional<quint16>(daemon->server().port()) : std::nullopt);
   connect(page.get(), &PageSession::ended, this, [this, ended = page.get()] { forget(ended); });
   _pages.push_back(std::move(page));
   if (!_timer.isActive())

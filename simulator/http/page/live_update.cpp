@@ -17,7 +17,7 @@ constexpr std::uint64_t most_entries = 200;
 constexpr char rows_of_a_screen = 1;
 
 auto tied(const SimulationCounters &c) {
-  return std::tie(c.messages, c.transfers, c.refused_transfers, c.queue_length, c.clients);
+  return std::tie(c.messages, c.transfers, c.refused_transfers, c.queue_length, c.clients, c.drivers);
 }
 
 auto tied(const FeedPosition &p) {
@@ -47,6 +47,12 @@ void add_panel(QJsonObject &object, LiveUpdate &update, const VirtualPanel &pane
       update.pixels.push_back(encoded(screen, rows));
   if (from.is_new || changes.revision.lamps != from.panel.lamps)
     object[QLatin1String("lamps")] = to_json(panel.lamps());
+}
+
+void add_texts(QJsonObject &object, LiveUpdate &update, const TextMemory &texts, const FeedPosition &from) {
+  update.position.texts = texts.revision();
+  if (from.is_new || texts.revision() != from.texts)
+    object[QLatin1String("screens")] = to_json(texts.screens());
 }
 
 void add_messages(QJsonObject &object, LiveUpdate &update, const History<MessageRecord> &messages,
@@ -101,11 +107,10 @@ LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from)
   LiveUpdate update;
   QJsonObject object;
   add_panel(object, update, simulation.panel(), from);
-  const TextMemory &texts = simulation.messages().texts();
-  update.position.texts = texts.revision();
-  if (from.is_new || texts.revision() != from.texts)
-    object[QLatin1String("screens")] = to_json(texts.screens());
-  add_messages(object, update, simulation.messages().messages(), from);
+  if (simulation.messages()) {
+    add_texts(object, update, simulation.messages()->texts(), from);
+    add_messages(object, update, simulation.messages()->messages(), from);
+  }
   if (simulation.log())
     add_log(object, update, *simulation.log(), from);
   update.position.counters = simulation.counters();

@@ -56,6 +56,8 @@ PageServer::~PageServer() { _painters.waitForDone(); }
 void PageServer::answer(const RequestHead &request, const HttpClient &client) {
   if (request.method != "POST")
     answerGet(request, client);
+  else if (request.path() == QLatin1String("/reset") && !_simulation.daemon())
+    client.answer(HttpAnswer::fault(409, "the panel is driven from outside, and only its driver can reset it"));
   else if (request.path() == QLatin1String("/reset"))
     _resets.add(client);
   else
@@ -81,8 +83,11 @@ void PageServer::answerGet(const RequestHead &request, const HttpClient &client)
 
 void PageServer::makeState(const RequestRounds::Answer &answer) {
   // What is known at once belongs to the moment of the request, as do the tasks that are waited for.
-  const QJsonArray texts = to_json(_simulation.messages().texts().screens());
-  const QJsonArray blinking = blinking_to_json(_simulation.daemon().dispatcher().blinkTimes());
+  // Texts and blinking are known to a daemon in this program only.
+  Daemon *const daemon = _simulation.daemon();
+  const MessageObserver *const messages = _simulation.messages();
+  const QJsonValue texts = messages ? QJsonValue(to_json(messages->texts().screens())) : QJsonValue();
+  const QJsonValue blinking = daemon ? QJsonValue(blinking_to_json(daemon->dispatcher().blinkTimes())) : QJsonValue();
   const SimulationCounters at_request = _simulation.counters();
   _simulation.whenWorkIsDone([this, answer, texts, blinking, at_request](const PanelState &panel) {
     SimulationCounters counters = _simulation.counters();

@@ -16,7 +16,7 @@ QString text_of(const QJsonObject &object) {
 
 } // namespace
 
-PageSession::PageSession(std::unique_ptr<QWebSocket> socket, quint16 daemon_port)
+PageSession::PageSession(std::unique_ptr<QWebSocket> socket, std::optional<quint16> daemon_port)
     : _socket(std::move(socket)), _link(daemon_port) {
   _socket->setMaxAllowedIncomingFrameSize(largest_message);
   _socket->setMaxAllowedIncomingMessageSize(largest_message);
@@ -28,8 +28,9 @@ PageSession::PageSession(std::unique_ptr<QWebSocket> socket, quint16 daemon_port
   connect(&_link, &DaemonLink::failed, this, [this](const QString &reason) {
     _socket->sendTextMessage(text_of({{QStringLiteral("not_sent"), reason}}));
   });
-  _socket->sendTextMessage(text_of({{QStringLiteral("program"), QStringLiteral(BUTTONDRIVER_VERSION)},
-                                    {QStringLiteral("daemon_port"), daemon_port}}));
+  _socket->sendTextMessage(
+      text_of({{QStringLiteral("program"), QStringLiteral(BUTTONDRIVER_VERSION)},
+               {QStringLiteral("daemon_port"), daemon_port ? QJsonValue(*daemon_port) : QJsonValue()}}));
 }
 
 PageSession::~PageSession() { _socket->disconnect(this); }

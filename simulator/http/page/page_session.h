@@ -8,6 +8,7 @@
 #include <QWebSocket>
 
 #include <memory>
+#include <optional>
 
 namespace buttondriver::simulator {
 
@@ -21,8 +22,8 @@ public:
   /// While so many bytes are on their way to a page, it is sent no more.
   static constexpr qint64 most_unsent_bytes = 256 * 1024;
 
-  /// `daemon_port` is where the daemon listens, 0 when it does not.
-  PageSession(std::unique_ptr<QWebSocket> socket, quint16 daemon_port);
+  /// `daemon_port` is where the daemon listens, 0 when it does not; nothing when another program drives the panel.
+  PageSession(std::unique_ptr<QWebSocket> socket, std::optional<quint16> daemon_port);
   /// Ends the connection, without a signal.
   ~PageSession() override;
 

@@ -127,6 +127,13 @@ export class Panel {
     for (const screen of this.screens) screen.setIntensity(intensity);
   }
 
+  // Whether keys and lamps only show, and cannot be pressed.
+  setPassive(isPassive) {
+    for (const button of [...this.keys, ...this.status, ...this.toggles])
+      if (isPassive) button.setAttribute('aria-disabled', 'true');
+      else button.removeAttribute('aria-disabled');
+  }
+
   // Returns what has changed, as sentences.
   showTexts(screens) {
     return screens.flatMap((screen, id) => this.screens[id].showTexts(screen.text));

@@ -71,7 +71,7 @@ TEST_F(LiveFeedTest, a_page_is_told_the_whole_state_first) {
   get("/state.json");
   Page page(host());
   ASSERT_TRUE(page.waitFor("lamps"));
-  EXPECT_EQ(page.updates[0][QLatin1String("daemon_port")].toInt(), simulation->daemon().server().port());
+  EXPECT_EQ(page.updates[0][QLatin1String("daemon_port")].toInt(), simulation->daemon()->server().port());
   EXPECT_TRUE(page.latest("lamps")[QLatin1String("button_leds")][5].toBool());
   EXPECT_EQ(page.latest("lamps")[QLatin1String("intensity")].toInt(), 63);
   EXPECT_EQ(page.latest("screens").toArray().size(), 3);

@@ -79,9 +79,9 @@ protected:
   /// Keeps the panel busy until `release` is released.
   void keepBusy() {
     ASSERT_TRUE(process_events_until([this] { return tasks() == 0; }));
-    simulation->daemon().fpga().queue(std::make_unique<WaitingTask>(release));
+    simulation->daemon()->fpga().queue(std::make_unique<WaitingTask>(release));
   }
-  std::size_t tasks() { return simulation->daemon().fpga().queueLength(); }
+  std::size_t tasks() { return simulation->daemon()->fpga().queueLength(); }
 
   std::unique_ptr<QTcpSocket> asked(const QByteArray &request) const {
     auto socket = connected();

@@ -93,7 +93,7 @@ TEST_F(PageServerTest, the_queue_length_is_what_the_answer_has_waited_for) {
     QSemaphore &_release;
   };
   QSemaphore release;
-  FPGA &fpga = simulation->daemon().fpga();
+  FPGA &fpga = simulation->daemon()->fpga();
   ASSERT_TRUE(test::process_events_until([&] { return fpga.queueLength() == 0; }));
   fpga.queue(std::make_unique<WaitingTask>(release));
   fpga.blackoutScreen(0);
@@ -146,7 +146,7 @@ TEST_F(PageServerTest, a_reset_makes_the_panel_dark_and_the_counters_zero) {
   const Reply answer = post("/reset");
   EXPECT_EQ(answer.status, 204);
   EXPECT_EQ(answer.body, "");
-  EXPECT_TRUE(test::process_events_until([this] { return !simulation->daemon().dispatcher().isBlinking(); }));
+  EXPECT_TRUE(test::process_events_until([this] { return !simulation->daemon()->dispatcher().isBlinking(); }));
   const QJsonObject state = this->state();
   EXPECT_THAT(lit(state, "button_leds"), ElementsAre());
   EXPECT_THAT(lit(state, "status_leds"), ElementsAre());

@@ -15,9 +15,10 @@ using test::process_events_until;
 
 const QJsonObject Reply::json() const { return QJsonDocument::fromJson(body).object(); }
 
-WebPageFixture::WebPageFixture() {
+WebPageFixture::WebPageFixture(const QString &device) {
   root.writeFontSize(8, 16);
   SimulationSettings settings;
+  settings.device_socket = device;
   settings.root = root.path();
   settings.keeps_traffic = true;
   settings.daemon_arguments =
@@ -75,7 +76,7 @@ Reply WebPageFixture::post(const QByteArray &path) const {
 
 void WebPageFixture::sendMessages(const QByteArray &hex) {
   if (_client.state() == QAbstractSocket::UnconnectedState)
-    _client.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation->daemon().server().port());
+    _client.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation->daemon()->server().port());
   _client.write(QByteArray::fromHex(hex + "00000004 0000000c"));
   EXPECT_TRUE(process_events_until([&] { return _client.bytesAvailable() == 8; }));
   EXPECT_EQ(_client.readAll(), QByteArray::fromHex("00000004 00000001"));

@@ -30,7 +30,9 @@ struct Reply {
 /// A virtual panel and its page on ports of their own, in this process.
 class WebPageFixture : public testing::Test {
 protected:
-  WebPageFixture();
+  WebPageFixture() : WebPageFixture(QString()) {}
+  /// With a path: a panel without a daemon, which is driven through a socket there.
+  explicit WebPageFixture(const QString &device);
   ~WebPageFixture() override;
 
   quint16 port() const;

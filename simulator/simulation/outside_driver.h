@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "simulator/device_link/device_socket.h"
+#include "simulator/simulation/panel_driver.h"
+
+namespace buttondriver::simulator {
+
+/// Another program, which drives the panel through a socket. Of it, nothing is known but its transfers.
+class OutsideDriver : public PanelDriver {
+public:
+  /// `panel` outlives this object.
+  OutsideDriver(QString socket, VirtualPanel &panel) : _socket_path(std::move(socket)), _panel(panel), _socket(panel) {}
+
+  /// Makes the socket. Fails when it cannot be had.
+  Outcome<Done> start() override { return _socket.listen(_socket_path); }
+  /// At once: a transfer is done when it is known.
+  void whenWorkIsDone(std::function<void(const PanelState &)> then) override { then(_panel.state()); }
+  void count(SimulationCounters &counters) const override { counters.drivers = _socket.hasDriver() ? 1 : 0; }
+
+private:
+  QString _socket_path;
+  VirtualPanel &_panel;
+  DeviceSocket _socket;
+};
+
+} // namespace buttondriver::simulator

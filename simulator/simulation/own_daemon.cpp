@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "simulator/simulation/own_daemon.h"
+
+#include "fpga/queue/fpga_task.h"
+#include "logging/standard_output.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <memory>
+#include <utility>
+
+namespace buttondriver::simulator {
+
+namespace {
+
+constexpr int highest_percent = 100;
+
+/// Shipped beside the program, in the build folder as in an installation.
+QString ready_made_root() {
+  return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/buttondriver/panel-root"));
+}
+
+/// Runs on the worker, after all tasks queued before it: then the panel shows their work.
+class ReportStateTask : public FPGATask {
+public:
+  ReportStateTask(const VirtualPanel &panel, std::function<void(const PanelState &)> report)
+      : _panel(panel), _report(std::move(report)) {}
+  void execute() override { _report(_panel.state()); }
+
+private:
+  const VirtualPanel &_panel;
+  std::function<void(const PanelState &)> _report;
+};
+
+} // namespace
+
+OwnDaemon::OwnDaemon(const Settings &settings, VirtualPanel &panel) : _settings(settings), _panel(panel) {
+  panel::use_register_device(&_panel);
+}
+
+OwnDaemon::~OwnDaemon() {
+  _daemon.reset();
+  panel::use_register_device(nullptr);
+}
+
+Outcome<Done> OwnDaemon::start() {
+  if (!_settings.root.isEmpty() && !QDir(_settings.root).exists())
+    return Failure{QStringLiteral("there is no folder %1").arg(_settings.root)};
+  const QString root = _settings.root.isEmpty() ? ready_made_root() : QDir(_settings.root).absolutePath();
+  _daemon.emplace(SystemPaths::under(QFile::encodeName(root).toStdString()));
+  const auto observe = [this](ButtonSetter *dispatcher) -> ButtonSetter * {
+    _messages.setNext(dispatcher);
+    return &_messages;
+  };
+  if (!_daemon->start(_settings.arguments, _settings.keeps_messages ? observe : WrapSetter()))
+    return Failure{QStringLiteral("the daemon has not started")};
+  if (const quint16 port = _daemon->server().port(); port != 0)
+    print("buttondriver-sim: listening on port %u\n", unsigned{port});
+  return Done{};
+}
+
+void OwnDaemon::whenWorkIsDone(std::function<void(const PanelState &)> then) {
+  _daemon->fpga().queue(std::make_unique<ReportStateTask>(_panel, std::move(then)));
+}
+
+void OwnDaemon::count(SimulationCounters &counters) const {
+  counters.messages = _messages.count();
+  counters.queue_length = _daemon->fpga().queueLength();
+  counters.clients = _daemon->server().clients().size();
+}
+
+void OwnDaemon::reset() {
+  // Through the daemon, because it remembers what blinks and how the toggle indicators are set.
+  _daemon->dispatcher().setLEDState(dimensions::all_buttons, 0, 0);
+  FPGA &fpga = _daemon->fpga();
+  for (std::size_t id = 0; id < dimensions::led_count; ++id)
+    fpga.setLEDStatusIndicator(static_cast<int>(id), 0);
+  for (std::size_t id = 0; id < dimensions::toggle_indicator_count; ++id)
+    fpga.setLEDToggleIndicator(static_cast<unsigned>(id), 0);
+  fpga.setTFTIntensity(highest_percent);
+  fpga.blackoutScreen(dimensions::all_screens);
+  _messages.forget();
+}
+
+} // namespace buttondriver::simulator

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "simulator/device/virtual_panel.h"
+#include "simulator/simulation/panel_driver.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace buttondriver::simulator {
+
+/// The daemon's own object graph in this program. One object a process.
+class OwnDaemon : public PanelDriver {
+public:
+  struct Settings {
+    QString root;          ///< folder that the fixed paths lie under; empty for the ready-made one
+    QStringList arguments; ///< as the daemon itself would get them
+    bool keeps_messages = false;
+  };
+
+  /// `panel`, which outlives this object, is the device of this process from now on.
+  OwnDaemon(const Settings &settings, VirtualPanel &panel);
+  ~OwnDaemon() override;
+
+  /// Starts the daemon. Fails when there is no such root.
+  Outcome<Done> start() override;
+  void whenWorkIsDone(std::function<void(const PanelState &)> then) override;
+  void count(SimulationCounters &counters) const override;
+  Daemon *daemon() override { return &*_daemon; }
+  const MessageObserver *messages() const override { return &_messages; }
+  void reset() override;
+
+private:
+  Settings _settings;
+  VirtualPanel &_panel;
+  MessageObserver _messages;
+  std::optional<Daemon> _daemon;
+};
+
+} // namespace buttondriver::simulator
