@@ -26,10 +26,13 @@ QString on_off(bool lit) { return QLatin1String(lit ? "on" : "off"); }
 
 /// "blinking 500", "on" or "off"
 QString shown_state(const PanelReport &report, std::int32_t button) {
-  const auto blinking = report.blinking.find(button);
-  if (blinking != report.blinking.end())
-    return QStringLiteral("blinking %1").arg(blinking->second);
+  if (report.blinking && report.blinking->count(button) > 0)
+    return QStringLiteral("blinking %1").arg(report.blinking->at(button));
   return on_off(report.button_leds[static_cast<std::size_t>(button)]);
+}
+
+Failure not_known(const QString &what) {
+  return Failure{QStringLiteral("%1 is not known, because another program drives the panel").arg(what)};
 }
 
 Outcome<Done> compare(const QString &what, const QString &is, const QString &should) {
@@ -43,14 +46,16 @@ StateTest led_test(ArgumentReader &arguments) {
   const QString state = arguments.word("STATE");
   const QString what = QStringLiteral("LED %1").arg(button);
   if (state == QLatin1String("blinking")) {
-    if (arguments.atEnd())
-      return [=](const PanelReport &report) -> Outcome<Done> {
-        if (report.blinking.count(button) > 0)
-          return Done{};
-        return compare(what, shown_state(report, button), QStringLiteral("blinking"));
-      };
-    const QString should = QStringLiteral("blinking %1").arg(arguments.number("MS", 1, longest_phase_ms));
-    return [=](const PanelReport &report) { return compare(what, shown_state(report, button), should); };
+    const bool any_time = arguments.atEnd();
+    const QString should =
+        any_time ? state : QStringLiteral("blinking %1").arg(arguments.number("MS", 1, longest_phase_ms));
+    return [=](const PanelReport &report) -> Outcome<Done> {
+      if (!report.blinking)
+        return not_known(QStringLiteral("whether %1 blinks").arg(what));
+      if (any_time && report.blinking->count(button) > 0)
+        return Done{};
+      return compare(what, shown_state(report, button), should);
+    };
   }
   if (state != QLatin1String("on") && state != QLatin1String("off"))
     arguments.fail(QStringLiteral("STATE must be 'on', 'off' or 'blinking', not '%1'").arg(state));
@@ -93,12 +98,14 @@ StateTest text_test(ArgumentReader &arguments) {
   const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
   const std::int32_t line = arguments.number("LINE", 0, highest_line);
   const QString should = without_trailing_blanks(arguments.text());
-  return [=](const PanelReport &report) {
-    const auto &lines = report.text[static_cast<std::size_t>(screen)];
+  return [=](const PanelReport &report) -> Outcome<Done> {
+    const QString what = QStringLiteral("line %1 of screen %2").arg(line).arg(screen);
+    if (!report.text)
+      return not_known(what);
+    const auto &lines = (*report.text)[static_cast<std::size_t>(screen)];
     const auto found = lines.find(line);
     const QString is = found == lines.end() ? QString() : without_trailing_blanks(found->second);
-    return compare(QStringLiteral("line %1 of screen %2").arg(line).arg(screen),
-                   QLatin1Char('\'') + is + QLatin1Char('\''), QLatin1Char('\'') + should + QLatin1Char('\''));
+    return compare(what, QLatin1Char('\'') + is + QLatin1Char('\''), QLatin1Char('\'') + should + QLatin1Char('\''));
   };
 }
 

@@ -23,6 +23,9 @@ public:
   /// The first member that was wrong, if any was.
   const Outcome<Done> &outcome() const { return _outcome; }
 
+  /// Whether the member is there and says that its content is not known.
+  bool isUnknown(const char *name) const { return _object.value(QLatin1String(name)).isNull(); }
+
   int number(const char *name) { return number(_object.value(QLatin1String(name)), name); }
 
   int number(const QJsonValue &value, const char *name) {
@@ -73,22 +76,28 @@ private:
 };
 
 void read_blinking(MemberReader &members, PanelReport &report) {
+  if (members.isUnknown("blinking"))
+    return;
+  auto &times = report.blinking.emplace();
   for (const QJsonValue entry : members.list("blinking")) {
     const QJsonObject object = entry.toObject();
     const int button = members.number(object.value(QLatin1String("button")), "blinking.button");
-    report.blinking[button] = members.number(object.value(QLatin1String("time")), "blinking.time");
+    times[button] = members.number(object.value(QLatin1String("time")), "blinking.time");
   }
 }
 
 void read_text(MemberReader &members, PanelReport &report) {
+  if (members.isUnknown("screens"))
+    return;
+  PanelReport::Text &lines = report.text.emplace();
   const QJsonArray screens = members.list("screens");
-  if (screens.size() != static_cast<int>(report.text.size()))
-    members.fail("screens", QStringLiteral("a list of %1").arg(report.text.size()));
-  for (std::size_t screen = 0; screen < report.text.size() && members.outcome(); ++screen) {
+  if (screens.size() != static_cast<int>(lines.size()))
+    members.fail("screens", QStringLiteral("a list of %1").arg(lines.size()));
+  for (std::size_t screen = 0; screen < lines.size() && members.outcome(); ++screen) {
     const QJsonObject object = screens.at(static_cast<int>(screen)).toObject();
     int line = 0;
     for (const QJsonValue text : members.list(object.value(QLatin1String("text")), "screens.text"))
-      report.text[screen][line++] = members.text(text, "screens.text");
+      lines[screen][line++] = members.text(text, "screens.text");
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <map>
+#include <optional>
 
 namespace buttondriver::buttonctl {
 
@@ -18,12 +19,15 @@ struct PanelReport {
   std::array<bool, dimensions::led_count> status_leds{};
   std::array<bool, dimensions::toggle_indicator_count> toggles{};
   int intensity = 0;
-  std::map<int, int> blinking;                                         ///< milliseconds of each phase, by button
-  std::array<std::map<int, QString>, dimensions::screen_count> text{}; ///< of each screen, by line
+  /// Of each screen, by line.
+  using Text = std::array<std::map<int, QString>, dimensions::screen_count>;
+  // Both are not known when another program drives the panel.
+  std::optional<std::map<int, int>> blinking; ///< milliseconds of each phase, by button
+  std::optional<Text> text;
 };
 
 /// Reads the JSON text of `/state.json`; see panel_state_reader.h. A member that is missing or is not what it should be
-/// is a failure that names it; members that nobody knows are passed over.
+/// is a failure that names it; "blinking" and "screens" may be null. Members that nobody knows are passed over.
 Outcome<PanelReport> parse_panel_report(const QByteArray &json);
 
 } // namespace buttondriver::buttonctl

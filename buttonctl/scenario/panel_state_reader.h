@@ -28,8 +28,9 @@ struct ScreenPicture {
 ///      "blinking": [{"button": 5, "time": 500}, ...],
 ///      "screens": [{"text": ["line 0", "line 1", ...]}, 3 of them]}
 ///
-/// "time" is in milliseconds; a line that was not written is "". Other members are not read here, and may be added
-/// without a new version. docs/simulator-http.md describes all of it.
+/// "time" is in milliseconds; a line that was not written is "". When another program than the panel's own daemon
+/// drives the panel, "blinking" and "screens" are null, because nobody knows them. Other members are not read here, and
+/// may be added without a new version. docs/simulator-http.md describes all of it.
 class PanelStateReader {
 public:
   /// `url` is "http://HOST:PORT"; no answer may take longer than `timeout_ms`.

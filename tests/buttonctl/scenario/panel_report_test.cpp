@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace buttondriver::buttonctl {
 namespace {
 
@@ -46,10 +48,11 @@ TEST(PanelReportTest, reads_every_member) {
   EXPECT_TRUE(report->toggles[1]);
   EXPECT_EQ(report->intensity, 40);
   EXPECT_EQ(report->blinking, (std::map<int, int>{{5, 500}}));
-  EXPECT_EQ(report->text[0],
+  ASSERT_TRUE(report->text);
+  EXPECT_EQ((*report->text)[0],
             (std::map<int, QString>{{0, QStringLiteral("Start ")}, {1, QString()}, {2, QStringLiteral("Ready")}}));
-  EXPECT_TRUE(report->text[1].empty());
-  EXPECT_EQ(report->text[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
+  EXPECT_TRUE((*report->text)[1].empty());
+  EXPECT_EQ((*report->text)[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
 }
 
 TEST(PanelReportTest, names_the_member_that_is_wrong) {
@@ -92,12 +95,27 @@ TEST(PanelReportTest, names_the_member_that_is_wrong) {
   }
 }
 
+struct ExpectationRow {
+  QStringList words;
+  const char *difference; ///< null: as expected
+};
+
+void expect_rows(const std::vector<ExpectationRow> &rows, const QByteArray &json) {
+  const auto report = parse_panel_report(spelled_out(json));
+  ASSERT_TRUE(report) << report.failure().text.toStdString();
+  for (const ExpectationRow &row : rows) {
+    const std::string line = row.words.join(QLatin1Char(' ')).toStdString();
+    const auto expectation = parse_expectation(row.words, QString(), false);
+    ASSERT_TRUE(expectation) << line << ": " << expectation.failure().text.toStdString();
+    const auto *test = std::get_if<StateTest>(&expectation->test);
+    ASSERT_NE(test, nullptr) << line;
+    const Outcome<Done> tested = (*test)(*report);
+    EXPECT_EQ(tested ? "" : tested.failure().text.toStdString(), row.difference ? row.difference : "") << line;
+  }
+}
+
 TEST(ExpectationTest, tells_how_the_panel_differs) {
-  struct Row {
-    QStringList words;
-    const char *difference; ///< null: as expected
-  };
-  const Row rows[] = {
+  const std::vector<ExpectationRow> rows = {
       {{"expect-led", "6", "on"}, nullptr},
       {{"expect-led", "6", "off"}, "LED 6 is on, not off"},
       {{"expect-led", "31", "on"}, nullptr},
@@ -125,17 +143,22 @@ TEST(ExpectationTest, tells_how_the_panel_differs) {
       {{"expect-text", "1", "2", "Ready"}, "line 2 of screen 1 is '', not 'Ready'"},
       {{"expect-text", "2", "0", QStringLiteral("\u00e9")}, nullptr},
   };
-  const auto report = parse_panel_report(spelled_out(state));
-  ASSERT_TRUE(report);
-  for (const Row &row : rows) {
-    const std::string line = row.words.join(QLatin1Char(' ')).toStdString();
-    const auto expectation = parse_expectation(row.words, QString(), false);
-    ASSERT_TRUE(expectation) << line << ": " << expectation.failure().text.toStdString();
-    const auto *test = std::get_if<StateTest>(&expectation->test);
-    ASSERT_NE(test, nullptr) << line;
-    const Outcome<Done> tested = (*test)(*report);
-    EXPECT_EQ(tested ? "" : tested.failure().text.toStdString(), row.difference ? row.difference : "") << line;
-  }
+  expect_rows(rows, state);
+}
+
+TEST(ExpectationTest, of_a_panel_that_another_program_drives_only_what_it_shows_is_known) {
+  const char *no_blinking = "whether LED 5 blinks is not known, because another program drives the panel";
+  const char *no_text = "line 2 of screen 0 is not known, because another program drives the panel";
+  const std::vector<ExpectationRow> rows = {
+      {{"expect-led", "5", "on"}, nullptr},           {{"expect-led", "5", "off"}, "LED 5 is on, not off"},
+      {{"expect-led", "5", "blinking"}, no_blinking}, {{"expect-led", "5", "blinking", "500"}, no_blinking},
+      {{"expect-status", "3", "on"}, nullptr},        {{"expect-toggle", "1", "on"}, nullptr},
+      {{"expect-intensity", "40"}, nullptr},          {{"expect-text", "0", "2", "Ready"}, no_text},
+  };
+  QByteArray json = state;
+  json.replace(R"([{"button": 5, "time": 500}])", "null");
+  json.replace(R"([{"text": ["Start ", "", "Ready"]}, {"text": []}, {"text": ["\u00e9"]}])", "null");
+  expect_rows(rows, json);
 }
 
 TEST(ExpectationTest, a_picture_is_looked_for_beside_the_scenario) {
