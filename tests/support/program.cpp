@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHostAddress>
-#include <QProcessEnvironment>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -60,30 +59,47 @@ quint16 listening_port(const QStringList &inodes) {
   return 0;
 }
 
+void prepend(QProcessEnvironment &environment, const QString &variable, const QString &item) {
+  const QString others = environment.value(variable);
+  environment.insert(variable, others.isEmpty() ? item : item + QLatin1Char(':') + others);
+}
+
+const QString preload = QStringLiteral("LD_PRELOAD");
+
 /// Has a program take the panel's files from `root`.
 QProcessEnvironment environment_with(const QString &root) {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  const auto prepend = [&environment](const QString &variable, const QString &item) {
-    const QString others = environment.value(variable);
-    environment.insert(variable, others.isEmpty() ? item : item + QLatin1Char(':') + others);
-  };
-  prepend(QStringLiteral("LD_PRELOAD"), QStringLiteral(BUTTONDRIVER_TEST_PRELOAD));
+  prepend(environment, preload, QStringLiteral(BUTTONDRIVER_TEST_PRELOAD));
   // AddressSanitizer asks to be the first library; this one takes no memory, so that it may as well be the second.
-  prepend(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("verify_asan_link_order=0"));
+  prepend(environment, QStringLiteral("ASAN_OPTIONS"), QStringLiteral("verify_asan_link_order=0"));
   environment.insert(QStringLiteral("BUTTONDRIVER_TEST_ROOT"), root);
+  return environment;
+}
+
+/// Has it find the socket `device` in place of the device, too.
+QProcessEnvironment environment_with(const QString &root, const QString &device) {
+  QProcessEnvironment environment = environment_with(root);
+  prepend(environment, preload, QStringLiteral(BUTTONDRIVER_STAND_IN));
+  environment.insert(QStringLiteral("BUTTONDRIVER_DEVICE"), device);
   return environment;
 }
 
 } // namespace
 
-Program::Program(const QString &file, const QStringList &arguments) { start(file, arguments, _empty_root.path()); }
-
-Program::Program(const QString &file, const QStringList &arguments, const QString &root) {
-  start(file, arguments, root);
+Program::Program(const QString &file, const QStringList &arguments) {
+  start(file, arguments, environment_with(_empty_root.path()));
 }
 
-void Program::start(const QString &file, const QStringList &arguments, const QString &root) {
-  _process.setProcessEnvironment(environment_with(root));
+Program::Program(const QString &file, const QStringList &arguments, const QString &root) {
+  start(file, arguments, environment_with(root));
+}
+
+Program::Program(const QString &file, const QStringList &arguments, const QString &root, const QString &device) {
+  start(file, arguments, environment_with(root, device));
+}
+
+void Program::start(const QString &file, const QStringList &arguments, const QProcessEnvironment &environment) {
+  _process.setProcessEnvironment(environment);
   _process.start(file, arguments);
   EXPECT_TRUE(_process.waitForStarted(limit_ms)) << file.toStdString();
 }

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTcpSocket>
@@ -23,6 +24,8 @@ public:
   Program(const QString &file, const QStringList &arguments);
   /// The folder is `root`, which belongs to the caller.
   Program(const QString &file, const QStringList &arguments, const QString &root);
+  /// As before, and a virtual panel that listens at the socket `device` stands in for its device.
+  Program(const QString &file, const QStringList &arguments, const QString &root, const QString &device);
   ~Program();
 
   /// Waits until standard output holds `text`, as often as `times` says; false after twenty seconds, or when the
@@ -34,6 +37,8 @@ public:
   /// Whether the program ends by itself within `time`; returns as soon as it does.
   bool endsWithin(std::chrono::milliseconds time);
   void sendSignal(int signal);
+  /// Writes to its standard input.
+  void write(const QByteArray &input) { _process.write(input); }
   /// Closes the reading ends of both logs, as a reader does that goes away.
   void stopReading();
   /// Whether it has `file`, which exists, open now.
@@ -50,7 +55,7 @@ public:
   QByteArray standardError();
 
 private:
-  void start(const QString &file, const QStringList &arguments, const QString &root);
+  void start(const QString &file, const QStringList &arguments, const QProcessEnvironment &environment);
   void collect();
 
   QTemporaryDir _empty_root;

@@ -4,7 +4,7 @@ import { test } from 'node:test';
 import assert from 'node:assert/strict';
 import { writeFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { buttonctl, comparedScreen, openPage, ownRoot, settled, shell, startBrowser, startSimulator, temporaryFolder } from './support.mjs';
+import { buttonctl, comparedScreen, openPage, ownRoot, settled, shell, startBrowser, startDriver, startSimulator, temporaryFolder } from './support.mjs';
 
 const message = (page, text) => page.locator('#messages li', { hasText: text });
 
@@ -163,4 +163,27 @@ test('ten pages show the same', async (t) => {
     assert.equal((await comparedScreen(page, 2)).different, 0);
     assert.equal(await page.locator('#messages li').count(), 1);
   }
+});
+
+test('a panel that is driven from outside is shown without what only a daemon knows', async (t) => {
+  const device = join(temporaryFolder(t), 'device');
+  const page = await openPage(await startBrowser(t), await startSimulator(t, { device }));
+  const drivers = page.locator('[data-counter=drivers]');
+  assert.equal(await drivers.textContent(), '0');
+  const driver = startDriver(t, device);
+  await page.locator('#log li', { hasText: 'a driver has opened the device' }).waitFor();
+  await page.locator('[data-counter=drivers]', { hasText: '1' }).waitFor();
+  // The screens are made black at the daemon's start.
+  await page.waitForFunction(() => document.querySelector('[data-counter=transfers]').textContent === '12');
+  await page.getByText('Another program drives this panel').waitFor();
+  for (const id of ['send', 'messages', 'demonstration', 'reset'])
+    assert.equal(await page.locator(`#${id}`).isVisible(), false, id);
+  for (const name of ['messages', 'queue_length', 'clients'])
+    assert.equal(await page.locator(`[data-counter=${name}]`).isVisible(), false, name);
+  await page.getByLabel('Button LED 5', { exact: true }).click({ force: true });
+  assert.deepEqual(page.sent, []);
+  await driver.stop();
+  await page.locator('#log li', { hasText: 'the driver has gone' }).waitFor();
+  await page.locator('[data-counter=drivers]', { hasText: '0' }).waitFor();
+  assert.deepEqual(page.complaints, []);
 });

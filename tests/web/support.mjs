@@ -8,7 +8,7 @@ import { dirname, join } from 'node:path';
 import { after } from 'node:test';
 import { promisify } from 'node:util';
 
-const { BUTTONDRIVER_SIM, BUTTONCTL, BROWSER_ADDRESS, NODE_MODULES_FOLDER, OUTPUT_FOLDER } = process.env;
+const { BUTTONDRIVER, BUTTONDRIVER_SIM, DRIVER_PRELOAD, BUTTONCTL, BROWSER_ADDRESS, NODE_MODULES_FOLDER, OUTPUT_FOLDER } = process.env;
 const require = createRequire(join(NODE_MODULES_FOLDER, 'package.json'));
 const { chromium } = require('playwright-core');
 
@@ -29,10 +29,11 @@ export function ownRoot(t) {
   return root;
 }
 
-// A simulator on free ports, or with its page on `httpPort`. Resolves once it serves.
-export async function startSimulator(t, { httpPort = 0, root } = {}) {
-  const child = spawn(BUTTONDRIVER_SIM,
-    ['--http', String(httpPort), ...(root ? ['--root', root] : []), 'map', '', '0'], { stdio: ['ignore', 'pipe', 'ignore'] });
+// A simulator on free ports, or with its page on `httpPort`; without a daemon where it is given a `device`, the path of
+// a socket. Resolves once it serves.
+export async function startSimulator(t, { httpPort = 0, root, device } = {}) {
+  const what = device ? ['--device', device] : [...(root ? ['--root', root] : []), 'map', '', '0'];
+  const child = spawn(BUTTONDRIVER_SIM, ['--http', String(httpPort), ...what], { stdio: ['ignore', 'pipe', 'ignore'] });
   const ended = new Promise((resolve) => child.once('exit', resolve));
   const stop = async () => {
     child.kill('SIGTERM');
@@ -51,10 +52,25 @@ export async function startSimulator(t, { httpPort = 0, root } = {}) {
   return {
     url,
     httpPort: new URL(url).port,
-    daemonPort: /listening on port (\d+)/.exec(printed)[1],
+    daemonPort: /listening on port (\d+)/.exec(printed)?.[1],
     stop,
     state: async () => (await fetch(new URL('state.json', url))).json(),
   };
+}
+
+// A daemon on a free port that has the socket `device` in place of the device.
+export function startDriver(t, device) {
+  const env = { ...process.env, LD_PRELOAD: DRIVER_PRELOAD, BUTTONDRIVER_DEVICE: device,
+    BUTTONDRIVER_TEST_ROOT: temporaryFolder(t), ASAN_OPTIONS: 'verify_asan_link_order=0' };
+  const child = spawn(BUTTONDRIVER, ['map', '127.0.0.1', '0'],
+    { stdio: 'ignore', env });
+  const ended = new Promise((resolve) => child.once('exit', resolve));
+  const stop = async () => {
+    child.kill('SIGTERM');
+    await ended;
+  };
+  t.after(stop);
+  return { stop };
 }
 
 const run = promisify(execFile);
