@@ -47,8 +47,15 @@ expect nothing daemon/panel/a.h '"panel/registers/registers.h"'
 expect nothing daemon/panel/a.h '<ft2build.h>'
 expect nothing daemon/panel/a.cpp '"logging/standard_output.h"'
 expect nothing daemon/panel/registers/ioctl_register_device.cpp '<sys/ioctl.h>'
+expect nothing simulator/stand_in/a.cpp '"panel/registers/transfer_record.h"'
+expect nothing simulator/stand_in/a.cpp '"simulator/device_link/device_protocol.h"'
 expect nothing tests/daemon/server/a.cpp '<sys/ioctl.h>'
 expect nothing build/moc/a.cpp '<sys/ioctl.h>'
+
+# What stands in for the device needs nothing but headers without a run time.
+expect 'simulator/stand_in/a.cpp:3: must not include logging/standard_output.h' simulator/stand_in/a.cpp '"logging/standard_output.h"'
+expect 'simulator/stand_in/a.cpp:3: must not include simulator/device_link/device_socket.h' simulator/stand_in/a.cpp '"simulator/device_link/device_socket.h"'
+expect 'simulator/stand_in/a.cpp:3: must not include sys/ioctl.h' simulator/stand_in/a.cpp '<sys/ioctl.h>'
 
 # Up the arrows.
 expect 'daemon/panel/a.h:3: must not include fpga/fpga.h' daemon/panel/a.h '"fpga/fpga.h"'
