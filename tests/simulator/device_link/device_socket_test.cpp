@@ -50,6 +50,9 @@ public:
     return take(12);
   }
 
+  void stopReading() { _socket.setReadBufferSize(1); }
+  void goOnReading() { _socket.setReadBufferSize(0); }
+
   bool isConnected() const { return _socket.state() == QLocalSocket::ConnectedState; }
   bool isSentAway() {
     return process_events_until([&] { return !isConnected(); });
@@ -104,6 +107,24 @@ TEST_F(DeviceSocketTest, carries_out_as_many_words_as_fit) {
   driver.send("002410c0 00000000 00000000 2361 0000 ffff0000 01000000");
   EXPECT_EQ(driver.takeAnswer(), "000000000000000000000000ffff0000");
   EXPECT_EQ(driver.take(65535 * 2), QByteArray(65535 * 2, '\x5A').toHex().toStdString());
+}
+
+TEST_F(DeviceSocketTest, an_answer_that_is_not_read_holds_the_next_request) {
+  constexpr const char *read_65535 = "002410c0 00000000 00000000 2361 0000 ffff0000 01000000";
+  Peer driver(path);
+  ASSERT_EQ(driver.greet(), welcome);
+  driver.stopReading();
+  for (int times = 0; times < 8; ++times)
+    driver.send(read_65535);
+  test::process_ready_events();
+  const std::uint64_t carried_out = panel.counters().transfers;
+  EXPECT_GT(carried_out, 0U);
+  EXPECT_LT(carried_out, 8U);
+  driver.goOnReading();
+  for (int times = 0; times < 8; ++times) {
+    EXPECT_EQ(driver.takeAnswer(), "000000000000000000000000ffff0000");
+    EXPECT_EQ(driver.take(65535 * 2).size(), 65535U * 4);
+  }
 }
 
 TEST_F(DeviceSocketTest, what_comes_in_pieces_or_at_once_is_the_same) {
