@@ -62,11 +62,18 @@ local unknown_opcode = ProtoExpert.new("buttondriver.unknown_opcode", "There is 
   expert.group.UNDECODED, expert.severity.WARN)
 local wrapped_length = ProtoExpert.new("buttondriver.wrapped_length", "The length wraps in 32 bits: all that has arrived is taken as the message",
   expert.group.MALFORMED, expert.severity.WARN)
-proto.experts = { short_message, unknown_opcode, wrapped_length }
+local cut_off_message = ProtoExpert.new("buttondriver.cut_off", "The capture has only the beginning of the message",
+  expert.group.UNDECODED, expert.severity.NOTE)
+proto.experts = { short_message, unknown_opcode, wrapped_length, cut_off_message }
 
 local length_size = 4
 local opcode_size = 4
 local first_length_that_wraps = 0xFFFFFFFC
+
+-- A capture may hold less of a message than was sent.
+local function what_is_missing(tvb)
+  return tvb:len() < tvb:reported_len() and cut_off_message or short_message
+end
 
 -- As the daemon reads it: bytes past the end of the message are zero.
 local function unsigned_32(tvb, offset)
@@ -78,6 +85,9 @@ local function unsigned_32(tvb, offset)
 end
 
 local function frame_size(tvb, _, offset)
+  if offset + length_size > tvb:len() then
+    return tvb:reported_length_remaining(offset)
+  end
   local length = tvb(offset, length_size):uint()
   if length >= first_length_that_wraps then
     return tvb:reported_length_remaining(offset)
@@ -100,7 +110,7 @@ local function add_variable_part(tree, tvb, variable, offset)
   local promised = unsigned_32(tvb, length_size + variable.count_offset) * variable.width
   local size = math.min(promised, tvb:len() - offset)
   if size < promised then
-    tree:add_proto_expert_info(short_message)
+    tree:add_proto_expert_info(what_is_missing(tvb))
   end
   if size == 0 then
     return offset
@@ -121,7 +131,7 @@ local function add_fields(tree, tvb, message)
   local offset = length_size + opcode_size
   for _, field in ipairs(message.fields) do
     if offset + field.width > tvb:len() then
-      tree:add_proto_expert_info(short_message)
+      tree:add_proto_expert_info(what_is_missing(tvb))
       return tvb:len()
     end
     tree:add(field.proto_field, tvb(offset, field.width))
@@ -133,10 +143,26 @@ local function add_fields(tree, tvb, message)
   return offset
 end
 
-local frames_in_segment = 0
+-- What the packet's summary was when a name was last written to it. A segment may bring the end of one message and then
+-- whole ones: those are handed over by another call, and what the first one wrote stays in front of what they set.
+local summary = nil
+
+local function add_to_summary(pinfo, name)
+  if tostring(pinfo.cols.info) == summary then
+    pinfo.cols.info:append(", " .. name)
+  else
+    pinfo.cols.info:set(name)
+  end
+  summary = tostring(pinfo.cols.info)
+end
 
 local function dissect_frame(tvb, pinfo, root)
   local tree = root:add(proto, tvb())
+  if tvb:len() < length_size + opcode_size and tvb:len() < tvb:reported_len() then
+    tree:add_proto_expert_info(cut_off_message)
+    add_to_summary(pinfo, "cut off")
+    return tvb:len()
+  end
   tree:add(length_field, tvb(0, length_size))
   if tvb(0, length_size):uint() >= first_length_that_wraps then
     tree:add_proto_expert_info(wrapped_length)
@@ -146,17 +172,12 @@ local function dissect_frame(tvb, pinfo, root)
   local message = messages[opcode]
   local name = message and message.name or "opcode " .. opcode
   tree:append_text(", " .. name)
-  if frames_in_segment == 0 then
-    pinfo.cols.info:set(name)
-  else
-    pinfo.cols.info:append(", " .. name)
-  end
-  frames_in_segment = frames_in_segment + 1
+  add_to_summary(pinfo, name)
 
   local offset = math.min(length_size + opcode_size, tvb:len())
   tree:add(opcode_field, tvb(length_size, offset - length_size), opcode)
   if offset < length_size + opcode_size then
-    tree:add_proto_expert_info(short_message)
+    tree:add_proto_expert_info(what_is_missing(tvb))
   elseif message then
     offset = add_fields(tree, tvb, message)
   end
@@ -169,10 +190,19 @@ local function dissect_frame(tvb, pinfo, root)
   return tvb:len()
 end
 
+-- Where nothing is left of what follows a whole message, there is nothing to dissect.
+local function without_empty_end(tvb)
+  local offset = 0
+  while offset + length_size <= tvb:len() do
+    offset = offset + frame_size(tvb, nil, offset)
+  end
+  return offset == tvb:len() and tvb(0, offset):tvb() or tvb
+end
+
 function proto.dissector(tvb, pinfo, root)
   pinfo.cols.protocol:set("buttondriver")
-  frames_in_segment = 0
-  dissect_tcp_pdus(tvb, root, length_size, frame_size, dissect_frame)
+  local whole = tvb:len() < tvb:reported_len() and tvb:len() > 0 and without_empty_end(tvb) or tvb
+  dissect_tcp_pdus(whole, root, length_size, frame_size, dissect_frame)
   return tvb:len()
 end
 
