@@ -13,6 +13,7 @@
  *   none:COUNT                       write without words
  *   many:COUNT                       write so many zeros to a register
  *   foreign                          a request that is not the device's
+ *   elsewhere                        one that is, to another socket
  *   fork                             write in a child that has the descriptor as well
  *   interrupted                      2,000 writes and reads, while a signal comes all the time
  *   threads                          four threads with 500 of them each
@@ -29,6 +30,7 @@
 #include <string.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -57,9 +59,13 @@ static int transfer(unsigned address, int is_read, uint32_t count, uint32_t valu
   struct record record = {0, 0, 0xDEAD, 0, 0xDEADBEEF};
   record.address = (uint16_t)(address | 0x2000U | (is_read ? 0x4000U : 0U));
   record.count = count;
-  if (count > 0)
+  if (count == 1)
+    record.value = 0xDEAD0000U | value; /* the word is its low half, and the other one stays as it is */
+  else if (count > 1)
     record.value = value;
   const int result = ioctl(device, short_form, &record);
+  if (count == 1 && record.value >> 16 != 0xDEAD)
+    return -2;
   if (single)
     memcpy(single, &record.value, sizeof *single);
   return result;
@@ -123,6 +129,14 @@ static int use_in_child(void) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : -1;
 }
 
+static int transfer_elsewhere(void) {
+  struct record record = {0, 0x2900, 0, 1, 0x6500};
+  int sockets[2];
+  if (socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0)
+    return -3;
+  return ioctl(sockets[0], short_form, &record);
+}
+
 static int write_words(unsigned address, const char *list) {
   uint32_t count = 0;
   char *rest = NULL;
@@ -173,6 +187,8 @@ static int do_step(const char *step) {
   }
   if (strcmp(step, "foreign") == 0)
     return ioctl(device, TCGETS, words);
+  if (strcmp(step, "elsewhere") == 0)
+    return transfer_elsewhere();
   if (strcmp(step, "fork") == 0)
     return use_in_child();
   if (strcmp(step, "interrupted") == 0)

@@ -10,7 +10,11 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <optional>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace buttondriver::simulator {
 namespace {
@@ -35,6 +39,16 @@ protected:
     const auto user = start(QString::fromLatin1(steps).split(QLatin1Char(' ')));
     EXPECT_EQ(user->waitForEnd(), 0) << steps;
     return user->standardOutput().toStdString();
+  }
+
+  /// What a simulator leaves behind that was killed.
+  void leaveStaleSocket() const {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, device.toLocal8Bit().constData(), sizeof address.sun_path - 1);
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    ::close(descriptor);
   }
 
   test::CapturedOutput output;
@@ -77,8 +91,9 @@ TEST_F(StandInTest, the_device_decides_what_it_accepts) {
 }
 
 TEST_F(StandInTest, everything_else_goes_on_to_the_system) {
-  EXPECT_EQ(run("other missing w:900:6500 open foreign close w:900:6500"),
-            "other: done\nmissing: -1 errno 2\nw:900:6500: -1 errno 9\nopen: done\nforeign: -1 errno 25\nclose: done\n"
+  EXPECT_EQ(run("other missing w:900:6500 open foreign elsewhere close w:900:6500"),
+            "other: done\nmissing: -1 errno 2\nw:900:6500: -1 errno 9\nopen: done\nforeign: -1 errno 25\n"
+            "elsewhere: -1 errno 25\nclose: done\n"
             "w:900:6500: -1 errno 9\n");
 }
 
@@ -102,11 +117,14 @@ TEST_F(StandInTest, a_child_has_the_device_as_well) {
 
 TEST_F(StandInTest, a_panel_that_is_not_there_is_a_device_that_is_not_there) {
   socket.reset();
-  const auto user = start({QStringLiteral("open"), QStringLiteral("w:900:6500")});
-  EXPECT_EQ(user->waitForEnd(), 0);
-  EXPECT_EQ(user->standardOutput(), "open: -1 errno 2\nw:900:6500: -1 errno 9\n");
-  EXPECT_EQ(user->standardError().toStdString(),
-            "buttondriver-device: no virtual panel at " + device.toStdString() + ": No such file or directory\n");
+  for (const char *reason : {"No such file or directory", "Connection refused"}) {
+    const auto user = start({QStringLiteral("open"), QStringLiteral("w:900:6500")});
+    EXPECT_EQ(user->waitForEnd(), 0);
+    EXPECT_EQ(user->standardOutput(), "open: -1 errno 2\nw:900:6500: -1 errno 9\n") << reason;
+    EXPECT_EQ(user->standardError().toStdString(),
+              "buttondriver-device: no virtual panel at " + device.toStdString() + ": " + reason + "\n");
+    leaveStaleSocket();
+  }
 }
 
 TEST_F(StandInTest, a_driver_beside_another_one_is_told_that_the_device_is_busy) {
