@@ -55,7 +55,7 @@ private:
 
   WatchedDescriptors _descriptors;
   Timers _timers;
-  OwnedDescriptor _wake;              // readable anew when somebody calls
+  OwnedDescriptor _wake;              // becomes readable each time that somebody calls
   OwnedDescriptor _clock;             // readable when _alarm is due
   std::optional<Timers::Time> _alarm; // what the clock is set to
   std::atomic<bool> _is_called{false};

@@ -20,7 +20,7 @@ public:
   /// for a regular file, which is always ready, never fires.
   void add(QSocketNotifier *notifier);
   void remove(QSocketNotifier *notifier);
-  /// Has waiting end whenever `descriptor` becomes ready for reading anew. It stays the caller's.
+  /// Has waiting end each time that `descriptor` becomes ready for reading. It stays the caller's.
   void addAlarm(int descriptor);
 
   /// Waits until something is ready, if `may_wait`, and sends each notifier its event, as long as it is there. Returns

@@ -7,6 +7,7 @@
 #include "counts/pinned/state.h"
 
 #include <poll.h>
+#include <sys/epoll.h>
 #include <valgrind/callgrind.h>
 
 using namespace buttondriver::counts;
@@ -68,4 +69,12 @@ BUTTONDRIVER_IN_FRONT_OF(int, ppoll, pollfd *descriptors, nfds_t number, const t
   constexpr timespec none{0, 0};
   return wait_parked(has_time,
                      [&](bool for_ever) { return next(descriptors, number, for_ever ? nullptr : &none, signals); });
+}
+
+BUTTONDRIVER_IN_FRONT_OF(int, epoll_wait, int epoll, epoll_event *events, int room, int limit_ms) {
+  using Function = int(int, epoll_event *, int, int);
+  static Function *const next = next_function<Function>("epoll_wait");
+  if (!state().is_armed || !is_the_loop())
+    return next(epoll, events, room, limit_ms);
+  return wait_parked(limit_ms != 0, [&](bool for_ever) { return next(epoll, events, room, for_ever ? -1 : 0); });
 }

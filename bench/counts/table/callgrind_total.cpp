@@ -8,7 +8,7 @@
 namespace buttondriver::counts {
 
 double callgrind_total(std::string_view dump) {
-  constexpr std::string_view label = "\nsummary: ";
+  constexpr std::string_view label = "\ntotals: ";
   const std::size_t place = dump.find(label);
   std::uint64_t total = 0;
   if (place != std::string_view::npos) {
