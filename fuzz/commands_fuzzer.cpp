@@ -104,7 +104,7 @@ private:
 void run(Rig &rig, Input input) {
   Pieces pieces(input);
   const unsigned ticks = input.number<std::uint8_t>() % 64U;
-  const auto image_id_offset = input.number<qint32>();
+  const auto client_id = input.number<qint32>();
 
   ButtonSetterImpl dispatcher(rig.paths());
   dispatcher.setButtons(rig.buttons());
@@ -126,7 +126,7 @@ void run(Rig &rig, Input input) {
       taken += frame_prefix_size + message.size();
       pings += is_ping(message) ? 1 : 0;
     }
-    dispatcher.process_messages(messages, &connection, image_id_offset);
+    dispatcher.process_messages(messages, &connection, client_id);
   }
   require(taken + connection.bytesAvailable() == arrived, "no byte of the stream is lost or read twice");
   require(connection.written() == pings * qint64{frame_prefix_size + sizeof(BMS_PingReply)},

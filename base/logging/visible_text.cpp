@@ -33,20 +33,24 @@ std::size_t plain_length(std::string_view text, std::size_t begin) {
 } // namespace
 
 std::string visible_text(std::string_view text) {
-  static constexpr char digits[] = "0123456789abcdef";
   std::string visible;
   visible.reserve(text.size());
+  append_visible(visible, text);
+  return visible;
+}
+
+void append_visible(std::string &line, std::string_view text) {
+  static constexpr char digits[] = "0123456789abcdef";
   for (std::size_t i = 0; i < text.size();) {
     const std::size_t plain = plain_length(text, i);
-    visible += text.substr(i, plain);
+    line += text.substr(i, plain);
     i += plain;
     if (i == text.size())
       break;
     const auto code = static_cast<unsigned char>(text[i++]);
     const char number[] = {'\\', 'x', digits[code >> 4], digits[code & 0xF]};
-    visible.append(number, sizeof number);
+    line.append(number, sizeof number);
   }
-  return visible;
 }
 
 } // namespace buttondriver

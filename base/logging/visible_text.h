@@ -10,5 +10,7 @@ namespace buttondriver {
 /// that a client's text can neither start a line of its own nor control a terminal. All other bytes, the backslash too,
 /// stay as they are, in whatever encoding they came: UTF-8 passes whole.
 std::string visible_text(std::string_view text);
+/// Appends the same to `line`.
+void append_visible(std::string &line, std::string_view text);
 
 } // namespace buttondriver

@@ -22,10 +22,10 @@ public:
   static constexpr std::size_t most_reused = 256;
 
   /// Acts on `messages` in order, each one message in network order without its length. `reply` is the connection they
-  /// came from. `image_id_offset` is that connection's id: added to the ids of its private images, it keeps them apart
+  /// came from. `client_id` is that connection's id: added to the ids of its private images, it keeps them apart
   /// from those of others.
   /// A fault in one message is logged and never stops the others.
-  virtual void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) = 0;
+  virtual void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 client_id) = 0;
 
   /// How long the panel's device is expected to be busy with what `message` asks for. Nothing is done. 0 for a message
   /// that does not concern the device.

@@ -6,7 +6,6 @@
 #include "fpga/fpga.h"
 #include "logging/log_line.h"
 #include "logging/standard_output.h"
-#include "logging/visible_text.h"
 #include "protocol/decode.h"
 #include "protocol/encode.h"
 #include "protocol/frames.h"
@@ -15,9 +14,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <iterator>
-#include <string>
 
 namespace buttondriver {
 
@@ -44,26 +41,6 @@ template <class Handler, std::size_t Count> constexpr auto by_opcode(const Handl
   for (const Handler &handler : handlers)
     table[handler.opcode] = handler.handle;
   return table;
-}
-
-/// A text that no screen can show goes out in pieces: the log writes them as they come, or keeps them for its reader,
-/// and nobody needs several times their memory or waits for it.
-void print_sub_text_line(const BMS_TFTSubTextLine &line, std::string_view text) {
-  constexpr std::size_t piece = 16 * 1024;
-  char words[200];
-  std::snprintf(words, sizeof words,
-                "buttondriver: _screen_id = %d, _line_id = %d,  _offset =%d, _num_chars = %d, _text = '",
-                line._screen_id, line._line_id, line._offset, line._num_chars);
-  std::string line_so_far = words;
-  for (; text.size() > piece; text.remove_prefix(piece)) {
-    line_so_far += visible_text(text.substr(0, piece));
-    print_text(line_so_far);
-    line_so_far.clear();
-  }
-  line_so_far += visible_text(text);
-  std::snprintf(words, sizeof words, "', _text_colour = 0x%x, _back_colour = 0x%x.\n", line._text_colour,
-                line._back_colour);
-  print_text(line_so_far + words);
 }
 
 /// The same message, for another thread.
@@ -130,7 +107,7 @@ struct ButtonSetterImpl::Handlers {
     debug_line() << "buttondriver: Got a TFT text line message";
     const auto line = decode<BMS_TFTTextLine>(message.view);
     const std::string_view text = message.view.text(type_of<BMS_TFTTextLine>.head_size, line.n);
-    setter._fpga->textLine(line.screen_id, line.line_id, std::string(text), line.flag != 0);
+    setter._fpga->textLine(line.screen_id, line.line_id, text, line.flag != 0);
   }
 
   static void blackoutScreen(ButtonSetterImpl &setter, const Message &message) {
@@ -147,9 +124,9 @@ struct ButtonSetterImpl::Handlers {
     debug_line() << "buttondriver: Got a TFT sub-text line message";
     const auto line = decode<BMS_TFTSubTextLine>(message.view);
     const std::string_view text = message.view.text(type_of<BMS_TFTSubTextLine>.head_size, line.n);
-    print_sub_text_line(line, text);
-    setter._fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, std::string(text),
-                              line._text_colour, line._back_colour);
+    setter._sub_text_line_log.print(line, text);
+    setter._fpga->subTextLine(line._screen_id, line._line_id, line._offset, line._num_chars, text, line._text_colour,
+                              line._back_colour);
   }
 
   static void drawImage(ButtonSetterImpl &setter, const Message &message) {
@@ -173,11 +150,10 @@ struct ButtonSetterImpl::Handlers {
   }
 };
 
-void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply,
-                                        qint32 image_id_offset) {
+void ButtonSetterImpl::process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 client_id) {
   for (const QByteArray &message : messages) {
-    _null_message_log.finish(image_id_offset);
-    processMessage({message, view_of(message), reply, image_id_offset});
+    _null_message_log.finish(client_id);
+    processMessage({message, view_of(message), reply, client_id});
   }
 }
 

@@ -7,7 +7,8 @@
 #include "buttons/button_setter.h"
 #include "buttons/images/button_image.h"
 #include "buttons/images/image_store.h"
-#include "buttons/null_message_log.h"
+#include "buttons/logs/null_message_log.h"
+#include "buttons/logs/sub_text_line_log.h"
 #include "files/system_paths.h"
 
 #include <QObject>
@@ -34,11 +35,11 @@ public:
   /// `fpga` outlives this object's use of it.
   void setFPGA(FPGA *fpga);
 
-  /// A message is carried out when the lines of all null messages that came before it with the same `image_id_offset`
-  /// are written.
-  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+  /// A message is carried out when the lines of all null messages that came before it with the same `client_id` are
+  /// written.
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 client_id) override;
   std::chrono::nanoseconds deviceTime(const QByteArray &message) const override;
-  /// Gives up the private images of a connection. `client_id` is what its messages came with as `image_id_offset`.
+  /// Gives up the private images of a connection. `client_id` is what its messages came with.
   void forgetImages(qint32 client_id);
 
   /// `state` -1: blink with phases of `time` milliseconds, which must not be 0; all else is a steady LED value.
@@ -77,6 +78,7 @@ private:
   std::map<IButton *, BlinkState> _blinking;
   ButtonLevels _levels;
   NullMessageLog _null_message_log;
+  SubTextLineLog _sub_text_line_log;
   QTimer _update_timer;
   FPGA *_fpga = nullptr;
 };

@@ -17,7 +17,7 @@ public:
   /// Where the messages go; it outlives its use here.
   void setNext(ButtonSetter *next) { _next = next; }
 
-  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override;
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 client_id) override;
   std::chrono::nanoseconds deviceTime(const QByteArray &message) const override { return _next->deviceTime(message); }
 
   const History<MessageRecord> &messages() const { return _messages; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttons/null_message_log.h"
+#include "buttons/logs/null_message_log.h"
 
 #include "support/captured_log.h"
 #include "support/event_loop.h"

@@ -83,7 +83,7 @@ TEST_F(ConnectorTest, ids_grow_by_1000_whatever_became_of_the_first_ones) {
   EXPECT_EQ(connector.clients().back()->clientId(), first_id + 2000);
   third->write(QByteArray::fromHex("00000001 aa"));
   ASSERT_TRUE(delivers(1));
-  EXPECT_EQ(setter.calls.back().image_id_offset, first_id + 2000);
+  EXPECT_EQ(setter.calls.back().client_id, first_id + 2000);
 }
 
 TEST_F(ConnectorTest, an_empty_address_listens_on_both_families) {

@@ -17,11 +17,11 @@ class RememberingSetter : public ButtonSetter {
 public:
   struct Call {
     std::vector<QByteArray> messages;
-    qint32 image_id_offset;
+    qint32 client_id;
   };
 
-  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override {
-    calls.push_back({messages, image_id_offset});
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 client_id) override {
+    calls.push_back({messages, client_id});
     delivered += messages.size();
     if (when_called)
       when_called();

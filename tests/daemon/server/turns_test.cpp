@@ -59,7 +59,7 @@ TEST_F(TurnsTest, after_a_pause_comes_first_who_has_used_the_device_least) {
   while (delivered() < 6) {
     setter.calls.clear();
     connector.resumeReading();
-    ids.push_back(setter.calls.back().image_id_offset);
+    ids.push_back(setter.calls.back().client_id);
   }
   EXPECT_EQ(ids, (std::vector<qint32>{light_id, heavy_id, light_id, heavy_id, heavy_id}));
 }

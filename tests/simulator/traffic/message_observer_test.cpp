@@ -11,10 +11,10 @@ namespace {
 /// What was handed on, and with what.
 class Receiver : public ButtonSetter {
 public:
-  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 image_id_offset) override {
+  void process_messages(const std::vector<QByteArray> &messages, QIODevice *reply, qint32 client_id) override {
     received.insert(received.end(), messages.begin(), messages.end());
     last_reply = reply;
-    last_offset = image_id_offset;
+    last_offset = client_id;
   }
   std::vector<QByteArray> received;
   QIODevice *last_reply = nullptr;

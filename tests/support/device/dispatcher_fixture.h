@@ -32,11 +32,11 @@ protected:
   }
 
   /// Delivers messages given in hexadecimal as one list.
-  void deliver(std::initializer_list<QByteArray> hex_messages, qint32 image_id_offset = 1000) {
+  void deliver(std::initializer_list<QByteArray> hex_messages, qint32 client_id = 1000) {
     std::vector<QByteArray> messages;
     for (const QByteArray &hex : hex_messages)
       messages.push_back(QByteArray::fromHex(hex));
-    dispatcher->process_messages(messages, &reply, image_id_offset);
+    dispatcher->process_messages(messages, &reply, client_id);
   }
 
   ButtonMap buttons;
