@@ -3,7 +3,7 @@
 
 #include <dlfcn.h>
 
-// Defines the function `function` of the system anew, under the name pinned_`function` in this file: how the system's
+// Defines the function `function` of the system, under the name pinned_`function` in this file: how the system's
 // headers declare it, or as which other one, depends on the machine.
 #define BUTTONDRIVER_IN_FRONT_OF(result, function, ...)                                                                \
   extern "C" result pinned_##function(__VA_ARGS__) __asm__(#function);                                                 \

@@ -20,7 +20,7 @@ namespace gate {
 inline constexpr std::uint32_t running = 0; ///< until it has nothing left to do
 inline constexpr std::uint32_t parked = 1;  ///< nothing, whatever arrives
 inline constexpr std::uint32_t look = 2;    ///< run if the worker has left something to do
-inline constexpr std::uint32_t zero = 3;    ///< begin counting instructions anew, and be parked again
+inline constexpr std::uint32_t zero = 3;    ///< begin counting instructions at 0, and be parked again
 inline constexpr std::uint32_t dump = 4;    ///< write how many instructions there were, and be parked again
 } // namespace gate
 

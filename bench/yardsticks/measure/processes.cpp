@@ -69,7 +69,7 @@ Group measure_processes(const Setting &setting) {
       "what comes and throws it away. Resident memory is all that is mapped and in use, the libraries' pages "
       "included, once it has stood still for 0.1 s. What a connection adds is from one connection to " +
           std::to_string(setting.scale.connections) +
-          ", shared out; the kernel's own memory for the sockets is not in it. Every run starts the programs anew.",
+          ", shared out; the kernel's own memory for the sockets is not in it. Every run starts the programs again.",
       {start, idle, connection}};
 }
 
