@@ -13,8 +13,8 @@ namespace buttondriver {
 
 /// One field of a head, in host order. Which one is known when it is compiled: a loop over the fields would cost more
 /// than the fields.
-template <class Record, std::size_t index> void decode_field(ByteView message, Record &record) {
-  constexpr Field field = type_of<Record>.fields[index];
+template <class Record, std::size_t Index> void decode_field(ByteView message, Record &record) {
+  constexpr Field field = type_of<Record>.fields[Index];
   std::uint8_t *const place = reinterpret_cast<std::uint8_t *>(&record) + field.offset;
   if constexpr (field.kind != FieldKind::bytes && field.width == 4) {
     const std::uint32_t number = message.bigEndian32(field.offset);
@@ -24,10 +24,10 @@ template <class Record, std::size_t index> void decode_field(ByteView message, R
   }
 }
 
-template <class Record, std::size_t... indices>
-Record decode_fields(ByteView message, std::index_sequence<indices...>) {
+template <class Record, std::size_t... Indices>
+Record decode_fields(ByteView message, std::index_sequence<Indices...>) {
   Record record{};
-  (decode_field<Record, indices>(message, record), ...);
+  (decode_field<Record, Indices>(message, record), ...);
   return record;
 }
 

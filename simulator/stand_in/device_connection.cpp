@@ -189,6 +189,8 @@ int transfer(int descriptor, unsigned long code, panel::TransferRecord &record) 
   const Lock lock;
   const int kept_errno = errno;
   protocol::Request request = request_for(code, record);
+  // As the program put it into the record.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   void *const words = record.count > 1 ? reinterpret_cast<void *>(static_cast<std::uintptr_t>(record.value)) : nullptr;
   protocol::Answer answer{};
   if (!exchange(descriptor, request, words, answer)) {

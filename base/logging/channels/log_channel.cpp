@@ -4,7 +4,7 @@
 namespace buttondriver {
 
 std::string line_about_lost_texts(std::uint64_t number) {
-  const std::string gap = "\nbuttondriver: texts lost that nobody read: " + std::to_string(number) + "\n";
+  std::string gap = "\nbuttondriver: texts lost that nobody read: " + std::to_string(number) + "\n";
   return gap;
 }
 
