@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Lists the messages that the daemon acts on, builds a frame and reads one, without Qt.
+// Looks a message up, builds a frame and reads one, without Qt.
 #include <buttondriver/protocol/converters.h>
 #include <buttondriver/protocol/decode.h>
 #include <buttondriver/protocol/framing.h>
@@ -9,9 +9,8 @@
 using namespace buttondriver;
 
 int main() {
-  for (const MessageType &type : catalogue)
-    if (type.handling == Handling::server_handles)
-      std::printf("%2u %s\n", type.opcode, type.name);
+  if (const MessageType *type = find_message_type(BMS_SetLEDState::code))
+    std::printf("%u %s: %s\n", type->opcode, type->name, type->meaning);
 
   BMS_SetLEDState led{BMS_SetLEDState::code, 5, -1, 500};
   hton_BMS_SetLEDState(&led, &led);

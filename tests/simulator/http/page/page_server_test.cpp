@@ -2,6 +2,7 @@
 // The pictures, the state and the files that the page's server answers with.
 
 #include "fpga/queue/fpga_task.h"
+#include "protocol/catalogue.h"
 #include "simulator/picture/panel_picture.h"
 #include "support/event_loop.h"
 #include "web_page_fixture.h"
@@ -13,6 +14,7 @@
 
 #include <gmock/gmock.h>
 
+#include <iterator>
 #include <vector>
 
 namespace buttondriver::simulator {
@@ -202,7 +204,7 @@ TEST_F(PageServerTest, the_catalogue_and_the_lettering_are_there_for_the_page) {
   EXPECT_EQ(panel[QLatin1String("all_screens")].toInt(), -1);
   EXPECT_EQ(panel[QLatin1String("default_port")].toInt(), 3003);
   const QJsonArray types = answer[QLatin1String("messages")].toArray();
-  ASSERT_EQ(types.size(), 19);
+  ASSERT_EQ(static_cast<std::size_t>(types.size()), std::size(catalogue));
   const QJsonObject blackout = types[13].toObject();
   EXPECT_EQ(blackout[QLatin1String("name")].toString(), QStringLiteral("BMS_BlackoutScreen"));
   EXPECT_EQ(blackout[QLatin1String("opcode")].toInt(), 16);
