@@ -7,6 +7,7 @@
 #include "server/frames/message_room.h"
 #include "server/limits.h"
 
+#include <QBuffer>
 #include <QTcpSocket>
 
 #include <algorithm>
@@ -36,14 +37,13 @@ MessageRoom &message_room() {
   return room;
 }
 
-int descriptor_of(const QTcpSocket *socket) { return socket ? static_cast<int>(socket->socketDescriptor()) : -1; }
-
 } // namespace
 
 ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, ButtonSetter *setter,
                                        LargeFrameBudget *budget)
-    : QObject(parent), _socket(socket), _setter(setter), _answers(descriptor_of(socket)),
-      _large_frame(budget ? budget : &_own_budget, [this] { giveUpFrame(); }), _last_heard(next_arrival()) {
+    : QObject(parent), _socket(socket), _setter(setter),
+      _own_budget(budget ? nullptr : std::make_unique<LargeFrameBudget>()),
+      _large_frame(budget ? budget : _own_budget.get(), [this] { giveUpFrame(); }), _last_heard(next_arrival()) {
   if (!_socket) {
     debug_line() << "collector: ClientButtondriver::ClientButtondriver, null socket";
     return;
@@ -55,12 +55,10 @@ ClientButtondriver::ClientButtondriver(QObject *parent, QTcpSocket *socket, Butt
   _descriptor = _socket->socketDescriptor();
   _client_id = take_client_id();
   _state = State::reading;
-  connect(_socket, &QTcpSocket::readyRead, this, &ClientButtondriver::clientData);
+  // The signal declared last comes first: Qt has a list for each signal up to the last connected one, and keeps what
+  // was too short for that while the connection is idle.
   connect(_socket, &QTcpSocket::disconnected, this, &ClientButtondriver::clientDisconnected);
-  connect(&_answers, &Answers::settled, this, [this] {
-    if (_state == State::owing)
-      settle();
-  });
+  connect(_socket, &QTcpSocket::readyRead, this, &ClientButtondriver::clientData);
 }
 
 ClientButtondriver::~ClientButtondriver() {
@@ -85,6 +83,12 @@ void ClientButtondriver::clientData() {
   }
 }
 
+Answers &ClientButtondriver::answers() {
+  if (!_answers)
+    _answers.emplace(static_cast<int>(_descriptor));
+  return *_answers;
+}
+
 /// A turn of an open connection.
 void ClientButtondriver::readSocket() {
   _last_heard = next_arrival();
@@ -99,7 +103,7 @@ void ClientButtondriver::readSocket() {
 
 /// A turn of a connection that has ended. What is held back gets its turn later.
 void ClientButtondriver::drain() {
-  const Turn turn = deliver(_undelivered);
+  const Turn turn = deliver(*_undelivered);
   if (!turn.next.is_complete)
     _state = State::owing;
   else
@@ -109,9 +113,9 @@ void ClientButtondriver::drain() {
 /// Turn, after one in which so many messages were delivered. None: what comes first has to wait.
 void ClientButtondriver::askForAnother(std::size_t delivered) {
   if (delivered > 0)
-    emit wantsTurn();
+    emit wantsTurn(false);
   else if (_delivery == FrameChoice::leading_pings)
-    emit waits();
+    emit wantsTurn(true);
 }
 
 ClientButtondriver::Turn ClientButtondriver::deliver(QIODevice &stream) {
@@ -129,10 +133,10 @@ ClientButtondriver::Turn ClientButtondriver::deliver(QIODevice &stream) {
         });
     turn = {messages.size(), window.head(), window.left()};
   }
-  _setter->process_messages(messages, &_answers, _client_id);
+  _setter->process_messages(messages, &answers(), _client_id);
   message_room().giveBack(std::move(messages));
   // At once: a client that has closed its side is gone when the event loop next comes by.
-  _answers.send();
+  answers().send();
   if (has_large_frame)
     endLargeFrame();
   if (turn.delivered > 0) {
@@ -216,15 +220,16 @@ void ClientButtondriver::endLargeFrame() {
 void ClientButtondriver::clientDisconnected() {
   if (!connected())
     return;
-  _answers.socketIsGone();
+  answers().socketIsGone();
   if (_to_skip > 0)
     skip();
-  _undelivered.buffer() = _socket->readAll();
-  if (_undelivered.data().isEmpty()) {
+  if (const QByteArray rest = _socket->readAll(); rest.isEmpty()) {
     _state = State::owing;
   } else {
     _state = State::draining;
-    _undelivered.open(QIODevice::ReadOnly);
+    _undelivered = std::make_unique<QBuffer>();
+    _undelivered->setData(rest);
+    _undelivered->open(QIODevice::ReadOnly);
     drain();
   }
   debug_line() << "buttondriver: client disconnected" << qint64{_descriptor};
@@ -244,8 +249,10 @@ void ClientButtondriver::giveUp() {
 
 /// Everything is delivered.
 void ClientButtondriver::settle() {
-  if (_answers.isOwing())
+  if (answers().isOwing()) {
+    connect(&answers(), &Answers::settled, this, &ClientButtondriver::settle, Qt::UniqueConnection);
     return;
+  }
   _state = State::gone;
   leave();
 }

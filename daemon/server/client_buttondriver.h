@@ -6,10 +6,13 @@
 #include "server/frames/frame_choice.h"
 #include "server/frames/large_frame_budget.h"
 
-#include <QBuffer>
 #include <QObject>
 #include <QtGlobal>
 
+#include <memory>
+#include <optional>
+
+class QBuffer;
 class QTcpSocket;
 
 namespace buttondriver {
@@ -79,10 +82,8 @@ public:
 signals:
   /// A turn was taken in which something was delivered, and what that costs: nanoseconds, of the device's time.
   void tookTurn(qint64 cost);
-  /// There is more to deliver than belonged to the last turn.
-  void wantsTurn();
-  /// There is something to deliver, but not while everybody waits.
-  void waits();
+  /// There is more to deliver than belonged to the last turn. `has_to_wait`: not while everybody waits.
+  void wantsTurn(bool has_to_wait);
   /// A large frame is complete or will never be: its share of the budget is free again.
   void largeFrameEnded();
   /// A large frame needs more of the budget than is to be had. It asks again in its next turn.
@@ -104,6 +105,7 @@ private:
     qint64 left = 0;           // bytes that are there from it on
   };
 
+  Answers &answers();
   void readSocket();
   void drain();
   void askForAnother(std::size_t delivered);
@@ -126,13 +128,13 @@ private:
   qintptr _descriptor = -1;
   qint32 _client_id = 0;
   FrameChoice _delivery = FrameChoice::all;
-  Answers _answers;
-  LargeFrameBudget _own_budget;
+  std::optional<Answers> _answers;                     // none until something is there to be delivered
+  const std::unique_ptr<LargeFrameBudget> _own_budget; // null when somebody else's is used
   LargeFrameBudget::Share _large_frame;
   quint64 _to_skip = 0; // bytes of a frame that is not put together
   bool _has_spoken = false;
   quint64 _last_heard;
-  QBuffer _undelivered; // what draining delivers
+  std::unique_ptr<QBuffer> _undelivered; // what draining delivers; null before
 };
 
 } // namespace buttondriver

@@ -37,7 +37,8 @@ protected:
     EXPECT_TRUE(process_events_until([&] { return door.hasPendingConnections(); }));
     EXPECT_TRUE(process_events_until([&] { return peer.state() == QAbstractSocket::ConnectedState; }));
     client.emplace(nullptr, door.nextPendingConnection(), &setter, &budget);
-    QObject::connect(&*client, &ClientButtondriver::wantsTurn, [this] { ++turns_wanted; });
+    QObject::connect(&*client, &ClientButtondriver::wantsTurn,
+                     [this](bool has_to_wait) { turns_wanted += has_to_wait ? 0 : 1; });
     QObject::connect(&*client, &ClientButtondriver::closed, [this] { ++times_closed; });
   }
 
@@ -128,7 +129,8 @@ TEST_F(ClientButtondriverTest, tells_what_its_turns_cost_and_ends_one_that_costs
 
 TEST_F(ClientButtondriverTest, tells_that_it_waits_while_everybody_does) {
   int times_waiting = 0;
-  QObject::connect(&*client, &ClientButtondriver::waits, [&] { ++times_waiting; });
+  QObject::connect(&*client, &ClientButtondriver::wantsTurn,
+                   [&](bool has_to_wait) { times_waiting += has_to_wait ? 1 : 0; });
   client->setDelivery(FrameChoice::leading_pings);
   peer.write(frame("work"));
   EXPECT_TRUE(process_events_until([&] { return times_waiting == 1; }));
