@@ -66,7 +66,8 @@ TEST_P(ConnectionMemoryTest, of_an_idle_connection_is_small) {
 #endif
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, ConnectionMemoryTest, testing::Values(Row{"silent", false, 4096}),
+INSTANTIATE_TEST_SUITE_P(Rows, ConnectionMemoryTest,
+                         testing::Values(Row{"silent", false, 4096}, Row{"has_spoken", true, 4608}),
                          [](const auto &row) { return std::string(row.param.name); });
 
 } // namespace
