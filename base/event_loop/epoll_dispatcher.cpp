@@ -14,8 +14,8 @@ EpollDispatcher::EpollDispatcher()
       _clock(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
   if (!_wake || !_clock)
     qFatal("no descriptor for the event loop");
-  _descriptors.addAlarm(_wake.get());
-  _descriptors.addAlarm(_clock.get());
+  _descriptors.addAlarm(_wake.get(), AlarmEnds::one_wait);
+  _descriptors.addAlarm(_clock.get(), AlarmEnds::all_waits);
 }
 
 bool EpollDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags) {
@@ -47,7 +47,7 @@ void EpollDispatcher::registerTimer(int id, Interval interval_ms, Qt::TimerType 
 
 int EpollDispatcher::remainingTime(int id) { return _timers.remaining(id, std::chrono::steady_clock::now()); }
 
-/// The clock that std::chrono::steady_clock reads here. Once it was due it stays readable, which is nothing new.
+/// The clock that std::chrono::steady_clock reads here. Once it was due it stays readable until it is set again.
 void EpollDispatcher::setAlarm(const std::optional<Timers::Time> &time) {
   if (time == _alarm)
     return;
@@ -69,7 +69,9 @@ void EpollDispatcher::wakeUp() {
 
 void EpollDispatcher::interrupt() {
   _is_interrupted = true;
-  wakeUp();
+  _is_called = true;
+  // Always: an earlier call may have ended a wait already, while the next round has not begun.
+  ::eventfd_write(_wake.get(), 1);
 }
 
 } // namespace buttondriver

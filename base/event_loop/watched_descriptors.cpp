@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "event_loop/watched_descriptors.h"
 
+#include "logging/log_line.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <sys/epoll.h>
 
 namespace buttondriver {
@@ -60,16 +63,18 @@ void WatchedDescriptors::remove(QSocketNotifier *notifier) {
   watched.notifiers[notifier->type()] = nullptr;
   if (watched.notifiers[0] || watched.notifiers[1] || watched.notifiers[2])
     return update(descriptor, watched, EPOLL_CTL_MOD);
-  // It may be closed already.
   update(descriptor, watched, EPOLL_CTL_DEL);
   _watched.erase(place);
 }
 
-void WatchedDescriptors::addAlarm(int descriptor) {
+void WatchedDescriptors::addAlarm(int descriptor, AlarmEnds ends) {
   epoll_event event{};
-  event.events = EPOLLIN | EPOLLET;
+  event.events = EPOLLIN;
+  if (ends == AlarmEnds::one_wait)
+    event.events |= EPOLLET;
   event.data.u64 = key_of(descriptor, alarm_number);
-  ::epoll_ctl(_epoll.get(), EPOLL_CTL_ADD, descriptor, &event);
+  if (::epoll_ctl(_epoll.get(), EPOLL_CTL_ADD, descriptor, &event) != 0)
+    qFatal("no descriptor for the event loop");
 }
 
 void WatchedDescriptors::update(int descriptor, Watched &watched, int operation) {
@@ -78,7 +83,13 @@ void WatchedDescriptors::update(int descriptor, Watched &watched, int operation)
     if (watched.notifiers[kind])
       event.events |= kinds[kind].wanted;
   event.data.u64 = key_of(descriptor, watched.number);
-  ::epoll_ctl(_epoll.get(), operation, descriptor, &event);
+  if (::epoll_ctl(_epoll.get(), operation, descriptor, &event) == 0 || operation == EPOLL_CTL_DEL)
+    return;
+  // Another descriptor has got the number, or the system had no memory for this one before.
+  if (operation == EPOLL_CTL_MOD && errno == ENOENT &&
+      ::epoll_ctl(_epoll.get(), EPOLL_CTL_ADD, descriptor, &event) == 0)
+    return;
+  critical_line() << "buttondriver: descriptor cannot be watched, descriptor" << descriptor << "error" << errno;
 }
 
 int WatchedDescriptors::waitAndNotify(bool may_wait) {

@@ -10,8 +10,17 @@ class QSocketNotifier;
 
 namespace buttondriver {
 
+/// Which waits a descriptor ends that is an alarm.
+enum class AlarmEnds {
+  one_wait,  ///< the next one, each time that it becomes ready again
+  all_waits, ///< every one for as long as it is ready
+};
+
 /// The descriptors that somebody waits for, all behind one descriptor of the system: waiting costs the same with a
 /// thousand of them as with one. For one thread.
+///
+/// The notifiers of a descriptor are disabled before it is closed, as Qt's sockets do: the system would go on telling
+/// of one that has a duplicate.
 class WatchedDescriptors {
 public:
   WatchedDescriptors();
@@ -20,8 +29,8 @@ public:
   /// for a regular file, which is always ready, never fires.
   void add(QSocketNotifier *notifier);
   void remove(QSocketNotifier *notifier);
-  /// Has waiting end each time that `descriptor` becomes ready for reading. It stays the caller's.
-  void addAlarm(int descriptor);
+  /// Has `descriptor` end waits when it is ready for reading. It stays the caller's.
+  void addAlarm(int descriptor, AlarmEnds ends);
 
   /// Waits until something is ready, if `may_wait`, and sends each notifier its event, as long as it is there. Returns
   /// how many were sent.

@@ -204,6 +204,40 @@ TEST(EpollDispatcherTest, ends_waiting_when_it_is_interrupted) {
   EXPECT_TRUE(thread.wait());
 }
 
+/// A call that ends one wait must not take the next one's end with it.
+TEST(EpollDispatcherTest, an_interruption_after_a_call_that_has_ended_a_wait_ends_the_next_one) {
+  Thread thread([] {
+    auto *const dispatcher = QThread::currentThread()->eventDispatcher();
+    QObject context;
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &context, [&] { dispatcher->wakeUp(); });
+    wait_for_events();
+    QObject::disconnect(dispatcher, nullptr, &context, nullptr);
+    dispatcher->interrupt();
+    bool has_waited = false;
+    QTimer end;
+    end.setSingleShot(true);
+    QObject::connect(&end, &QTimer::timeout, &context, [&] { has_waited = true; });
+    end.start(2000);
+    wait_for_events();
+    EXPECT_FALSE(has_waited);
+  });
+}
+
+TEST(EpollDispatcherTest, watches_a_descriptor_that_has_the_number_of_one_that_was_closed_too_early) {
+  Thread thread([] {
+    std::string fired;
+    SocketPair before;
+    const int number = before.near_end.get();
+    const Notifier forgotten(number, QSocketNotifier::Write, fired, 'w');
+    SocketPair sockets;
+    ASSERT_EQ(::dup3(sockets.near_end.get(), number, O_CLOEXEC), number);
+    const Notifier reader(number, QSocketNotifier::Read, fired, 'r');
+    sockets.sendFromFar();
+    process_events();
+    EXPECT_THAT(fired, testing::HasSubstr("r"));
+  });
+}
+
 TEST(EpollDispatcherTest, ends_waiting_when_a_timer_is_due) {
   Thread thread([] {
     std::vector<int> fired;
