@@ -23,6 +23,17 @@ sockaddr_in loopback(std::uint8_t host, std::uint16_t port) {
   return address;
 }
 
+/// The fuzzer's own timer may interrupt the wait; the connection comes all the same.
+bool connects(int socket, const sockaddr_in &server) {
+  while (::connect(socket, reinterpret_cast<const sockaddr *>(&server), sizeof server) != 0) {
+    if (errno == EISCONN)
+      return true;
+    if (errno != EINTR && errno != EALREADY)
+      return false;
+  }
+  return true;
+}
+
 } // namespace
 
 Client::Client(std::uint16_t port, std::uint8_t host) : _socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -32,7 +43,7 @@ Client::Client(std::uint16_t port, std::uint8_t host) : _socket(::socket(AF_INET
   const int at_once = 1;
   ::setsockopt(_socket.get(), IPPROTO_TCP, TCP_NODELAY, &at_once, sizeof at_once);
   require(::bind(_socket.get(), reinterpret_cast<const sockaddr *>(&own), sizeof own) == 0 &&
-              ::connect(_socket.get(), reinterpret_cast<const sockaddr *>(&server), sizeof server) == 0 &&
+              connects(_socket.get(), server) &&
               ::getsockname(_socket.get(), reinterpret_cast<sockaddr *>(&own), &size) == 0,
           "everybody can connect");
   _port = ntohs(own.sin_port);
