@@ -5,6 +5,7 @@
 #include "protocol/encode.h"
 #include "protocol/encoders.h"
 #include "protocol/records.h"
+#include "soak/load/frames.h"
 
 #include <QString>
 
@@ -33,17 +34,9 @@ QByteArray sub_text_line(int index) {
                                  0x00FF00);
 }
 
-/// An uncompressed BMP file of 24 bits a pixel; its colours depend on `index`.
+/// A picture's file; its colours depend on `index`.
 QByteArray picture_file(int side, int index) {
-  constexpr int head_size = 54;
-  QByteArray file = "BM";
-  file.append(QByteArray(head_size - 2, '\0'));
-  file[10] = head_size;
-  file[14] = 40;
-  file[18] = static_cast<char>(side);
-  file[22] = static_cast<char>(side);
-  file[26] = 1;
-  file[28] = 24;
+  QByteArray file = QByteArray::fromStdString(soak::picture_head(static_cast<std::uint32_t>(side)));
   for (int i = 0; i < 3 * side * side; ++i)
     file.append(static_cast<char>(i * 7 + index));
   return file;

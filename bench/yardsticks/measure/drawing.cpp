@@ -4,6 +4,7 @@
 #include "panel/registers/register_device.h"
 #include "panel/tft/image.h"
 #include "panel/tft/text.h"
+#include "soak/load/frames.h"
 #include "yardsticks/measure/drawing_yardsticks.h"
 #include "yardsticks/measure/groups.h"
 #include "yardsticks/running/served.h"
@@ -52,14 +53,7 @@ public:
 /// The bytes of a picture that fills a screen, with colours of all kinds.
 std::string colourful_picture() {
   constexpr std::size_t side = 128;
-  std::string bmp = "BM";
-  bmp.resize(54);
-  bmp[10] = 54;
-  bmp[14] = 40;
-  bmp[18] = static_cast<char>(side);
-  bmp[22] = static_cast<char>(side);
-  bmp[26] = 1;
-  bmp[28] = 24;
+  std::string bmp = soak::picture_head(side);
   for (std::size_t i = 0; i < side * side * 3; ++i)
     bmp += static_cast<char>(i * 7 + i / 311);
   return bmp;

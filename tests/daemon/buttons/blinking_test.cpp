@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Blinking keeps its beat, whatever waits for the worker. Ticks are made by hand.
 
+#include "support/device/busy_worker.h"
 #include "support/device/dispatcher_fixture.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <future>
 #include <memory>
 #include <string>
 #include <utility>
@@ -34,36 +34,6 @@ public:
 private:
   std::int32_t _id;
   std::vector<std::string> *_calls;
-};
-
-/// Keeps the worker busy until its own end.
-class BusyWorker {
-public:
-  explicit BusyWorker(FPGA &fpga) {
-    std::promise<void> begun;
-    std::future<void> has_begun = begun.get_future();
-    fpga.queue(std::make_unique<WaitingTask>(std::move(begun), _end.get_future()));
-    has_begun.wait();
-  }
-  ~BusyWorker() { _end.set_value(); }
-  BusyWorker(const BusyWorker &) = delete;
-  BusyWorker &operator=(const BusyWorker &) = delete;
-
-private:
-  class WaitingTask : public FPGATask {
-  public:
-    WaitingTask(std::promise<void> begun, std::future<void> end) : _begun(std::move(begun)), _end(std::move(end)) {}
-    void execute() override {
-      _begun.set_value();
-      _end.wait();
-    }
-
-  private:
-    std::promise<void> _begun;
-    std::future<void> _end;
-  };
-
-  std::promise<void> _end;
 };
 
 class BlinkingTest : public test::DispatcherFixture {
@@ -97,7 +67,7 @@ protected:
 
 TEST_F(BlinkingTest, each_tick_counts_and_each_change_is_one_call_while_the_worker_is_busy) {
   {
-    const BusyWorker busy(*fpga);
+    const test::BusyWorker busy(*fpga);
     dispatcher->setLEDState(3, -1, 1000);
     ticks(151);
   }
@@ -105,7 +75,7 @@ TEST_F(BlinkingTest, each_tick_counts_and_each_change_is_one_call_while_the_work
 }
 
 TEST_F(BlinkingTest, buttons_of_one_time_change_at_one_tick_while_the_worker_is_busy) {
-  const BusyWorker busy(*fpga);
+  const test::BusyWorker busy(*fpga);
   dispatcher->setLEDState(-1, -1, 200);
   for (int tick = 0; tick < 60; ++tick) {
     const std::size_t before = fpga->queueLength();
@@ -141,7 +111,7 @@ TEST_F(BlinkingTest, ticks_are_left_out_for_all_buttons_alike_while_the_queue_is
     start();
     std::vector<std::string> sent = sentBy(ticks_before);
     {
-      const BusyWorker busy(*fpga);
+      const test::BusyWorker busy(*fpga);
       while (fpga->queueLength() <= QueueMarks().full_tasks)
         fpga->setLEDStatusIndicator(0, 1);
       EXPECT_THAT(sentBy(5), testing::Each(IsEmpty())) << ticks_before;
@@ -154,7 +124,7 @@ TEST_F(BlinkingTest, ticks_are_left_out_for_all_buttons_alike_while_the_queue_is
 }
 
 TEST_F(BlinkingTest, goes_on_with_all_that_clients_alone_can_queue) {
-  const BusyWorker busy(*fpga);
+  const test::BusyWorker busy(*fpga);
   // Past the mark at which they pause they bring one turn: 64 messages for all 24 buttons.
   while (fpga->queueLength() <= QueueMarks().high_tasks + std::size_t{64 * 24})
     fpga->setLEDStatusIndicator(0, 1);
@@ -167,7 +137,7 @@ TEST_F(BlinkingTest, goes_on_with_all_that_clients_alone_can_queue) {
 TEST_F(BlinkingTest, that_the_device_cannot_follow_makes_no_client_pause) {
   int times_high = 0;
   QObject::connect(&*fpga, &FPGA::backlogHigh, [&] { ++times_high; });
-  const BusyWorker busy(*fpga);
+  const test::BusyWorker busy(*fpga);
   dispatcher->setLEDState(-1, -1, 20);
   while (!fpga->isFull())
     ticks(1);

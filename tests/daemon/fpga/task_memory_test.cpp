@@ -4,13 +4,13 @@
 #include "counted_allocations.h"
 #include "logging/channels/log_channels.h"
 #include "panel/registers/register_device.h"
+#include "support/device/busy_worker.h"
 #include "support/test_root.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <functional>
-#include <future>
 #include <memory>
 #include <semaphore.h>
 #include <string>
@@ -94,16 +94,6 @@ private:
   sem_t _done{};
 };
 
-/// Waits when executed until it is let go.
-class WaitingTask : public FPGATask {
-public:
-  explicit WaitingTask(std::future<void> end) : _end(std::move(end)) {}
-  void execute() override { _end.wait(); }
-
-private:
-  std::future<void> _end;
-};
-
 TEST(TaskMemoryTest, led_commands_take_none_on_their_way_to_the_device) {
   LogChannels::ofProcess(); // made when somebody first needs it
   const test::TestRoot root;
@@ -116,10 +106,10 @@ TEST(TaskMemoryTest, led_commands_take_none_on_their_way_to_the_device) {
       fpga.setLEDStatusIndicator(1, 1);
   };
   device.waitFor(12); // the blackout
-  std::promise<void> end;
-  fpga.queue(std::make_unique<WaitingTask>(end.get_future()));
-  queue(300);
-  end.set_value();
+  {
+    const test::BusyWorker busy(fpga);
+    queue(300);
+  }
   device.waitFor(300);
   const std::size_t before = test::allocations();
   for (int round = 0; round < 20; ++round) {

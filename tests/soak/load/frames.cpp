@@ -29,15 +29,20 @@ std::string ping_frame() { return frame({12}); }
 
 std::string reconfig_frame() { return frame({10, 0}); }
 
+std::string picture_head(std::uint32_t side) {
+  std::string head = "BM";
+  head.resize(54);
+  head[10] = 54;
+  head[14] = 40;
+  head[18] = static_cast<char>(side);
+  head[22] = static_cast<char>(side);
+  head[26] = 1;
+  head[28] = 24;
+  return head;
+}
+
 std::string picture_frame(std::uint32_t side) {
-  std::string bmp = "BM";
-  bmp.resize(54);
-  bmp[10] = 54;
-  bmp[14] = 40;
-  bmp[18] = static_cast<char>(side);
-  bmp[22] = static_cast<char>(side);
-  bmp[26] = 1;
-  bmp[28] = 24;
+  std::string bmp = picture_head(side);
   bmp += std::string(std::size_t{3} * side * side, '\x5A');
   return frame({19, 1, 0, 0, static_cast<std::uint32_t>(bmp.size())}, bmp);
 }

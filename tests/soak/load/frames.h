@@ -10,6 +10,9 @@ namespace buttondriver::soak {
 std::string ping_frame();
 /// A request to read the level file again.
 std::string reconfig_frame();
+/// What stands before the colours in the file of an uncompressed picture of 24 bits a pixel and `side` times `side`
+/// pixels: at most 128, divisible by 4.
+std::string picture_head(std::uint32_t side);
 /// A picture of `side` times `side` pixels, at most 128 and divisible by 4, in the corner of the second screen.
 std::string picture_frame(std::uint32_t side = 128);
 /// A line of 16 characters in each of the eight lines of all screens.

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // What pages and requests can make the server keep and do.
 
-#include "fpga/queue/fpga_task.h"
 #include "simulator/http/page/page_server.h"
+#include "support/device/busy_worker.h"
 #include "support/event_loop.h"
 #include "web_page_fixture.h"
 
-#include <QSemaphore>
-
 #include <functional>
+#include <optional>
 
 namespace buttondriver::simulator {
 namespace {
@@ -67,19 +66,10 @@ TEST_F(UnreadPageTest, is_cut_off_when_it_does_not_take_the_daemon_s_answers) {
 
 class RequestLimitsTest : public WebPageFixture {
 protected:
-  class WaitingTask : public FPGATask {
-  public:
-    explicit WaitingTask(QSemaphore &release) : _release(release) {}
-    void execute() override { _release.acquire(); }
-
-  private:
-    QSemaphore &_release;
-  };
-
-  /// Keeps the panel busy until `release` is released.
+  /// Keeps the panel busy until `busy` is reset.
   void keepBusy() {
     ASSERT_TRUE(process_events_until([this] { return tasks() == 0; }));
-    simulation->daemon()->fpga().queue(std::make_unique<WaitingTask>(release));
+    busy.emplace(simulation->daemon()->fpga());
   }
   std::size_t tasks() { return simulation->daemon()->fpga().queueLength(); }
 
@@ -89,7 +79,7 @@ protected:
     return socket;
   }
 
-  QSemaphore release;
+  std::optional<test::BusyWorker> busy;
 };
 
 TEST_F(RequestLimitsTest, however_many_equal_requests_wait_one_task_does_their_work) {
@@ -113,7 +103,7 @@ TEST_F(RequestLimitsTest, however_many_equal_requests_wait_one_task_does_their_w
     // The request of another kind has come in after all of them.
     EXPECT_EQ(get("/catalogue.json").status, 200);
     EXPECT_EQ(tasks(), with_the_first);
-    release.release();
+    busy.reset();
     EXPECT_EQ(reply_from(*first).status, row.status);
     for (const auto &other : others)
       EXPECT_EQ(reply_from(*other).status, row.status);
@@ -128,7 +118,7 @@ TEST_F(RequestLimitsTest, resets_go_on_one_at_a_time) {
   const auto second = asked("POST /reset");
   EXPECT_EQ(get("/catalogue.json").status, 200);
   EXPECT_EQ(tasks(), with_the_first);
-  release.release();
+  busy.reset();
   EXPECT_EQ(reply_from(*first).status, 204);
   EXPECT_EQ(reply_from(*second).status, 204);
 }
@@ -140,7 +130,7 @@ TEST_F(RequestLimitsTest, an_answer_shows_what_was_accepted_before_its_request_a
   sendMessages("00000010 00000011 00000005 00000001 00000000");
   const auto second = asked("GET /state.json");
   EXPECT_EQ(get("/catalogue.json").status, 200);
-  release.release();
+  busy.reset();
   EXPECT_FALSE(reply_from(*first).json()[QLatin1String("button_leds")][5].toBool());
   EXPECT_TRUE(reply_from(*second).json()[QLatin1String("button_leds")][5].toBool());
 }

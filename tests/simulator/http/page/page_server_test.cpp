@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 // The pictures, the state and the files that the page's server answers with.
 
-#include "fpga/queue/fpga_task.h"
 #include "protocol/catalogue.h"
 #include "simulator/picture/panel_picture.h"
+#include "support/device/busy_worker.h"
 #include "support/event_loop.h"
 #include "web_page_fixture.h"
 
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSemaphore>
 
 #include <gmock/gmock.h>
 
 #include <iterator>
+#include <optional>
 #include <vector>
 
 namespace buttondriver::simulator {
@@ -86,25 +86,16 @@ TEST_F(PageServerTest, the_state_at_the_start_is_that_of_a_dark_panel) {
 }
 
 TEST_F(PageServerTest, the_queue_length_is_what_the_answer_has_waited_for) {
-  class WaitingTask : public FPGATask {
-  public:
-    explicit WaitingTask(QSemaphore &release) : _release(release) {}
-    void execute() override { _release.acquire(); }
-
-  private:
-    QSemaphore &_release;
-  };
-  QSemaphore release;
   FPGA &fpga = simulation->daemon()->fpga();
   ASSERT_TRUE(test::process_events_until([&] { return fpga.queueLength() == 0; }));
-  fpga.queue(std::make_unique<WaitingTask>(release));
+  std::optional<test::BusyWorker> busy(std::in_place, fpga);
   fpga.blackoutScreen(0);
   fpga.blackoutScreen(1);
   const auto socket = connected();
   socket->write("GET /state.json HTTP/1.1\r\nHost: " + host() + "\r\n\r\n");
   EXPECT_TRUE(test::process_events_until([&] { return fpga.queueLength() == 4; })) << "three, and the answer's own";
   EXPECT_EQ(socket->bytesAvailable(), 0);
-  release.release();
+  busy.reset();
   EXPECT_EQ(counter(reply_from(*socket).json(), "queue_length"), 3);
 }
 
