@@ -100,6 +100,10 @@ std::size_t ScriptedPeer::read_some(char *place, std::size_t count) {
   return static_cast<std::size_t>(got);
 }
 
+void ScriptedPeer::write(const std::string &bytes) {
+  require(::send(_client, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size()), "send");
+}
+
 void ScriptedPeer::hang_up() {
   if (_client != -1)
     ::close(std::exchange(_client, -1));

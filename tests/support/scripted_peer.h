@@ -37,6 +37,8 @@ public:
   std::string read(std::size_t count, std::size_t at_a_time = 65536);
   /// All bytes up to the client's end of the connection.
   std::string read_to_end();
+  /// All of `bytes`.
+  void write(const std::string &bytes);
   /// Closes the connection. The client gets an end of stream, or a reset when bytes were left unread.
   void hang_up();
 

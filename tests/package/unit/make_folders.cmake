@@ -1,0 +1,30 @@
+# SPDX-License-Identifier: Apache-2.0
+# Has the folders made below TREE, twice: where nothing is there, and where fonts are. They are given to root.
+execute_process(COMMAND id -u OUTPUT_VARIABLE user OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+if(NOT user EQUAL 0)
+  execute_process(COMMAND "${CMAKE_COMMAND}" -E echo "needs root")
+  return()
+endif()
+function(make_folders root)
+  execute_process(COMMAND "${TMPFILES}" "--root=${root}" --create "${TREE}/usr/lib/tmpfiles.d/buttondriver.conf"
+    COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+set(empty "${TREE}/folders/empty")
+file(MAKE_DIRECTORY "${empty}")
+make_folders("${empty}")
+file(READ_SYMLINK "${empty}/opt/rv1000e/fonts" target)
+if(NOT target STREQUAL "/usr/share/fonts/X11/misc" OR NOT IS_DIRECTORY "${empty}/etc/rv1000e")
+  message(SEND_ERROR "made: fonts are in ${target}")
+endif()
+
+set(used "${TREE}/folders/used")
+file(WRITE "${used}/opt/rv1000e/fonts/8x16.pcf.gz" "mine")
+file(WRITE "${used}/etc/rv1000e/launcher.cfg" "mine")
+make_folders("${used}")
+foreach(file opt/rv1000e/fonts/8x16.pcf.gz etc/rv1000e/launcher.cfg)
+  file(READ "${used}/${file}" content)
+  if(NOT content STREQUAL "mine")
+    message(SEND_ERROR "${file} has changed")
+  endif()
+endforeach()
