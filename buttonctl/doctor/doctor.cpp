@@ -5,10 +5,14 @@
 #include "buttonctl/doctor/checks/device_check.h"
 #include "buttonctl/doctor/checks/font_check.h"
 #include "buttonctl/doctor/checks/level_check.h"
+#include "buttonctl/doctor/checks/service_check.h"
+#include "buttonctl/doctor/facts/account.h"
 #include "buttonctl/session/console.h"
 
 #include <QDir>
 #include <QHostAddress>
+
+#include <utility>
 
 namespace buttondriver::buttonctl {
 
@@ -18,27 +22,49 @@ bool is_this_machine(const QString &host) {
   return host == QLatin1String("localhost") || QHostAddress(host).isLoopback();
 }
 
+QString root_of(const Examination &examination) {
+  return examination.root.isEmpty() ? QString() : QDir(examination.root).absolutePath();
+}
+
 } // namespace
 
+Outcome<FileLook> look_of(const Examination &examination) {
+  if (examination.user.isEmpty())
+    return FileLook(look_at_file);
+  Outcome<Account> account = find_account(root_of(examination), examination.user);
+  if (!account)
+    return account.failure();
+  return FileLook([account = std::move(*account)](const QString &path) { return look_at_file_as(account, path); });
+}
+
 std::vector<Finding> examine(const Examination &examination, const FileLook &look) {
-  std::vector<Finding> findings;
-  if (is_this_machine(examination.endpoint.host)) {
-    const QString root = examination.root.isEmpty() ? QString() : QDir(examination.root).absolutePath();
-    const SystemPaths paths = SystemPaths::under(root.toStdString());
-    findings = check_configuration_and_font(paths, look);
-    findings.push_back(check_levels(paths, look));
-    if (!examination.skip_device)
-      findings.push_back(check_device(root, look));
+  if (!is_this_machine(examination.endpoint.host))
+    return {
+        note(QStringLiteral("machine"),
+             QStringLiteral("%1 is another machine: for its files, its device and its service, run buttonctl doctor "
+                            "on that machine")
+                 .arg(examination.endpoint.host)),
+        check_daemon_elsewhere(examination.endpoint)};
+  const QString root = root_of(examination);
+  const SystemPaths paths = SystemPaths::under(root.toStdString());
+  std::vector<Finding> findings = check_configuration_and_font(paths, root, look);
+  findings.push_back(check_levels(paths, look));
+  ServiceFacts service;
+  if (!examination.is_virtual) {
+    findings.push_back(check_device(root, examination.user, look));
+    service = find_service(root);
+    findings.push_back(check_service(service));
+    findings.push_back(check_program(service, root, examination.search_path, examination.version));
   }
-  findings.push_back(check_daemon(examination.endpoint));
+  findings.push_back(check_daemon(examination.endpoint, service));
   return findings;
 }
 
 QString shown(const Finding &finding) {
-  if (!finding.isFault())
-    return QStringLiteral("ok     %1: %2").arg(finding.name, as_one_line(finding.text));
-  return QStringLiteral("FAULT  %1: %2\n       fix: %3")
-      .arg(finding.name, as_one_line(finding.text), as_one_line(finding.fix));
+  const QString name = QStringLiteral("%1: %2").arg(finding.name, as_one_line(finding.text));
+  if (finding.isFault())
+    return QStringLiteral("FAULT  %1\n       fix: %2").arg(name, as_one_line(finding.fix));
+  return (finding.is_note ? QLatin1String("note   ") : QLatin1String("ok     ")) + name;
 }
 
 } // namespace buttondriver::buttonctl

@@ -11,7 +11,10 @@ namespace buttondriver::buttonctl {
 namespace {
 
 int run_doctor(const Examination &examination) {
-  const std::vector<Finding> findings = examine(examination, look_at_file);
+  const Outcome<FileLook> look = look_of(examination);
+  if (!look)
+    return report(look.failure(), exit_bad_usage, QStringLiteral("doctor: "));
+  const std::vector<Finding> findings = examine(examination, *look);
   for (const Finding &finding : findings)
     print_line(shown(finding));
   const bool is_ill =
@@ -27,7 +30,12 @@ Action build_doctor(ArgumentReader &arguments, const CommandContext &context) {
 
 Examination read_examination(ArgumentReader &arguments, const CommandContext &context) {
   refuse_dry_run(arguments, context);
-  return {arguments.option("root"), arguments.hasOption("virtual"), context.endpoint};
+  return {arguments.option("root"),
+          arguments.hasOption("virtual"),
+          context.endpoint,
+          arguments.option("user"),
+          qEnvironmentVariable("PATH").split(QLatin1Char(':')),
+          QStringLiteral(BUTTONDRIVER_VERSION)};
 }
 
 Command doctor_command() {
@@ -35,14 +43,17 @@ Command doctor_command() {
           "",
           "find out why the panel does not work",
           QStringLiteral(
-              "Checks the configuration, the font, the levels and the device of this machine, and asks the daemon\n"
-              "for an answer. Each check is one line, 'ok' or 'FAULT'; below a fault is a command line that\n"
-              "mends it, to be run as root where the file belongs to root. When --host is another machine, only\n"
-              "the daemon is checked. Exit status: 0 all is well, 1 there is a fault.\n"),
+              "Checks the configuration, the font, the levels, the device, the service and the program of this\n"
+              "machine, and asks the daemon for an answer. Each check is one line, 'ok', 'note' or 'FAULT'; below a\n"
+              "fault is a command line that mends it, to be run as root where the file belongs to root. None of them\n"
+              "replaces a file. When --host is another machine, only the daemon is checked. Exit status: 0 all is\n"
+              "well, 1 there is a fault, 2 there is no such user.\n"),
           "buttonctl doctor\n"
+          "sudo buttonctl doctor --user buttondriver\n"
           "buttonctl doctor --root build/qt6/share/buttondriver/panel-root --virtual\n",
-          {{"root", "DIR", "look for /dev, /etc/rv1000e and /opt/rv1000e under DIR, as buttondriver-sim does"},
-           {"virtual", nullptr, "the panel is virtual: do not look for a device"}},
+          {{"root", "DIR", "look for all files under DIR: /etc, /opt, /dev, /usr, /run"},
+           {"user", "NAME", "check what this user may read and write; 'buttondriver' is the service's"},
+           {"virtual", nullptr, "the panel is virtual: do not look for a device or a service"}},
           build_doctor};
 }
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/checks/device_check.h"
 
+#include "buttonctl/doctor/checks/file_check.h"
 #include "panel/registers/registers.h"
 
 namespace buttondriver::buttonctl {
 
-Finding check_device(const QString &root, const FileLook &look) {
+Finding check_device(const QString &root, const QString &user, const FileLook &look) {
   const QString name = QStringLiteral("device");
   const QString path = root + QLatin1String(panel::register_device_path);
   const FileFacts facts = look(path);
@@ -15,13 +16,17 @@ Finding check_device(const QString &root, const FileLook &look) {
             QStringLiteral("there is no device node %1; the kernel's driver of the panel is not loaded").arg(path),
             QStringLiteral("udevadm trigger --action=add && udevadm settle && ls -l %1 || buttondriver-sim")
                 .arg(shell_word(path))};
+  if (const auto fault = fault_of_way(name, path, facts))
+    return *fault;
   if (facts.kind != FileFacts::Kind::character_device)
     return {name, QStringLiteral("%1 is no device node").arg(path),
-            QStringLiteral("mv %1 %2 && udevadm trigger --action=add")
+            QStringLiteral("mv -n %1 %2 && udevadm trigger --action=add")
                 .arg(shell_word(path), shell_word(path + QLatin1String(".old")))};
   if (!facts.is_readable || !facts.is_writable)
     return {name, QStringLiteral("no permission to read and write %1").arg(path),
-            QStringLiteral("chmod a+rw ") + shell_word(path)};
+            user.isEmpty() ? QStringLiteral("chmod a+rw ") + shell_word(path)
+                           : QStringLiteral("usermod -aG fpga-reg %1 && chgrp fpga-reg %2 && chmod 660 %2")
+                                 .arg(shell_word(user), shell_word(path))};
   return {name, path, {}};
 }
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/doctor/checks/level_check.h"
 
+#include "buttonctl/doctor/checks/file_check.h"
+
 #include <QFile>
-#include <QFileInfo>
 #include <QStringList>
 
 namespace buttondriver::buttonctl {
@@ -31,18 +32,14 @@ QString fault_of_line(const QByteArray &line) {
 Finding check_levels(const SystemPaths &paths, const FileLook &look) {
   const QString name = QStringLiteral("levels");
   const QString file = QString::fromStdString(paths.button_level_file);
-  const QString write = QStringLiteral("printf 'led 100\\nlcd 100\\nscr 100\\n' > %1").arg(shell_word(file));
-  const QString rewrite = QStringLiteral("mkdir -p %1 && %2").arg(shell_word(QFileInfo(file).path()), write);
   const FileFacts facts = look(file);
   if (facts.kind == FileFacts::Kind::missing)
-    return {name, QStringLiteral("%1 is missing, so that 'reconfig' changes nothing").arg(file), rewrite};
-  if (facts.kind != FileFacts::Kind::regular)
-    return {name, QStringLiteral("%1 is no file").arg(file),
-            QStringLiteral("mv %1 %2 && %3").arg(shell_word(file), shell_word(file + QLatin1String(".old")), write)};
+    return {name, QStringLiteral("%1 is not there, and need not be: the levels stay as they are").arg(file), {}};
+  if (const auto fault = fault_of_file(name, file, facts))
+    return *fault;
   QFile source(file);
-  if (!facts.is_readable || !source.open(QIODevice::ReadOnly))
-    return {name, QStringLiteral("no permission to read %1").arg(file),
-            QStringLiteral("chmod a+r ") + shell_word(file)};
+  if (!source.open(QIODevice::ReadOnly))
+    return note(name, QStringLiteral("%1 is not for you to read, so that its lines were not looked at").arg(file));
   int number = 0;
   while (!source.atEnd()) {
     ++number;
@@ -51,7 +48,8 @@ Finding check_levels(const SystemPaths &paths, const FileLook &look) {
       continue;
     const QString fault = fault_of_line(line);
     if (!fault.isEmpty())
-      return {name, QStringLiteral("%1:%2: %3").arg(file, QString::number(number), fault), rewrite};
+      return {name, QStringLiteral("%1:%2: %3").arg(file, QString::number(number), fault),
+              edit(file, QStringLiteral("a line such as: scr 100"), QStringLiteral("+%1").arg(number))};
   }
   return {name, file, {}};
 }

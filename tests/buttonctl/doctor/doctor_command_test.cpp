@@ -15,12 +15,14 @@ Examination examination_of(const QStringList &words) {
   return read_examination(arguments.reader(), {Endpoint(), false, nothing});
 }
 
-TEST(DoctorCommandTest, takes_a_root_and_whether_the_panel_skip_device) {
-  const Examination examination = examination_of({"--root", "x", "--virtual"});
+TEST(DoctorCommandTest, takes_a_root_a_user_and_whether_the_panel_is_virtual) {
+  const Examination examination = examination_of({"--root", "x", "--virtual", "--user", "y"});
   EXPECT_EQ(examination.root.toStdString(), "x");
-  EXPECT_TRUE(examination.skip_device);
+  EXPECT_EQ(examination.user.toStdString(), "y");
+  EXPECT_TRUE(examination.is_virtual);
   EXPECT_TRUE(examination_of({}).root.isEmpty());
-  EXPECT_FALSE(examination_of({}).skip_device);
+  EXPECT_TRUE(examination_of({}).user.isEmpty());
+  EXPECT_FALSE(examination_of({}).is_virtual);
 }
 
 TEST(DoctorCommandTest, bad_arguments_are_refused_with_the_reason) {

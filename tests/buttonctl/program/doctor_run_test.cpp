@@ -37,7 +37,7 @@ TEST_F(DoctorRunTest, all_is_well_with_a_virtual_panel) {
   EXPECT_EQ(result.errors, "");
   EXPECT_THAT(result.output,
               MatchesRegex("ok     configuration: [^\n]*/etc/rv1000e/launcher.cfg asks for a font of 8x16\n"
-                           "ok     font: [^\n]*/opt/rv1000e/fonts/8x16.pcf.gz\n"
+                           "ok     font: [^\n]*/opt/rv1000e/fonts/8x16.pcf.gz; sizes there: [0-9x ]+\n"
                            "ok     levels: [^\n]*/etc/rv1000e/buttonlevel\n"
                            "ok     daemon: 127.0.0.1 port [0-9]+ answers in [0-9.]+ ms\n"));
 }
@@ -80,6 +80,13 @@ TEST_F(DoctorRunTest, something_that_answers_no_ping_is_not_the_daemon) {
                       "it hangs: [^\n]*" +
                       std::string(row.pattern) + "[^\n]*\n       fix: ss -ltnp | grep buttondriver "));
   }
+}
+
+TEST_F(DoctorRunTest, a_user_that_is_not_known_is_bad_usage) {
+  const ToolResult result = run(1, {"--virtual", "--user", "nobody-here"});
+  EXPECT_EQ(result.exit_status, 2);
+  EXPECT_EQ(result.output, "");
+  EXPECT_THAT(result.errors, MatchesRegex("buttonctl: doctor: there is no user 'nobody-here' in [^\n]*/etc/passwd\n"));
 }
 
 TEST_F(DoctorRunTest, every_fault_is_told_at_once) {
