@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Picture readers report through Qt what the tool prints in its own line.
+/// Parts of Qt report through it what the tool prints in its own line.
 void drop_message(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 } // namespace

@@ -4,6 +4,7 @@
 //
 // Input, from the end: whether pictures are going to be replaced (one byte, its lowest bit). In front of it: the file.
 #include "buttonctl/command_table.h"
+#include "buttonctl/pictures/picture_file.h"
 #include "buttonctl/scenario/scenario_reader.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
@@ -12,7 +13,6 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
-#include <QImage>
 #include <QString>
 
 namespace buttondriver::fuzz {
@@ -25,9 +25,7 @@ using namespace buttonctl;
 class Rig {
 public:
   Rig() : _application(_argument_count, nullptr) {
-    QImage picture(128, 128, QImage::Format_RGB32);
-    picture.fill(Qt::darkGreen);
-    require(picture.save(QString::fromStdString(_folder.path("good.png"))), "a picture can be made");
+    _folder.write("good.png", write_png(Picture({128, 128}, {0, 128, 0})).toStdString());
     _folder.write("bad.png", "no picture");
   }
 

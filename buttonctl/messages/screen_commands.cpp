@@ -133,8 +133,8 @@ Command image_command() {
           QStringLiteral(
               "SCREEN is 0, 1, 2 or all, each of 128 x 128 pixels. The panel takes uncompressed 24-bit BMP files,\n"
               "bottom row first, with a 40-byte information header; such a FILE is sent byte for byte. Other\n"
-              "BMPs, PNG, JPEG and whatever else the installed Qt reads are converted, transparent parts to\n"
-              "black. The panel does not cut off a picture that sticks out of the screen but shears it; such a\n"
+              "BMPs, PNG, JPEG and the first picture of a GIF are converted, transparent parts to black. The\n"
+              "panel does not cut off a picture that sticks out of the screen but shears it; such a\n"
               "picture is refused unless --fit or --crop is given.\n"),
           "buttonctl image 1 logo.bmp --at 10,20\n"
           "buttonctl image all photo.png --fit\n"

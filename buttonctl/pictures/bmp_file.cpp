@@ -14,6 +14,8 @@ namespace {
 constexpr std::uint32_t file_header_size = 14;
 constexpr std::uint32_t information_header_size = 40;
 constexpr std::uint32_t header_size = file_header_size + information_header_size;
+/// The shortest information header that has a mask for opacity.
+constexpr std::uint32_t size_with_opacity_mask = 56;
 constexpr std::uint32_t uncompressed = 0;
 constexpr std::uint32_t uncompressed_with_masks = 3;
 constexpr std::int32_t pixels_per_metre = 2835;
@@ -73,11 +75,15 @@ bool is_cut_short_bmp(ByteView file) {
          !holds_all_rows(*header, file);
 }
 
-QByteArray write_screen_bmp(const QImage &image) {
-  // Premultiplied components are those of the picture laid on black.
-  const QImage on_black = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-  const int width = on_black.width();
-  const int height = on_black.height();
+bool is_bmp_without_opacity(ByteView file) {
+  const std::optional<Header> header = read_header(file);
+  return header &&
+         (header->compression != uncompressed_with_masks || header->information_size < size_with_opacity_mask);
+}
+
+QByteArray write_screen_bmp(const Picture &picture) {
+  const int width = picture.width();
+  const int height = picture.height();
   const auto row = static_cast<quint32>(row_size(static_cast<std::uint64_t>(width), 24));
   const quint32 data_size = row * static_cast<quint32>(height);
 
@@ -92,10 +98,10 @@ QByteArray write_screen_bmp(const QImage &image) {
 
   const QByteArray padding(static_cast<int>(row) - 3 * width, '\0');
   for (int y = height - 1; y >= 0; --y) {
-    const auto *pixels = reinterpret_cast<const QRgb *>(on_black.constScanLine(y));
-    for (int x = 0; x < width; ++x)
-      stream << static_cast<quint8>(qBlue(pixels[x])) << static_cast<quint8>(qGreen(pixels[x]))
-             << static_cast<quint8>(qRed(pixels[x]));
+    for (int x = 0; x < width; ++x) {
+      const Colour colour = picture.at(x, y);
+      stream << colour.blue << colour.green << colour.red;
+    }
     stream.writeRawData(padding.constData(), static_cast<int>(padding.size()));
   }
   return file;

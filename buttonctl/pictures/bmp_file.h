@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/pictures/picture.h"
 #include "bytes/byte_view.h"
 
 #include <QByteArray>
-#include <QImage>
 #include <QSize>
 
 #include <optional>
@@ -16,11 +16,14 @@ namespace buttondriver::buttonctl {
 /// The size in pixels when `file` is a whole picture of that format; nothing when it must be converted.
 std::optional<QSize> size_of_screen_bmp(ByteView file);
 
-/// True when `file` is an uncompressed BMP of any kind that ends before its last row. Qt reads such a file without
-/// complaint and leaves the rest of the picture undefined.
+/// True when `file` is an uncompressed BMP of any kind that ends before its last row is complete.
 bool is_cut_short_bmp(ByteView file);
 
-/// `image` in that format; transparent parts come out as on the screens' black.
-QByteArray write_screen_bmp(const QImage &image);
+/// True when `file` is a BMP that does not say that a part of its pixels is opacity. With 32 bits a pixel, that part is
+/// there, but programs leave anything in it.
+bool is_bmp_without_opacity(ByteView file);
+
+/// `picture` in that format.
+QByteArray write_screen_bmp(const Picture &picture);
 
 } // namespace buttondriver::buttonctl

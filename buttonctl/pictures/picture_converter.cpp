@@ -2,12 +2,10 @@
 #include "buttonctl/pictures/picture_converter.h"
 
 #include "buttonctl/pictures/bmp_file.h"
+#include "buttonctl/pictures/picture_file.h"
 #include "bytes/view_of.h"
 #include "dimensions/panel_dimensions.h"
 
-#include <QBuffer>
-#include <QImage>
-#include <QImageReader>
 #include <QRect>
 
 #include <optional>
@@ -24,17 +22,16 @@ const QSize screen_size(screen_width, screen_height);
 const QSize button_image_size(dimensions::button_image_width, dimensions::button_image_height);
 constexpr int lightest_dark_grey = 127;
 
-Outcome<QImage> read_image(const QByteArray &file) {
-  if (is_cut_short_bmp(view_of(file)))
-    return Failure{QStringLiteral("the picture is cut short")};
-  QBuffer buffer;
-  buffer.setData(file);
-  QImageReader reader(&buffer);
-  reader.setAutoTransform(true);
-  const QImage image = reader.read();
-  if (image.isNull())
-    return Failure{QStringLiteral("not a picture that can be read (%1)").arg(reader.errorString())};
-  return image;
+/// Lighter to the eye in green than in blue; 0 to 255.
+int grey(Colour colour) { return (11 * colour.red + 16 * colour.green + 5 * colour.blue) / 32; }
+
+/// What lies in `part`, which the picture contains.
+Picture cut_out(const Picture &picture, const QRect &part) {
+  Picture result(part.size());
+  for (int y = 0; y < part.height(); ++y)
+    for (int x = 0; x < part.width(); ++x)
+      result.set(x, y, picture.at(part.x() + x, part.y() + y));
+  return result;
 }
 
 QString extent(QSize size) { return QStringLiteral("%1x%2").arg(size.width()).arg(size.height()); }
@@ -57,13 +54,13 @@ Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Over
                        .arg(screen_height - 1)};
 
   std::optional<QSize> size = size_of_screen_bmp(view_of(file));
-  QImage image;
+  Picture picture;
   if (!size) {
-    const Outcome<QImage> read = read_image(file);
+    const Outcome<Picture> read = read_picture(file);
     if (!read)
       return read.failure();
-    image = *read;
-    size = image.size();
+    picture = *read;
+    size = picture.size();
   }
 
   const QRect wanted(corner, *size);
@@ -85,37 +82,35 @@ Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Over
   }
 
   const bool unchanged = oversize == Oversize::fit ? fitted == *size : visible == wanted;
-  if (image.isNull()) {
+  if (picture.isNull()) {
     if (unchanged)
       return PlacedPicture{file, corner};
-    const Outcome<QImage> read = read_image(file);
+    const Outcome<Picture> read = read_picture(file);
     if (!read)
       return read.failure();
-    image = *read;
+    picture = *read;
   }
   if (oversize == Oversize::fit && !unchanged)
-    image = image.scaled(fitted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    picture = scaled(picture, fitted);
   else if (!unchanged)
-    image = image.copy(visible.translated(-corner));
-  return PlacedPicture{write_screen_bmp(image), oversize == Oversize::fit ? corner : visible.topLeft()};
+    picture = cut_out(picture, visible.translated(-corner));
+  return PlacedPicture{write_screen_bmp(picture), oversize == Oversize::fit ? corner : visible.topLeft()};
 }
 
 Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert) {
   QByteArray bits = file;
   if (file.size() != button_image_bytes || file.startsWith("\x89PNG")) {
-    const Outcome<QImage> read = read_image(file);
+    const Outcome<Picture> read = read_picture(file);
     if (!read)
       return Failure{QStringLiteral("not %1 raw bytes, and %2").arg(button_image_bytes).arg(read.failure().text)};
     if (read->size() != button_image_size)
       return Failure{QStringLiteral("a button image is %1 pixels, this picture is %2; scale it first")
                          .arg(extent(button_image_size), extent(read->size()))};
-    const QImage on_black = read->convertToFormat(QImage::Format_ARGB32_Premultiplied);
     bits = QByteArray(button_image_bytes, '\0');
     for (int y = 0; y < button_image_size.height(); ++y) {
-      const auto *pixels = reinterpret_cast<const QRgb *>(on_black.constScanLine(y));
       for (int x = 0; x < button_image_size.width(); ++x) {
         const int place = y * (button_image_size.width() / 8) + x / 8;
-        if (qGray(pixels[x]) > lightest_dark_grey)
+        if (grey(read->at(x, y)) > lightest_dark_grey)
           bits[place] = static_cast<char>(bits[place] | 0x80 >> x % 8);
       }
     }

@@ -22,7 +22,7 @@ struct PlacedPicture {
 };
 
 /// The picture in `file` for a screen, its top left corner at `corner`. A BMP that the panel understands and that needs
-/// no change comes back byte for byte; anything else that Qt can read is converted.
+/// no change comes back byte for byte; anything else that read_picture() can read is converted.
 Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Oversize oversize);
 
 /// The bytes of a button image: `file` itself when it is that long and no PNG, else a picture of its size, in which the

@@ -3,10 +3,12 @@
 
 #include "buttonctl/arguments/argument_reader.h"
 #include "buttonctl/arguments/option_parser.h"
+#include "buttonctl/pictures/difference/picture_difference.h"
+#include "buttonctl/pictures/picture_file.h"
 #include "dimensions/panel_dimensions.h"
 
+#include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 
 #include <limits>
 
@@ -126,13 +128,17 @@ PictureTest picture_test(ArgumentReader &arguments, bool replaces_pictures) {
   const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
   const QString name = arguments.word("FILE");
   const QString file = arguments.pathOf(name);
+  // It would be removed when the screen is as expected.
+  if (name.endsWith(difference_ending))
+    arguments.fail(QStringLiteral("'%1' has the name of a difference picture").arg(name));
   if (arguments.hasFailed() || replaces_pictures || !QFileInfo::exists(file))
-    return {screen, file, QImage()};
-  QImageReader reader(file);
-  const QImage expected = reader.read();
-  if (expected.isNull())
-    arguments.fail(QStringLiteral("'%1': not a picture that can be read (%2)").arg(name, reader.errorString()));
-  return {screen, file, expected};
+    return {screen, file, Picture()};
+  const Outcome<Picture> expected = read_picture_file(file);
+  if (!expected) {
+    arguments.fail(QStringLiteral("'%1': %2").arg(name, expected.failure().text));
+    return {screen, file, Picture()};
+  }
+  return {screen, file, *expected};
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/pictures/picture.h"
 #include "buttonctl/scenario/panel_report.h"
 #include "outcome/outcome.h"
 
-#include <QImage>
 #include <QString>
 #include <QStringList>
 
@@ -19,8 +19,8 @@ using StateTest = std::function<Outcome<Done>(const PanelReport &)>;
 
 struct PictureTest {
   int screen;
-  QString file;    ///< the expected picture, a path that can be opened
-  QImage expected; ///< null when there is none
+  QString file;     ///< the expected picture, a path that can be opened
+  Picture expected; ///< null when there is none
 };
 
 /// One line of a scenario that says how the panel should be.

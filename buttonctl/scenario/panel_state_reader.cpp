@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/panel_state_reader.h"
 
+#include "buttonctl/pictures/picture_file.h"
+
 #include <QEventLoop>
 #include <QNetworkProxy>
 #include <QNetworkReply>
@@ -39,10 +41,10 @@ Outcome<ScreenPicture> PanelStateReader::screen(int screen) {
   const Outcome<QByteArray> png = get(path);
   if (!png)
     return png.failure();
-  const QImage image = QImage::fromData(*png, "PNG");
-  if (image.isNull())
-    return Failure{QStringLiteral("cannot read %1%2: it is no PNG picture").arg(_url, path)};
-  return ScreenPicture{*png, image};
+  const Outcome<Picture> picture = read_picture(*png);
+  if (!picture)
+    return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, path, picture.failure().text)};
+  return ScreenPicture{*png, *picture};
 }
 
 Outcome<QByteArray> PanelStateReader::get(const QString &path) {

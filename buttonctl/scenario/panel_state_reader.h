@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/pictures/picture.h"
 #include "buttonctl/scenario/panel_report.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
-#include <QImage>
 #include <QNetworkAccessManager>
 #include <QString>
 
@@ -13,8 +13,8 @@ namespace buttondriver::buttonctl {
 
 /// A screen as the virtual panel has sent it.
 struct ScreenPicture {
-  QByteArray png; ///< the file
-  QImage image;   ///< what is in it
+  QByteArray png;  ///< the file
+  Picture picture; ///< what is in it
 };
 
 /// Asks the virtual panel over HTTP what it shows. Every answer is about the moment at which all is done that the

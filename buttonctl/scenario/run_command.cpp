@@ -5,6 +5,7 @@
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
 
+#include <QFileInfo>
 #include <QUrl>
 
 namespace buttondriver::buttonctl {
@@ -25,8 +26,13 @@ Action build_run(ArgumentReader &arguments, const CommandContext &context) {
 } // namespace
 
 ScenarioPlan read_scenario_plan(ArgumentReader &arguments, const CommandContext &context) {
-  ScenarioPlan plan{arguments.word("FILE"), default_panel, arguments.hasOption("update"), context.endpoint,
-                    context.dry_run};
+  const QString file = arguments.word("FILE");
+  ScenarioPlan plan{
+      file, QFileInfo(file).path(), default_panel, arguments.hasOption("update"), context.endpoint, context.dry_run};
+  if (arguments.hasOption("output"))
+    plan.output = arguments.option("output");
+  if (plan.output.isEmpty())
+    arguments.fail(QStringLiteral("--output must not be empty"));
   if (plan.update && plan.dry_run)
     arguments.fail(QStringLiteral("use only one of --update and --dry-run"));
   if (!arguments.hasOption("panel"))
@@ -63,6 +69,7 @@ Command run_command() {
           "buttonctl run first.scenario --panel http://127.0.0.1:8081 --timeout 500\n"
           "buttonctl run first.scenario --update\n",
           {{"panel", "URL", "where the virtual panel answers, http://HOST:PORT (default http://127.0.0.1:8080)"},
+           {"output", "DIR", "folder for difference pictures, made when it is not there (default: the scenario's)"},
            {"update", nullptr, "write what the screens show as the expected pictures"}},
           build_run};
 }

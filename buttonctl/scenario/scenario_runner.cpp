@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/scenario_runner.h"
 
-#include "buttonctl/pictures/picture_difference.h"
+#include "buttonctl/pictures/difference/picture_difference.h"
+#include "buttonctl/pictures/picture_file.h"
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QSaveFile>
@@ -34,13 +36,15 @@ Outcome<Done> write_file(const QString &name, const QByteArray &content) {
   return Done{};
 }
 
-/// What happened to the difference picture, as the end of a sentence.
-QString write_difference(const PictureTest &test, const QImage &actual) {
-  const QString file = difference_file(test.file);
-  if (!difference_picture(test.expected, actual).save(file, "PNG"))
+/// What happened to the difference picture in `file`, as the end of a sentence.
+QString write_difference(const QString &file, const Picture &expected, const Picture &actual) {
+  QDir().mkpath(QFileInfo(file).path());
+  if (!write_file(file, write_png(difference_picture(expected, actual))))
     return QStringLiteral("'%1' cannot be written").arg(file);
   return QStringLiteral("see '%1'").arg(file);
 }
+
+QString extent(QSize size) { return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()); }
 
 } // namespace
 
@@ -110,6 +114,7 @@ int ScenarioRunner::expectState(const QString &where, const Expectation &expecta
 }
 
 int ScenarioRunner::expectPicture(const QString &where, const Expectation &expectation, const PictureTest &test) {
+  const QString differences = difference_file(_plan.output, test.file);
   if (test.expected.isNull())
     return report(Failure{QStringLiteral("%1: there is no '%2'; 'buttonctl run --update' writes what the screen shows")
                               .arg(expectation.command, test.file)},
@@ -121,13 +126,23 @@ int ScenarioRunner::expectPicture(const QString &where, const Expectation &expec
     const Outcome<ScreenPicture> screen = _panel.screen(test.screen);
     if (!screen)
       return report(screen.failure(), exit_unreachable, where);
-    const int different = count_different_pixels(test.expected, screen->image);
-    if (different == 0)
+    if (test.expected.size() != screen->picture.size()) {
+      QFile::remove(differences);
+      return report(Failure{QStringLiteral("%1: '%2' is %3 pixels, screen %4 is %5")
+                                .arg(expectation.command, test.file, extent(test.expected.size()),
+                                     QString::number(test.screen), extent(screen->picture.size()))},
+                    exit_differs, where);
+    }
+    const int different = count_different_pixels(test.expected, screen->picture);
+    if (different == 0) {
+      QFile::remove(differences);
       return exit_done;
+    }
     if (is_last)
       return report(Failure{QStringLiteral("%1: after %2 ms, %3 pixels of screen %4 are not those of '%5'; %6")
                                 .arg(expectation.command, QString::number(timeout_ms), QString::number(different),
-                                     QString::number(test.screen), test.file, write_difference(test, screen->image))},
+                                     QString::number(test.screen), test.file,
+                                     write_difference(differences, test.expected, screen->picture))},
                     exit_differs, where);
     pause();
   }
@@ -137,13 +152,13 @@ int ScenarioRunner::updatePicture(const QString &where, const PictureTest &test)
   const Outcome<ScreenPicture> screen = _panel.screen(test.screen);
   if (!screen)
     return report(screen.failure(), exit_unreachable, where);
-  const QImage expected(test.file);
+  QFile::remove(difference_file(_plan.output, test.file));
+  const Outcome<Picture> expected = read_picture_file(test.file);
   // A picture that shows the same is left as it is, whoever has written it.
-  if (!expected.isNull() && count_different_pixels(expected, screen->image) == 0)
+  if (expected && expected->size() == screen->picture.size() && count_different_pixels(*expected, screen->picture) == 0)
     return exit_done;
   if (const auto written = write_file(test.file, screen->png); !written)
     return report(written.failure(), exit_bad_usage, where);
-  QFile::remove(difference_file(test.file));
   print_line(QStringLiteral("wrote %1").arg(test.file));
   return exit_done;
 }

@@ -10,6 +10,7 @@ namespace buttondriver::buttonctl {
 /// Which scenario, against what.
 struct ScenarioPlan {
   QString file;
+  QString output;    ///< the folder for difference pictures
   QString panel_url; ///< "http://HOST:PORT"
   bool update;       ///< what the screens show becomes the expected pictures
   Endpoint endpoint; ///< the daemon

@@ -58,7 +58,7 @@ TEST(PictureConverterTest, other_bmps_become_24_bit_bmps) {
 
   for (const QByteArray &file : {few_bits, top_down}) {
     const auto placed = place_picture(file, {0, 0}, Oversize::refuse);
-    ASSERT_TRUE(placed);
+    ASSERT_TRUE(placed) << placed.failure().text.toStdString();
     EXPECT_EQ(hex(placed->bmp), golden(bmp_3x2));
   }
 }
@@ -185,8 +185,8 @@ TEST(PictureConverterTest, refuses_what_cannot_be_shown) {
       {small, {0, 128}, Oversize::fit, "--fit needs a corner on the screen, from 0,0 to 127,127"},
       {whole.left(whole.size() - 1), {0, 0}, Oversize::refuse, "the picture is cut short"},
       {indexed.left(indexed.size() - 1), {0, 0}, Oversize::refuse, "the picture is cut short"},
-      {"hello", {0, 0}, Oversize::refuse, "not a picture that can be read (Unsupported image format)"},
-      {"", {0, 0}, Oversize::refuse, "not a picture that can be read (Unsupported image format)"},
+      {"hello", {0, 0}, Oversize::refuse, "not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
+      {"", {0, 0}, Oversize::refuse, "not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
   };
   for (const Row &row : rows) {
     const auto placed = place_picture(row.file, row.at, row.oversize);
@@ -246,7 +246,8 @@ TEST(PictureConverterTest, refuses_what_is_no_button_image) {
     const char *text;
   };
   const Row rows[] = {
-      {QByteArray(119, 'x'), "not 120 raw bytes, and not a picture that can be read (Unsupported image format)"},
+      {QByteArray(119, 'x'),
+       "not 120 raw bytes, and not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
       {encoded(filled(24, 40, 0), "PNG"), "a button image is 40x24 pixels, this picture is 24x40; scale it first"},
   };
   for (const Row &row : rows) {

@@ -92,7 +92,7 @@ TEST_F(ScenarioTest, an_expectation_is_asked_again_until_it_is_true) {
 }
 
 TEST_F(ScenarioTest, another_picture_is_exit_status_3_and_leaves_a_difference_picture) {
-  QImage expected = filled(128, 128, qRgb(0x40, 0x80, 0xFF));
+  const QImage expected = filled(128, 128, qRgb(0x40, 0x80, 0xFF));
   QImage actual = expected;
   actual.setPixel(0, 0, qRgb(0, 0, 0));
   actual.setPixel(127, 127, qRgb(0x40, 0x80, 0xFE));
@@ -103,23 +103,77 @@ TEST_F(ScenarioTest, another_picture_is_exit_status_3_and_leaves_a_difference_pi
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.errors, "buttonctl: a.scenario:2: expect-screen: after 50 ms, 2 pixels of screen 1 are not those of "
                            "'ready.png'; see 'ready.difference.png'\n");
-  // Made by hand: expected, a gap, actual, a gap, and a quarter of the expected brightness with red.
-  QImage difference = filled(392, 128, qRgb(0x80, 0x80, 0x80));
+  // By hand: below 24 rows of writing, each pixel as 3 x 3; expected, 12 columns between, actual, as many again, and a
+  // quarter of the expected brightness with red.
+  QImage difference = filled(1176, 384, qRgb(0x80, 0x80, 0x80));
+  const auto put = [&](int left, int x, int y, QRgb colour) {
+    for (int place = 0; place < 9; ++place)
+      difference.setPixel(left + 3 * x + place % 3, 3 * y + place / 3, colour);
+  };
   for (int y = 0; y < 128; ++y) {
     for (int x = 0; x < 128; ++x) {
-      difference.setPixel(x, y, qRgb(0x40, 0x80, 0xFF));
-      difference.setPixel(132 + x, y, qRgb(0x40, 0x80, 0xFF));
-      difference.setPixel(264 + x, y, qRgb(0x10, 0x20, 0x3F));
+      put(0, x, y, qRgb(0x40, 0x80, 0xFF));
+      put(396, x, y, qRgb(0x40, 0x80, 0xFF));
+      put(792, x, y, qRgb(0x10, 0x20, 0x3F));
     }
   }
-  difference.setPixel(132, 0, qRgb(0, 0, 0));
-  difference.setPixel(259, 127, qRgb(0x40, 0x80, 0xFE));
-  difference.setPixel(264, 0, qRgb(0xFF, 0, 0));
-  difference.setPixel(391, 127, qRgb(0xFF, 0, 0));
-  EXPECT_EQ(QImage(QStringLiteral("ready.difference.png")), difference);
-  EXPECT_EQ(read_file(QStringLiteral("ready.difference.png")), encoded(difference, "PNG"));
+  put(396, 0, 0, qRgb(0, 0, 0));
+  put(396, 127, 127, qRgb(0x40, 0x80, 0xFE));
+  put(792, 0, 0, qRgb(0xFF, 0, 0));
+  put(792, 127, 127, qRgb(0xFF, 0, 0));
+  const QImage written(QStringLiteral("ready.difference.png"));
+  ASSERT_EQ(written.size(), QSize(1176, 408));
+  EXPECT_EQ(written.copy(0, 24, 1176, 384).convertToFormat(QImage::Format_RGB32), difference);
   // What stands after it is not sent.
   EXPECT_EQ(to_hex(daemon.received().toStdString()), to_hex(from_hex("00000008 00000010 ffffffff 00000004 0000000c")));
+}
+
+TEST_F(ScenarioTest, a_difference_picture_goes_to_a_folder_and_away_when_the_screen_is_right) {
+  struct Row {
+    QStringList options;
+    const char *file;
+  };
+  const Row rows[] = {
+      // Beside the scenario, wherever the expected picture lies.
+      {{}, "ready.difference.png"},
+      {{"--output", "out/new"}, "out/new/ready.difference.png"},
+  };
+  ASSERT_TRUE(QDir().mkpath(QStringLiteral("screens")));
+  const QByteArray expected = encoded(filled(128, 128, qRgb(1, 2, 3)), "PNG");
+  folder.write("screens/ready.png", expected);
+  const QByteArray scenario = "expect-screen 0 screens/ready.png --timeout 20\n";
+  for (const Row &row : rows) {
+    panel.answer("/screen/0.png", encoded(filled(128, 128, qRgb(1, 2, 4)), "PNG"));
+    const ToolResult result = run(scenario, row.options);
+    EXPECT_EQ(result.exit_status, 3);
+    EXPECT_THAT(result.errors, HasSubstr(std::string("16384 pixels of screen 0 are not those of 'screens/ready.png'; "
+                                                     "see '") +
+                                         row.file + "'\n"));
+    EXPECT_TRUE(QFile::exists(QLatin1String(row.file)));
+    EXPECT_EQ(QDir(QStringLiteral("screens")).entryList(QDir::Files), QStringList{"ready.png"});
+
+    panel.answer("/screen/0.png", expected);
+    EXPECT_EQ(run(scenario, row.options).exit_status, 0);
+    EXPECT_FALSE(QFile::exists(QLatin1String(row.file))) << row.file;
+  }
+  panel.answer("/screen/0.png", encoded(filled(128, 128, 0), "PNG"));
+  folder.write("file", "no folder");
+  const ToolResult result = run(scenario, {"--output", "file/out"});
+  EXPECT_EQ(result.exit_status, 3);
+  EXPECT_THAT(result.errors, HasSubstr("; 'file/out/ready.difference.png' cannot be written\n"));
+}
+
+TEST_F(ScenarioTest, an_expected_picture_of_another_size_is_told_at_once_and_as_that) {
+  folder.write("small.png", encoded(filled(64, 32, 0), "PNG"));
+  folder.write("small.difference.png", "an old one");
+  panel.answer("/screen/0.png", encoded(filled(128, 128, 0), "PNG"));
+  // A picture of the right size would be waited for: for 30 seconds, see run().
+  const ToolResult result = run("expect-screen 0 small.png\n");
+  EXPECT_EQ(result.exit_status, 3);
+  EXPECT_EQ(result.errors, "buttonctl: a.scenario:1: expect-screen: 'small.png' is 64 x 32 pixels, screen 0 is "
+                           "128 x 128\n");
+  EXPECT_EQ(panel.asked().size(), 1);
+  EXPECT_FALSE(QFile::exists(QStringLiteral("small.difference.png")));
 }
 
 TEST_F(ScenarioTest, a_missing_expected_picture_is_exit_status_3) {
@@ -164,7 +218,8 @@ TEST_F(ScenarioTest, a_panel_that_cannot_be_asked_is_exit_status_1) {
       {"expect-screen 0 grey.png", "buttonctl: a.scenario:1: http://127.0.0.1:[0-9]+/screen/0.png answers with status "
                                    "404; is that the virtual panel\\?\n"},
       {"expect-screen 1 grey.png",
-       "buttonctl: a.scenario:1: cannot read http://127.0.0.1:[0-9]+/screen/1.png: it is no PNG picture\n"},
+       "buttonctl: a.scenario:1: cannot read http://127.0.0.1:[0-9]+/screen/1.png: not a picture that can be read "
+       "\\(neither PNG nor JPEG, BMP or GIF\\)\n"},
   };
   folder.write("grey.png", encoded(filled(128, 128, 0), "PNG"));
   for (const Row &row : rows) {
@@ -219,8 +274,10 @@ TEST_F(ScenarioTest, a_bad_line_is_exit_status_2_and_nothing_is_sent) {
        "buttonctl: a.scenario:2: unknown expectation 'expect-lde'; see 'buttonctl run --help'\n"},
       {"led 5 on\nexpect-text 0 0 'x\n", "buttonctl: a.scenario:2: the quote ' is not closed\n"},
       {"led 5 on\nrun b.scenario\n", "buttonctl: a.scenario:2: a batch cannot run 'run'\n"},
+      {"expect-screen 0 a.difference.png\n",
+       "buttonctl: a.scenario:1: expect-screen: 'a.difference.png' has the name of a difference picture\n"},
       {"expect-screen 0 note.png\n", "buttonctl: a.scenario:1: expect-screen: 'note.png': not a picture that can be "
-                                     "read (Unsupported image format)\n"},
+                                     "read (neither PNG nor JPEG, BMP or GIF)\n"},
   };
   for (const Row &row : rows) {
     const ToolResult result = run(row.scenario);

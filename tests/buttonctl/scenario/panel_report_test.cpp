@@ -202,7 +202,7 @@ TEST(ExpectationTest, bad_lines_are_refused_with_the_reason) {
       {{"expect-screen", "all", "a.png"}, "expect-screen: SCREEN must be a number from 0 to 2, not 'all'"},
       {{"expect-screen", "0"}, "expect-screen: FILE is missing; see 'buttonctl run --help'"},
       {{"expect-screen", "0", "note.txt"},
-       "expect-screen: 'note.txt': not a picture that can be read (Unsupported image format)"},
+       "expect-screen: 'note.txt': not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
       {{"expect-led", "1", "on", "--timeout", "0"}, "expect-led: --timeout must be a number from 1 to 600000, not '0'"},
       {{"expect-led", "1", "on", "--host", "x"},
        "expect-led: unknown option '--host'; see 'buttonctl run --help', and put -- before arguments that start with a "
