@@ -44,6 +44,9 @@ public:
   const std::uint8_t *components() const { return reinterpret_cast<const std::uint8_t *>(_pixels.data()); }
   std::uint8_t *components() { return reinterpret_cast<std::uint8_t *>(_pixels.data()); }
 
+  /// The picture of a camera that was held as `orientation` says, 1 to 8 as in Exif, as it was seen.
+  Picture turnedUpright(int orientation) const;
+
 private:
   std::size_t place(int x, int y) const {
     return static_cast<std::size_t>(y) * static_cast<std::size_t>(width()) + static_cast<std::size_t>(x);

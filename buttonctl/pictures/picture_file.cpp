@@ -2,6 +2,7 @@
 #include "buttonctl/pictures/picture_file.h"
 
 #include "buttonctl/pictures/bmp_file.h"
+#include "buttonctl/pictures/jpeg_outline.h"
 #include "bytes/view_of.h"
 
 #include <QFile>
@@ -153,6 +154,12 @@ Outcome<Picture> read_picture(const QByteArray &file) {
   if (is_cut_short_bmp(view_of(file)))
     return Failure{QStringLiteral("the picture is cut short")};
 
+  JpegOutline outline;
+  if (format->name == QLatin1String("JPEG"))
+    outline = outline_of_jpeg(view_of(file));
+  if (!outline.has_sound_tables)
+    return not_readable(QStringLiteral("JPEG: a table of codes is damaged"));
+
   int width = 0;
   int height = 0;
   int components = 0;
@@ -186,6 +193,8 @@ Outcome<Picture> read_picture(const QByteArray &file) {
       picture.set(x, y, {on_black(pixel[0], opacity), on_black(pixel[1], opacity), on_black(pixel[2], opacity)});
     }
   }
+  if (outline.orientation != 1)
+    return picture.turnedUpright(outline.orientation);
   return picture;
 }
 

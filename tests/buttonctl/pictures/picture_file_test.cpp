@@ -111,6 +111,75 @@ TEST(PictureFileTest, the_halves_of_a_jpeg_stay_where_they_are) {
   }
 }
 
+/// `jpeg` with an Exif segment that names the orientation, in either order of bytes.
+QByteArray held_as(const QByteArray &jpeg, int orientation, bool is_big_endian) {
+  QByteArray segment = is_big_endian ? bytes("ffe1 002e 457869660000 4d4d002a 00000008 0002"
+                                             "0100 0003 00000001 0007 0000"
+                                             "0112 0003 00000001 0000 0000 00000000")
+                                     : bytes("ffe1 002e 457869660000 49492a00 08000000 0200"
+                                             "0001 0300 01000000 0700 0000"
+                                             "1201 0300 01000000 0000 0000 00000000");
+  segment[is_big_endian ? 41 : 40] = static_cast<char>(orientation);
+  return jpeg.left(2) + segment + jpeg.mid(2);
+}
+
+TEST(PictureFileTest, a_jpeg_is_shown_as_the_camera_has_seen_it) {
+  QImage image = filled(32, 16, qRgb(0, 0, 0));
+  for (int y = 0; y < 8; ++y)
+    for (int x = 0; x < 16; ++x)
+      image.setPixel(x, y, qRgb(255, 255, 255));
+  const QByteArray jpeg = encoded(image, "JPEG");
+  struct Row {
+    int orientation;
+    QSize size;
+    QPoint white; ///< the quarter that is white: 0 or 1 of 2 in each direction
+  };
+  const Row rows[] = {
+      {1, {32, 16}, {0, 0}}, {2, {32, 16}, {1, 0}}, {3, {32, 16}, {1, 1}}, {4, {32, 16}, {0, 1}}, {5, {16, 32}, {0, 0}},
+      {6, {16, 32}, {1, 0}}, {7, {16, 32}, {1, 1}}, {8, {16, 32}, {0, 1}}, {0, {32, 16}, {0, 0}}, {9, {32, 16}, {0, 0}},
+  };
+  for (const Row &row : rows) {
+    for (const bool is_big_endian : {false, true}) {
+      const auto picture = read_picture(held_as(jpeg, row.orientation, is_big_endian));
+      ASSERT_TRUE(picture) << picture.failure().text.toStdString();
+      ASSERT_EQ(picture->size(), row.size) << row.orientation;
+      for (int down = 0; down < 2; ++down)
+        for (int right = 0; right < 2; ++right)
+          EXPECT_EQ(picture->at(row.size.width() * (2 * right + 1) / 4, row.size.height() * (2 * down + 1) / 4).red >
+                        127,
+                    row.white == QPoint(right, down))
+              << row.orientation << ' ' << right << ' ' << down;
+    }
+  }
+}
+
+TEST(PictureFileTest, a_jpeg_with_more_codes_than_a_table_holds_is_not_read) {
+  const QByteArray jpeg = encoded(filled(8, 8, 0), "JPEG");
+  struct Row {
+    const char *table; ///< after "ff c4"
+    int values;
+    bool is_read;
+  };
+  const Row rows[] = {
+      // 255 codes of 16 bits in table 3, which the picture does not use.
+      {"0112 13 00000000 00000000 00000000 000000ff", 255, true},
+      {"0113 13 00000000 00000000 00000000 00008080", 256, false},
+      {"1003 13 ffffffff ffffffff ffffffff ffffffff", 4080, false},
+      // It says that it is longer than its segment.
+      {"0013 13 00000000 00000000 00000000 000000ff", 0, false},
+  };
+  for (const Row &row : rows) {
+    const QByteArray file =
+        jpeg.left(2) + bytes("ffc4") + bytes(row.table) + QByteArray(row.values, '\x01') + jpeg.mid(2);
+    const auto picture = read_picture(file);
+    EXPECT_EQ(static_cast<bool>(picture), row.is_read) << row.table;
+    if (!picture) {
+      EXPECT_EQ(picture.failure().text.toStdString(),
+                "not a picture that can be read (JPEG: a table of codes is damaged)");
+    }
+  }
+}
+
 TEST(PictureFileTest, a_file_that_is_cut_short_anywhere_is_not_read) {
   struct Row {
     QByteArray file;
