@@ -30,7 +30,7 @@ const QCommandLineOption device_option(
                    "that has libbuttondriver-device.so preloaded and BUTTONDRIVER_DEVICE=SOCKET in its environment."),
     QStringLiteral("SOCKET"));
 const QCommandLineOption help_option({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."));
-const QCommandLineOption version_option({QStringLiteral("v"), QStringLiteral("version")},
+const QCommandLineOption version_option({QStringLiteral("V"), QStringLiteral("version")},
                                         QStringLiteral("Print the version."));
 const QCommandLineOption http_option(
     QStringLiteral("http"),
