@@ -6,8 +6,6 @@
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
 
-#include <cstdio>
-
 namespace buttondriver::buttonctl {
 
 int run(const QStringList &arguments) {
@@ -15,7 +13,7 @@ int run(const QStringList &arguments) {
   if (!action)
     return report(action.failure(), exit_bad_usage);
   const int status = (*action)();
-  if ((std::fflush(stdout) != 0 || std::ferror(stdout) != 0) && status == exit_done)
+  if (!flush_output() && status == exit_done)
     return report(Failure{QStringLiteral("cannot write to standard output; is its disk full?")}, exit_unreachable);
   return status;
 }

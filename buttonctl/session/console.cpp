@@ -1,9 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/session/console.h"
 
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 namespace buttondriver::buttonctl {
+
+namespace {
+
+/// Ends the program without a word when nobody reads standard output any more, as SIGPIPE ends other tools. Qt ignores
+/// that signal as soon as there is a socket, and then writing fails instead.
+void end_if_nobody_reads(int error_number) {
+  if (error_number != EPIPE)
+    return;
+  constexpr int status_in_a_shell = 128 + SIGPIPE;
+  std::signal(SIGPIPE, SIG_DFL);
+  std::raise(SIGPIPE);
+  std::_Exit(status_in_a_shell); // where the signal is blocked
+}
+
+} // namespace
 
 QString as_one_line(const QString &text) {
   QString line;
@@ -16,11 +34,20 @@ QString as_one_line(const QString &text) {
   return line;
 }
 
-void print(const QString &text) { std::fputs(text.toUtf8().constData(), stdout); }
+void print(const QString &text) {
+  if (std::fputs(text.toUtf8().constData(), stdout) < 0)
+    end_if_nobody_reads(errno);
+}
 
 void print_line(const QString &text) {
-  std::fprintf(stdout, "%s\n", text.toUtf8().constData());
-  std::fflush(stdout);
+  print(text + QLatin1Char('\n'));
+  flush_output();
+}
+
+bool flush_output() {
+  if (std::fflush(stdout) != 0)
+    end_if_nobody_reads(errno);
+  return std::ferror(stdout) == 0;
 }
 
 void warn(const QString &text, const QString &where) {

@@ -254,6 +254,39 @@ TEST(ButtonctlTest, help_and_version_go_to_standard_output) {
   }
 }
 
+/// Runs the tool with a standard output that nobody reads.
+class UnreadRun {
+public:
+  explicit UnreadRun(const QStringList &arguments) {
+    // The shell closes its end when it has started the tool; the tool begins when that is so.
+    _process.setProcessChannelMode(QProcess::SeparateChannels);
+    _process.start(QStringLiteral("sh"),
+                   QStringList{"-c", "{ read -r go; \"$0\" \"$@\"; echo $? >&2; } | { exec <&-; echo closed; }",
+                               QStringLiteral(BUTTONCTL)} +
+                       arguments);
+    EXPECT_TRUE(wait_until([this] { return (_output += _process.readAllStandardOutput()).contains("closed"); }));
+    _process.write("go\n");
+  }
+
+  /// What the tool has printed on standard error, and after it its status in a shell.
+  std::string errors() {
+    EXPECT_TRUE(wait_until([this] { return _process.state() == QProcess::NotRunning; }));
+    return _process.readAllStandardError().toStdString();
+  }
+
+private:
+  QProcess _process;
+  QByteArray _output;
+};
+
+TEST(ButtonctlTest, ends_quietly_when_nobody_reads_its_output) {
+  FakeDaemon daemon;
+  daemon.answer_pings_with(pong);
+  const QStringList endless{"-p", number(daemon.port()), "ping", "--count", "1000000"};
+  for (const QStringList &arguments : {QStringList{"--help"}, QStringList{"-n", "blackout"}, endless})
+    EXPECT_EQ(UnreadRun(arguments).errors(), "141\n") << arguments.last().toStdString();
+}
+
 TEST(ButtonctlTest, a_dry_run_prints_and_connects_nowhere) {
   FakeDaemon daemon;
   const ToolResult result = run_tool({"-n", "-p", number(daemon.port()), "led", "5", "blink", "500"});
