@@ -141,7 +141,15 @@ QString ArgumentReader::pathOf(const QString &name) const {
 
 NamedFile ArgumentReader::file() {
   const QString name = word("FILE");
-  return {name, contentOf(name)};
+  if (name != QLatin1String("-") || !_allows_standard_input)
+    return {name, contentOf(name)};
+  const QString input = QStringLiteral("standard input");
+  QFile source;
+  if (!source.open(stdin, QIODevice::ReadOnly)) {
+    fail(QStringLiteral("cannot read %1: %2").arg(input, source.errorString()));
+    return {};
+  }
+  return {input, bounded(source, input)};
 }
 
 QByteArray ArgumentReader::contentOf(const QString &name) {
@@ -152,6 +160,10 @@ QByteArray ArgumentReader::contentOf(const QString &name) {
     fail(QStringLiteral("cannot read '%1': %2").arg(name, source.errorString()));
     return {};
   }
+  return bounded(source, name);
+}
+
+QByteArray ArgumentReader::bounded(QIODevice &source, const QString &name) {
   constexpr qint64 largest_file = qint64{largest_file_mib} * 1024 * 1024;
   QByteArray content = source.read(largest_file + 1);
   if (content.size() > largest_file)

@@ -57,6 +57,8 @@ public:
   QByteArray hexadecimal();
   /// Where the file `name` lies.
   QString pathOf(const QString &name) const;
+  /// From now on, file() takes "-" for standard input.
+  void allowStandardInput() { _allows_standard_input = true; }
   /// The file that the next argument names.
   NamedFile file();
   /// The bytes of the file `name`.
@@ -74,6 +76,8 @@ public:
   bool optionPair(const char *yes, const char *no, bool fallback);
 
 private:
+  /// What is in `source`, which is open and is called `name`.
+  QByteArray bounded(QIODevice &source, const QString &name);
   std::int32_t checked(const Outcome<std::int32_t> &outcome);
 
   const QString _command;
@@ -82,6 +86,7 @@ private:
   const QString _help;
   const QStringList _arguments;
   decltype(QStringList().size()) _next = 0;
+  bool _allows_standard_input = false;
   Outcome<Done> _outcome{Done{}};
 };
 

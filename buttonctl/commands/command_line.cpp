@@ -109,6 +109,7 @@ Outcome<Action> parse_command_line(const CommandTable &commands, const QStringLi
     return of_command(name, applied.failure());
 
   ArgumentReader reader(name, specific);
+  reader.allowStandardInput();
   const Action action = build(*command, reader, context);
   return checked(reader, action);
 }

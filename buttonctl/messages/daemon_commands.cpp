@@ -25,7 +25,8 @@ Steps build_upload(ArgumentReader &arguments) {
   const NamedFile file = arguments.file();
   if (arguments.hasFailed())
     return {};
-  const Outcome<QByteArray> image = convert_button_image(file.content, arguments.hasOption("invert"));
+  const Outcome<QByteArray> image =
+      convert_button_image(file.content, {arguments.hasOption("invert"), arguments.hasOption("fit")});
   if (!image) {
     arguments.fail(QStringLiteral("'%1': %2").arg(file.name, image.failure().text));
     return {};
@@ -49,10 +50,13 @@ Command upload_command() {
           QStringLiteral(
               "The ids 0 to 22 are shared by all connections; those above, up to 2147483647, are the connection's\n"
               "own. FILE holds 120 raw bytes (24 rows of 5, most significant bit leftmost), or a picture of\n"
-              "40 x 24 pixels, in which pixels of a grey above 127 become 1 and the others 0.\n"),
+              "40 x 24 pixels, in which pixels of a grey above 127 become 1 and the others 0. FILE is - for\n"
+              "standard input, though not in a batch.\n"),
           "buttonctl upload 4 arrow.png\n"
-          "buttonctl upload 4 arrow.raw --invert\n",
-          {{"invert", nullptr, "turn every bit"}},
+          "buttonctl upload 4 arrow.raw --invert\n"
+          "buttonctl upload 4 photo.png --fit\n",
+          {{"invert", nullptr, "turn every bit"},
+           {"fit", nullptr, "scale a picture of another size, keeping proportions, into the middle of black"}},
           build_upload};
 }
 

@@ -135,7 +135,8 @@ Command image_command() {
               "bottom row first, with a 40-byte information header; such a FILE is sent byte for byte. Other\n"
               "BMPs, PNG, JPEG and the first picture of a GIF are converted, transparent parts to black. The\n"
               "panel does not cut off a picture that sticks out of the screen but shears it; such a\n"
-              "picture is refused unless --fit or --crop is given.\n"),
+              "picture is refused unless --fit or --crop is given. FILE is - for standard input, though not in a\n"
+              "batch.\n"),
           "buttonctl image 1 logo.bmp --at 10,20\n"
           "buttonctl image all photo.png --fit\n"
           "buttonctl image 0 photo.png --crop --at=-40,-8\n",

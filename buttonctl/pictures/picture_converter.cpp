@@ -34,6 +34,31 @@ Picture cut_out(const Picture &picture, const QRect &part) {
   return result;
 }
 
+/// The whole of `picture` as large as `size` allows, in the middle, black beside it.
+Picture fitted_into(QSize size, const Picture &picture) {
+  const Picture part = scaled(picture, picture.size().scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1}));
+  const int left = (size.width() - part.width()) / 2;
+  const int top = (size.height() - part.height()) / 2;
+  Picture result(size);
+  for (int y = 0; y < part.height(); ++y)
+    for (int x = 0; x < part.width(); ++x)
+      result.set(left + x, top + y, part.at(x, y));
+  return result;
+}
+
+/// A bit for each pixel of a picture that has the right size.
+QByteArray bits_of(const Picture &picture) {
+  QByteArray bits(button_image_bytes, '\0');
+  for (int y = 0; y < button_image_size.height(); ++y) {
+    for (int x = 0; x < button_image_size.width(); ++x) {
+      const int place = y * (button_image_size.width() / 8) + x / 8;
+      if (grey(picture.at(x, y)) > lightest_dark_grey)
+        bits[place] = static_cast<char>(bits[place] | 0x80 >> x % 8);
+    }
+  }
+  return bits;
+}
+
 QString extent(QSize size) { return QStringLiteral("%1x%2").arg(size.width()).arg(size.height()); }
 
 Failure does_not_fit(QSize size, QPoint corner) {
@@ -97,25 +122,18 @@ Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Over
   return PlacedPicture{write_screen_bmp(picture), oversize == Oversize::fit ? corner : visible.topLeft()};
 }
 
-Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert) {
+Outcome<QByteArray> convert_button_image(const QByteArray &file, ButtonImageWishes wishes) {
   QByteArray bits = file;
   if (file.size() != button_image_bytes || file.startsWith("\x89PNG")) {
     const Outcome<Picture> read = read_picture(file);
     if (!read)
       return Failure{QStringLiteral("not %1 raw bytes, and %2").arg(button_image_bytes).arg(read.failure().text)};
-    if (read->size() != button_image_size)
-      return Failure{QStringLiteral("a button image is %1 pixels, this picture is %2; scale it first")
+    if (read->size() != button_image_size && !wishes.fit)
+      return Failure{QStringLiteral("a button image is %1 pixels, this picture is %2; use --fit")
                          .arg(extent(button_image_size), extent(read->size()))};
-    bits = QByteArray(button_image_bytes, '\0');
-    for (int y = 0; y < button_image_size.height(); ++y) {
-      for (int x = 0; x < button_image_size.width(); ++x) {
-        const int place = y * (button_image_size.width() / 8) + x / 8;
-        if (grey(read->at(x, y)) > lightest_dark_grey)
-          bits[place] = static_cast<char>(bits[place] | 0x80 >> x % 8);
-      }
-    }
+    bits = bits_of(read->size() == button_image_size ? *read : fitted_into(button_image_size, *read));
   }
-  if (invert)
+  if (wishes.invert)
     for (char &byte : bits)
       byte = static_cast<char>(~byte);
   return bits;

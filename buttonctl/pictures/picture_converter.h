@@ -25,8 +25,13 @@ struct PlacedPicture {
 /// no change comes back byte for byte; anything else that read_picture() can read is converted.
 Outcome<PlacedPicture> place_picture(const QByteArray &file, QPoint corner, Oversize oversize);
 
+struct ButtonImageWishes {
+  bool invert = false; ///< turn all bits, those of raw bytes too
+  bool fit = false;    ///< a picture of another size is scaled, its proportions kept, and put in the middle on black
+};
+
 /// The bytes of a button image: `file` itself when it is that long and no PNG, else a picture of its size, in which the
-/// lighter half of the greys becomes 1 (0 with `invert`, which turns all bits, those of raw bytes too).
-Outcome<QByteArray> convert_button_image(const QByteArray &file, bool invert);
+/// lighter half of the greys becomes 1.
+Outcome<QByteArray> convert_button_image(const QByteArray &file, ButtonImageWishes wishes);
 
 } // namespace buttondriver::buttonctl

@@ -203,10 +203,10 @@ TEST(PictureConverterTest, a_picture_that_just_fits_is_taken) {
 
 TEST(PictureConverterTest, a_button_image_of_120_bytes_is_left_as_it_is) {
   const QByteArray raw(120, '\x5A');
-  const auto kept = convert_button_image(raw, false);
+  const auto kept = convert_button_image(raw, {});
   ASSERT_TRUE(kept);
   EXPECT_EQ(*kept, raw);
-  const auto inverted = convert_button_image(raw, true);
+  const auto inverted = convert_button_image(raw, {true, false});
   ASSERT_TRUE(inverted);
   EXPECT_EQ(*inverted, QByteArray(120, '\xA5'));
 }
@@ -220,12 +220,44 @@ TEST(PictureConverterTest, light_pixels_of_a_40_by_24_picture_become_1) {
   expected[0] = '\x80';
   expected[4] = '\x01';
   expected[116] = '\x40';
-  const auto converted = convert_button_image(encoded(image, "PNG"), false);
+  const auto converted = convert_button_image(encoded(image, "PNG"), {});
   ASSERT_TRUE(converted);
   EXPECT_EQ(hex(*converted), hex(expected));
-  const auto inverted = convert_button_image(encoded(image, "BMP"), true);
+  const auto inverted = convert_button_image(encoded(image, "BMP"), {true, false});
   ASSERT_TRUE(inverted);
   EXPECT_EQ(hex(inverted->left(5)), "7ffffffffe");
+}
+
+TEST(PictureConverterTest, a_fitted_button_image_lies_in_the_middle_on_black) {
+  struct Row {
+    QSize size;
+    int left; ///< of what is white; both edges belong to it
+    int right;
+    int top;
+    int bottom;
+  };
+  // By hand: the larger ratio of the sides decides, and what is left is shared.
+  const Row rows[] = {
+      {{40, 24}, 0, 39, 0, 23},     {{400, 240}, 0, 39, 0, 23}, {{10, 6}, 0, 39, 0, 23}, {{100, 100}, 8, 31, 0, 23},
+      {{1000, 100}, 0, 39, 10, 13}, {{1, 1000}, 19, 19, 0, 23}, {{3, 2}, 2, 37, 0, 23},
+  };
+  for (const Row &row : rows) {
+    const QByteArray file = encoded(filled(row.size.width(), row.size.height(), qRgb(255, 255, 255)), "PNG");
+    for (const bool invert : {false, true}) {
+      const auto image = convert_button_image(file, {invert, true});
+      ASSERT_TRUE(image);
+      ASSERT_EQ(image->size(), 120);
+      for (int y = 0; y < 24; ++y) {
+        for (int x = 0; x < 40; ++x) {
+          const bool is_set = (image->at(5 * y + x / 8) & (0x80 >> x % 8)) != 0;
+          const bool is_white = x >= row.left && x <= row.right && y >= row.top && y <= row.bottom;
+          EXPECT_EQ(is_set, is_white != invert) << row.size.width() << ": " << x << ' ' << y;
+        }
+      }
+    }
+  }
+  const QByteArray raw(120, '\x5A');
+  EXPECT_EQ(*convert_button_image(raw, {false, true}), raw);
 }
 
 TEST(PictureConverterTest, a_png_of_120_bytes_is_a_picture) {
@@ -235,7 +267,7 @@ TEST(PictureConverterTest, a_png_of_120_bytes_is_a_picture) {
   QByteArray file = encoded(image, "PNG");
   ASSERT_LE(file.size(), 120);
   file += QByteArray(120 - static_cast<int>(file.size()), '\0');
-  const auto converted = convert_button_image(file, false);
+  const auto converted = convert_button_image(file, {});
   ASSERT_TRUE(converted);
   EXPECT_EQ(*converted, QByteArray(120, '\xFF'));
 }
@@ -248,10 +280,10 @@ TEST(PictureConverterTest, refuses_what_is_no_button_image) {
   const Row rows[] = {
       {QByteArray(119, 'x'),
        "not 120 raw bytes, and not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
-      {encoded(filled(24, 40, 0), "PNG"), "a button image is 40x24 pixels, this picture is 24x40; scale it first"},
+      {encoded(filled(24, 40, 0), "PNG"), "a button image is 40x24 pixels, this picture is 24x40; use --fit"},
   };
   for (const Row &row : rows) {
-    const auto converted = convert_button_image(row.file, false);
+    const auto converted = convert_button_image(row.file, {});
     ASSERT_FALSE(converted);
     EXPECT_EQ(converted.failure().text.toStdString(), row.text);
   }

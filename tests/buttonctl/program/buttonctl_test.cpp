@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/support/fake_daemon.h"
+#include "buttonctl/support/pictures.h"
 #include "buttonctl/support/tool_run.h"
 #include "buttonctl/support/working_folder.h"
 #include "support/hex.h"
@@ -251,6 +252,43 @@ TEST(ButtonctlTest, help_and_version_go_to_standard_output) {
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.errors, "");
     EXPECT_THAT(result.output, ContainsRegex(row.pattern));
+  }
+}
+
+TEST(ButtonctlTest, a_picture_can_come_from_standard_input) {
+  struct Row {
+    QStringList arguments;
+    QByteArray input;
+    int exit_status;
+    std::string output;
+    const char *errors;
+  };
+  const QByteArray raw(120, '\x5A');
+  const Row rows[] = {
+      {{"image", "0", "-"},
+       bmp_2x2(),
+       0,
+       // 72 bytes of picture, after the message's head.
+       golden("0000005c 00000013 00000000 00000000 00000000 00000048") + hex(bmp_2x2()) + "\n",
+       ""},
+      {{"upload", "4", "-"}, raw, 0, golden("00000084 00000006 00000004 00000078") + hex(raw) + "\n", ""},
+      {{"image", "0", "-"},
+       "no picture",
+       2,
+       "",
+       "buttonctl: image: 'standard input': not a picture that can be read (neither PNG nor JPEG, BMP or GIF)\n"},
+      {{"batch"},
+       "image 0 -\n",
+       2,
+       "",
+       "buttonctl: standard input:1: image: cannot read '-': No such file or directory\n"},
+  };
+  const WorkingFolder folder;
+  for (const Row &row : rows) {
+    const ToolResult result = run_tool(QStringList{"--dry-run"} + row.arguments, row.input);
+    EXPECT_EQ(result.exit_status, row.exit_status);
+    EXPECT_EQ(result.output, row.output);
+    EXPECT_EQ(result.errors, row.errors);
   }
 }
 
