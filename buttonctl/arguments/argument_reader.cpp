@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/argument_reader.h"
 
+#include "buttonctl/arguments/number_list.h"
 #include "dimensions/panel_dimensions.h"
 
 #include <QDir>
@@ -93,6 +94,19 @@ std::int32_t ArgumentReader::numberOrAll(const char *name, std::int32_t lowest, 
     fail(QStringLiteral("%1 must be a number from %2 to %3, or 'all', not '%4'")
              .arg(QLatin1String(name), QString::number(lowest), QString::number(highest), text));
   return outcome ? *outcome : 0;
+}
+
+std::optional<std::vector<std::int32_t>> ArgumentReader::numbersOrAll(const char *name, std::int32_t lowest,
+                                                                      std::int32_t highest) {
+  const QString text = word(name);
+  if (text == QLatin1String("all"))
+    return std::nullopt;
+  const Outcome<std::vector<std::int32_t>> numbers = parse_number_list(text, lowest, highest);
+  if (numbers)
+    return *numbers;
+  fail(QStringLiteral("%1 must be a number from %2 to %3, a list such as %2-%3 or %2,%3, or 'all', not '%4'")
+           .arg(QLatin1String(name), QString::number(lowest), QString::number(highest), text));
+  return std::vector<std::int32_t>();
 }
 
 std::int32_t ArgumentReader::onOrOff() {

@@ -9,6 +9,8 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace buttondriver::buttonctl {
 
@@ -47,6 +49,8 @@ public:
   std::int32_t screen();
   /// `lowest` to `highest`, or -1 for the word "all".
   std::int32_t numberOrAll(const char *name, std::int32_t lowest, std::int32_t highest);
+  /// The numbers of a list such as "0-5,9", in its order; nothing for the word "all".
+  std::optional<std::vector<std::int32_t>> numbersOrAll(const char *name, std::int32_t lowest, std::int32_t highest);
   /// 1 for the word "on", 0 for the word "off".
   std::int32_t onOrOff();
   /// A text that survives the way to the panel, which is Latin-1.

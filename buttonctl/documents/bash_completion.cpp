@@ -147,6 +147,8 @@ QStringList words_of(const QString &argument) {
     return numbers_and_all(dimensions::screen_count);
   if (argument == QLatin1String("BUTTON"))
     return numbers_and_all(dimensions::button_count);
+  if (argument == QLatin1String("ID"))
+    return {QStringLiteral("all")};
   if (argument == QLatin1String("NAME"))
     return message_names();
   if (argument == QLatin1String("FILE"))

@@ -39,6 +39,7 @@ expect 'on|off' led 5 o
 expect 'blink' led 5 b
 expect 'all' led a
 expect 'on|off' status 3 ''
+expect 'all' status ''
 expect 'on|off' --dry-run toggle -p 3003 1 ''
 expect '' text 0 ''
 expect 'picture.png' image 1 pi

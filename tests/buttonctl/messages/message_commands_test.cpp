@@ -124,6 +124,34 @@ TEST_F(MessageCommandsTest, become_golden_frames) {
   }
 }
 
+TEST_F(MessageCommandsTest, a_list_becomes_a_message_for_each_in_its_order) {
+  struct Row {
+    QStringList arguments;
+    const char *frames;
+  };
+  const Row rows[] = {
+      {{"led", "9,2-4", "on"},
+       "00000010 00000011 00000009 00000001 00000000  00000010 00000011 00000002 00000001 00000000"
+       "00000010 00000011 00000003 00000001 00000000  00000010 00000011 00000004 00000001 00000000"},
+      {{"led", "7-7,0", "blink", "500"},
+       "00000010 00000011 00000007 ffffffff 000001f4  00000010 00000011 00000000 ffffffff 000001f4"},
+      {{"led", "1,1", "off"},
+       "00000010 00000011 00000001 00000000 00000000  00000010 00000011 00000001 00000000 00000000"},
+      {{"status", "31,0", "on"}, "0000000c 00000015 0000001f 00000001  0000000c 00000015 00000000 00000001"},
+      {{"toggle", "all", "off"}, "0000000c 00000016 00000000 00000000  0000000c 00000016 00000001 00000000"},
+  };
+  for (const Row &row : rows) {
+    std::string frames;
+    for (const Step &step : steps_of(row.arguments))
+      frames += hex(step.bytes);
+    EXPECT_EQ(frames, golden(row.frames)) << row.frames;
+  }
+  const Steps all = steps_of({"status", "all", "on"});
+  ASSERT_EQ(all.size(), 32U);
+  for (int id = 0; id < 32; ++id)
+    EXPECT_EQ(all[static_cast<std::size_t>(id)].bytes.at(11), id);
+}
+
 TEST_F(MessageCommandsTest, each_has_a_row_above) {
   for (const Command &command : commands()) {
     bool known = false;
@@ -203,16 +231,33 @@ TEST_F(MessageCommandsTest, bad_arguments_are_refused_with_the_reason) {
       {{"image", "0", "2x2.bmp", "--at", "3,4,5"}, "image: --at must be X,Y in pixels, such as 10,20, not '3,4,5'"},
       {{"image", "0", "2x2.bmp", "--at", "a,0"}, "image: --at must be X,Y in pixels, such as 10,20, not 'a,0'"},
       {{"blackout", "4"}, "blackout: SCREEN must be a number from 0 to 2, or 'all', not '4'"},
-      {{"led", "24", "on"}, "led: BUTTON must be a number from 0 to 23, or 'all', not '24'"},
+      {{"led", "24", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '24'"},
+      {{"led", "0-24", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '0-24'"},
+      {{"led", "1,,2", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '1,,2'"},
+      {{"led", "5-3", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '5-3'"},
+      {{"led", "1-2-3", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '1-2-3'"},
+      {{"led", "1,all", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '1,all'"},
+      {{"led", "1-", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '1-'"},
+      {{"led", "--", "-1", "on"},
+       "led: BUTTON must be a number from 0 to 23, a list such as 0-23 or 0,23, or 'all', not '-1'"},
+      {{"led", "1-3", "up"}, "led: STATE must be 'on', 'off' or 'blink', not 'up'"},
       {{"led", "1"}, "led: STATE is missing; see 'buttonctl led --help'"},
       {{"led", "1", "up"}, "led: STATE must be 'on', 'off' or 'blink', not 'up'"},
       {{"led", "1", "blink"}, "led: MS is missing; see 'buttonctl led --help'"},
       {{"led", "1", "blink", "0"}, "led: MS must be a number from 1 to 2147483647, not '0'"},
       {{"led", "1", "blink", "2147483648"}, "led: MS must be a number from 1 to 2147483647, not '2147483648'"},
       {{"led", "1", "on", "500"}, "led: '500' is one argument too many; see 'buttonctl led --help'"},
-      {{"status", "32", "on"}, "status: ID must be a number from 0 to 31, not '32'"},
+      {{"status", "32", "on"},
+       "status: ID must be a number from 0 to 31, a list such as 0-31 or 0,31, or 'all', not '32'"},
       {{"status", "1", "1"}, "status: STATE must be 'on' or 'off', not '1'"},
-      {{"toggle", "2", "on"}, "toggle: ID must be a number from 0 to 1, not '2'"},
+      {{"toggle", "2", "on"}, "toggle: ID must be a number from 0 to 1, a list such as 0-1 or 0,1, or 'all', not '2'"},
       {{"upload", "4", "note.txt"},
        "upload: 'note.txt': not 120 raw bytes, and not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
       {{"upload", "4", "2x2.bmp"}, "upload: '2x2.bmp': a button image is 40x24 pixels, this picture is 2x2; use --fit"},
