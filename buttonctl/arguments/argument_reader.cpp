@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/argument_reader.h"
 
-#include "buttonctl/arguments/number_list.h"
 #include "dimensions/panel_dimensions.h"
 
 #include <QDir>
@@ -33,28 +32,7 @@ QString shortened(const QString &text) {
   return text.size() > most_shown_characters ? text.left(most_shown_characters) + QLatin1String("...") : text;
 }
 
-/// QString's own conversion lets blanks and a plus sign pass.
-bool is_decimal(const QString &text) {
-  const QString digits = text.startsWith(QLatin1Char('-')) ? text.mid(1) : text;
-  if (digits.isEmpty())
-    return false;
-  for (const QChar character : digits)
-    if (!is_digit(character))
-      return false;
-  return true;
-}
-
 } // namespace
-
-Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std::int32_t lowest,
-                                   std::int32_t highest) {
-  bool converted = is_decimal(text);
-  const qlonglong number = converted ? text.toLongLong(&converted) : 0;
-  if (!converted || number < lowest || number > highest)
-    return Failure{QStringLiteral("%1 must be a number from %2 to %3, not '%4'")
-                       .arg(name, QString::number(lowest), QString::number(highest), text)};
-  return static_cast<std::int32_t>(number);
-}
 
 ArgumentReader::ArgumentReader(QString command, const QCommandLineParser &parser, QString folder, QString help)
     : _command(std::move(command)), _parser(parser), _folder(std::move(folder)),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/arguments/numbers.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
@@ -13,9 +14,6 @@
 #include <vector>
 
 namespace buttondriver::buttonctl {
-
-/// `text` as a whole decimal number from `lowest` to `highest`; `name` is what the message calls it.
-Outcome<std::int32_t> parse_number(const QString &name, const QString &text, std::int32_t lowest, std::int32_t highest);
 
 /// A file that an argument names.
 struct NamedFile {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/arguments/host_port.h"
 
-#include "buttonctl/arguments/argument_reader.h"
+#include "buttonctl/arguments/numbers.h"
 
 namespace buttondriver::buttonctl {
 
@@ -16,6 +16,33 @@ Failure malformed(const QString &name, const QString &text, bool needs_host) {
 }
 
 } // namespace
+
+Outcome<std::uint16_t> parse_port(const QString &name, const QString &text) {
+  const auto port = parse_number(name, text, 1, highest_port);
+  if (!port)
+    return port.failure();
+  return static_cast<std::uint16_t>(*port);
+}
+
+Outcome<PossiblePort> parse_host(const QString &name, const QString &text) {
+  if (text.isEmpty())
+    return Failure{QStringLiteral("%1 must not be empty").arg(name)};
+  const bool is_bracketed = text.startsWith(QLatin1Char('['));
+  const auto end = is_bracketed ? text.indexOf(QLatin1Char(']')) : text.indexOf(QLatin1Char(':'));
+  if (!is_bracketed && text.count(QLatin1Char(':')) != 1)
+    return PossiblePort{text, std::nullopt};
+  PossiblePort result{is_bracketed ? text.mid(1, end - 1) : text.left(end), std::nullopt};
+  const QString rest = is_bracketed ? text.mid(end + 1) : text.mid(end);
+  if (end < 0 || result.host.isEmpty() || (!rest.isEmpty() && !rest.startsWith(QLatin1Char(':'))))
+    return Failure{QStringLiteral("%1 must be HOST, HOST:PORT or [ADDRESS]:PORT, not '%2'").arg(name, text)};
+  if (rest.isEmpty())
+    return result;
+  const auto port = parse_port(name + QLatin1String(": the port"), rest.mid(1));
+  if (!port)
+    return port.failure();
+  result.port = *port;
+  return result;
+}
 
 Outcome<HostPort> parse_host_port(const QString &name, const QString &text, const QString &default_host,
                                   int lowest_port) {

@@ -46,8 +46,8 @@ static_assert(DEFAULT_PORT == 3003 && default_timeout_ms == 3000);
 
 const std::vector<CommandOption> &general_options() {
   static const std::vector<CommandOption> options = {
-      {"H,host", "HOST", "name or address of the daemon's machine (default 127.0.0.1)"},
-      {"p,port", "PORT", "the daemon's TCP port (default 3003)"},
+      {"H,host", "HOST[:PORT]", "name or address of the daemon's machine (default BUTTONDRIVER_HOST, or 127.0.0.1)"},
+      {"p,port", "PORT", "the daemon's TCP port (default BUTTONDRIVER_PORT, or 3003)"},
       {"t,timeout", "MS", "longest wait for the connection or an answer, in milliseconds (default 3000)"},
       {"n,dry-run", nullptr, "send nothing; print the bytes in hexadecimal, a line for each message"},
       {"h,help", nullptr, "print this help"},

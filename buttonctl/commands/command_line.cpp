@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/commands/command_line.h"
 
+#include "buttonctl/arguments/closest_word.h"
 #include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/arguments/option_parser.h"
 #include "buttonctl/commands/command_help.h"
+#include "buttonctl/commands/endpoint_finder.h"
 #include "buttonctl/commands/step_sender.h"
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
@@ -14,36 +16,15 @@ namespace buttondriver::buttonctl {
 
 namespace {
 
-constexpr std::int32_t highest_port = 65535;
-constexpr std::int32_t longest_timeout_ms = 600000;
-
-/// Takes over what is given in front of the command, or among its arguments.
-Outcome<Done> apply_general_options(const QCommandLineParser &parser, CommandContext &context) {
-  if (parser.isSet(QStringLiteral("host"))) {
-    context.endpoint.host = parser.value(QStringLiteral("host"));
-    if (context.endpoint.host.isEmpty())
-      return Failure{QStringLiteral("--host must not be empty")};
-  }
-  if (parser.isSet(QStringLiteral("port"))) {
-    const auto port = parse_number(QStringLiteral("--port"), parser.value(QStringLiteral("port")), 1, highest_port);
-    if (!port)
-      return port.failure();
-    context.endpoint.port = static_cast<std::uint16_t>(*port);
-  }
-  if (parser.isSet(QStringLiteral("timeout"))) {
-    const auto timeout =
-        parse_number(QStringLiteral("--timeout"), parser.value(QStringLiteral("timeout")), 1, longest_timeout_ms);
-    if (!timeout)
-      return timeout.failure();
-    context.endpoint.timeout_ms = *timeout;
-  }
-  context.dry_run = context.dry_run || parser.isSet(QStringLiteral("dry-run"));
-  return Done{};
-}
-
 QString help_of(const QString &command) { return QStringLiteral("buttonctl %1 --help").arg(command); }
 
-Failure unknown_command(const QString &name) {
+Failure unknown_command(const CommandTable &commands, const QString &name) {
+  QStringList names;
+  for (const Command &command : commands)
+    names += QLatin1String(command.name);
+  const QString meant = closest_word(name, names);
+  if (!meant.isEmpty())
+    return Failure{QStringLiteral("unknown command '%1'; did you mean '%2'?").arg(name, meant)};
   return Failure{QStringLiteral("unknown command '%1'; see 'buttonctl --help'").arg(name)};
 }
 
@@ -76,7 +57,12 @@ Action print_action(const QString &text) {
 } // namespace
 
 Outcome<Action> parse_command_line(const CommandTable &commands, const QStringList &arguments) {
-  CommandContext context{Endpoint(), false, commands};
+  if (arguments.isEmpty()) {
+    return Action([&commands] {
+      print_error(general_help(commands));
+      return exit_bad_usage;
+    });
+  }
   QCommandLineParser general;
   general.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
   add_options(general, general_options());
@@ -87,8 +73,9 @@ Outcome<Action> parse_command_line(const CommandTable &commands, const QStringLi
     return print_action(general_help(commands));
   if (general.isSet(QStringLiteral("version")))
     return print_action(QStringLiteral("buttonctl (buttondriver) " BUTTONDRIVER_VERSION "\n"));
-  if (const auto applied = apply_general_options(general, context); !applied)
-    return applied.failure();
+  EndpointFinder finder;
+  if (const auto taken = finder.take(general); !taken)
+    return taken.failure();
 
   QStringList words = general.positionalArguments();
   if (words.isEmpty())
@@ -96,7 +83,7 @@ Outcome<Action> parse_command_line(const CommandTable &commands, const QStringLi
   const QString name = words.takeFirst();
   const Command *command = find_command(commands, name);
   if (!command)
-    return unknown_command(name);
+    return unknown_command(commands, name);
 
   QCommandLineParser specific;
   add_options(specific, general_options());
@@ -105,8 +92,13 @@ Outcome<Action> parse_command_line(const CommandTable &commands, const QStringLi
     return of_command(name, parsed.failure());
   if (specific.isSet(QStringLiteral("help")))
     return print_action(command_help(*command));
-  if (const auto applied = apply_general_options(specific, context); !applied)
-    return of_command(name, applied.failure());
+  if (const auto taken = finder.take(specific); !taken)
+    return of_command(name, taken.failure());
+  const Outcome<Endpoint> endpoint = finder.endpoint();
+  if (!endpoint)
+    return endpoint.failure();
+  const bool dry_run = general.isSet(QStringLiteral("dry-run")) || specific.isSet(QStringLiteral("dry-run"));
+  const CommandContext context{*endpoint, dry_run, commands};
 
   ArgumentReader reader(name, specific);
   reader.allowStandardInput();
@@ -124,7 +116,7 @@ Outcome<Steps> parse_batch_line(const CommandTable &commands, const QByteArray &
   const QString name = words.takeFirst();
   const Command *command = find_command(commands, name);
   if (!command)
-    return unknown_command(name);
+    return unknown_command(commands, name);
   if (!command->onlySends())
     return Failure{QStringLiteral("a batch cannot run '%1'%2")
                        .arg(name, QLatin1String(name == QLatin1String("batch") ? "; give its lines here" : ""))};

@@ -50,6 +50,8 @@ bool flush_output() {
   return std::ferror(stdout) == 0;
 }
 
+void print_error(const QString &text) { std::fputs(text.toUtf8().constData(), stderr); }
+
 void warn(const QString &text, const QString &where) {
   std::fprintf(stderr, "buttonctl: %s\n", as_one_line(where + text).toUtf8().constData());
 }

@@ -20,6 +20,8 @@ void print_line(const QString &text);
 /// Writes what is still in the program; false when that, or anything written before, failed.
 bool flush_output();
 
+/// Writes `text` as it is on standard error.
+void print_error(const QString &text);
 /// "buttonctl: ", `where` and `text` as one line on standard error.
 void warn(const QString &text, const QString &where = QString());
 /// As warn; returns `exit_status`.

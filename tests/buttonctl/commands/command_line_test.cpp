@@ -69,9 +69,20 @@ TEST(CommandLineTest, bad_lines_are_refused_with_the_reason) {
     const char *text;
   };
   const Row rows[] = {
-      {{}, "no command given; see 'buttonctl --help'"},
       {{"--dry-run"}, "no command given; see 'buttonctl --help'"},
       {{"txet"}, "unknown command 'txet'; see 'buttonctl --help'"},
+      {{"loko"}, "unknown command 'loko'; did you mean 'look'?"},
+      {{"bathc"}, "unknown command 'bathc'; did you mean 'batch'?"},
+      {{"sya"}, "unknown command 'sya'; did you mean 'say'?"},
+      {{"says"}, "unknown command 'says'; did you mean 'say'?"},
+      {{"sa"}, "unknown command 'sa'; see 'buttonctl --help'"},
+      {{"bch"}, "unknown command 'bch'; see 'buttonctl --help'"},
+      {{""}, "unknown command ''; see 'buttonctl --help'"},
+      {{"--host", "panel:0", "look"}, "--host: the port must be a number from 1 to 65535, not '0'"},
+      {{"--host", ":3003", "look"}, "--host must be HOST, HOST:PORT or [ADDRESS]:PORT, not ':3003'"},
+      {{"--host", "[::1", "look"}, "--host must be HOST, HOST:PORT or [ADDRESS]:PORT, not '[::1'"},
+      {{"--host", "[]:1", "look"}, "--host must be HOST, HOST:PORT or [ADDRESS]:PORT, not '[]:1'"},
+      {{"--host", "[::1]3", "look"}, "--host must be HOST, HOST:PORT or [ADDRESS]:PORT, not '[::1]3'"},
       {{"--hots", "x", "look"},
        "unknown option '--hots'; see 'buttonctl --help', and put -- before arguments that start with a dash"},
       {{"--port"}, "missing value after '--port'"},
@@ -104,6 +115,11 @@ TEST(CommandLineTest, the_daemon_is_looked_for_where_the_options_say) {
       {{"look", "--host=panel", "--port=65535"}, "panel", 65535, 3000, false},
       {{"-n", "-p", "1", "look", "-p", "2"}, "127.0.0.1", 2, 3000, true},
       {{"--host", "panel", "look"}, "panel", 3003, 3000, false},
+      {{"-H", "panel:4000", "look"}, "panel", 4000, 3000, false},
+      {{"-H", "[::1]:4000", "look"}, "::1", 4000, 3000, false},
+      {{"-H", "[::1]", "look"}, "::1", 3003, 3000, false},
+      {{"-H", "panel:4000", "look", "-p", "5000"}, "panel", 5000, 3000, false},
+      {{"-p", "5000", "look", "-H", "panel:4000"}, "panel", 5000, 3000, false},
   };
   for (const Row &row : rows) {
     EXPECT_EQ(printed_by(row.arguments), "7: ");
@@ -112,6 +128,64 @@ TEST(CommandLineTest, the_daemon_is_looked_for_where_the_options_say) {
     EXPECT_EQ(seen.endpoint.timeout_ms, row.timeout_ms);
     EXPECT_EQ(seen.dry_run, row.dry_run);
   }
+}
+
+/// A variable of the environment, as long as this lives.
+class Variable {
+public:
+  Variable(const char *name, const char *value) : _name(name) { qputenv(name, value); }
+  ~Variable() { qunsetenv(_name); }
+  Variable(const Variable &) = delete;
+  Variable &operator=(const Variable &) = delete;
+
+private:
+  const char *_name;
+};
+
+TEST(CommandLineTest, the_environment_says_what_no_option_says) {
+  struct Row {
+    const char *host_variable;
+    const char *port_variable;
+    QStringList arguments;
+    const char *host;
+    int port;
+  };
+  const Row rows[] = {
+      {"", "", {"look"}, "127.0.0.1", 3003},
+      {"panel", "", {"look"}, "panel", 3003},
+      {"panel:4000", "", {"look"}, "panel", 4000},
+      {"[::1]:4000", "5000", {"look"}, "::1", 5000},
+      {"", "5000", {"look"}, "127.0.0.1", 5000},
+      {"panel:4000", "", {"look", "-H", "desk"}, "desk", 3003},
+      {"panel", "5000", {"look", "-H", "desk"}, "desk", 5000},
+      {"panel", "5000", {"look", "-H", "desk:6000"}, "desk", 6000},
+      {"panel:4000", "5000", {"-p", "6000", "look"}, "panel", 6000},
+      // What is not needed is not looked at.
+      {"[", "x", {"-H", "desk", "-p", "6000", "look"}, "desk", 6000},
+  };
+  for (const Row &row : rows) {
+    const Variable host("BUTTONDRIVER_HOST", row.host_variable);
+    const Variable port("BUTTONDRIVER_PORT", row.port_variable);
+    EXPECT_EQ(printed_by(row.arguments), "7: ");
+    EXPECT_EQ(seen.endpoint.host.toStdString(), row.host);
+    EXPECT_EQ(seen.endpoint.port, row.port);
+  }
+  const Variable host("BUTTONDRIVER_HOST", "panel:x");
+  EXPECT_EQ(printed_by({"look"}), "failure: BUTTONDRIVER_HOST: the port must be a number from 1 to 65535, not 'x'");
+  EXPECT_EQ(printed_by({"--help"}).substr(0, 3), "0: ");
+  const Variable port("BUTTONDRIVER_PORT", "70000");
+  EXPECT_EQ(printed_by({"-H", "desk", "look"}),
+            "failure: BUTTONDRIVER_PORT must be a number from 1 to 65535, not '70000'");
+}
+
+TEST(CommandLineTest, without_arguments_help_is_an_error) {
+  const Outcome<Action> action = parse_command_line(commands(), {});
+  ASSERT_TRUE(action);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  EXPECT_EQ((*action)(), 2);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ("0: " + testing::internal::GetCapturedStderr(), printed_by({"--help"}));
 }
 
 TEST(CommandLineTest, help_wins_over_what_is_missing) {

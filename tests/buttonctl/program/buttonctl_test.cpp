@@ -220,8 +220,8 @@ TEST(ButtonctlTest, bad_usage_is_one_line_and_exit_status_2) {
     const char *errors;
   };
   const Row rows[] = {
-      {{}, "buttonctl: no command given; see 'buttonctl --help'\n"},
-      {{"txet"}, "buttonctl: unknown command 'txet'; see 'buttonctl --help'\n"},
+      {{"-n"}, "buttonctl: no command given; see 'buttonctl --help'\n"},
+      {{"lde"}, "buttonctl: unknown command 'lde'; did you mean 'led'?\n"},
       {{"--port", "70000", "ping"}, "buttonctl: --port must be a number from 1 to 65535, not '70000'\n"},
       {{"text", "0", "a\nb\x1b[2J", "x"},
        "buttonctl: text: LINE must be a number from 0 to 127, not 'a\\x0ab\\x1b[2J'\n"},
