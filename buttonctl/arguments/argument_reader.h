@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QCommandLineParser>
+#include <QIODevice>
 #include <QString>
 #include <QStringList>
 
