@@ -22,6 +22,10 @@
 /// every new connection clears the cache. So a request that failed is skipped when it is repeated, until another
 /// message has connected again; and a request that itself connected is sent once more when it is repeated.
 ///
+/// Of these messages, the daemon of this project handles those of btc_upload_image and btc_reconfig. The others are for
+/// daemons that know them: this one reports each as unhandled in its log, and nothing else happens. c_client/messages.h
+/// builds all that it does handle, for btc_send.
+///
 /// Output goes to standard output and, but for one message of btc_upload_image, only after btc_verbose_on.
 
 #ifdef __cplusplus
@@ -43,17 +47,20 @@ int btc_connect(void);
 /// is no connection. The cache is not asked.
 int btc_send(const void *message, uint32_t length);
 
-/// Sets a button's colour. Skipped when the button has this colour and no second time.
+/// Sets a button's colour; the daemon reports this message as unhandled. Skipped when the button has this colour and no
+/// second time.
 int btc_set_colour(uint32_t button_id, uint8_t value_1, uint8_t value_2, uint8_t value_3);
 
-/// Sets two colours that alternate. Skipped when all eight values are what was last sent.
+/// Sets two colours that alternate; the daemon reports this message as unhandled. Skipped when all eight values are
+/// what was last sent.
 int btc_set_colour_pair(uint32_t button_id, uint8_t first_value_1, uint8_t first_value_2, uint8_t first_value_3,
                         uint32_t first_time, uint8_t second_value_1, uint8_t second_value_2, uint8_t second_value_3,
                         uint32_t second_time);
 
-/// Sets a button's text; `text` ends with a NUL, a null pointer is an empty text. Skipped when text and value are what
-/// was last sent. The cache keeps 100 characters: a longer text is always sent, and counts as its first 100 characters
-/// when the next text is compared. On a fresh connection every button counts as having an empty text with value 0.
+/// Sets a button's text; the daemon reports this message as unhandled. `text` ends with a NUL, a null pointer is an
+/// empty text. Skipped when text and value are what was last sent. The cache keeps 100 characters: a longer text is
+/// always sent, and counts as its first 100 characters when the next text is compared. On a fresh connection every
+/// button counts as having an empty text with value 0.
 int btc_set_text(uint32_t button_id, const char *text, uint32_t text_value);
 
 /// Uploads a picture; `image` holds `size` bytes, which must be 120: 24 rows of 40 one-bit pixels. Any other size is
@@ -61,17 +68,19 @@ int btc_set_text(uint32_t button_id, const char *text, uint32_t text_value);
 /// the image counts as showing an unknown one.
 int btc_upload_image(int32_t image_id, const void *image, int32_t size);
 
-/// Shows an image on a button. Skipped when the button shows it; image -1 stands for an unknown one and is skipped when
-/// the button's image is unknown.
+/// Shows an image on a button; the daemon reports this message as unhandled. Skipped when the button shows it; image -1
+/// stands for an unknown one and is skipped when the button's image is unknown.
 int btc_set_image(uint32_t button_id, int32_t image_id);
 
-/// Sends two values as they are.
+/// Sends two values as they are; the daemon reports this message as unhandled.
 int btc_set_value(uint32_t value_1, uint32_t value_2);
 
-/// Sends parameter 8 with value 0. The client's own output stays as it is.
+/// Sends parameter 8 with value 0; the daemon reports this message as unhandled. The client's own output stays as it
+/// is.
 int btc_parameter_off(void);
 
-/// Switches the client's own output on, then sends parameter 9 with value 1.
+/// Switches the client's own output on, then sends parameter 9 with value 1; the daemon reports this message as
+/// unhandled.
 int btc_verbose_on(void);
 
 /// Makes the server read its button level file again.

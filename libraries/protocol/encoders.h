@@ -56,7 +56,8 @@ QByteArray hton_BMS_SetButtonImageList(std::uint32_t button_id, const QList<std:
                                        std::uint32_t parameter_a, std::uint32_t parameter_b);
 
 /// One BMS_UploadImage for each of `images`, with the ids `first_image_id`, `first_image_id` + 1, ..., then the
-/// BMS_SetButtonImageList that names them. To be sent in this order.
+/// BMS_SetButtonImageList that names them. To be sent in this order. The daemon keeps the images, and reports the list
+/// as unhandled.
 std::vector<QByteArray> hton_BMS_SetButtonAnimation(std::uint32_t button_id, const QList<QByteArray> &images,
                                                     std::int32_t first_image_id, std::uint32_t parameter_a,
                                                     std::uint32_t parameter_b);
