@@ -107,13 +107,13 @@ function(buttondriver_program name)
   install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${part})
 endfunction()
 
-# buttondriver_install_component(<name> [C] [QT <modules...>] [PKG_CONFIG <description>] HEADERS <files...>)
+# buttondriver_install_component(<name> [C] DESCRIPTION <text> [QT <modules...>] HEADERS <files...>)
 #
-# Gives the room's library <name> to other programs: as component <name> of the CMake package, and its public headers as
-# <buttondriver/ROOM/FILE>. QT names the modules that a program has to have for it; C says that its headers are for C
-# as well; PKG_CONFIG makes it known to pkg-config too, as buttondriver_<name>.
+# Gives the room's library <name> to other programs: as component <name> of the CMake package, as buttondriver_<name> of
+# pkg-config, and its public headers as <buttondriver/ROOM/FILE>. QT names the modules that a program has to have for
+# it; C says that its headers are for C as well.
 function(buttondriver_install_component name)
-  cmake_parse_arguments(PARSE_ARGV 1 component "C" "PKG_CONFIG" "QT;HEADERS")
+  cmake_parse_arguments(PARSE_ARGV 1 component "C" "DESCRIPTION" "QT;HEADERS")
   buttondriver_install_archive(${name} ${name})
   buttondriver_install_headers(${component_HEADERS})
   if(NOT component_C)
@@ -123,9 +123,7 @@ function(buttondriver_install_component name)
   target_compile_definitions(buttondriver_${name} INTERFACE ${BUTTONDRIVER_WIDE_TYPES})
   set_property(GLOBAL APPEND PROPERTY BUTTONDRIVER_COMPONENTS ${name})
   set_property(GLOBAL PROPERTY BUTTONDRIVER_QT_MODULES_${name} ${component_QT})
-  if(component_PKG_CONFIG)
-    buttondriver_install_pkg_config(${name} "${component_PKG_CONFIG}")
-  endif()
+  buttondriver_install_pkg_config(${name} "${component_DESCRIPTION}" ${component_QT})
 endfunction()
 
 # buttondriver_install_internal(<name>)
@@ -151,17 +149,40 @@ function(buttondriver_install_archive name export_name)
     INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 endfunction()
 
+# Sets <result> to -l for the archive of <target> and for those that it is linked with, each before what it needs: an
+# archive does not bring that along.
+function(buttondriver_archives target result)
+  set(open ${target})
+  set(archives "")
+  while(open)
+    list(POP_FRONT open next)
+    get_target_property(file_name ${next} OUTPUT_NAME)
+    list(REMOVE_ITEM archives -l${file_name})
+    list(APPEND archives -l${file_name})
+    get_target_property(linked ${next} LINK_LIBRARIES)
+    list(FILTER linked INCLUDE REGEX "^buttondriver::")
+    list(APPEND open ${linked})
+  endwhile()
+  set(${result} ${archives} PARENT_SCOPE)
+endfunction()
+
+# There are static archives only, which pkg-config is asked for without --static: so Qt stands in Requires, and not in
+# Requires.private.
 function(buttondriver_install_pkg_config name description)
-  # An archive does not bring along what it is linked with.
-  set(libraries -lbuttondriver_${name})
-  get_target_property(linked buttondriver_${name} LINK_LIBRARIES)
-  foreach(library IN LISTS linked)
-    if(library MATCHES "^buttondriver::")
-      get_target_property(file_name ${library} OUTPUT_NAME)
-      list(APPEND libraries -l${file_name})
-    endif()
-  endforeach()
-  list(TRANSFORM BUTTONDRIVER_WIDE_TYPES PREPEND " -D" OUTPUT_VARIABLE definitions)
+  buttondriver_archives(buttondriver_${name} libraries)
+  set(definitions ${BUTTONDRIVER_WIDE_TYPES})
+  list(TRANSFORM definitions PREPEND "-D")
+  set(required "")
+  if(ARGN)
+    string(REGEX MATCH "^[0-9]+\\.[0-9]+" version "${${QT_IN_USE}_VERSION}")
+    list(TRANSFORM ARGN PREPEND "${QT_IN_USE}" OUTPUT_VARIABLE required)
+    list(TRANSFORM required APPEND " >= ${version}")
+    list(JOIN required ", " required)
+    set(required "Requires: ${required}\n")
+    # CMake's targets of Qt ask for it, its files for pkg-config do not.
+    list(APPEND definitions -fPIC)
+  endif()
+  list(TRANSFORM definitions PREPEND " ")
   list(JOIN definitions "" definitions)
   list(TRANSFORM BUTTONDRIVER_CXX_RUNTIME PREPEND "-l" OUTPUT_VARIABLE runtime)
   list(APPEND libraries ${runtime})

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/* Lights a button's LED, and shows which requests the client sends. */
+/* Says hello on a screen, lights a button's LED, and shows which requests the client sends. */
+#include <buttondriver/c_client/messages.h>
 #include <buttondriver/event_client/event_client.h>
 
 #include <stdio.h>
@@ -8,8 +9,9 @@
 static void tell(const char *request, int sent) { printf("%s: %s\n", request, sent ? "sent" : "not sent"); }
 
 int main(int argc, char **argv) {
-  /* A message of one's own, BMS_SetLEDState, in network order: button 5, state 1, time 0. */
-  static const unsigned char led_on[16] = {0, 0, 0, 17, 0, 0, 0, 5, 0, 0, 0, 1, 0, 0, 0, 0};
+  /* Room for messages that the client knows nothing of. */
+  unsigned char room[64];
+  buttondriver_message message = {NULL, 0, 0};
   /* A vertical line in the middle: 24 rows of 40 pixels. */
   unsigned char image[120] = {0};
   int row;
@@ -24,9 +26,16 @@ int main(int argc, char **argv) {
     fprintf(stderr, "no panel at %s port %s\n", argv[1], argv[2]);
     return EXIT_FAILURE;
   }
+  message.bytes = room;
+  message.capacity = sizeof room;
+  if (buttondriver_encode_text(&message, 0, 0, "Hello, panel") == BUTTONDRIVER_OK)
+    tell("text", btc_send(message.bytes, (uint32_t)message.size));
+  if (buttondriver_encode_led(&message, 5, BUTTONDRIVER_ON) == BUTTONDRIVER_OK)
+    tell("LED of button 5", btc_send(message.bytes, (uint32_t)message.size));
+
+  /* The client remembers what it has asked for. (This panel's daemon knows no colours, and logs them as unhandled.) */
   tell("colour of button 3", btc_set_colour(3, 255, 128, 0));
   tell("the same colour again", btc_set_colour(3, 255, 128, 0));
-  tell("LED of button 5", btc_send(led_on, sizeof led_on));
   tell("image 7", btc_upload_image(7, image, sizeof image));
   tell("brightness", btc_reconfig());
   return EXIT_SUCCESS;

@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: Apache-2.0
+# Makes PROGRAM of the one SOURCE with COMPILER, OPTIONS, and what PKG_CONFIG says about PACKAGES, and nothing else.
+string(REPLACE "," ";" packages "${PACKAGES}")
+string(REPLACE "," ";" options "${OPTIONS}")
+foreach(part cflags libs)
+  execute_process(COMMAND "${PKG_CONFIG}" --${part} ${packages} OUTPUT_VARIABLE said COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(${part} UNIX_COMMAND "${said}")
+endforeach()
+cmake_path(GET PROGRAM PARENT_PATH folder)
+file(MAKE_DIRECTORY "${folder}")
+file(REMOVE "${PROGRAM}")
+set(standard "")
+if(SOURCE MATCHES "\\.cpp$")
+  set(standard -std=c++17)
+endif()
+execute_process(COMMAND "${COMPILER}" ${standard} ${options} ${cflags} "${SOURCE}" -o "${PROGRAM}" ${libs}
+  COMMAND_ERROR_IS_FATAL ANY)
+if(NOT EXISTS "${PROGRAM}")
+  message(FATAL_ERROR "there is no ${PROGRAM}")
+endif()
