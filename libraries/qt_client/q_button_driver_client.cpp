@@ -12,7 +12,6 @@ namespace buttondriver {
 
 namespace {
 
-constexpr int send_limit_ms = 1000;
 constexpr qint64 highest_unread_size = 64 * 1024;
 constexpr unsigned long retry_pause_ms = 200;
 
@@ -24,6 +23,12 @@ QButtonDriverClient::QButtonDriverClient()
 QButtonDriverClient::QButtonDriverClient(const QString &host, quint16 port) : _host(host), _port(port) {
   qRegisterMetaType<vector<QByteArray>>("vector<QByteArray>");
   connect(&_socket, &QTcpSocket::connected, this, &QButtonDriverClient::connected);
+  // Queued: nobody can be there yet who hears of a connection that is up before the constructor ends, and nobody is
+  // called back from within what he calls.
+  connect(
+      &_socket, &QTcpSocket::connected, this, [this] { emit connectionChanged(true); }, Qt::QueuedConnection);
+  connect(
+      &_socket, &QTcpSocket::disconnected, this, [this] { emit connectionChanged(false); }, Qt::QueuedConnection);
   // Unread answers would pile up without bound.
   _socket.setReadBufferSize(highest_unread_size);
   connect(&_socket, &QTcpSocket::readyRead, &_socket, [this] { _socket.readAll(); });
@@ -31,14 +36,12 @@ QButtonDriverClient::QButtonDriverClient(const QString &host, quint16 port) : _h
 }
 
 bool QButtonDriverClient::waitForConnected(int msecs) {
-  if (_socket.state() == QAbstractSocket::UnconnectedState)
-    connectToServer();
+  connectToServer();
   QElapsedTimer timer;
   timer.start();
   for (qint64 remaining = msecs; remaining >= 1; remaining = msecs - timer.elapsed()) {
-    if (_socket.state() == QAbstractSocket::UnconnectedState)
-      connectToServer();
-    if (_socket.state() == QAbstractSocket::ConnectedState || _socket.waitForConnected(static_cast<int>(remaining)))
+    connectToServer();
+    if (isConnected() || _socket.waitForConnected(static_cast<int>(remaining)))
       return true;
     QThread::msleep(retry_pause_ms);
   }
@@ -53,7 +56,10 @@ void QButtonDriverClient::msg(vector<QByteArray> messages) { send(messages.data(
 
 void QButtonDriverClient::connected() {}
 
-void QButtonDriverClient::connectToServer() { _socket.connectToHost(_host, _port); }
+void QButtonDriverClient::connectToServer() {
+  if (_socket.state() == QAbstractSocket::UnconnectedState)
+    _socket.connectToHost(_host, _port);
+}
 
 void QButtonDriverClient::send(const QByteArray *messages, std::size_t count) {
   if (count > 0 && isFull()) {
@@ -61,8 +67,11 @@ void QButtonDriverClient::send(const QByteArray *messages, std::size_t count) {
     return;
   }
   // A server that is not there refuses at once, so it takes the retries to give one that is about to start its second.
-  if (!waitForConnected(send_limit_ms))
+  if (!isConnected() && !waitForConnected(_connect_wait)) {
+    if (count > 0)
+      emit dropped(static_cast<int>(count));
     return;
+  }
   for (std::size_t i = 0; i < count; ++i)
     _socket.write(framed(messages[i]));
 }

@@ -120,7 +120,7 @@ protected:
   QTcpServer _server;
 };
 
-TEST_F(QButtonDriverClientTest, has_its_three_slots_and_one_signal) {
+TEST_F(QButtonDriverClientTest, has_its_three_slots_and_three_signals) {
   const QMetaObject &meta = QButtonDriverClient::staticMetaObject;
   EXPECT_STREQ(meta.className(), "buttondriver::QButtonDriverClient");
   vector<std::string> slots_in_order;
@@ -130,7 +130,7 @@ TEST_F(QButtonDriverClientTest, has_its_three_slots_and_one_signal) {
     (is_slot ? slots_in_order : all_signals).push_back(meta.method(index).methodSignature().toStdString());
   }
   EXPECT_THAT(slots_in_order, testing::ElementsAre("msg(QByteArray)", "msg(vector<QByteArray>)", "connected()"));
-  EXPECT_THAT(all_signals, testing::ElementsAre("refused(int)"));
+  EXPECT_THAT(all_signals, testing::ElementsAre("refused(int)", "dropped(int)", "connectionChanged(bool)"));
 }
 
 TEST_F(QButtonDriverClientTest, a_message_of_132_bytes_leaves_as_136) {
@@ -199,6 +199,9 @@ TEST_F(QButtonDriverClientTest, drops_messages_after_a_second_without_a_server) 
   const ReservedPort nobody;
   test::CapturedLog log;
   auto client = std::make_unique<QButtonDriverClient>(local_host, nobody.port());
+  EXPECT_EQ(client->connectWait(), 1000);
+  vector<int> drops;
+  QObject::connect(client.get(), &QButtonDriverClient::dropped, [&](int count) { drops.push_back(count); });
   QElapsedTimer timer;
   timer.start();
   client->msg(QByteArray("lost"));
@@ -207,6 +210,7 @@ TEST_F(QButtonDriverClientTest, drops_messages_after_a_second_without_a_server) 
   client->msg(vector<QByteArray>{QByteArray("lost"), QByteArray("too")});
   EXPECT_THAT(timer.elapsed(), AllOf(Ge(950), Lt(5000)));
   EXPECT_THAT(log.take(), IsEmpty());
+  EXPECT_THAT(drops, testing::ElementsAre(1, 2));
   // The server that comes now gets the next message and nothing of the others.
   nobody.listen();
   client->msg(QByteArray("kept"));
@@ -245,6 +249,100 @@ TEST_F(QButtonDriverClientTest, waiting_for_no_time_fails_at_once) {
   for (const int msecs : {0, -1, -1000})
     EXPECT_FALSE(client.waitForConnected(msecs));
   EXPECT_LT(timer.elapsed(), 150);
+}
+
+/// A client that never waits, and what it has told.
+class ImpatientClientTest : public QButtonDriverClientTest {
+protected:
+  /// Starts to connect to `port`.
+  void make(quint16 port) {
+    client = std::make_unique<QButtonDriverClient>(local_host, port);
+    client->setConnectWait(0);
+    QObject::connect(client.get(), &QButtonDriverClient::dropped, [this](int count) { drops.push_back(count); });
+    QObject::connect(client.get(), &QButtonDriverClient::connectionChanged,
+                     [this](bool is_connected) { changes.push_back(is_connected); });
+  }
+
+  /// Waits for that many changes of the connection.
+  bool hasTold(std::size_t count) {
+    return process_events_until([=] { return changes.size() >= count; });
+  }
+
+  std::unique_ptr<QButtonDriverClient> client;
+  vector<int> drops;
+  vector<bool> changes;
+};
+
+TEST_F(ImpatientClientTest, drops_messages_after_one_attempt_each_and_tells) {
+  const ReservedPort nobody;
+  int attempts = 0;
+  before_attempt = [&] { ++attempts; };
+  make(nobody.port());
+  EXPECT_FALSE(client->isConnected());
+  client->msg(QByteArray("lost"));
+  client->msg(vector<QByteArray>{QByteArray("lost"), QByteArray("too")});
+  client->msg(vector<QByteArray>{});
+  EXPECT_THAT(drops, testing::ElementsAre(1, 2));
+  // Who waits makes five in a second.
+  EXPECT_LE(attempts, 4);
+  // The server that comes now gets the next message and nothing of the others.
+  nobody.listen();
+  client->connectToServer();
+  ASSERT_TRUE(hasTold(1));
+  EXPECT_TRUE(client->isConnected());
+  client->msg(QByteArray("kept"));
+  EXPECT_TRUE(client->waitForBytesWritten(5000));
+  client.reset();
+  EXPECT_EQ(nobody.read_one_connection(), from_hex("00000004") + "kept");
+  EXPECT_THAT(drops, testing::ElementsAre(1, 2));
+  EXPECT_THAT(changes, testing::ElementsAre(true));
+}
+
+TEST_F(ImpatientClientTest, tells_that_the_connection_came_up_also_when_it_did_so_at_once) {
+  make(_server.serverPort());
+  EXPECT_THAT(changes, IsEmpty());
+  ASSERT_TRUE(hasTold(1));
+  EXPECT_THAT(changes, testing::ElementsAre(true));
+  EXPECT_TRUE(client->isConnected());
+}
+
+TEST_F(ImpatientClientTest, tells_that_the_server_has_gone_and_that_it_is_there_again) {
+  make(_server.serverPort());
+  ASSERT_TRUE(hasTold(1));
+  next_connection()->abort();
+  ASSERT_TRUE(hasTold(2));
+  EXPECT_FALSE(client->isConnected());
+  client->msg(QByteArray("lost"));
+  ASSERT_TRUE(hasTold(3));
+  EXPECT_THAT(changes, testing::ElementsAre(true, false, true));
+  client->msg(QByteArray("kept"));
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  EXPECT_EQ(received(peer, 8), from_hex("00000004") + "kept");
+}
+
+TEST_F(ImpatientClientTest, makes_no_second_connection_when_it_is_asked_for_one_again) {
+  int attempts = 0;
+  before_attempt = [&] { ++attempts; };
+  test::CapturedLog log;
+  make(_server.serverPort());
+  client->connectToServer();
+  ASSERT_TRUE(hasTold(1));
+  client->connectToServer();
+  client->msg(QByteArray("on"));
+  QTcpSocket *peer = next_connection();
+  ASSERT_TRUE(peer);
+  EXPECT_EQ(received(peer, 6), from_hex("00000002") + "on");
+  EXPECT_EQ(attempts, 1);
+  EXPECT_THAT(changes, testing::ElementsAre(true));
+  EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(ImpatientClientTest, says_nothing_when_it_goes) {
+  make(_server.serverPort());
+  ASSERT_TRUE(hasTold(1));
+  client.reset();
+  EXPECT_THAT(changes, testing::ElementsAre(true));
 }
 
 /// Sends `message` until a new connection brings it, which must begin with its frame.
