@@ -11,7 +11,7 @@ static void tell(const char *request, int sent) { printf("%s: %s\n", request, se
 int main(int argc, char **argv) {
   /* Room for messages that the client knows nothing of. */
   unsigned char room[64];
-  buttondriver_message message = {NULL, 0, 0};
+  buttondriver_message message = {room, sizeof room, 0};
   /* A vertical line in the middle: 24 rows of 40 pixels. */
   unsigned char image[120] = {0};
   int row;
@@ -26,8 +26,6 @@ int main(int argc, char **argv) {
     fprintf(stderr, "no panel at %s port %s\n", argv[1], argv[2]);
     return EXIT_FAILURE;
   }
-  message.bytes = room;
-  message.capacity = sizeof room;
   if (buttondriver_encode_text(&message, 0, 0, "Hello, panel") == BUTTONDRIVER_OK)
     tell("text", btc_send(message.bytes, (uint32_t)message.size));
   if (buttondriver_encode_led(&message, 5, BUTTONDRIVER_ON) == BUTTONDRIVER_OK)

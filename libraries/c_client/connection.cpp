@@ -31,6 +31,9 @@ bool is_ping_reply(ByteView frame) {
          frame.bigEndian32(frame_prefix_size) == BMS_PingReply::code;
 }
 
+/// Whether the system may do later what it did not do now.
+bool is_for_now(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
+
 /// Reads on in the answer that is coming, without waiting.
 Reading read_some(buttondriver_client &client) {
   const ssize_t count =
@@ -39,8 +42,7 @@ Reading read_some(buttondriver_client &client) {
     client.answer_size += static_cast<std::uint32_t>(count);
     return Reading::some;
   }
-  return count == -1 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR) ? Reading::nothing_yet
-                                                                                    : Reading::ended;
+  return count == -1 && is_for_now(errno) ? Reading::nothing_yet : Reading::ended;
 }
 
 /// Takes the answers that are there already. So the end of a connection is noticed, and answers do not pile up.
@@ -116,15 +118,16 @@ buttondriver_result send_message(buttondriver_client &client, ByteView head, Byt
     if (count >= 0) {
       sent += static_cast<std::size_t>(count);
       advance(parts, static_cast<std::size_t>(count));
-    } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
-      if (deadline.waitFor(descriptor_of(client), POLLOUT))
-        continue;
+      continue;
+    }
+    if (!is_for_now(errno)) {
+      drop(client);
+      return BUTTONDRIVER_CONNECTION_LOST;
+    }
+    if (!deadline.waitFor(descriptor_of(client), POLLOUT)) {
       if (sent > 0)
         drop(client);
       return BUTTONDRIVER_TIMED_OUT;
-    } else if (errno != EINTR) {
-      drop(client);
-      return BUTTONDRIVER_CONNECTION_LOST;
     }
   }
   if (head.bigEndian32(0) == BMS_Ping::code)

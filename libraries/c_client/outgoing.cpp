@@ -62,7 +62,7 @@ bool is_on_or_off(std::int32_t state) { return state == BUTTONDRIVER_ON || state
 bool is_in_range(const MessageType &type, const void *head) {
   for (std::size_t i = 0; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
-    if (field.kind != FieldKind::bytes && field.width == 4 && !is_meant(field, number_of(field, head)))
+    if (field.kind != FieldKind::bytes && !is_meant(field, number_of(field, head)))
       return false;
   }
   return true;

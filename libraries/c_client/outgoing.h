@@ -21,13 +21,22 @@ struct Outgoing {
   std::size_t size() const { return head_size + rest.size(); }
 };
 
-/// Whether each number of `head`, which is in host order, is in the range of its row or has a name there.
+/// Whether there is no number of another size than 32 bits.
+constexpr bool has_numbers_of_32_bits_only(const MessageType &type) {
+  for (std::size_t i = 0; i < type.fieldCount(); ++i)
+    if (type.fields[i].kind != FieldKind::bytes && type.fields[i].width != 4)
+      return false;
+  return true;
+}
+
+/// Whether each number of `head`, which is in host order, is in the range of its row or has a name there. Each number
+/// has 32 bits.
 bool is_in_range(const MessageType &type, const void *head);
 
 /// The message of `head`, which is in host order, and `rest`.
 template <class Record> Outgoing outgoing(const Record &head, ByteView rest = {}) {
   constexpr const MessageType &type = type_of<Record>;
-  static_assert(type.handling == Handling::server_handles);
+  static_assert(type.handling == Handling::server_handles && has_numbers_of_32_bits_only(type));
   static_assert(type.head_size <=
                 (type.counted == Counted::nothing ? BUTTONDRIVER_LARGEST_FIXED_MESSAGE : BUTTONDRIVER_LARGEST_HEAD));
   Outgoing message;

@@ -28,10 +28,8 @@ static void expect_ok(const char *what, buttondriver_result result) {
 static void drive(buttondriver_client *panel) {
   uint8_t image[BUTTONDRIVER_IMAGE_BYTES];
   uint8_t room[BUTTONDRIVER_LARGEST_FIXED_MESSAGE];
-  buttondriver_message message = {NULL, 0, 0};
+  buttondriver_message message = {room, sizeof room, 0};
   double milliseconds = -1;
-  message.bytes = room;
-  message.capacity = sizeof room;
   memset(image, 0xA5, sizeof image);
 
   expect_ok("blackout", buttondriver_blackout(panel, BUTTONDRIVER_ALL_SCREENS));

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <future>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 namespace buttondriver::test {
@@ -23,6 +24,28 @@ TEST(CClientConnectionTest, is_refused_by_a_port_where_nobody_listens) {
   EXPECT_EQ(errno, ECONNREFUSED);
   EXPECT_EQ(buttondriver_is_open(&client), 0);
   EXPECT_EQ(buttondriver_led(&client, 5, BUTTONDRIVER_ON), BUTTONDRIVER_NOT_CONNECTED);
+}
+
+TEST(CClientConnectionTest, is_refused_by_an_address_that_cannot_be_reached) {
+  buttondriver_client client{};
+  errno = 0;
+  EXPECT_EQ(buttondriver_open(&client, "255.255.255.255", 3003, long_ms), BUTTONDRIVER_CANNOT_CONNECT);
+  EXPECT_NE(errno, 0);
+}
+
+TEST(CClientConnectionTest, fails_where_the_process_can_open_nothing_more) {
+  rlimit usual{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+  rlimit none = usual;
+  none.rlim_cur = 0;
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  buttondriver_client client{};
+  errno = 0;
+  const buttondriver_result result = buttondriver_open(&client, "127.0.0.1", 3003, long_ms);
+  const int error = errno;
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &usual), 0);
+  EXPECT_EQ(result, BUTTONDRIVER_CANNOT_CONNECT);
+  EXPECT_EQ(error, EMFILE);
 }
 
 TEST(CClientConnectionTest, times_out_where_nobody_answers) {
@@ -130,6 +153,20 @@ std::size_t fill(int descriptor) {
     filled += more;
   }
   return filled;
+}
+
+TEST(CClientConnectionTest, is_lost_when_the_daemon_goes_in_the_middle_of_a_message) {
+  ScriptedPeer peer(ScriptedPeer::Door::open, 2048);
+  OpenClient client(peer);
+  std::string bytes(16777216, 'x');
+  const buttondriver_message message{bytes.data(), bytes.size(), bytes.size()};
+  auto left = std::async(std::launch::async, [&] {
+    peer.read(1000);
+    peer.hang_up();
+  });
+  EXPECT_EQ(buttondriver_send(client.get(), &message), BUTTONDRIVER_CONNECTION_LOST);
+  left.get();
+  EXPECT_FALSE(client.isOpen());
 }
 
 TEST(CClientConnectionTest, stays_open_when_nothing_of_a_message_could_be_sent_in_time) {

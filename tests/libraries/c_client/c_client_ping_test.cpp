@@ -2,7 +2,11 @@
 #include "open_client.h"
 #include "support/hex.h"
 
+#include <atomic>
+#include <csignal>
 #include <future>
+#include <pthread.h>
+#include <thread>
 
 namespace buttondriver::test {
 namespace {
@@ -35,6 +39,30 @@ TEST(CClientPingTest, takes_an_answer_that_comes_in_pieces) {
   });
   EXPECT_EQ(buttondriver_ping(client.get(), long_ms, nullptr), BUTTONDRIVER_OK);
   asked.get();
+}
+
+std::atomic<int> signals_taken{0};
+
+TEST(CClientPingTest, goes_on_waiting_after_signals) {
+  struct sigaction action {};
+  struct sigaction former {};
+  action.sa_handler = [](int) { ++signals_taken; };
+  ASSERT_EQ(::sigaction(SIGUSR1, &action, &former), 0);
+  ScriptedPeer peer;
+  OpenClient client(peer);
+  const pthread_t waiting = ::pthread_self();
+  auto asked = std::async(std::launch::async, [&] {
+    peer.read(8);
+    for (int i = 1; i <= 100; ++i) {
+      ::pthread_kill(waiting, SIGUSR1);
+      while (signals_taken < i)
+        std::this_thread::yield();
+    }
+    peer.write(answer);
+  });
+  EXPECT_EQ(buttondriver_ping(client.get(), long_ms, nullptr), BUTTONDRIVER_OK);
+  asked.get();
+  ASSERT_EQ(::sigaction(SIGUSR1, &former, nullptr), 0);
 }
 
 TEST(CClientPingTest, times_out_and_does_not_take_the_late_answer_for_that_of_a_later_ping) {
