@@ -21,18 +21,17 @@ static_assert(BUTTONDRIVER_PORT == DEFAULT_PORT);
 
 namespace {
 
-/// Connects a new socket; 0 or what errno would say.
+/// Connects a new socket, which does not wait by itself; 0 or what errno would say.
 int connect_until(int descriptor, const sockaddr_in &address, const Deadline &deadline) {
-  if (::connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
-    return 0;
-  // After a signal, too, the kernel goes on with the attempt.
-  if (errno != EINPROGRESS && errno != EINTR)
+  const bool is_done = ::connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+  if (!is_done && errno != EINPROGRESS)
     return errno;
   if (!deadline.waitFor(descriptor, POLLOUT))
     return ETIMEDOUT;
   int error = 0;
   socklen_t size = sizeof error;
-  return ::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
+  ::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size);
+  return error;
 }
 
 buttondriver_result send_outgoing(buttondriver_client *client, const Outgoing &message) {

@@ -18,7 +18,7 @@ namespace buttondriver {
 
 namespace {
 
-/// What one attempt to read came to.
+/// What one attempt to read came to. No attempt waits, so none is interrupted by a signal.
 enum class Reading { some, nothing_yet, ended };
 
 int descriptor_of(const buttondriver_client &client) { return client.place - 1; }
@@ -31,9 +31,6 @@ bool is_ping_reply(ByteView frame) {
          frame.bigEndian32(frame_prefix_size) == BMS_PingReply::code;
 }
 
-/// Whether the system may do later what it did not do now.
-bool is_for_now(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
-
 /// Reads on in the answer that is coming, without waiting.
 Reading read_some(buttondriver_client &client) {
   const ssize_t count =
@@ -42,20 +39,18 @@ Reading read_some(buttondriver_client &client) {
     client.answer_size += static_cast<std::uint32_t>(count);
     return Reading::some;
   }
-  return count == -1 && is_for_now(errno) ? Reading::nothing_yet : Reading::ended;
+  return count == -1 && errno == EAGAIN ? Reading::nothing_yet : Reading::ended;
 }
 
 /// Takes the answers that are there already. So the end of a connection is noticed, and answers do not pile up.
 buttondriver_result take_answers(buttondriver_client &client) {
   for (;;) {
-    switch (read_some(client)) {
-    case Reading::nothing_yet:
+    const Reading reading = read_some(client);
+    if (reading == Reading::nothing_yet)
       return BUTTONDRIVER_OK;
-    case Reading::ended:
+    if (reading == Reading::ended) {
       drop(client);
       return BUTTONDRIVER_CONNECTION_LOST;
-    case Reading::some:
-      break;
     }
     if (client.answer_size < answer_size)
       continue;
@@ -120,7 +115,7 @@ buttondriver_result send_message(buttondriver_client &client, ByteView head, Byt
       advance(parts, static_cast<std::size_t>(count));
       continue;
     }
-    if (!is_for_now(errno)) {
+    if (errno != EAGAIN) {
       drop(client);
       return BUTTONDRIVER_CONNECTION_LOST;
     }

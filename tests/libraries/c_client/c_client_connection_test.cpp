@@ -180,13 +180,17 @@ TEST(CClientConnectionTest, stays_open_when_nothing_of_a_message_could_be_sent_i
   EXPECT_EQ(peer.read(12), from_hex("00000008 00000010 00000002"));
 }
 
+/// Lets the peer hang up, and waits until the end has arrived; that is the kernel's business, without a wait.
+void hang_up(ScriptedPeer &peer, OpenClient &client) {
+  peer.hang_up();
+  pollfd end{descriptor_of(client), POLLIN, 0};
+  ASSERT_EQ(::poll(&end, 1, long_ms), 1);
+}
+
 TEST(CClientConnectionTest, tells_that_the_daemon_has_gone_and_can_be_opened_again) {
   ScriptedPeer peer;
   OpenClient client(peer);
-  peer.hang_up();
-  // The end has to arrive; that is the kernel's business, without a wait.
-  pollfd end{descriptor_of(client), POLLIN, 0};
-  ASSERT_EQ(::poll(&end, 1, long_ms), 1);
+  hang_up(peer, client);
   EXPECT_EQ(buttondriver_blackout(client.get(), 0), BUTTONDRIVER_CONNECTION_LOST);
   EXPECT_FALSE(client.isOpen());
   EXPECT_EQ(buttondriver_blackout(client.get(), 0), BUTTONDRIVER_NOT_CONNECTED);
@@ -194,6 +198,15 @@ TEST(CClientConnectionTest, tells_that_the_daemon_has_gone_and_can_be_opened_aga
   peer.accept();
   EXPECT_EQ(buttondriver_blackout(client.get(), 0), BUTTONDRIVER_OK);
   EXPECT_EQ(peer.read(12), from_hex("00000008 00000010 00000000"));
+}
+
+TEST(CClientConnectionTest, tells_that_the_daemon_has_gone_without_reading_all) {
+  ScriptedPeer peer;
+  OpenClient client(peer);
+  EXPECT_EQ(buttondriver_blackout(client.get(), 0), BUTTONDRIVER_OK);
+  hang_up(peer, client);
+  EXPECT_EQ(buttondriver_blackout(client.get(), 0), BUTTONDRIVER_CONNECTION_LOST);
+  EXPECT_FALSE(client.isOpen());
 }
 
 TEST(CClientConnectionTest, is_one_of_several) {

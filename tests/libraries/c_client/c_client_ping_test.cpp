@@ -32,10 +32,17 @@ TEST(CClientPingTest, returns_when_its_answer_has_come_and_tells_the_time) {
 TEST(CClientPingTest, takes_an_answer_that_comes_in_pieces) {
   ScriptedPeer peer;
   OpenClient client(peer);
+  EXPECT_EQ(buttondriver_ping(client.get(), 1, nullptr), BUTTONDRIVER_TIMED_OUT);
+  peer.read(8);
+  // Each call reads what is there.
+  for (const char byte : answer) {
+    peer.write(std::string(1, byte));
+    EXPECT_EQ(buttondriver_blackout(client.get(), 0), BUTTONDRIVER_OK);
+    peer.read(12);
+  }
   auto asked = std::async(std::launch::async, [&] {
     peer.read(8);
-    for (const char byte : answer)
-      peer.write(std::string(1, byte));
+    peer.write(answer);
   });
   EXPECT_EQ(buttondriver_ping(client.get(), long_ms, nullptr), BUTTONDRIVER_OK);
   asked.get();

@@ -304,6 +304,7 @@ TEST_F(ImpatientClientTest, tells_that_the_connection_came_up_also_when_it_did_s
   ASSERT_TRUE(hasTold(1));
   EXPECT_THAT(changes, testing::ElementsAre(true));
   EXPECT_TRUE(client->isConnected());
+  EXPECT_TRUE(client->waitForConnected(1));
 }
 
 TEST_F(ImpatientClientTest, tells_that_the_server_has_gone_and_that_it_is_there_again) {
