@@ -57,11 +57,11 @@ protected:
                                               root.path(), QStringLiteral("map"), QString(), QStringLiteral("0")});
     ASSERT_TRUE(simulated->waitForOutput("buttondriver-sim: listening on port "));
     ASSERT_TRUE(simulated->waitForOutput("/\n"));
-    http = port_after("page on http://127.0.0.1:");
-    daemon = port_after("listening on port ");
+    http = portAfter("page on http://127.0.0.1:");
+    daemon = portAfter("listening on port ");
   }
 
-  QString port_after(const QByteArray &words) const {
+  QString portAfter(const QByteArray &words) const {
     const QByteArray output = simulated->standardOutput();
     const QByteArray rest = output.mid(output.indexOf(words) + words.size());
     auto end = 0;
