@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
         ClientRow{"09-event-client-pkg-config/brightness", {" w 0800 1 ff00\n"}},
         // A line on screen 0 and five cells of it in red; two rows of a picture on screen 1; button LED 5 and status
         // LED 0 on.
-        ClientRow{"10-c-client/c_client",
+        ClientRow{"13-c-client/c_client",
                   {" w 0a03 2048 0000 ", " w 0a03 640 0000 ", " f800 0000 ", " w 0900 1 6500\n", " w 0900 1 a000\n"}}),
     [](const auto &row) { return program_of(row.param.example); });
 
@@ -103,7 +103,7 @@ TEST_P(ClientWithoutPanelTest, says_so_and_fails) {
 
 INSTANTIATE_TEST_SUITE_P(Examples, ClientWithoutPanelTest,
                          testing::Values("01-event-client-c/event_client_c", "02-qt-client/qt_client",
-                                         "09-event-client-pkg-config/brightness", "10-c-client/c_client"),
+                                         "09-event-client-pkg-config/brightness", "13-c-client/c_client"),
                          [](const auto &row) { return program_of(row.param); });
 
 class LoneExampleTest : public testing::TestWithParam<const char *> {};
