@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Reads what ctest wrote with --output-junit, for scripts/test.
 #
-#   awk -v preset=PRESET -v notes=FOLDER -f scripts/results.awk FILE
+#   awk -v preset=PRESET -v notes=FOLDER -f scripts/parts/results.awk FILE
 #
 # Prints how many tests passed and how many failed. Appends the time of each test to FOLDER/times, and the names to
 # FOLDER/failed and FOLDER/skipped. Why a test was skipped is what it printed: the lines after "Skipped" of a GoogleTest
