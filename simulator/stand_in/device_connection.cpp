@@ -158,6 +158,7 @@ bool exchange(int descriptor, protocol::Request &request, void *words, protocol:
 } // namespace
 
 int open_device(const char *path, bool closes_on_exec) {
+  const int kept_errno = errno;
   const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | (closes_on_exec ? SOCK_CLOEXEC : 0), 0);
   int error = descriptor < 0 ? errno : connect_to(descriptor, path);
   struct stat status {};
@@ -173,6 +174,7 @@ int open_device(const char *path, bool closes_on_exec) {
   const Lock lock;
   device_number = status.st_dev;
   device_inode = status.st_ino;
+  errno = kept_errno; // setsockopt changes it where times have 64 bits and the kernel knows only shorter ones
   return descriptor;
 }
 
