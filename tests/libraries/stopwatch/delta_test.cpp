@@ -28,7 +28,7 @@ void expect_nothing_measured(const Delta &delta) {
 void measure_three_intervals(Delta &delta, TestClock &clock) {
   struct Reading {
     time_t seconds;
-    suseconds_t microseconds;
+    test::Microseconds microseconds;
   };
   const Reading readings[][2] = {
       {{1000, 500000}, {1000, 510000}}, {{1000, 990000}, {1001, 10000}}, {{1002, 0}, {1002, 30000}}};
@@ -135,7 +135,7 @@ TEST(DeltaTest, reset_forgets_the_intervals) {
 TEST(DeltaTest, intervals_are_rounded_to_three_decimals) {
   TestClock clock(1000, 0);
   Delta delta("draw", "", false, clock.clock());
-  for (const suseconds_t microseconds : {1, 1, 2}) {
+  for (const test::Microseconds microseconds : {1, 1, 2}) {
     clock.set(1000, 0);
     delta.start();
     clock.set(1000, microseconds);

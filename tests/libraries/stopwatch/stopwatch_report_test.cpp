@@ -58,7 +58,7 @@ TEST_F(StopWatchReportTest, prints_the_measurements) {
   Event *interval = watch.addEvent("draw", "one screen", delta_event, log_to_standard_output);
   Event *stamp = watch.addEvent("boot", "until ready", time_stamp_event, log_to_standard_output);
   stamp->start();
-  for (const suseconds_t microseconds : {10000, 20000, 30000}) {
+  for (const test::Microseconds microseconds : {10000, 20000, 30000}) {
     clock.set(1000, 0);
     interval->start();
     clock.set(1000, microseconds);

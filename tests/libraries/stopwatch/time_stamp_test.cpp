@@ -19,7 +19,7 @@ using test::report_of;
 using test::TestClock;
 using test::TimeZone;
 
-void expect_time(const timeval &time, time_t seconds, suseconds_t microseconds) {
+void expect_time(const timeval &time, time_t seconds, test::Microseconds microseconds) {
   EXPECT_EQ(time.tv_sec, seconds);
   EXPECT_EQ(time.tv_usec, microseconds);
 }

@@ -8,7 +8,7 @@ namespace buttondriver::test {
 
 /// Bytes of a message as the model reads them: those that are missing are zero.
 inline std::uint8_t byte_at(const std::string &bytes, std::uint64_t place) {
-  return place < bytes.size() ? static_cast<std::uint8_t>(bytes[place]) : std::uint8_t{0};
+  return place < bytes.size() ? static_cast<std::uint8_t>(bytes[static_cast<std::size_t>(place)]) : std::uint8_t{0};
 }
 
 /// 32 bits, the most significant byte first.
