@@ -64,7 +64,8 @@ void prepend(QProcessEnvironment &environment, const QString &variable, const QS
   environment.insert(variable, others.isEmpty() ? item : item + QLatin1Char(':') + others);
 }
 
-const QString preload = QStringLiteral("LD_PRELOAD");
+// LD_PRELOAD, or what buttondriver_started_program() makes that of.
+const QString preload = QStringLiteral(BUTTONDRIVER_PRELOAD_VARIABLE);
 
 /// Has a program take the panel's files from `root`.
 QProcessEnvironment environment_with(const QString &root) {
@@ -150,7 +151,11 @@ bool Program::endsWithin(std::chrono::milliseconds time) {
   return process_events_until([&] { return !isRunning(); }, time);
 }
 
-void Program::sendSignal(int signal) { ::kill(static_cast<pid_t>(_process.processId()), signal); }
+void Program::sendSignal(int signal) {
+  const auto process = static_cast<pid_t>(_process.processId());
+  ASSERT_GT(process, 0) << "it does not run"; // to 0 it would go to the test and all around it
+  ::kill(process, signal);
+}
 
 void Program::stopReading() {
   _process.closeReadChannel(QProcess::StandardOutput);
