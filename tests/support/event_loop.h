@@ -12,9 +12,9 @@
 namespace buttondriver::test {
 
 /// Runs the event loop of the calling thread until `done()`; looks again after every event, and now and then for what
-/// other threads do. False when that did not come true in time.
+/// other threads do. False when that did not come true in time: far more than it takes, also under an emulator.
 template <typename Condition>
-bool process_events_until(Condition done, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+bool process_events_until(Condition done, std::chrono::milliseconds limit = std::chrono::seconds(60)) {
   const QDeadlineTimer deadline(limit);
   QTimer look_again;
   look_again.start(10);
