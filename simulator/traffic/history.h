@@ -21,11 +21,16 @@ public:
   }
 
   /// Numbers go on after those of what was dropped.
-  void clear() { _entries.clear(); }
+  void clear() {
+    _entries.clear();
+    _cleared = _last;
+  }
 
   std::size_t size() const { return _entries.size(); }
   /// The number of the newest thing, also when it has been dropped since; 0 when there was none.
   std::uint64_t last() const { return _last; }
+  /// The number of the newest thing that clear() has dropped; 0 when it has dropped none.
+  std::uint64_t cleared() const { return _cleared; }
   /// The number of the oldest thing that is still here; last() + 1 when nothing is.
   std::uint64_t first() const { return _last - _entries.size() + 1; }
   /// The thing with a number from first() to last().
@@ -34,6 +39,7 @@ public:
 private:
   std::size_t _capacity;
   std::uint64_t _last = 0;
+  std::uint64_t _cleared = 0;
   std::deque<Entry> _entries;
 };
 

@@ -52,10 +52,11 @@ void LogTap::add(LogEntry::Source source, const QByteArray &text) {
 
 LogTap::Part LogTap::since(std::uint64_t number, std::size_t most) const {
   const std::lock_guard lock(_mutex);
-  Part part{_entries.last(), {}};
+  Part part{_entries.last(), 0, {}};
   std::uint64_t first = std::max(number + 1, _entries.first());
   if (part.last + 1 > first + most)
     first = part.last + 1 - most;
+  part.left_out = first - std::max(number, _entries.cleared()) - 1;
   for (; first <= part.last; ++first)
     part.entries.push_back(_entries.at(first));
   return part;

@@ -40,9 +40,11 @@ public:
 
   void add(LogEntry::Source source, const QByteArray &text);
 
-  /// Some entries, and the number of the newest one there is; numbers start at 1.
+  /// Some entries, the number of the newest one there is, numbers start at 1, and how many before the first of these
+  /// are missing: those that forget() has dropped are not.
   struct Part {
     std::uint64_t last;
+    std::uint64_t left_out;
     std::vector<LogEntry> entries;
   };
   /// At most `most` of the entries after number `number`, the newest ones.

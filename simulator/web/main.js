@@ -4,11 +4,13 @@ import { Link } from './protocol/link.js';
 import { loadLettering, letterAll } from './panel/lettering.js';
 import { Panel } from './panel/panel.js';
 import { RunningList } from './lists/running_list.js';
-import { messageRow, logRow } from './lists/rows.js';
+import { moveBetweenRows } from './lists/row_keys.js';
+import { messageRows, logRows } from './lists/rows.js';
 import { Composer } from './send/composer.js';
 import { Announcer } from './panel/announcer.js';
 import { demonstration } from './send/demonstration.js';
 import { catalogue } from './protocol/catalogue.js';
+import { News } from './protocol/news.js';
 
 const element = (id) => document.getElementById(id);
 
@@ -23,7 +25,8 @@ function showCounters(counters) {
     if (!place) continue;
     // What is not known is left out.
     place.parentElement.hidden = value === null || (name === 'refused_transfers' && value === 0);
-    if (value !== null) place.textContent = value.toLocaleString('en');
+    const text = value === null ? place.textContent : value.toLocaleString('en');
+    if (place.textContent !== text) place.textContent = text;
   }
 }
 
@@ -37,39 +40,49 @@ async function start() {
   letterAll(document);
 
   const announcer = new Announcer(element('announcer'));
-  const messages = new RunningList('messages', messageRow);
-  const log = new RunningList('log', logRow);
+  let daemonPort = null;
+  const messages = new RunningList('messages', messageRows(() => daemonPort));
+  moveBetweenRows(element('messages'));
+  const log = new RunningList('log', logRows);
   const link = new Link();
   const panel = new Panel((name, values) => hasDaemon && link.send(catalogue.encode(name, values)));
   const composer = new Composer(link);
-  let isFirstUpdate = true;
+  let isFirst = true;
   let hasDaemon = true;
+  const news = new News(({ lamps, screens, counters }) => {
+    panel.draw();
+    if (lamps) panel.showLamps(lamps);
+    if (counters) showCounters(counters);
+    if (!screens) return;
+    const changes = panel.showTexts(screens);
+    if (!isFirst) announcer.say(changes);
+    isFirst = false;
+  });
 
   link.onopen = (welcome) => {
     hasDaemon = welcome.daemon_port !== null;
     showLink('live', hasDaemon ? `Live, daemon on port ${welcome.daemon_port}` : 'Live, driven from outside');
     showDriver(hasDaemon);
     panel.setPassive(!hasDaemon);
-    if (hasDaemon) composer.daemonPort = welcome.daemon_port;
-    isFirstUpdate = true;
+    daemonPort = welcome.daemon_port;
+    if (hasDaemon) composer.daemonPort = daemonPort;
+    isFirst = true;
+    news.forget();
     panel.clear();
     messages.clear();
     log.clear();
   };
   link.onlost = () => showLink('lost', 'Connection lost, trying again');
-  link.onrows = (screen, firstRow, pixels) => panel.showRows(screen, firstRow, pixels);
+  link.onrows = (screen, firstRow, pixels) => {
+    panel.takeRows(screen, firstRow, pixels);
+    news.add({});
+  };
   link.onanswer = (name, milliseconds) => composer.showAnswer(name, milliseconds);
   link.onnotsent = (reason) => composer.showFault(reason);
-  link.onupdate = (update) => {
-    if (update.lamps) panel.showLamps(update.lamps);
-    if (update.screens) {
-      const changes = panel.showTexts(update.screens);
-      if (!isFirstUpdate) announcer.say(changes);
-    }
-    if (update.counters) showCounters(update.counters);
-    if (update.messages) messages.add(update.messages, update.messages_left_out);
-    if (update.log) log.add(update.log, update.log_left_out);
-    isFirstUpdate = false;
+  link.onupdate = ({ messages: entries, messages_left_out: leftOut, log: lines, log_left_out: linesLeftOut, ...things }) => {
+    news.add(things);
+    if (entries) messages.add(entries, leftOut);
+    if (lines) log.add(lines, linesLeftOut);
   };
 
   element('reset').addEventListener('click', async () => {

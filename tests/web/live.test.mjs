@@ -4,7 +4,7 @@ import { test } from 'node:test';
 import assert from 'node:assert/strict';
 import { writeFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { buttonctl, comparedScreen, openPage, ownRoot, settled, shell, startBrowser, startDriver, startSimulator, temporaryFolder } from './support.mjs';
+import { buttonctl, comparedScreen, openPage, ownRoot, settled, shell, startBrowser, startDriver, startSimulator, temporaryFolder, waitForRows } from './support.mjs';
 
 const message = (page, text) => page.locator('#messages li', { hasText: text });
 
@@ -97,6 +97,7 @@ test('every message can be sent, and the line for a shell sends the same bytes',
     if (await page.locator('#fields input[type=file]').count()) await page.locator('#fields input[type=file]').setInputFiles(file);
     await page.locator('#submit:not([disabled])').click();
     await settled(page, i + 1);
+    await waitForRows(page, 'messages', i + 1);
     if (name !== 'raw') assert.match(await page.locator('#messages li').nth(i).innerText(), new RegExp(`\\b${name}\\b`));
     const line = await page.locator('#command').innerText();
     assert.match(line, new RegExp(`^buttonctl -p ${simulator.daemonPort} `));
@@ -148,7 +149,7 @@ test('a reset makes the panel dark and empties the lists', async (t) => {
   await page.getByRole('button', { name: 'Reset' }).click();
   await page.waitForFunction(() => document.querySelectorAll('[aria-pressed=true]').length === 0);
   await settled(page, 0);
-  assert.equal(await page.locator('#messages li').count(), 0);
+  await waitForRows(page, 'messages', 0);
   for (const screen of [0, 1, 2]) assert.deepEqual(await comparedScreen(page, screen), { different: 0, lit: 0 });
 });
 
@@ -161,7 +162,7 @@ test('ten pages show the same', async (t) => {
   for (const page of pages) {
     await settled(page, 1);
     assert.equal((await comparedScreen(page, 2)).different, 0);
-    assert.equal(await page.locator('#messages li').count(), 1);
+    await waitForRows(page, 'messages', 1);
   }
 });
 

@@ -2,7 +2,7 @@
 // The page when its simulator ends and comes again.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { buttonctl, comparedScreen, openPage, settled, startBrowser, startSimulator } from './support.mjs';
+import { buttonctl, comparedScreen, openPage, settled, startBrowser, startSimulator, waitForRows } from './support.mjs';
 
 test('the page says that the connection is lost, and comes back by itself with the new state', async (t) => {
   const first = await startSimulator(t);
@@ -20,7 +20,7 @@ test('the page says that the connection is lost, and comes back by itself with t
   const second = await startSimulator(t, { httpPort: first.httpPort });
   await page.locator('[data-state=live]').waitFor();
   await settled(page, 0);
-  assert.equal(await page.locator('#messages li').count(), 0);
+  await waitForRows(page, 'messages', 0);
   assert.equal(await page.locator('[aria-label="Button LED 3"]').getAttribute('aria-pressed'), 'false');
   assert.deepEqual(await comparedScreen(page, 0), { different: 0, lit: 0 });
 

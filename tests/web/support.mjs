@@ -116,9 +116,14 @@ export async function openPage(browser, simulator) {
 // Waits until the page has been told of all that was accepted.
 export async function settled(page, messages) {
   await page.waitForFunction((count) => {
-    const counter = (name) => document.querySelector(`[data-counter=${name}]`).textContent;
+    const counter = (name) => document.querySelector(`[data-counter=${name}]`).textContent.replaceAll(',', '');
     return counter('messages') === count && counter('queue_length') === '0';
   }, String(messages));
+}
+
+// Waits until a list has so many rows: it changes a few times a second only.
+export async function waitForRows(page, list, count) {
+  await page.waitForFunction(([id, rows]) => document.querySelectorAll(`#${id} li`).length === rows, [list, count]);
 }
 
 // How many pixels of a screen on the page are other than in the server's picture of it, and how many are not black.

@@ -32,12 +32,19 @@ void LiveFeed::look() {
   // Most pages stand at the same place: what has been gathered from there is gathered once.
   std::optional<FeedPosition> from;
   LiveUpdate update;
+  const Entries entries = _looks_to_entries == 0 ? Entries::taken : Entries::left;
+  if (_looks_to_entries > 0)
+    --_looks_to_entries;
   for (const auto &page : _pages) {
     if (!page->isReady())
       continue;
     if (!from || !(*from == page->position())) {
       from = page->position();
-      update = gather_update(_simulation, *from);
+      update = gather_update(_simulation, *from, entries);
+      // What a page that has just come is told is nothing that happens now.
+      if (update.entry_count > 0 && !from->is_new)
+        _looks_to_entries =
+            std::max(fewest_looks_without_entries, update.entry_count * most_looks_without_entries / most_entries);
     }
     page->send(update);
   }

@@ -12,8 +12,6 @@ namespace buttondriver::simulator {
 
 namespace {
 
-/// The newest entries that one update takes of each list, once a page has been given the whole list.
-constexpr std::uint64_t most_entries = 200;
 constexpr char rows_of_a_screen = 1;
 
 auto tied(const SimulationCounters &c) {
@@ -64,10 +62,15 @@ void add_messages(QJsonObject &object, LiveUpdate &update, const History<Message
   if (!from.is_new && messages.last() + 1 - first > most_entries)
     first = messages.last() + 1 - most_entries;
   QJsonArray entries;
-  for (std::uint64_t number = first; number <= messages.last(); ++number)
-    entries += to_json(messages.at(number));
+  for (std::uint64_t number = first; number <= messages.last(); ++number) {
+    QJsonObject entry = to_json(messages.at(number));
+    entry[QLatin1String("bytes")] = QString::fromLatin1(messages.at(number).bytes.toHex());
+    entries += entry;
+  }
+  update.entry_count = std::max(update.entry_count, static_cast<std::size_t>(entries.size()));
   object[QLatin1String("messages")] = entries;
-  object[QLatin1String("messages_left_out")] = static_cast<qint64>(from.is_new ? 0 : first - from.messages - 1);
+  object[QLatin1String("messages_left_out")] =
+      static_cast<qint64>(from.is_new ? 0 : first - std::max(from.messages, messages.cleared()) - 1);
 }
 
 QString name_of(LogEntry::Source source) {
@@ -92,9 +95,9 @@ void add_log(QJsonObject &object, LiveUpdate &update, const LogTap &log, const F
     entries += QJsonObject{{QStringLiteral("time"), entry.time_ms},
                            {QStringLiteral("source"), name_of(entry.source)},
                            {QStringLiteral("text"), QString::fromUtf8(entry.text)}};
+  update.entry_count = std::max(update.entry_count, part.entries.size());
   object[QLatin1String("log")] = entries;
-  object[QLatin1String("log_left_out")] =
-      static_cast<qint64>(from.is_new ? 0 : part.last - from.log - part.entries.size());
+  object[QLatin1String("log_left_out")] = static_cast<qint64>(from.is_new ? 0 : part.left_out);
 }
 
 } // namespace
@@ -103,15 +106,18 @@ bool operator==(const FeedPosition &left, const FeedPosition &right) {
   return tied(left) == tied(right) && tied(left.counters) == tied(right.counters);
 }
 
-LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from) {
+LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from, Entries entries) {
+  const bool takes_entries = entries == Entries::taken || from.is_new;
   LiveUpdate update;
+  update.position = from;
   QJsonObject object;
   add_panel(object, update, simulation.panel(), from);
   if (simulation.messages()) {
     add_texts(object, update, simulation.messages()->texts(), from);
-    add_messages(object, update, simulation.messages()->messages(), from);
+    if (takes_entries)
+      add_messages(object, update, simulation.messages()->messages(), from);
   }
-  if (simulation.log())
+  if (simulation.log() && takes_entries)
     add_log(object, update, *simulation.log(), from);
   update.position.counters = simulation.counters();
   if (from.is_new || tied(update.position.counters) != tied(from.counters))

@@ -28,11 +28,19 @@ struct LiveUpdate {
   std::vector<QByteArray> pixels;
   /// A JSON object of the parts that have changed; empty when none has.
   QByteArray text;
+  /// How many messages or log lines are among them, whichever are more.
+  std::size_t entry_count = 0;
 };
 
+/// The newest entries that one update takes of each list, once a page has been given the whole list.
+inline constexpr std::size_t most_entries = 200;
+
+/// Whether an update takes messages and log lines too, or leaves them for a later one.
+enum class Entries : std::uint8_t { taken, left };
+
 /// Gathers what has happened after `from`. Of very many messages and log lines it takes the newest ones only and says
-/// how many it has left out.
-LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from);
+/// how many it has left out. A position that is new gets them in any case.
+LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from, Entries entries);
 
 bool operator==(const FeedPosition &left, const FeedPosition &right);
 

@@ -5,6 +5,7 @@ const mostSentences = 6;
 
 export class Announcer {
   #waiting = [];
+  #leftOut = 0;
   #timer = null;
 
   constructor(element) {
@@ -13,15 +14,20 @@ export class Announcer {
 
   say(sentences) {
     this.#waiting.push(...sentences);
-    if (this.#waiting.length === 0 || this.#timer !== null) return;
-    this.#timer = setTimeout(() => this.#speak(), interval);
+    if (this.#waiting.length === 0) return;
+    const tooMany = this.#waiting.length - mostSentences;
+    if (tooMany > 0) {
+      this.#waiting.splice(0, tooMany);
+      this.#leftOut += tooMany;
+    }
+    this.#timer ??= setTimeout(() => this.#speak(), interval);
   }
 
   #speak() {
     this.#timer = null;
-    const left = this.#waiting.length - mostSentences;
-    const spoken = left > 0 ? [...this.#waiting.slice(-mostSentences), `${left} more changes.`] : this.#waiting;
+    const spoken = this.#leftOut > 0 ? [...this.#waiting, `${this.#leftOut} more changes.`] : this.#waiting;
     this.element.textContent = spoken.join(' ');
     this.#waiting = [];
+    this.#leftOut = 0;
   }
 }

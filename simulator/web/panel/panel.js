@@ -98,12 +98,18 @@ export class Panel {
     return lamps;
   }
 
-  showRows(screen, firstRow, pixels) {
-    this.screens[screen]?.showRows(firstRow, pixels);
+  takeRows(screen, firstRow, pixels) {
+    this.screens[screen]?.takeRows(firstRow, pixels);
+  }
+
+  draw() {
+    for (const screen of this.screens) screen.draw();
   }
 
   showLamps(lamps) {
-    const press = (button, on) => button.setAttribute('aria-pressed', String(on));
+    const press = (button, on) => {
+      if (isOn(button) !== on) button.setAttribute('aria-pressed', String(on));
+    };
     this.keys.forEach((key, id) => press(key, lamps.button_leds[id]));
     this.status.forEach((button, id) => press(button, lamps.status_leds[id]));
     this.toggles.forEach((button, id) => press(button, lamps.toggles[id]));

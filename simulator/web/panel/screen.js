@@ -22,12 +22,16 @@ export class Screen {
     this.lines = [];
     this.element = this.#build();
     this.#context = this.canvas.getContext('2d');
+    this.#image = this.#context.createImageData(width, height);
     this.setIntensity(highestIntensity);
     new ResizeObserver(() => this.#fit()).observe(this.glass);
     matchMedia(`(resolution: ${devicePixelRatio}dppx)`).addEventListener('change', () => this.#fit());
   }
 
   #context;
+  #image;
+  #firstOld = height;
+  #endOfOld = 0;
   #five = new Uint8Array(32);
   #six = new Uint8Array(64);
 
@@ -66,30 +70,45 @@ export class Screen {
   setIntensity(intensity) {
     for (let i = 0; i < 32; ++i) this.#five[i] = dimmed((i << 3) | (i >> 2), intensity);
     for (let i = 0; i < 64; ++i) this.#six[i] = dimmed((i << 2) | (i >> 4), intensity);
-    this.#draw(0, height);
+    this.#takeOld(0, height);
+    this.draw();
   }
 
-  showRows(firstRow, pixels) {
+  // Keeps the pixels until draw().
+  takeRows(firstRow, pixels) {
     this.pixels.set(pixels, firstRow * width);
-    this.#draw(firstRow, pixels.length / width);
+    this.#takeOld(firstRow, firstRow + pixels.length / width);
   }
 
   clear() {
     this.pixels.fill(0);
-    this.#draw(0, height);
+    this.#takeOld(0, height);
+    this.draw();
   }
 
-  #draw(firstRow, rowCount) {
-    const image = this.#context.createImageData(width, rowCount);
-    let to = 0;
-    for (let from = firstRow * width; from < (firstRow + rowCount) * width; ++from) {
+  // These rows of the canvas are old.
+  #takeOld(first, end) {
+    this.#firstOld = Math.min(this.#firstOld, first);
+    this.#endOfOld = Math.max(this.#endOfOld, end);
+  }
+
+  // Draws what has come since the last time.
+  draw() {
+    const first = this.#firstOld;
+    const end = this.#endOfOld;
+    if (first >= end) return;
+    const { data } = this.#image;
+    let to = first * width * 4;
+    for (let from = first * width; from < end * width; ++from) {
       const pixel = this.pixels[from];
-      image.data[to++] = this.#five[pixel >> 11];
-      image.data[to++] = this.#six[(pixel >> 5) & 63];
-      image.data[to++] = this.#five[pixel & 31];
-      image.data[to++] = 255;
+      data[to++] = this.#five[pixel >> 11];
+      data[to++] = this.#six[(pixel >> 5) & 63];
+      data[to++] = this.#five[pixel & 31];
+      data[to++] = 255;
     }
-    this.#context.putImageData(image, 0, firstRow);
+    this.#context.putImageData(this.#image, 0, 0, 0, first, width, end - first);
+    this.#firstOld = height;
+    this.#endOfOld = 0;
   }
 
   // Returns what has changed, as sentences.
@@ -101,7 +120,8 @@ export class Screen {
     });
     this.lines = lines;
     const spoken = lines.map((line, i) => (line.trim() ? `Line ${i}: ${line.trim()}.` : '')).filter(Boolean);
-    this.description.textContent = spoken.join(' ') || 'No text.';
+    const description = spoken.join(' ') || 'No text.';
+    if (this.description.textContent !== description) this.description.textContent = description;
     return changes;
   }
 }

@@ -35,6 +35,28 @@ class Catalogue {
     return bytes;
   }
 
+  // The values and what follows the head of a message of this type; what is missing reads as zero.
+  decode(name, message) {
+    const type = this.find(name);
+    const bytes = new Uint8Array(Math.max(message.length, type.head_size));
+    bytes.set(message);
+    const view = new DataView(bytes.buffer);
+    const values = {};
+    for (const { name: field, kind, offset, width } of type.fields) {
+      if (kind === 'bytes') values[field] = bytes.slice(offset, offset + width);
+      else if (width === 1) values[field] = view.getUint8(offset);
+      else values[field] = kind === 'signed' ? view.getInt32(offset) : view.getUint32(offset);
+    }
+    return { values, rest: this.#rest(type, bytes.subarray(type.head_size)) };
+  }
+
+  #rest(type, tail) {
+    if (type.counted === 'text') return String.fromCharCode(...tail.subarray(0, -1));
+    if (type.counted !== 'ids') return tail;
+    const view = new DataView(tail.buffer, tail.byteOffset);
+    return Array.from({ length: Math.floor(tail.length / 4) }, (_, i) => view.getUint32(i * 4));
+  }
+
   #tail(type, rest) {
     switch (type.counted) {
       case 'text': {

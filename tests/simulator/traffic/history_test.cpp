@@ -29,12 +29,15 @@ TEST(HistoryTest, keeps_the_newest_under_their_numbers) {
 TEST(HistoryTest, numbers_go_on_after_it_was_emptied) {
   History<std::string> history(3);
   history.add("one");
+  EXPECT_EQ(history.cleared(), 0U);
   history.clear();
+  EXPECT_EQ(history.cleared(), 1U);
   EXPECT_EQ(history.size(), 0U);
   EXPECT_EQ(history.last(), 1U);
   EXPECT_EQ(history.first(), 2U);
   history.add("two");
   EXPECT_EQ(history.at(2), "two");
+  EXPECT_EQ(history.cleared(), 1U);
 }
 
 } // namespace

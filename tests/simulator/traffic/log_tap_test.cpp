@@ -57,7 +57,10 @@ TEST(LogTapTest, gives_the_newest_of_what_is_new) {
   EXPECT_THAT(texts(tap.since(1, 10)), ElementsAre("b", "c", "d"));
   EXPECT_THAT(texts(tap.since(1, 2)), ElementsAre("c", "d"));
   EXPECT_THAT(texts(tap.since(4, 10)), IsEmpty());
+  EXPECT_EQ(tap.since(1, 2).left_out, 1U);
+  EXPECT_EQ(tap.since(1, 10).left_out, 0U);
   tap.forget();
+  EXPECT_EQ(tap.since(1, 10).left_out, 0U) << "nobody misses what was forgotten";
   EXPECT_THAT(texts(tap.since(1, 10)), IsEmpty());
   EXPECT_EQ(tap.since(0, 10).last, 4U);
 }

@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace buttondriver::simulator {
@@ -145,13 +146,48 @@ TEST_F(LiveFeedTest, of_very_many_messages_it_is_told_the_newest_and_how_many_ar
   settle(page, 5001);
   int told = 0;
   int left_out = 0;
-  for (const QJsonObject &update : page.updates) {
-    EXPECT_LE(update[QLatin1String("messages")].toArray().size(), 200);
-    told += static_cast<int>(update[QLatin1String("messages")].toArray().size());
-    left_out += update[QLatin1String("messages_left_out")].toInt();
-  }
+  EXPECT_TRUE(process_events_until([&] {
+    told = left_out = 0;
+    for (const QJsonObject &update : page.updates) {
+      EXPECT_LE(update[QLatin1String("messages")].toArray().size(), 200);
+      told += static_cast<int>(update[QLatin1String("messages")].toArray().size());
+      left_out += update[QLatin1String("messages_left_out")].toInt();
+    }
+    return told + left_out >= 5001;
+  }));
   EXPECT_EQ(told + left_out, 5001);
   EXPECT_GT(left_out, 0);
+}
+
+TEST_F(LiveFeedTest, messages_and_log_lines_come_with_few_of_many_updates) {
+  Page page(host());
+  ASSERT_TRUE(page.waitFor("lamps"));
+  page.updates.clear();
+  const QByteArray led_7_on = QByteArray::fromHex("00000011 00000007 00000001 00000000");
+  page.socket.sendBinaryMessage(led_7_on);
+  // Each update is answered by another message, so that there is news for nearly every look.
+  std::size_t answered = 0;
+  EXPECT_TRUE(process_events_until([&] {
+    for (; answered < page.updates.size(); ++answered)
+      page.socket.sendBinaryMessage(led_7_on);
+    return page.updates.size() >= 40;
+  }));
+  const auto has_entries = [](const QJsonObject &update) {
+    return update.contains(QLatin1String("messages")) || update.contains(QLatin1String("log"));
+  };
+  const auto with_entries = std::count_if(page.updates.begin(), page.updates.end(), has_entries);
+  EXPECT_LE(with_entries, 20) << "usually 5";
+  EXPECT_GE(with_entries, 2) << "they do come";
+}
+
+TEST_F(LiveFeedTest, a_message_comes_with_its_bytes) {
+  Page page(host());
+  ASSERT_TRUE(page.waitFor("lamps"));
+  page.updates.clear();
+  sendMessages(led_5_on);
+  ASSERT_TRUE(page.waitFor("messages"));
+  EXPECT_EQ(page.latest("messages")[0][QLatin1String("bytes")].toString(),
+            QStringLiteral("00000011000000050000000100000000"));
 }
 
 TEST_F(LiveFeedTest, one_page_too_many_is_sent_away) {
