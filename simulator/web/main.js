@@ -16,6 +16,7 @@ const element = (id) => document.getElementById(id);
 
 function showLink(state, text) {
   element('link').dataset.state = state;
+  document.body.dataset.link = state;
   element('link-text').textContent = text;
 }
 
@@ -67,6 +68,7 @@ async function start() {
     daemonPort = welcome.daemon_port;
     if (hasDaemon) composer.daemonPort = daemonPort;
     isFirst = true;
+    element('told').textContent = '';
     news.forget();
     panel.clear();
     messages.clear();
@@ -82,18 +84,23 @@ async function start() {
   link.onupdate = ({ messages: entries, messages_left_out: leftOut, log: lines, log_left_out: linesLeftOut, ...things }) => {
     news.add(things);
     if (entries) messages.add(entries, leftOut);
-    if (lines) log.add(lines, linesLeftOut);
+    if (lines) {
+      log.add(lines, linesLeftOut);
+      composer.takeLog(lines);
+    }
   };
 
   element('reset').addEventListener('click', async () => {
-    const answer = await fetch('reset', { method: 'POST' });
-    if (!answer.ok) return;
+    const answer = await fetch('reset', { method: 'POST' }).catch(() => null);
+    element('told').textContent = answer?.ok ? '' : `Not reset: ${answer ? await answer.text() : 'the simulator does not answer'}.`;
+    if (!answer?.ok) return;
     messages.clear();
     log.clear();
     announcer.say(['The panel has been reset.']);
   });
   element('demonstration').addEventListener('click', () => {
-    for (const message of demonstration()) link.send(message);
+    const isSent = demonstration().map((message) => link.send(message)).every(Boolean);
+    element('told').textContent = isSent ? '' : 'No demonstration: there is no connection to the simulator.';
   });
   link.open();
 }

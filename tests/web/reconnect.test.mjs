@@ -29,3 +29,17 @@ test('the page says that the connection is lost, and comes back by itself with t
   assert.equal(await page.locator('#screen-0-text').innerText(), 'Line 1: After.');
   assert.equal((await comparedScreen(page, 0)).different, 0);
 });
+
+test('without the simulator a reset and a demonstration are told not to have been', async (t) => {
+  const simulator = await startSimulator(t);
+  const page = await openPage(await startBrowser(t), simulator);
+  await simulator.stop();
+  await page.locator('[data-state=lost]').waitFor();
+  await page.getByRole('button', { name: 'Reset' }).click();
+  await page.locator('#told', { hasText: 'Not reset: the simulator does not answer.' }).waitFor();
+  await page.getByRole('button', { name: 'Demonstration' }).click();
+  await page.locator('#told', { hasText: 'No demonstration: there is no connection to the simulator.' }).waitFor();
+  await startSimulator(t, { httpPort: simulator.httpPort });
+  await page.locator('[data-state=live]').waitFor();
+  assert.equal(await page.locator('#told').isVisible(), false);
+});

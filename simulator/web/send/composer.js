@@ -2,12 +2,18 @@
 // The side of the page that sends: a form for each message, and the same as a line for a shell.
 import { catalogue } from '../protocol/catalogue.js';
 import { commandLine } from './command_line.js';
+import { remarkOn } from './first_values.js';
 import { MessageForm, rawName } from './message_form.js';
+import { refusalAmong } from './refusals.js';
 
 const element = (id) => document.getElementById(id);
-const groups = [['handled', 'The panel acts on'], ['ignored', 'Reported as unhandled'], ['answer', 'Sent by the daemon itself']];
+const groups = [['handled', 'The panel acts on'], ['ignored', 'The panel ignores'], ['answer', 'Sent by the daemon itself']];
+
+// Milliseconds in which a line of the log is about what was sent.
+const refusalTime = 3000;
 
 export class Composer {
+  #sentAt = -Infinity;
   #link;
   #form;
   #forms = new Map();
@@ -33,6 +39,14 @@ export class Composer {
 
   showAnswer(name, milliseconds) {
     this.#say(milliseconds === null ? name : `${name} after ${milliseconds.toFixed(1)} ms`);
+  }
+
+  // Lines of the log that have just come.
+  takeLog(entries) {
+    const refusal = performance.now() - this.#sentAt < refusalTime ? refusalAmong(entries) : null;
+    if (refusal === null) return;
+    this.#sentAt = -Infinity;
+    this.#say(`The daemon logs: ${refusal}`, true);
   }
 
   showFault(reason) {
@@ -64,6 +78,7 @@ export class Composer {
     this.#form = this.#forms.get(name);
     const meaning = this.#form.type?.meaning ?? 'any bytes, as one message';
     element('meaning').textContent = `${meaning[0].toUpperCase()}${meaning.slice(1)}.`;
+    element('remark').textContent = remarkOn(this.#form.type);
     element('fields').replaceChildren(...this.#form.inputs.map((input) => input.element));
     this.#say('');
     this.#refresh();
@@ -84,7 +99,9 @@ export class Composer {
   #send() {
     if (this.#form.check()) return;
     const { bytes } = this.#form.read();
-    if (this.#link.send(bytes)) this.#say(`Sent, ${bytes.length.toLocaleString('en')} bytes`);
+    if (!this.#link.send(bytes)) return;
+    this.#sentAt = performance.now();
+    this.#say(`Sent, ${bytes.length.toLocaleString('en')} bytes`);
   }
 
   #say(text, isBad = false) {

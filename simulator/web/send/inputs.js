@@ -4,15 +4,16 @@
 import { bytesOf, isLatin1 } from '../protocol/bytes.js';
 
 let nextId = 0;
+const largestSigned = 0x7fffffff;
 
 class Input {
   constructor(label, control, { hint, isWide } = {}) {
     this.control = control;
     control.id = `input-${nextId++}`;
-    this.element = document.createElement('label');
+    this.element = document.createElement('div');
     this.element.className = isWide ? 'field wide' : 'field';
-    this.element.htmlFor = control.id;
-    const name = document.createElement('span');
+    const name = document.createElement('label');
+    name.htmlFor = control.id;
     name.textContent = label;
     this.wrong = document.createElement('span');
     this.wrong.className = 'wrong';
@@ -74,7 +75,7 @@ export class NumberInput extends Input {
     if (!/^-?(\d+|0x[0-9a-f]+)$/i.test(text)) return 'A whole number, please.';
     const isNamed = this.named.some(({ first, last }) => value >= first && value <= last);
     if (isNamed || (value >= this.lowest && value <= this.highest)) return null;
-    return `From ${this.lowest} to ${this.highest}, please.`;
+    return this.highest >= largestSigned ? `${this.lowest} or more, please.` : `From ${this.lowest} to ${this.highest}, please.`;
   }
 }
 
@@ -146,6 +147,7 @@ export class BytesInput extends Input {
   fault() {
     const bytes = bytesOf(this.control.value);
     if (bytes === null) return 'Two hexadecimal digits for each byte, please.';
+    if (bytes.length === 0 && this.fewest > 0) return 'This would be an empty message: some bytes, please.';
     if (bytes.length < this.fewest) return `At least ${this.fewest} bytes, please.`;
     return bytes.length > this.most ? `At most ${this.most} bytes, please.` : null;
   }

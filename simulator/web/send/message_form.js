@@ -3,17 +3,11 @@
 import { catalogue, panel } from '../protocol/catalogue.js';
 import { hexOf } from '../protocol/bytes.js';
 import { BytesInput, ChoiceInput, ColourInput, IdsInput, NumberInput, TextInput } from './inputs.js';
+import { conditions, firstColour, firstValue } from './first_values.js';
 import { PictureInput } from './picture_input.js';
 import { bmpOf, buttonImage, fitsAt, isOnScreen, screenPixels } from './picture.js';
 
 const screens = [...Array.from({ length: panel.screen_count }, (_, id) => [id, `Screen ${id}`]), [panel.all_screens, 'All screens']];
-const firstValues = {
-  'BMS_SetLEDState.button_id': 5,
-  'BMS_TFTSubTextLine._line_id': 2,
-  'BMS_TFTSubTextLine._num_chars': 5,
-  'BMS_TFTTextLine.flag': 1,
-};
-const firstColours = { _text_colour: '#ffc25c' };
 
 const label = (name) => name.replace(/^_/, '').replaceAll('_', ' ');
 
@@ -28,14 +22,14 @@ function choicesOf({ lowest, highest, named }) {
 }
 
 function inputFor(type, field) {
-  const place = `${type.name}.${field.name}`;
+  const { lowest = field.lowest, hint = field.meaning } = conditions[`${type.name}.${field.name}`] ?? {};
   if (/^_?screen_id$/.test(field.name)) return new ChoiceInput('screen', screens, 0);
-  if (field.is_colour) return new ColourInput(label(field.name), firstColours[field.name] ?? '#000000');
+  if (field.is_colour) return new ColourInput(label(field.name), firstColour(field));
   if (field.kind === 'bytes') return bytesInputFor(field);
   const choices = choicesOf(field);
-  if (choices) return new ChoiceInput(label(field.name), choices, firstValues[place] ?? choices[0][0]);
-  const value = firstValues[place] ?? Math.min(Math.max(0, field.lowest), field.highest);
-  return new NumberInput(label(field.name), { ...field, value, hint: field.meaning });
+  if (choices) return new ChoiceInput(label(field.name), choices, firstValue(type, field) ?? choices[0][0]);
+  const value = firstValue(type, field) ?? Math.min(Math.max(0, lowest), field.highest);
+  return new NumberInput(label(field.name), { ...field, lowest, value, hint });
 }
 
 function bytesInputFor(field) {
@@ -72,7 +66,7 @@ export class MessageForm {
     this.type = catalogue.find(name);
     this.fields = new Map();
     this.rest = null;
-    if (name === rawName) this.rest = new BytesInput('bytes', { value: '0000000c', fewest: 0, hint: 'From the opcode on, in hexadecimal; the length is put before them' });
+    if (name === rawName) this.rest = new BytesInput('bytes', { value: '0000000c', fewest: 1, hint: 'From the opcode on, in hexadecimal; the length is put before them' });
     else this.#build();
   }
 
@@ -106,15 +100,20 @@ export class MessageForm {
     return [...this.fields.values(), this.rest].filter((input) => input !== null);
   }
 
-  // Shows what is wrong; returns whether something is.
+  #isNeeded(name) {
+    return conditions[`${this.name}.${name}`]?.isNeeded((other) => this.fields.get(other).read()) ?? true;
+  }
+
+  // Shows what is needed, and what is wrong with it; returns whether something is.
   check() {
-    return this.inputs.map((input) => input.check()).includes(true);
+    for (const [name, input] of this.fields) input.element.hidden = !this.#isNeeded(name);
+    return this.inputs.map((input) => !input.element.hidden && input.check()).includes(true);
   }
 
   // The message, and the parts that it is made of. Only when nothing is wrong.
   read() {
     if (this.name === rawName) return { bytes: this.rest.read(), parts: {} };
-    const values = Object.fromEntries([...this.fields].map(([name, input]) => [name, input.read()]));
+    const values = Object.fromEntries([...this.fields].map(([name, input]) => [name, this.#isNeeded(name) ? input.read() : 0]));
     for (const field of this.type.fields) values[field.name] ??= onlyValue(field);
     let rest = this.rest?.read();
     if (this.name === 'BMS_TFTSubTextLine' && values._num_chars > rest.length && values._num_chars <= panel.screen_width)
