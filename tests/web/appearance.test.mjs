@@ -37,7 +37,6 @@ test('on a desk the screens have whole pixels at twice their size', async (t) =>
   await page.setViewportSize({ width: 1280, height: 800 });
   await page.waitForFunction(() => document.querySelector('#screen-2').getBoundingClientRect().width === 256);
   assert.equal(await overflow(page), 0);
-  await picture(page, 'web-panel-1280.png');
 });
 
 test('on a phone nothing is cut off and everything is large enough for a finger', async (t) => {
@@ -53,4 +52,60 @@ test('on a phone nothing is cut off and everything is large enough for a finger'
       .filter(([, box]) => box.width < 24 || box.height < 24).map(([name]) => name));
   assert.deepEqual(small, []);
   await picture(page, 'web-panel-phone.png', { fullPage: true });
+});
+
+const places = '.bar > *, main > section, .screw, .wordmark, .toggle, .intensity-window, .bezel, .tray, .key, .keyless > span, ' +
+  '#form .field, #submit, #copy, .list-head > *, .scroller';
+
+// Pairs of places that lie over each other, though neither is a part of the other.
+const overlaps = (page) => page.evaluate((selector) => {
+  const seen = [...document.querySelectorAll(selector)].filter((one) => one.checkVisibility());
+  const boxes = seen.map((one) => one.getBoundingClientRect());
+  const name = (one) => one.id || one.getAttribute('aria-label') || one.className;
+  return seen.flatMap((one, i) => seen.slice(i + 1).filter((other, k) => {
+    const [a, b] = [boxes[i], boxes[i + 1 + k]];
+    return !one.contains(other) && Math.min(a.right, b.right) - Math.max(a.left, b.left) > 0.5 &&
+      Math.min(a.bottom, b.bottom) - Math.max(a.top, b.top) > 0.5;
+  }).map((other) => `${name(one)} and ${name(other)}`));
+}, places);
+
+const isSeen = (page, selector) => page.locator(selector).evaluate((one) => {
+  const box = one.getBoundingClientRect();
+  return box.top >= 0 && box.left >= 0 && box.bottom <= innerHeight && box.right <= innerWidth;
+});
+
+// On a phone the first screen is enough: the others stand below it.
+async function fits(t, width, height, screens) {
+  const simulator = await startSimulator(t);
+  const page = await openPage(await startBrowser(t, { viewport: { width, height } }), simulator);
+  await page.getByRole('button', { name: 'Demonstration' }).click();
+  await page.locator('#messages li', { hasText: 'BMS_Ping' }).waitFor();
+  assert.deepEqual(await overlaps(page), []);
+  assert.equal(await overflow(page), 0);
+  assert.ok(await isSeen(page, '#submit'));
+  for (let screen = 0; screen < screens; ++screen) assert.ok(await isSeen(page, `#screen-${screen}`), `screen ${screen}`);
+  await picture(page, `web-panel-${width}.png`);
+
+  await simulator.stop();
+  await page.locator('[data-state=lost]').waitFor();
+  assert.ok(await isSeen(page, '.plate-lost'));
+  assert.match(await page.locator('.plate').evaluate((plate) => getComputedStyle(plate).filter), /brightness/);
+  assert.deepEqual(await overlaps(page), []);
+  await picture(page, `web-panel-${width}-lost.png`);
+}
+
+test('at 1280 pixels nothing overlaps, and Send is seen with the screens', (t) => fits(t, 1280, 800, 3));
+
+test('at 1024 pixels nothing overlaps, and Send is seen with the screens', (t) => fits(t, 1024, 768, 3));
+
+test('at 820 pixels nothing overlaps, and Send is seen with the screens', (t) => fits(t, 820, 1180, 3));
+
+test('at 390 pixels nothing overlaps, and Send is seen with the first screen', (t) => fits(t, 390, 844, 1));
+
+test('what leads away from the page opens beside it, and buttons say what they are for', async (t) => {
+  const page = await openPage(await startBrowser(t), await startSimulator(t));
+  const links = await page.locator('.tools a').evaluateAll((all) => all.map((one) => [one.textContent, one.target, one.rel]));
+  assert.deepEqual(links, [['Picture', '_blank', 'noopener'], ['State', '_blank', 'noopener']]);
+  const names = await page.locator('.list-head button').evaluateAll((all) => all.map((one) => one.ariaLabel));
+  assert.deepEqual(names, ['Clear the messages', 'Pause the messages', 'Clear the log', 'Pause the log']);
 });
