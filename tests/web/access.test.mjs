@@ -2,8 +2,7 @@
 // The page without a mouse, and without eyes.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { readFileSync } from 'node:fs';
-import { axeFile, buttonctl, openPage, settled, startBrowser, startSimulator } from './support.mjs';
+import { buttonctl, openPage, settled, startBrowser, startSimulator } from './support.mjs';
 
 const focused = (page) => page.evaluate(() => {
   const element = document.activeElement;
@@ -83,53 +82,12 @@ test('a screen is described by its last texts, and changes are announced', async
   await buttonctl(simulator, 'text', '1', '0', 'Channel 7');
   await buttonctl(simulator, 'subtext', '1', '2', '3', '12:30');
   await settled(page, 2);
-  const session = await page.context().newCDPSession(page);
-  await session.send('DOM.enable');
-  const { root } = await session.send('DOM.getDocument');
-  const { nodeId } = await session.send('DOM.querySelector', { nodeId: root.nodeId, selector: '#screen-1' });
-  const { nodes } = await session.send('Accessibility.getPartialAXTree', { nodeId, fetchRelatives: false });
+  await page.call('DOM.enable');
+  const { root } = await page.call('DOM.getDocument');
+  const { nodeId } = await page.call('DOM.querySelector', { nodeId: root.nodeId, selector: '#screen-1' });
+  const { nodes } = await page.call('Accessibility.getPartialAXTree', { nodeId, fetchRelatives: false });
   assert.equal(nodes[0].name.value, 'Screen 1');
   assert.equal(nodes[0].description.value, 'Line 0: Channel 7. Line 2: 12:30.');
   await page.waitForFunction(() => document.getElementById('announcer').textContent.includes('Screen 1, line 2: 12:30.'));
   assert.equal(await page.locator('#announcer').getAttribute('aria-live'), 'polite');
-});
-
-// A function that asserts that axe finds no fault in a part of the page, where `least` of its rules have something to
-// look at.
-async function withAxe(page) {
-  await page.evaluate(readFileSync(axeFile, 'utf8'));
-  return async (what, part = 'html', least = 10) => {
-    const { violations, passes } = await page.evaluate((selector) => axe.run(selector), part);
-    assert.deepEqual(violations.map((one) => `${one.id}: ${one.nodes.map((node) => node.html).join(' ')}`), [], what);
-    assert.ok(passes.length >= least, `${passes.length} rules had something to look at`);
-  };
-}
-
-test('axe finds no violation at the start', async (t) => {
-  const page = await openPage(await startBrowser(t), await startSimulator(t));
-  await (await withAxe(page))('at the start');
-});
-
-async function axeFindsNothingInTheDemonstration(t, options) {
-  const page = await openPage(await startBrowser(t, options), await startSimulator(t));
-  await page.getByRole('button', { name: 'Demonstration' }).click();
-  await page.locator('#messages li', { hasText: 'BMS_Ping' }).waitFor();
-  await (await withAxe(page))('with everything lit');
-}
-
-test('axe finds no violation with everything lit on a desk', (t) => axeFindsNothingInTheDemonstration(t, {}));
-
-test('axe finds no violation with everything lit on a phone', (t) =>
-  axeFindsNothingInTheDemonstration(t, { viewport: { width: 390, height: 844 } }));
-
-test('axe finds no violation in the form of any message', async (t) => {
-  const page = await openPage(await startBrowser(t), await startSimulator(t));
-  const check = await withAxe(page);
-  const names = await page.locator('#message-type option').evaluateAll((all) => all.map((one) => one.value));
-  assert.equal(names.length, 20);
-  for (const name of names) {
-    await page.locator('#message-type').selectOption(name);
-    // A form without fields has nothing to look at.
-    await check(name, '#fields', (await page.locator('#fields input, #fields select').count()) ? 3 : 0);
-  }
 });

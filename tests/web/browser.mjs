@@ -4,12 +4,12 @@
 //   node browser.mjs            starts it, writes its address to BROWSER_ADDRESS, and ends; the browser runs on
 //   node browser.mjs keep PID   keeps it until the process PID has ended
 import { spawn } from 'node:child_process';
-import { createRequire } from 'node:module';
-import { openSync, readFileSync, renameSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, openSync, readFileSync, renameSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
-const { CHROMIUM, BROWSER_ADDRESS, NODE_MODULES_FOLDER } = process.env;
+const { CHROMIUM, BROWSER_ADDRESS } = process.env;
 
 function isRunning(pid) {
   try {
@@ -20,25 +20,35 @@ function isRunning(pid) {
   }
 }
 
-async function keep(pid) {
-  const { chromium } = createRequire(join(NODE_MODULES_FOLDER, 'package.json'))('playwright-core');
-  const server = await chromium.launchServer({
-    executablePath: CHROMIUM,
-    headless: true,
-    host: '127.0.0.1',
-    timeout: 60_000,
-    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-      '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+function keep(pid) {
+  const folder = mkdtempSync(join(tmpdir(), 'buttondriver-browser-'));
+  const browser = spawn(CHROMIUM, ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+    '--disable-background-networking', '--disable-component-update', '--disable-sync', '--disable-dev-shm-usage',
+    '--disable-background-timer-throttling', '--disable-backgrounding-occluded-windows', '--disable-renderer-backgrounding',
+    '--hide-scrollbars', '--remote-debugging-port=0', `--user-data-dir=${folder}`, 'about:blank'],
+  { stdio: ['ignore', 'ignore', 'pipe'] });
+  let said = '';
+  browser.stderr.on('data', (data) => {
+    process.stderr.write(data);
+    if (said === null) return;
+    said += data;
+    const address = /^DevTools listening on (ws:\S+)\s/m.exec(said)?.[1];
+    if (!address) return;
+    said = null;
+    // Complete as soon as it is there.
+    writeFileSync(`${BROWSER_ADDRESS}.new`, address);
+    renameSync(`${BROWSER_ADDRESS}.new`, BROWSER_ADDRESS);
+    process.send('started');
+    process.disconnect();
   });
-  // Complete as soon as it is there.
-  writeFileSync(`${BROWSER_ADDRESS}.new`, server.wsEndpoint());
-  renameSync(`${BROWSER_ADDRESS}.new`, BROWSER_ADDRESS);
-  process.send('started');
-  process.disconnect();
-  const look = setInterval(async () => {
+  browser.once('exit', () => {
+    rmSync(folder, { recursive: true, force: true });
+    process.exit(1);
+  });
+  const look = setInterval(() => {
     if (isRunning(pid)) return;
     clearInterval(look);
-    await server.close();
+    browser.kill();
   }, 500);
 }
 
@@ -56,5 +66,5 @@ function start() {
   });
 }
 
-if (process.argv[2] === 'keep') await keep(Number(process.argv[3]));
+if (process.argv[2] === 'keep') keep(Number(process.argv[3]));
 else start();

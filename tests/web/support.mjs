@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the tests of the page need: a simulator, which is ended again, a window of the browser, buttonctl.
 import { spawn, execFile } from 'node:child_process';
-import { createRequire } from 'node:module';
 import { cpSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { dirname, join } from 'node:path';
 import { after } from 'node:test';
 import { promisify } from 'node:util';
+import { BrowserLink } from './devtools/browser_link.mjs';
+import { Page } from './devtools/page.mjs';
 
-const { BUTTONDRIVER, BUTTONDRIVER_SIM, DRIVER_PRELOAD, BUTTONCTL, BROWSER_ADDRESS, NODE_MODULES_FOLDER, OUTPUT_FOLDER } = process.env;
-const require = createRequire(join(NODE_MODULES_FOLDER, 'package.json'));
-const { chromium } = require('playwright-core');
+const { BUTTONDRIVER, BUTTONDRIVER_SIM, DRIVER_PRELOAD, BUTTONCTL, BROWSER_ADDRESS, OUTPUT_FOLDER } = process.env;
 
 export const outputFolder = OUTPUT_FOLDER;
-export const axeFile = require.resolve('axe-core/axe.min.js');
 export const limit = 20_000;
 
 export function temporaryFolder(t) {
@@ -87,27 +85,20 @@ export async function shell(line, folder) {
 
 let browser = null;
 
-// A window that shares nothing with those of other tests, in the one browser that browser.mjs keeps for all of them.
+// A place for pages that shares nothing with those of other tests, in the one browser that browser.mjs keeps for all.
 export async function startBrowser(t, options = {}) {
-  browser ??= chromium.connect(readFileSync(BROWSER_ADDRESS, 'utf8'));
-  const context = await (await browser).newContext({ viewport: { width: 1600, height: 1080 }, ...options });
-  context.setDefaultTimeout(limit);
-  t.after(() => context.close());
-  return context;
+  browser ??= BrowserLink.open(readFileSync(BROWSER_ADDRESS, 'utf8'));
+  const link = await browser;
+  const { browserContextId } = await link.call('Target.createBrowserContext', { disposeOnDetach: true });
+  t.after(() => link.call('Target.disposeBrowserContext', { browserContextId }));
+  return { newPage: () => Page.open(link, browserContextId, { viewport: { width: 1600, height: 1080 }, ...options }, limit) };
 }
 
 after(async () => (await browser)?.close());
 
-// The page of a simulator, live. Whatever its scripts complain about ends up in `page.complaints`.
-export async function openPage(browser, simulator) {
-  const page = await browser.newPage();
-  page.complaints = [];
-  page.on('pageerror', (error) => page.complaints.push(error.message));
-  page.on('console', (message) => {
-    if (message.type() === 'error') page.complaints.push(message.text());
-  });
-  page.sent = [];
-  page.on('websocket', (socket) => socket.on('framesent', ({ payload }) => page.sent.push(Buffer.from(payload).toString('hex'))));
+// The page of a simulator, live.
+export async function openPage(browserPlace, simulator) {
+  const page = await browserPlace.newPage();
   await page.goto(simulator.url);
   await page.locator('[data-state=live]').waitFor();
   return page;
