@@ -50,9 +50,10 @@ async function start() {
   const composer = new Composer(link);
   let isFirst = true;
   let hasDaemon = true;
-  const news = new News(({ lamps, screens, counters }) => {
+  const news = new News(({ lamps, blinking, screens, counters }) => {
     panel.draw();
     if (lamps) panel.showLamps(lamps);
+    if (blinking) panel.showBlinking(blinking);
     if (counters) showCounters(counters);
     if (!screens) return;
     const changes = panel.showTexts(screens);

@@ -38,11 +38,11 @@ test('each group of lamps is one stop of the tabulator key', async (t) => {
   const page = await openPage(await startBrowser(t), simulator);
   await tabTo(page, 'Toggle indicator 0');
   const stops = [];
-  for (let i = 0; i < 3; ++i) {
+  for (let i = 0; i < 4; ++i) {
     stops.push(await focused(page));
     await page.keyboard.press('Tab');
   }
-  assert.deepEqual([...stops, await focused(page)], ['Toggle indicator 0', 'Status LED 0', 'Button LED 0', 'message-type']);
+  assert.deepEqual([...stops, await focused(page)], ['Toggle indicator 0', 'Enlarge screen 0', 'Status LED 0', 'Button LED 0', 'message-type']);
 });
 
 test('a message is chosen, filled in and sent with the keyboard', async (t) => {

@@ -48,7 +48,8 @@ test('on a phone nothing is cut off and everything is large enough for a finger'
   }
   assert.equal(await overflow(page), 0);
   const small = await page.locator('button, .tools a, select, input:not([type=file])').evaluateAll((all) =>
-    all.map((one) => [one.getAttribute('aria-label') ?? one.id ?? one.textContent, one.getBoundingClientRect()])
+    all.filter((one) => one.checkVisibility())
+      .map((one) => [one.getAttribute('aria-label') ?? one.id ?? one.textContent, one.getBoundingClientRect()])
       .filter(([, box]) => box.width < 24 || box.height < 24).map(([name]) => name));
   assert.deepEqual(small, []);
   await picture(page, 'web-panel-phone.png', { fullPage: true });

@@ -19,7 +19,7 @@ auto tied(const SimulationCounters &c) {
 }
 
 auto tied(const FeedPosition &p) {
-  return std::tie(p.is_new, p.panel.lamps, p.panel.screens, p.texts, p.messages, p.log);
+  return std::tie(p.is_new, p.panel.lamps, p.panel.screens, p.texts, p.messages, p.log, p.blinking);
 }
 
 QByteArray encoded(std::size_t screen, const ScreenRows &rows) {
@@ -73,6 +73,12 @@ void add_messages(QJsonObject &object, LiveUpdate &update, const History<Message
       static_cast<qint64>(from.is_new ? 0 : first - std::max(from.messages, messages.cleared()) - 1);
 }
 
+void add_blinking(QJsonObject &object, LiveUpdate &update, Daemon &daemon, const FeedPosition &from) {
+  update.position.blinking = daemon.dispatcher().blinkTimes();
+  if (from.is_new || update.position.blinking != from.blinking)
+    object[QLatin1String("blinking")] = blinking_to_json(update.position.blinking);
+}
+
 QString name_of(LogEntry::Source source) {
   switch (source) {
   case LogEntry::Source::event:
@@ -106,7 +112,7 @@ bool operator==(const FeedPosition &left, const FeedPosition &right) {
   return tied(left) == tied(right) && tied(left.counters) == tied(right.counters);
 }
 
-LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from, Entries entries) {
+LiveUpdate gather_update(Simulation &simulation, const FeedPosition &from, Entries entries) {
   const bool takes_entries = entries == Entries::taken || from.is_new;
   LiveUpdate update;
   update.position = from;
@@ -117,6 +123,8 @@ LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from,
     if (takes_entries)
       add_messages(object, update, simulation.messages()->messages(), from);
   }
+  if (simulation.daemon())
+    add_blinking(object, update, *simulation.daemon(), from);
   if (simulation.log() && takes_entries)
     add_log(object, update, *simulation.log(), from);
   update.position.counters = simulation.counters();

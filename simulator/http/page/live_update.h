@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 
+#include <map>
 #include <vector>
 
 namespace buttondriver::simulator {
@@ -18,6 +19,7 @@ struct FeedPosition {
   std::uint64_t messages = 0;
   std::uint64_t log = 0;
   SimulationCounters counters;
+  std::map<qint32, qint32> blinking; ///< the times of the buttons that blink
 };
 
 /// What takes a page from one position to the next.
@@ -40,7 +42,7 @@ enum class Entries : std::uint8_t { taken, left };
 
 /// Gathers what has happened after `from`. Of very many messages and log lines it takes the newest ones only and says
 /// how many it has left out. A position that is new gets them in any case.
-LiveUpdate gather_update(const Simulation &simulation, const FeedPosition &from, Entries entries);
+LiveUpdate gather_update(Simulation &simulation, const FeedPosition &from, Entries entries);
 
 bool operator==(const FeedPosition &left, const FeedPosition &right);
 

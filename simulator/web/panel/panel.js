@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The panel: screens, keys and lamps. Pressing a key or a lamp sends the message that turns its light over.
 import { panel as dimensions } from '../protocol/catalogue.js';
+import { Enlarged } from './enlarged.js';
 import { lettered } from './lettering.js';
 import { Screen } from './screen.js';
 import { moveWithArrows } from './arrow_keys.js';
@@ -41,6 +42,9 @@ export class Panel {
   constructor(send) {
     this.screens = idsBelow(dimensions.screen_count).map((id) => new Screen(id));
     element('screens').append(...this.screens.map((screen) => screen.element));
+    const enlarged = new Enlarged();
+    for (const screen of this.screens) screen.enlarge.addEventListener('click', () => enlarged.open(screen));
+    moveWithArrows(element('screens'), this.screens.map((screen) => screen.enlarge));
     this.keys = this.#makeKeys(send);
     this.status = this.#makeStatus(send);
     this.toggles = this.#makeToggles(send);
@@ -117,6 +121,15 @@ export class Panel {
     const lit = this.keyless.map((_, i) => keyCount + i).filter((id) => lamps.button_leds[id]);
     element('keyless').setAttribute('aria-label', `Button LEDs ${keyCount} to ${ledCount - 1}: ${lit.length ? `${lit.join(', ')} on` : 'all off'}`);
     this.#showIntensity(lamps.intensity);
+  }
+
+  // `blinking` has the buttons and the milliseconds of their phases.
+  showBlinking(blinking) {
+    const times = new Map(blinking.map(({ button, time }) => [button, time]));
+    this.keys.forEach((key, id) => {
+      const time = times.get(id);
+      key.title = time === undefined ? '' : `Blinks, every ${time} ms the other way`;
+    });
   }
 
   #showIntensity(intensity) {

@@ -28,6 +28,9 @@ export class Screen {
     matchMedia(`(resolution: ${devicePixelRatio}dppx)`).addEventListener('change', () => this.#fit());
   }
 
+  // Called when the canvas has changed.
+  ondrawn = () => {};
+
   #context;
   #image;
   #firstOld = height;
@@ -51,7 +54,11 @@ export class Screen {
     this.description.id = `screen-${this.id}-text`;
     this.description.className = 'unseen';
     this.description.textContent = 'No text.';
-    this.glass.append(this.canvas, this.description);
+    this.enlarge = document.createElement('button');
+    this.enlarge.type = 'button';
+    this.enlarge.className = 'enlarge';
+    this.enlarge.setAttribute('aria-label', `Enlarge screen ${this.id}`);
+    this.glass.append(this.canvas, this.enlarge, this.description);
     const caption = document.createElement('figcaption');
     caption.append(lettered(`SCREEN ${this.id}`, { height: 8, stroke: 1.1, spacing: 0.55 }));
     caption.setAttribute('aria-hidden', 'true');
@@ -109,6 +116,7 @@ export class Screen {
     this.#context.putImageData(this.#image, 0, 0, 0, first, width, end - first);
     this.#firstOld = height;
     this.#endOfOld = 0;
+    this.ondrawn();
   }
 
   // Returns what has changed, as sentences.

@@ -180,6 +180,17 @@ TEST_F(LiveFeedTest, messages_and_log_lines_come_with_few_of_many_updates) {
   EXPECT_GE(with_entries, 2) << "they do come";
 }
 
+TEST_F(LiveFeedTest, a_page_is_told_which_buttons_blink_and_how_fast) {
+  Page page(host());
+  ASSERT_TRUE(page.waitFor("blinking"));
+  EXPECT_EQ(page.latest("blinking").toArray().size(), 0);
+  sendMessages("00000010 00000011 00000005 ffffffff 000000fa");
+  EXPECT_TRUE(process_events_until([&] { return page.latest("blinking").toArray().size() == 1; }));
+  EXPECT_EQ(page.latest("blinking")[0], (QJsonObject{{"button", 5}, {"time", 250}}));
+  sendMessages(led_5_on);
+  EXPECT_TRUE(process_events_until([&] { return page.latest("blinking").toArray().isEmpty(); }));
+}
+
 TEST_F(LiveFeedTest, a_message_comes_with_its_bytes) {
   Page page(host());
   ASSERT_TRUE(page.waitFor("lamps"));
