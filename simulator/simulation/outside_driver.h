@@ -16,12 +16,16 @@ public:
   Outcome<Done> start() override { return _socket.listen(_socket_path); }
   /// At once: a transfer is done when it is known.
   void whenWorkIsDone(std::function<void(const PanelState &)> then) override { then(_panel.state()); }
+  void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) override {
+    then(_panel.state(), _font);
+  }
   void count(SimulationCounters &counters) const override { counters.drivers = _socket.hasDriver() ? 1 : 0; }
 
 private:
   QString _socket_path;
   VirtualPanel &_panel;
   DeviceSocket _socket;
+  ScreenFont _font = ScreenFont::missing("which font the panel's driver uses is not known; --font tells");
 };
 
 } // namespace buttondriver::simulator

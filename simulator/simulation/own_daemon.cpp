@@ -22,16 +22,15 @@ QString ready_made_root() {
   return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/buttondriver/panel-root"));
 }
 
-/// Runs on the worker, after all tasks queued before it: then the panel shows their work.
-class ReportStateTask : public FPGATask {
+/// Runs on the worker, after all tasks queued before it: then the panel shows their work. The worker holds the lock of
+/// the panel's room meanwhile.
+class ReportTask : public FPGATask {
 public:
-  ReportStateTask(const VirtualPanel &panel, std::function<void(const PanelState &)> report)
-      : _panel(panel), _report(std::move(report)) {}
-  void execute() override { _report(_panel.state()); }
+  explicit ReportTask(std::function<void()> report) : _report(std::move(report)) {}
+  void execute() override { _report(); }
 
 private:
-  const VirtualPanel &_panel;
-  std::function<void(const PanelState &)> _report;
+  std::function<void()> _report;
 };
 
 } // namespace
@@ -62,7 +61,12 @@ Outcome<Done> OwnDaemon::start() {
 }
 
 void OwnDaemon::whenWorkIsDone(std::function<void(const PanelState &)> then) {
-  _daemon->fpga().queue(std::make_unique<ReportStateTask>(_panel, std::move(then)));
+  _daemon->fpga().queue(std::make_unique<ReportTask>([this, then = std::move(then)] { then(_panel.state()); }));
+}
+
+void OwnDaemon::whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) {
+  _daemon->fpga().queue(
+      std::make_unique<ReportTask>([this, then = std::move(then)] { then(_panel.state(), ScreenFont::inUse()); }));
 }
 
 void OwnDaemon::count(SimulationCounters &counters) const {

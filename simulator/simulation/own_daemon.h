@@ -27,6 +27,7 @@ public:
   /// Starts the daemon. Fails when there is no such root.
   Outcome<Done> start() override;
   void whenWorkIsDone(std::function<void(const PanelState &)> then) override;
+  void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) override;
   void count(SimulationCounters &counters) const override;
   Daemon *daemon() override { return &*_daemon; }
   const MessageObserver *messages() const override { return &_messages; }

@@ -4,6 +4,7 @@
 #include "app/daemon.h"
 #include "outcome/outcome.h"
 #include "simulator/device/panel_state.h"
+#include "simulator/reading/screen_font.h"
 #include "simulator/simulation/simulation_counters.h"
 #include "simulator/traffic/message_observer.h"
 
@@ -19,6 +20,8 @@ public:
   virtual Outcome<Done> start() = 0;
   /// Calls `then`, on any thread, with what the panel shows once all work is done that this program knows of.
   virtual void whenWorkIsDone(std::function<void(const PanelState &)> then) = 0;
+  /// The same, with the font that texts are drawn with by then.
+  virtual void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) = 0;
   /// Fills in what it knows.
   virtual void count(SimulationCounters &counters) const = 0;
 

@@ -53,6 +53,14 @@ void Simulation::whenWorkIsDone(std::function<void(const PanelState &)> then) {
       [this, then = std::move(then)](const PanelState &state) { post(this, [then, state] { then(state); }); });
 }
 
+void Simulation::whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) {
+  _driver->whenTextsCanBeRead([this, then = std::move(then)](const PanelState &state, const ScreenFont &font) {
+    // Qt copies the function on its way.
+    const auto shared_font = std::make_shared<const ScreenFont>(font);
+    post(this, [then, state, shared_font] { then(state, *shared_font); });
+  });
+}
+
 SimulationCounters Simulation::counters() const {
   const VirtualPanel::Counters now = _panel.counters();
   SimulationCounters counters;

@@ -45,6 +45,10 @@ public:
   /// another program only those transfers are known that have been carried out.
   void whenWorkIsDone(std::function<void(const PanelState &)> then);
 
+  /// The same, with the font that texts are drawn with by then, so that they can be read from the screens. The font is
+  /// copied for that.
+  void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then);
+
   /// Makes the panel as it is after the start, lamps dark, screens black, the intensity at its highest, nothing
   /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. Calls `then` on the main
   /// thread when the panel shows it. Only with a daemon in this program: another one would not know.

@@ -150,6 +150,11 @@ const TextGlyph *text_glyph(unsigned char character) {
   return &last_drawn;
 }
 
+bool font_has_character(unsigned char character) {
+  // FreeType gives the default character a place of its own in front of the others.
+  return current_face && FT_Get_Char_Index(current_face, character) != 0;
+}
+
 int glyph_cell_size(int *width, int *height) {
   if (!width || !height || !ready)
     return -1;

@@ -45,6 +45,9 @@ RenderedGlyph render_glyph(unsigned char character);
 /// GlyphCache has no room is rendered each time. What is returned holds until the next call.
 const TextGlyph *text_glyph(unsigned char character);
 
+/// Whether the font in use has this character itself. For one that it has not, it draws its default character.
+bool font_has_character(unsigned char character);
+
 /// The size of the character cells in pixels: that of the bitmap of "A". Returns 0, or -1 when a place is null or
 /// there is no such glyph.
 int glyph_cell_size(int *width, int *height);

@@ -7,6 +7,7 @@
 #include "simulator/http/page/page_file.h"
 #include "simulator/picture/panel_picture.h"
 #include "simulator/picture/screen_image.h"
+#include "simulator/reading/text_reader.h"
 #include "threads/post.h"
 
 #include <QBuffer>
@@ -14,6 +15,7 @@
 #include <QWebSocket>
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace buttondriver::simulator {
@@ -29,6 +31,16 @@ HttpAnswer picture_answer(const QImage &image) {
   buffer.open(QIODevice::WriteOnly);
   image.save(&buffer, "png");
   return answer;
+}
+
+/// What can be read on the screens; nothing when no text can be.
+std::optional<DrawnTexts> drawn_texts(const PanelState &panel, const ScreenFont &font, const SentTexts &sent) {
+  if (!font.fault().empty())
+    return std::nullopt;
+  DrawnTexts drawn;
+  for (std::size_t screen = 0; screen < dimensions::screen_count; ++screen)
+    drawn[screen] = read_lines(font, panel.screens[screen], sent[screen]);
+  return drawn;
 }
 
 } // namespace
@@ -83,23 +95,25 @@ void PageServer::answerGet(const RequestHead &request, const HttpClient &client)
 
 void PageServer::makeState(const RequestRounds::Answer &answer) {
   // What is known at once belongs to the moment of the request, as do the tasks that are waited for.
-  // Texts and blinking are known to a daemon in this program only.
+  // Texts as they were sent and blinking are known to a daemon in this program only.
   Daemon *const daemon = _simulation.daemon();
   const MessageObserver *const messages = _simulation.messages();
-  const QJsonValue texts = messages ? QJsonValue(to_json(messages->texts().screens())) : QJsonValue();
+  const auto sent = messages ? std::optional(messages->texts().screens()) : std::nullopt;
   const QJsonValue blinking = daemon ? QJsonValue(blinking_to_json(daemon->dispatcher().blinkTimes())) : QJsonValue();
   const SimulationCounters at_request = _simulation.counters();
-  _simulation.whenWorkIsDone([this, answer, texts, blinking, at_request](const PanelState &panel) {
-    SimulationCounters counters = _simulation.counters();
-    counters.messages = at_request.messages;
-    counters.queue_length = at_request.queue_length;
-    QJsonObject state = to_json(static_cast<const PanelLamps &>(panel));
-    state[QLatin1String("version")] = state_version;
-    state[QLatin1String("screens")] = texts;
-    state[QLatin1String("blinking")] = blinking;
-    state[QLatin1String("counters")] = to_json(counters);
-    answer({200, json_type, QJsonDocument(state).toJson(QJsonDocument::Compact) + '\n', {}});
-  });
+  _simulation.whenTextsCanBeRead(
+      [this, answer, sent, blinking, at_request](const PanelState &panel, const ScreenFont &font) {
+        SimulationCounters counters = _simulation.counters();
+        counters.messages = at_request.messages;
+        counters.queue_length = at_request.queue_length;
+        QJsonObject state = to_json(static_cast<const PanelLamps &>(panel));
+        state[QLatin1String("version")] = state_version;
+        state[QLatin1String("screens")] = to_json(sent, drawn_texts(panel, font, sent.value_or(SentTexts())));
+        state[QLatin1String("font")] = to_json(font);
+        state[QLatin1String("blinking")] = blinking;
+        state[QLatin1String("counters")] = to_json(counters);
+        answer({200, json_type, QJsonDocument(state).toJson(QJsonDocument::Compact) + '\n', {}});
+      });
 }
 
 void PageServer::addPicture(const QString &path, const std::function<QImage(const PanelState &)> &draw) {

@@ -43,6 +43,9 @@ TEST_F(OutsideDriverTest, the_state_has_the_panel_and_null_for_what_is_not_known
     EXPECT_TRUE(state.contains(QLatin1String(unknown))) << unknown;
     EXPECT_TRUE(state[QLatin1String(unknown)].isNull()) << unknown;
   }
+  EXPECT_EQ(state[QLatin1String("font")].toObject(), QJsonDocument::fromJson(R"({"width":null,"height":null,"fault":
+              "which font the panel's driver uses is not known; --font tells"})")
+                                                         .object());
 }
 
 TEST_F(OutsideDriverTest, there_are_pictures_and_there_is_no_reset) {
