@@ -96,18 +96,38 @@ QString without_trailing_blanks(QString text) {
   return text;
 }
 
+/// The line without the blanks at its end; empty when it is not there.
+QString line_of(const PanelReport::Text &screens, std::int32_t screen, std::int32_t line) {
+  const auto &lines = screens[static_cast<std::size_t>(screen)];
+  const auto found = lines.find(line);
+  return found == lines.end() ? QString() : without_trailing_blanks(found->second);
+}
+
+QString quoted(const QString &text) { return QLatin1Char('\'') + text + QLatin1Char('\''); }
+
+/// "; 'Ready' was sent", where that is known and is not what stands there.
+QString what_was_sent(const PanelReport &report, std::int32_t screen, std::int32_t line,
+                      const std::optional<QString> &drawn) {
+  const QString sent = report.sent ? line_of(*report.sent, screen, line) : QString();
+  if (!report.sent || sent == drawn.value_or(QString()))
+    return {};
+  return QStringLiteral("; %1 was sent").arg(quoted(sent));
+}
+
 StateTest text_test(ArgumentReader &arguments) {
   const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
   const std::int32_t line = arguments.number("LINE", 0, highest_line);
   const QString should = without_trailing_blanks(arguments.text());
   return [=](const PanelReport &report) -> Outcome<Done> {
     const QString what = QStringLiteral("line %1 of screen %2").arg(line).arg(screen);
-    if (!report.text)
-      return not_known(what);
-    const auto &lines = (*report.text)[static_cast<std::size_t>(screen)];
-    const auto found = lines.find(line);
-    const QString is = found == lines.end() ? QString() : without_trailing_blanks(found->second);
-    return compare(what, QLatin1Char('\'') + is + QLatin1Char('\''), QLatin1Char('\'') + should + QLatin1Char('\''));
+    if (!report.drawn)
+      return Failure{QStringLiteral("%1 cannot be read: %2").arg(what, report.drawn_fault) +
+                     what_was_sent(report, screen, line, std::nullopt)};
+    const QString is = line_of(*report.drawn, screen, line);
+    const Outcome<Done> compared = compare(what, quoted(is), quoted(should));
+    if (compared)
+      return compared;
+    return Failure{compared.failure().text + what_was_sent(report, screen, line, is)};
   };
 }
 

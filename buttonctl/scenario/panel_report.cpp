@@ -26,6 +26,11 @@ public:
   /// Whether the member is there and says that its content is not known.
   bool isUnknown(const char *name) const { return _object.value(QLatin1String(name)).isNull(); }
 
+  /// What the member's own member "fault" says; empty where it says nothing.
+  QString faultOf(const char *name) const {
+    return _object.value(QLatin1String(name)).toObject().value(QLatin1String("fault")).toString();
+  }
+
   int number(const char *name) { return number(_object.value(QLatin1String(name)), name); }
 
   int number(const QJsonValue &value, const char *name) {
@@ -86,19 +91,30 @@ void read_blinking(MemberReader &members, PanelReport &report) {
   }
 }
 
-void read_text(MemberReader &members, PanelReport &report) {
+/// The lines of one kind of every screen; nothing when they are not known.
+std::optional<PanelReport::Text> read_lines(MemberReader &members, const QJsonArray &screens, const char *kind,
+                                            const char *name) {
+  PanelReport::Text lines;
+  for (std::size_t screen = 0; screen < lines.size() && members.outcome(); ++screen) {
+    const QJsonValue texts = screens.at(static_cast<int>(screen)).toObject().value(QLatin1String(kind));
+    if (texts.isNull())
+      return std::nullopt;
+    int line = 0;
+    for (const QJsonValue text : members.list(texts, name))
+      lines[screen][line++] = members.text(text, name);
+  }
+  return lines;
+}
+
+void read_texts(MemberReader &members, PanelReport &report) {
+  report.drawn_fault = members.faultOf("font");
   if (members.isUnknown("screens"))
     return;
-  PanelReport::Text &lines = report.text.emplace();
   const QJsonArray screens = members.list("screens");
-  if (screens.size() != static_cast<int>(lines.size()))
-    members.fail("screens", QStringLiteral("a list of %1").arg(lines.size()));
-  for (std::size_t screen = 0; screen < lines.size() && members.outcome(); ++screen) {
-    const QJsonObject object = screens.at(static_cast<int>(screen)).toObject();
-    int line = 0;
-    for (const QJsonValue text : members.list(object.value(QLatin1String("text")), "screens.text"))
-      lines[screen][line++] = members.text(text, "screens.text");
-  }
+  if (screens.size() != static_cast<int>(dimensions::screen_count))
+    members.fail("screens", QStringLiteral("a list of %1").arg(dimensions::screen_count));
+  report.sent = read_lines(members, screens, "text", "screens.text");
+  report.drawn = read_lines(members, screens, "drawn", "screens.drawn");
 }
 
 } // namespace
@@ -121,7 +137,7 @@ Outcome<PanelReport> parse_panel_report(const QByteArray &json) {
   if (report.intensity > dimensions::highest_intensity_level)
     members.fail("intensity", QStringLiteral("a whole number from 0 to %1").arg(dimensions::highest_intensity_level));
   read_blinking(members, report);
-  read_text(members, report);
+  read_texts(members, report);
   if (!members.outcome())
     return members.outcome().failure();
   return report;

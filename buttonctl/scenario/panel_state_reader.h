@@ -26,9 +26,11 @@ struct ScreenPicture {
 ///      "button_leds": [32 times true or false], "status_leds": [32 of them], "toggles": [2 of them],
 ///      "intensity": 0 to 63,
 ///      "blinking": [{"button": 5, "time": 500}, ...],
-///      "screens": [{"text": ["line 0", "line 1", ...]}, 3 of them]}
+///      "screens": [{"text": ["line 0", "line 1", ...], "drawn": ["line 0", "line 1", ...]}, 3 of them],
+///      "font": {"fault": null}}
 ///
-/// "time" is in milliseconds; a line that was not written is "". When another program than the panel's own daemon
+/// "time" is in milliseconds. "text" is as it was sent, "drawn" as it stands on the screen; where that cannot be read,
+/// it is null, and "fault" says why. A line that is not there is "". When another program than the panel's own daemon
 /// drives the panel, "blinking" and "screens" are null, because nobody knows them. Other members are not read here, and
 /// may be added without a new version. docs/simulator-http.md describes all of it.
 class PanelStateReader {

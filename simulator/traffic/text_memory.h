@@ -11,9 +11,9 @@
 
 namespace buttondriver::simulator {
 
-/// What clients have written on the screens, as text: read from their messages, not from the pixels. A line holds what
-/// was last written to it, also where the font leaves no room for it or a picture has been drawn over it since; a
-/// cleared screen has no lines.
+/// What clients have sent to the screens, as text: read from their messages, not from the pixels as by read_lines(). A
+/// line holds what was last written to it, also where the font leaves no room for it or a picture has been drawn over
+/// it since; a cleared screen has no lines.
 class TextMemory {
 public:
   /// Lines and characters from here on cannot be on a screen, whatever the font, and are not kept.

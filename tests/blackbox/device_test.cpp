@@ -186,7 +186,8 @@ TEST_F(DeviceTest, a_scenario_finds_what_the_panel_shows) {
             std::make_pair(0, std::string()));
   const auto [status, error] = run("expect-text 0 0 Ready --timeout 1\n", {});
   EXPECT_EQ(status, 4);
-  EXPECT_THAT(error, HasSubstr("line 0 of screen 0 is not known, because another program drives the panel\n"));
+  EXPECT_THAT(error, HasSubstr("line 0 of screen 0 cannot be read: which font the panel's driver uses is not known; "
+                               "--font tells\n"));
 }
 
 TEST_F(DeviceTest, a_socket_that_cannot_be_had_is_one_line_and_exit_status_1) {

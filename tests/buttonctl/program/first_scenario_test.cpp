@@ -35,8 +35,9 @@ QByteArray state_after_the_scenario() {
   state.lit_status = 3;
   state.lit_toggle = 1;
   state.blinking = R"([{"button":4,"time":500}])";
-  state.screens = R"([{"text":["Ready","Start"]},{"text":["Ready"]},)"
-                  R"({"text":["Ready","","","","","","","0123456789ABCDEF"]}])";
+  state.screens =
+      R"([{"text":["Ready","Start"],"drawn":["Ready","Start"]},{"text":["Ready"],"drawn":["Ready"]},)"
+      R"({"text":["Ready","","","","","","","0123456789ABCDEF"],"drawn":["Ready","","","","","","","0123456789ABCDEF"]}])";
   return state.json();
 }
 

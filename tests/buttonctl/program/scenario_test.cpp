@@ -46,7 +46,7 @@ TEST_F(ScenarioTest, as_expected_is_exit_status_0_and_silence) {
   state.lit_toggle = 1;
   state.intensity = 40;
   state.blinking = R"([{"button":5,"time":500}])";
-  state.screens = R"([{"text":["","","Ready"]},{"text":[]},{"text":[]}])";
+  state.screens = R"([{"text":["","","Ready"],"drawn":["","","Ready"]},{"text":[],"drawn":[]},{"text":[],"drawn":[]}])";
   panel.answer("/state.json", state.json());
   const QByteArray picture = encoded(filled(128, 128, qRgb(1, 2, 3)), "PNG");
   panel.answer("/screen/0.png", picture);

@@ -29,9 +29,17 @@ const QByteArray state = R"({
   "toggles": [F,T],
   "intensity": 40,
   "blinking": [{"button": 5, "time": 500}],
-  "screens": [{"text": ["Start ", "", "Ready"]}, {"text": []}, {"text": ["\u00e9"]}],
+  "screens": [{"text": ["Start ", "", "Ready"], "drawn": ["Start", "", "Reset"]}, {"text": [], "drawn": []},
+              {"text": ["\u00e9", "Gone"], "drawn": ["\u00e9"]}],
+  "font": {"width": 8, "height": 16, "fault": null},
   "counters": {"messages": 1, "transfers": 2, "refused": 0, "queue": 0, "clients": 1},
   "uptime": "what nobody knows"})";
+
+void replace_screens(QByteArray &json, const QByteArray &screens) {
+  const auto begin = json.indexOf("[{\"text\"");
+  const auto end = json.indexOf("\"font\"");
+  json.replace(begin, end - begin, screens + ",\n  ");
+}
 
 TEST(PanelReportTest, reads_every_member) {
   const auto report = parse_panel_report(spelled_out(state));
@@ -48,11 +56,16 @@ TEST(PanelReportTest, reads_every_member) {
   EXPECT_TRUE(report->toggles[1]);
   EXPECT_EQ(report->intensity, 40);
   EXPECT_EQ(report->blinking, (std::map<int, int>{{5, 500}}));
-  ASSERT_TRUE(report->text);
-  EXPECT_EQ((*report->text)[0],
+  ASSERT_TRUE(report->sent);
+  EXPECT_EQ((*report->sent)[0],
             (std::map<int, QString>{{0, QStringLiteral("Start ")}, {1, QString()}, {2, QStringLiteral("Ready")}}));
-  EXPECT_TRUE((*report->text)[1].empty());
-  EXPECT_EQ((*report->text)[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
+  EXPECT_TRUE((*report->sent)[1].empty());
+  ASSERT_TRUE(report->drawn);
+  EXPECT_EQ((*report->drawn)[0],
+            (std::map<int, QString>{{0, QStringLiteral("Start")}, {1, QString()}, {2, QStringLiteral("Reset")}}));
+  EXPECT_TRUE((*report->drawn)[1].empty());
+  EXPECT_EQ((*report->drawn)[2], (std::map<int, QString>{{0, QStringLiteral("\u00e9")}}));
+  EXPECT_EQ(report->drawn_fault, QString());
 }
 
 TEST(PanelReportTest, names_the_member_that_is_wrong) {
@@ -76,9 +89,11 @@ TEST(PanelReportTest, names_the_member_that_is_wrong) {
       {"{\"button\": 5, ", "{", "'blinking.button' must be a whole number from 0 to 2147483647"},
       {"\"time\": 500", "\"time\": 1e99", "'blinking.time' must be a whole number from 0 to 2147483647"},
       {"[{\"button\": 5, \"time\": 500}]", "5", "'blinking' must be a list"},
-      {"{\"text\": []}, ", "", "'screens' must be a list of 3"},
-      {"{\"text\": []}, ", "{}, ", "'screens.text' must be a list"},
+      {"{\"text\": [], \"drawn\": []},", "", "'screens' must be a list of 3"},
+      {"{\"text\": [], ", "{", "'screens.text' must be a list"},
       {"\"Ready\"", "1", "'screens.text' must be a text"},
+      {"\"drawn\": []", "\"drawn\": 1", "'screens.drawn' must be a list"},
+      {"\"Reset\"", "1", "'screens.drawn' must be a text"},
   };
   for (const Row &row : rows) {
     QByteArray json = state;
@@ -134,21 +149,24 @@ TEST(ExpectationTest, tells_how_the_panel_differs) {
       {{"expect-toggle", "0", "on"}, "toggle indicator 0 is off, not on"},
       {{"expect-intensity", "40"}, nullptr},
       {{"expect-intensity", "63"}, "the intensity is 40, not 63"},
-      {{"expect-text", "0", "2", "Ready"}, nullptr},
-      {{"expect-text", "0", "2", "ready"}, "line 2 of screen 0 is 'Ready', not 'ready'"},
-      {{"expect-text", "0", "2", " Ready"}, "line 2 of screen 0 is 'Ready', not ' Ready'"},
+      {{"expect-text", "0", "2", "Reset"}, nullptr},
+      {{"expect-text", "0", "2", "Ready"}, "line 2 of screen 0 is 'Reset', not 'Ready'; 'Ready' was sent"},
+      {{"expect-text", "0", "0", "start"}, "line 0 of screen 0 is 'Start', not 'start'"},
+      {{"expect-text", "0", "0", " Start"}, "line 0 of screen 0 is 'Start', not ' Start'"},
       {{"expect-text", "0", "0", "Start"}, nullptr},
-      {{"expect-text", "0", "2", "Ready  "}, nullptr},
+      {{"expect-text", "0", "2", "Reset  "}, nullptr},
       {{"expect-text", "1", "2", ""}, nullptr},
       {{"expect-text", "1", "2", "Ready"}, "line 2 of screen 1 is '', not 'Ready'"},
       {{"expect-text", "2", "0", QStringLiteral("\u00e9")}, nullptr},
+      {{"expect-text", "2", "1", ""}, nullptr},
+      {{"expect-text", "2", "1", "Gone"}, "line 1 of screen 2 is '', not 'Gone'; 'Gone' was sent"},
   };
   expect_rows(rows, state);
 }
 
 TEST(ExpectationTest, of_a_panel_that_another_program_drives_only_what_it_shows_is_known) {
   const char *no_blinking = "whether LED 5 blinks is not known, because another program drives the panel";
-  const char *no_text = "line 2 of screen 0 is not known, because another program drives the panel";
+  const char *no_text = "line 2 of screen 0 cannot be read: the font is not known";
   const std::vector<ExpectationRow> rows = {
       {{"expect-led", "5", "on"}, nullptr},           {{"expect-led", "5", "off"}, "LED 5 is on, not off"},
       {{"expect-led", "5", "blinking"}, no_blinking}, {{"expect-led", "5", "blinking", "500"}, no_blinking},
@@ -157,8 +175,29 @@ TEST(ExpectationTest, of_a_panel_that_another_program_drives_only_what_it_shows_
   };
   QByteArray json = state;
   json.replace(R"([{"button": 5, "time": 500}])", "null");
-  json.replace(R"([{"text": ["Start ", "", "Ready"]}, {"text": []}, {"text": ["\u00e9"]}])", "null");
+  replace_screens(json, "null");
+  json.replace("\"fault\": null", "\"fault\": \"the font is not known\"");
   expect_rows(rows, json);
+}
+
+TEST(ExpectationTest, a_text_is_not_true_where_nothing_can_be_read) {
+  QByteArray json = state;
+  replace_screens(json, R"([{"text": ["Ready"], "drawn": null}, {"text": [], "drawn": null},
+                            {"text": [], "drawn": null}])");
+  json.replace("\"fault\": null", "\"fault\": \"no font is loaded\"");
+  expect_rows(
+      {{{"expect-text", "0", "0", "Ready"}, "line 0 of screen 0 cannot be read: no font is loaded; 'Ready' was sent"},
+       {{"expect-text", "0", "1", ""}, "line 1 of screen 0 cannot be read: no font is loaded"}},
+      json);
+}
+
+TEST(ExpectationTest, what_another_program_draws_is_read_where_its_font_is_known) {
+  QByteArray json = state;
+  replace_screens(json, R"([{"text": null, "drawn": ["Ready"]}, {"text": null, "drawn": []},
+                            {"text": null, "drawn": []}])");
+  expect_rows({{{"expect-text", "0", "0", "Ready"}, nullptr},
+               {{"expect-text", "0", "0", "ready"}, "line 0 of screen 0 is 'Ready', not 'ready'"}},
+              json);
 }
 
 TEST(ExpectationTest, a_picture_is_looked_for_beside_the_scenario) {

@@ -48,7 +48,7 @@ struct PanelStateText {
   int lit_toggle = -1;
   int intensity = 63;
   QByteArray blinking = "[]";
-  QByteArray screens = R"([{"text":[]},{"text":[]},{"text":[]}])";
+  QByteArray screens = R"([{"text":[],"drawn":[]},{"text":[],"drawn":[]},{"text":[],"drawn":[]}])";
 
   QByteArray json() const;
 };
