@@ -3,6 +3,8 @@
 
 #include "fpga/queue/fpga_task.h"
 #include "logging/standard_output.h"
+#include "protocol/framing.h"
+#include "simulator/simulation/listening_program.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,6 +22,17 @@ constexpr int highest_percent = 100;
 /// Shipped beside the program, in the build folder as in an installation.
 QString ready_made_root() {
   return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/buttondriver/panel-root"));
+}
+
+/// The port in the daemon's arguments, as the daemon reads it.
+quint16 wanted_port(const QStringList &arguments) {
+  return arguments.size() > 3 ? arguments[3].toUShort(nullptr, 10) : DEFAULT_PORT;
+}
+
+QString why_not_on(quint16 port) {
+  if (const auto program = listening_program(port))
+    return QStringLiteral("port %1 is taken by %2").arg(QString::number(port), QString::fromStdString(*program));
+  return QStringLiteral("port %1 cannot be had").arg(port);
 }
 
 /// Runs on the worker, after all tasks queued before it: then the panel shows their work. The worker holds the lock of
@@ -55,8 +68,11 @@ Outcome<Done> OwnDaemon::start() {
   };
   if (!_daemon->start(_settings.arguments, _settings.keeps_messages ? observe : WrapSetter()))
     return Failure{QStringLiteral("the daemon has not started")};
-  if (const quint16 port = _daemon->server().port(); port != 0)
-    print("buttondriver-sim: listening on port %u\n", unsigned{port});
+  // The daemon itself runs on without a server. Here nobody could reach the panel then, or another one would be taken
+  // for it.
+  if (_daemon->server().port() == 0)
+    return Failure{why_not_on(wanted_port(_settings.arguments))};
+  print("buttondriver-sim: listening on port %u\n", unsigned{_daemon->server().port()});
   return Done{};
 }
 

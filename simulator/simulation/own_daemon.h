@@ -24,7 +24,7 @@ public:
   OwnDaemon(const Settings &settings, VirtualPanel &panel);
   ~OwnDaemon() override;
 
-  /// Starts the daemon. Fails when there is no such root.
+  /// Starts the daemon. Fails when there is no such root, and when its port cannot be had.
   Outcome<Done> start() override;
   void whenWorkIsDone(std::function<void(const PanelState &)> then) override;
   void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) override;

@@ -27,7 +27,7 @@ public:
   ~Simulation() override;
 
   /// Opens the recording and starts what drives the panel. Fails when the recording cannot be written, and when the
-  /// driver cannot be started: there is no such root, or the device's socket cannot be had.
+  /// driver cannot be started: there is no such root, or the daemon's port or the device's socket cannot be had.
   Outcome<Done> start();
 
   VirtualPanel &panel() { return _panel; }

@@ -5,6 +5,7 @@
 #include "support/program.h"
 #include "support/test_root.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTcpServer>
@@ -61,6 +62,18 @@ TEST(SimulatorProgramTest, page_that_cannot_be_served_is_one_line_and_a_failure)
                                                               : "buttondriver-sim: there is no web page in this build";
   EXPECT_EQ(simulator.waitForEnd(), simulator::WebPage::isAvailable() ? 1 : 2);
   EXPECT_EQ(simulator.standardError().count(reason), 1) << simulator.standardError().toStdString();
+}
+
+TEST(SimulatorProgramTest, a_port_that_is_taken_is_one_line_with_who_has_it_and_exit_status_1) {
+  QTcpServer taken;
+  ASSERT_TRUE(taken.listen(QHostAddress(QHostAddress::Any)));
+  const QString port = QString::number(taken.serverPort());
+  Program simulator(program, {without_page, QStringLiteral("map"), QString(), port});
+  EXPECT_EQ(simulator.waitForEnd(), 1);
+  const QByteArray line = "buttondriver-sim: port " + port.toLatin1() + " is taken by blackbox_test (pid " +
+                          QByteArray::number(QCoreApplication::applicationPid()) + ")\n";
+  EXPECT_EQ(simulator.standardError().count(line), 1) << simulator.standardError().toStdString();
+  EXPECT_FALSE(simulator.standardOutput().contains("listening"));
 }
 
 TEST(SimulatorProgramTest, missing_root_is_reported) {
