@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/process.h"
 #include "logging/log_gathering.h"
-#include "logging/standard_output.h"
 #include "simulator/app/page_opening.h"
+#include "simulator/app/ports_file.h"
 #include "simulator/http/web_page.h"
+#include "simulator/notices/notices.h"
 #include "simulator/simulation/simulation.h"
 #include "unixsignalhandler/unix_signal_handler.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
+using buttondriver::Failure;
 using buttondriver::simulator::Answer;
 using buttondriver::simulator::Options;
 using buttondriver::simulator::Simulation;
@@ -38,6 +43,32 @@ int say(const Answer &answer) {
   return answer.exit_status;
 }
 
+void tell(const Failure &failure) {
+  buttondriver::simulator::tell_fault("buttondriver-sim: %s\n", failure.text.toLocal8Bit().constData());
+}
+
+/// Before anything is logged.
+bool prepare_log(const Options &options) {
+  buttondriver::simulator::choose_notices(options.notices);
+  if (options.log_file.isEmpty() ||
+      buttondriver::simulator::move_log(QFile::encodeName(options.log_file).constData()) == 0)
+    return true;
+  tell(Failure{QStringLiteral("cannot write the log %1: %2")
+                   .arg(options.log_file, QString::fromLocal8Bit(std::strerror(errno)))});
+  return false;
+}
+
+bool write_ports(const Options &options, Simulation &simulation, const WebPage &page) {
+  if (options.ports_file.isEmpty())
+    return true;
+  buttondriver::Daemon *const daemon = simulation.daemon();
+  const auto written = buttondriver::simulator::write_ports(
+      options.ports_file, daemon ? std::optional(daemon->server().port()) : std::nullopt, page.port());
+  if (!written)
+    tell(written.failure());
+  return static_cast<bool>(written);
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -47,20 +78,22 @@ int main(int argc, char **argv) {
   if (const auto *answer = std::get_if<Answer>(&command_line))
     return say(*answer);
 
+  const Options &options = *std::get_if<Options>(&command_line); // it is one of the two
+  if (!prepare_log(options))
+    return 1;
   const buttondriver::LogGathering log;
   UnixSignalHandler signal_bridge;
-  const Options &options = *std::get_if<Options>(&command_line); // it is one of the two
   Simulation simulation(options.simulation);
   running_simulation = &simulation;
   install_signal_callbacks();
   if (const auto started = simulation.start(); !started) {
-    buttondriver::print_error("buttondriver-sim: %s\n", started.failure().text.toLocal8Bit().constData());
+    tell(started.failure());
     return 1;
   }
   if (buttondriver::Daemon *daemon = simulation.daemon())
     daemon->follow(log);
   WebPage page(simulation);
-  if (!buttondriver::simulator::open_page(page, options))
+  if (!buttondriver::simulator::open_page(page, options) || !write_ports(options, simulation, page))
     return 1;
   return QCoreApplication::exec();
 }

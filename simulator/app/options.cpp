@@ -2,7 +2,9 @@
 #include "simulator/app/options.h"
 
 #include "outcome/outcome.h"
+#include "protocol/framing.h"
 #include "simulator/http/web_page.h"
+#include "simulator/simulation/panel_root.h"
 
 #include <QCommandLineParser>
 
@@ -11,6 +13,8 @@ namespace buttondriver::simulator {
 namespace {
 
 constexpr int most_positional_arguments = 3;
+constexpr int highest_port = 65535;
+constexpr int highest_percent = 100;
 
 const QCommandLineOption root_option(
     QStringLiteral("root"),
@@ -29,13 +33,37 @@ const QCommandLineOption device_option(
     QStringLiteral("Run no daemon. Another program drives the panel through a socket, which is made at SOCKET: one "
                    "that has libbuttondriver-device.so preloaded and BUTTONDRIVER_DEVICE=SOCKET in its environment."),
     QStringLiteral("SOCKET"));
+const QCommandLineOption font_option(
+    QStringLiteral("font"),
+    QStringLiteral(
+        "Use the font of this size, as 10x20, whatever the root's configuration says. With --device, the font "
+        "or the file of the font that the other program uses: texts are read with it."),
+    QStringLiteral("WxH|FILE"));
+const QCommandLineOption port_option(QStringLiteral("port"), QStringLiteral("The same as the argument PORT."),
+                                     QStringLiteral("PORT"));
+const QCommandLineOption intensity_option(QStringLiteral("intensity"),
+                                          QStringLiteral("Brightness of the screens at the start. Default: 100."),
+                                          QStringLiteral("PERCENT"));
+const QCommandLineOption ports_file_option(
+    QStringLiteral("ports-file"),
+    QStringLiteral("Write the ports to the file once they are there, as lines daemon=PORT and http=PORT."),
+    QStringLiteral("FILE"));
+const QCommandLineOption log_option(
+    QStringLiteral("log"),
+    QStringLiteral("Write the log to the file. What the simulator itself tells goes to the terminal as before."),
+    QStringLiteral("FILE"));
+const QCommandLineOption quiet_option(QStringLiteral("quiet"),
+                                      QStringLiteral("Tell nothing of the simulator itself but what went wrong."));
+const QCommandLineOption verbose_option(QStringLiteral("verbose"),
+                                        QStringLiteral("Tell also which root, font and files are used."));
 const QCommandLineOption help_option({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help."));
 const QCommandLineOption version_option({QStringLiteral("V"), QStringLiteral("version")},
                                         QStringLiteral("Print the version."));
 const QCommandLineOption http_option(
     QStringLiteral("http"),
     QStringLiteral(
-        "Serve the panel as a web page there, or not at all: off. Port 0: a free one. Default: 127.0.0.1:8080."),
+        "Serve the panel as a web page there, or not at all: off. Port 0: a free one. Default: 127.0.0.1:%1.")
+        .arg(HttpEndpoint().port),
     QStringLiteral("[ADDRESS:]PORT"));
 
 /// Where the page goes, and whether it was asked for.
@@ -58,22 +86,60 @@ Outcome<PageWish> read_http(const QCommandLineParser &parser) {
   return PageWish{endpoint, true};
 }
 
-/// What is wrong with --device and what goes with it, if anything is.
-std::optional<QString> fault_of_device(const QCommandLineParser &parser) {
-  if (!parser.isSet(device_option))
+/// What is wrong with the options of a daemon, or with --device, with which there is none.
+std::optional<QString> fault_of_driver(const QCommandLineParser &parser) {
+  const bool has_size = read_font_size(parser.value(font_option)).isValid();
+  if (!parser.isSet(device_option)) {
+    if (parser.isSet(font_option) && !has_size)
+      return QStringLiteral("--font takes the size of a font, WIDTHxHEIGHT, not '%1'").arg(parser.value(font_option));
     return std::nullopt;
+  }
   if (parser.value(device_option).isEmpty())
     return QStringLiteral("--device takes the path of a socket");
-  if (parser.isSet(root_option) || !parser.positionalArguments().isEmpty())
-    return QStringLiteral("--root, MAP, ADDRESS and PORT are for a daemon, and with --device there is none");
+  if (parser.isSet(root_option) || parser.isSet(port_option) || parser.isSet(intensity_option) ||
+      !parser.positionalArguments().isEmpty())
+    return QStringLiteral(
+        "--root, --port, --intensity, MAP, ADDRESS and PORT are for a daemon, and with --device there "
+        "is none");
+  return std::nullopt;
+}
+
+/// The number of an option from 0 to `highest`; nothing when it is something else.
+std::optional<int> read_number(const QCommandLineParser &parser, const QCommandLineOption &option, int highest) {
+  bool is_number = false;
+  const int number = parser.value(option).toInt(&is_number, 10);
+  return is_number && number >= 0 && number <= highest ? std::optional(number) : std::nullopt;
+}
+
+/// What is wrong with options that are together, or have a value that they cannot have.
+std::optional<QString> fault_of_values(const QCommandLineParser &parser) {
+  if (parser.isSet(quiet_option) && parser.isSet(verbose_option))
+    return QStringLiteral("use only one of --quiet and --verbose");
+  if (parser.isSet(port_option) && parser.positionalArguments().size() == most_positional_arguments)
+    return QStringLiteral("use only one of --port and PORT");
+  if (parser.isSet(port_option) && !read_number(parser, port_option, highest_port))
+    return QStringLiteral("--port takes a number from 0 to %1, not '%2'")
+        .arg(QString::number(highest_port), parser.value(port_option));
+  if (parser.isSet(intensity_option) && !read_number(parser, intensity_option, highest_percent))
+    return QStringLiteral("--intensity takes a number from 0 to %1, not '%2'")
+        .arg(QString::number(highest_percent), parser.value(intensity_option));
   return std::nullopt;
 }
 
 /// As the daemon itself would get them. It insists on a map file, and does not read it.
-QStringList daemon_arguments(const QString &program, const QStringList &positional) {
+QStringList daemon_arguments(const QString &program, const QCommandLineParser &parser) {
+  const QStringList positional = parser.positionalArguments();
   QStringList arguments{program, positional.value(0, QStringLiteral("no-map-file"))};
   arguments += positional.mid(1);
+  if (parser.isSet(port_option))
+    arguments = QStringList{program, arguments[1], arguments.value(2), parser.value(port_option)};
   return arguments;
+}
+
+Notices notices_of(const QCommandLineParser &parser) {
+  if (parser.isSet(quiet_option))
+    return Notices::faults;
+  return parser.isSet(verbose_option) ? Notices::all : Notices::usual;
 }
 
 } // namespace
@@ -81,8 +147,9 @@ QStringList daemon_arguments(const QString &program, const QStringList &position
 std::variant<Options, Answer> read_options(const QStringList &arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel, or the panel alone."));
-  parser.addOptions(
-      {root_option, snapshot_option, record_option, http_option, device_option, help_option, version_option});
+  parser.addOptions({root_option, font_option, intensity_option, port_option, http_option, ports_file_option,
+                     device_option, snapshot_option, record_option, log_option, quiet_option, verbose_option,
+                     help_option, version_option});
   parser.addPositionalArgument(QStringLiteral("MAP"), QStringLiteral("Map file; not read."), QStringLiteral("[MAP"));
   parser.addPositionalArgument(QStringLiteral("ADDRESS"),
                                QStringLiteral("Empty: listen on IPv4 and IPv6; any other text: on IPv4."),
@@ -96,11 +163,11 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
     return Answer{parser.helpText(), 0};
   if (parser.isSet(version_option))
     return Answer{QStringLiteral("buttondriver-sim " BUTTONDRIVER_VERSION "\n"), 0};
-  const QStringList positional = parser.positionalArguments();
-  if (positional.size() > most_positional_arguments)
+  if (parser.positionalArguments().size() > most_positional_arguments)
     return Answer{QStringLiteral("too many arguments: at most MAP, ADDRESS and PORT"), 2};
-  if (const auto wrong = fault_of_device(parser))
-    return Answer{*wrong, 2};
+  for (const auto &wrong : {fault_of_driver(parser), fault_of_values(parser)})
+    if (wrong)
+      return Answer{*wrong, 2};
 
   const auto http = read_http(parser);
   if (!http)
@@ -113,7 +180,13 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
   options.simulation.snapshot_file = parser.value(snapshot_option);
   options.simulation.record_file = parser.value(record_option);
   options.simulation.keeps_traffic = options.http.has_value();
-  options.simulation.daemon_arguments = daemon_arguments(arguments.value(0), positional);
+  options.simulation.daemon_arguments = daemon_arguments(arguments.value(0), parser);
+  options.simulation.font = parser.value(font_option);
+  if (parser.isSet(intensity_option))
+    options.simulation.intensity_percent = parser.value(intensity_option).toInt();
+  options.notices = notices_of(parser);
+  options.log_file = parser.value(log_option);
+  options.ports_file = parser.value(ports_file_option);
   return options;
 }
 

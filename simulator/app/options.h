@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulator/http/server/http_endpoint.h"
+#include "simulator/notices/notices.h"
 #include "simulator/simulation/simulation_settings.h"
 
 #include <QString>
@@ -16,7 +17,10 @@ namespace buttondriver::simulator {
 struct Options {
   SimulationSettings simulation;
   std::optional<HttpEndpoint> http; ///< where the web page goes; nothing: no page
-  bool http_is_asked_for = false;   ///< the command line names it, so that the program must not run without
+  Notices notices = Notices::usual;
+  QString log_file;               ///< where the log goes; empty: to standard output and standard error
+  QString ports_file;             ///< empty: none
+  bool http_is_asked_for = false; ///< the command line names it, so that the program must not run without
 };
 
 /// A text to print instead of running, and the exit status that goes with it.

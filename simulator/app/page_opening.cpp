@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/app/page_opening.h"
 
-#include "logging/standard_output.h"
+#include "simulator/notices/notices.h"
 
 namespace buttondriver::simulator {
 
@@ -10,12 +10,12 @@ bool open_page(WebPage &page, const Options &options) {
     return true;
   const auto opened = page.listen(*options.http);
   if (opened) {
-    print("buttondriver-sim: page on %s\n", page.address().toLatin1().constData());
+    tell("buttondriver-sim: page on %s\n", page.address().toLatin1().constData());
     return true;
   }
   const QString wanted = page_address(options.http->address, options.http->port);
-  print_error("buttondriver-sim: no web page on %s: %s\n", wanted.toLatin1().constData(),
-              opened.failure().text.toLocal8Bit().constData());
+  tell_fault("buttondriver-sim: no web page on %s: %s\n", wanted.toLatin1().constData(),
+             opened.failure().text.toLocal8Bit().constData());
   return !options.http_is_asked_for;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/device_link/device_socket.h"
 
-#include "logging/standard_output.h"
+#include "simulator/notices/notices.h"
 
 #include <QFile>
 #include <QTimer>
@@ -24,7 +24,7 @@ Outcome<Done> DeviceSocket::listen(const QString &path) {
     return Failure{QStringLiteral("no device at %1: %2").arg(path, listening.failure().text)};
   _connecting.emplace(_file.descriptor(), QSocketNotifier::Read);
   connect(&*_connecting, SIGNAL(activated(int)), this, SLOT(accept()));
-  print("buttondriver-sim: device at %s\n", file.constData());
+  tell("buttondriver-sim: device at %s\n", file.constData());
   return Done{};
 }
 
@@ -52,8 +52,8 @@ void DeviceSocket::accept() {
 
 void DeviceSocket::admit(DriverSession *session) {
   const bool is_taken = hasDriver();
-  print(is_taken ? "buttondriver-sim: the device has a driver, another one was refused\n"
-                 : "buttondriver-sim: a driver has opened the device\n");
+  tell(is_taken ? "buttondriver-sim: the device has a driver, another one was refused\n"
+                : "buttondriver-sim: a driver has opened the device\n");
   session->welcome(is_taken ? EBUSY : 0);
 }
 
@@ -63,9 +63,9 @@ void DeviceSocket::forget(DriverSession *session, const char *fault) {
   if (place == _sessions.end())
     return;
   if (fault && !std::exchange(_is_fault_told, true))
-    print_error("buttondriver-sim: somebody has sent the device %s; the connection was closed\n", fault);
+    tell_fault("buttondriver-sim: somebody has sent the device %s; the connection was closed\n", fault);
   if (session->hasDriven())
-    print("buttondriver-sim: the driver has gone\n");
+    tell("buttondriver-sim: the driver has gone\n");
   // It is still calling, so it goes a little later.
   _ended.push_back(std::move(*place));
   QTimer::singleShot(0, this, [this] { _ended.clear(); });

@@ -23,4 +23,8 @@ Outcome<Done> WebPage::listen(const HttpEndpoint &endpoint) {
 
 QString WebPage::address() const { return page_address(_server->address(), _server->port()); }
 
+std::optional<quint16> WebPage::port() const {
+  return _server && _server->port() != 0 ? std::optional(_server->port()) : std::nullopt;
+}
+
 } // namespace buttondriver::simulator

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace buttondriver::simulator {
 
@@ -28,6 +29,8 @@ public:
   Outcome<Done> listen(const HttpEndpoint &endpoint);
   /// "http://127.0.0.1:8080/", with the port that is listened on.
   QString address() const;
+  /// That port; nothing while no page is served.
+  std::optional<quint16> port() const;
 
 private:
   class Server;

@@ -17,4 +17,6 @@ Outcome<Done> WebPage::listen(const HttpEndpoint &) { return Failure{QStringLite
 
 QString WebPage::address() const { return {}; }
 
+std::optional<quint16> WebPage::port() const { return std::nullopt; }
+
 } // namespace buttondriver::simulator

@@ -10,10 +10,13 @@ namespace buttondriver::simulator {
 class OutsideDriver : public PanelDriver {
 public:
   /// `panel` outlives this object.
-  OutsideDriver(QString socket, VirtualPanel &panel) : _socket_path(std::move(socket)), _panel(panel), _socket(panel) {}
+  /// `font`, which may be empty, is the one that the program draws texts with: "10x20" for one of the ready-made
+  /// root's, or a file.
+  OutsideDriver(QString socket, QString font, VirtualPanel &panel)
+      : _socket_path(std::move(socket)), _font_name(std::move(font)), _panel(panel), _socket(panel) {}
 
-  /// Makes the socket. Fails when it cannot be had.
-  Outcome<Done> start() override { return _socket.listen(_socket_path); }
+  /// Makes the socket. Fails when it cannot be had, and when texts cannot be read with the font.
+  Outcome<Done> start() override;
   /// At once: a transfer is done when it is known.
   void whenWorkIsDone(std::function<void(const PanelState &)> then) override { then(_panel.state()); }
   void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) override {
@@ -23,6 +26,7 @@ public:
 
 private:
   QString _socket_path;
+  QString _font_name;
   VirtualPanel &_panel;
   DeviceSocket _socket;
   ScreenFont _font = ScreenFont::missing("which font the panel's driver uses is not known; --font tells");

@@ -2,11 +2,11 @@
 #include "simulator/simulation/own_daemon.h"
 
 #include "fpga/queue/fpga_task.h"
-#include "logging/standard_output.h"
 #include "protocol/framing.h"
+#include "simulator/notices/notices.h"
 #include "simulator/simulation/listening_program.h"
+#include "simulator/simulation/panel_root.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
@@ -19,9 +19,11 @@ namespace {
 
 constexpr int highest_percent = 100;
 
-/// Shipped beside the program, in the build folder as in an installation.
-QString ready_made_root() {
-  return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/buttondriver/panel-root"));
+/// Writes the configuration that chooses this font.
+bool write_configuration(const QString &name, QSize font) {
+  QFile file(name);
+  const QString text = QStringLiteral("[font]\nwidth=%1\nheight=%2\n").arg(font.width()).arg(font.height());
+  return file.open(QIODevice::WriteOnly) && file.write(text.toLatin1()) == text.size();
 }
 
 /// The port in the daemon's arguments, as the daemon reads it.
@@ -57,11 +59,33 @@ OwnDaemon::~OwnDaemon() {
   panel::use_register_device(nullptr);
 }
 
-Outcome<Done> OwnDaemon::start() {
+Outcome<SystemPaths> OwnDaemon::paths() {
   if (!_settings.root.isEmpty() && !QDir(_settings.root).exists())
     return Failure{QStringLiteral("there is no folder %1").arg(_settings.root)};
   const QString root = _settings.root.isEmpty() ? ready_made_root() : QDir(_settings.root).absolutePath();
-  _daemon.emplace(SystemPaths::under(QFile::encodeName(root).toStdString()));
+  tell_detail("buttondriver-sim: root %s\n", QFile::encodeName(root).constData());
+  SystemPaths paths = SystemPaths::under(QFile::encodeName(root).toStdString());
+  if (_settings.font.isEmpty())
+    return paths;
+  const QSize size = read_font_size(_settings.font);
+  const auto font = find_font(QFile::decodeName(paths.font_directory.c_str()), size);
+  if (!font)
+    return font.failure();
+  // The daemon follows a configuration of its own, so that nobody's is changed.
+  _configuration.emplace();
+  const QString file = _configuration->filePath(QStringLiteral("launcher.cfg"));
+  if (!write_configuration(file, size))
+    return Failure{QStringLiteral("cannot write %1").arg(file)};
+  paths.launcher_configuration = QFile::encodeName(file).toStdString();
+  tell_detail("buttondriver-sim: font %s\n", QFile::encodeName(*font).constData());
+  return paths;
+}
+
+Outcome<Done> OwnDaemon::start() {
+  const auto paths = this->paths();
+  if (!paths)
+    return paths.failure();
+  _daemon.emplace(*paths);
   const auto observe = [this](ButtonSetter *dispatcher) -> ButtonSetter * {
     _messages.setNext(dispatcher);
     return &_messages;
@@ -72,7 +96,9 @@ Outcome<Done> OwnDaemon::start() {
   // for it.
   if (_daemon->server().port() == 0)
     return Failure{why_not_on(wanted_port(_settings.arguments))};
-  print("buttondriver-sim: listening on port %u\n", unsigned{_daemon->server().port()});
+  if (_settings.intensity_percent != highest_percent)
+    _daemon->fpga().setTFTIntensity(_settings.intensity_percent);
+  tell("buttondriver-sim: listening on port %u\n", unsigned{_daemon->server().port()});
   return Done{};
 }
 
@@ -99,7 +125,7 @@ void OwnDaemon::reset() {
     fpga.setLEDStatusIndicator(static_cast<int>(id), 0);
   for (std::size_t id = 0; id < dimensions::toggle_indicator_count; ++id)
     fpga.setLEDToggleIndicator(static_cast<unsigned>(id), 0);
-  fpga.setTFTIntensity(highest_percent);
+  fpga.setTFTIntensity(_settings.intensity_percent);
   fpga.blackoutScreen(dimensions::all_screens);
   _messages.forget();
 }

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <optional>
 
@@ -16,6 +17,8 @@ class OwnDaemon : public PanelDriver {
 public:
   struct Settings {
     QString root;          ///< folder that the fixed paths lie under; empty for the ready-made one
+    QString font;          ///< "10x20", in place of the configured one; empty: that
+    int intensity_percent; ///< of the screens, after the start and after a reset
     QStringList arguments; ///< as the daemon itself would get them
     bool keeps_messages = false;
   };
@@ -24,7 +27,7 @@ public:
   OwnDaemon(const Settings &settings, VirtualPanel &panel);
   ~OwnDaemon() override;
 
-  /// Starts the daemon. Fails when there is no such root, and when its port cannot be had.
+  /// Starts the daemon. Fails when there is no such root or font, and when its port cannot be had.
   Outcome<Done> start() override;
   void whenWorkIsDone(std::function<void(const PanelState &)> then) override;
   void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then) override;
@@ -34,9 +37,13 @@ public:
   void reset() override;
 
 private:
+  /// Where the daemon finds its files.
+  Outcome<SystemPaths> paths();
+
   Settings _settings;
   VirtualPanel &_panel;
   MessageObserver _messages;
+  std::optional<QTemporaryDir> _configuration; // with the font that was chosen
   std::optional<Daemon> _daemon;
 };
 

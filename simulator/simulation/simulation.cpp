@@ -2,6 +2,7 @@
 #include "simulator/simulation/simulation.h"
 
 #include "logging/standard_output.h"
+#include "simulator/notices/notices.h"
 #include "simulator/picture/panel_picture.h"
 #include "simulator/simulation/outside_driver.h"
 #include "simulator/simulation/own_daemon.h"
@@ -19,9 +20,10 @@ namespace {
 
 std::unique_ptr<PanelDriver> driver_for(const SimulationSettings &settings, VirtualPanel &panel) {
   if (!settings.device_socket.isEmpty())
-    return std::make_unique<OutsideDriver>(settings.device_socket, panel);
-  return std::make_unique<OwnDaemon>(
-      OwnDaemon::Settings{settings.root, settings.daemon_arguments, settings.keeps_traffic}, panel);
+    return std::make_unique<OutsideDriver>(settings.device_socket, settings.font, panel);
+  return std::make_unique<OwnDaemon>(OwnDaemon::Settings{settings.root, settings.font, settings.intensity_percent,
+                                                         settings.daemon_arguments, settings.keeps_traffic},
+                                     panel);
 }
 
 } // namespace
@@ -32,8 +34,8 @@ Simulation::Simulation(const SimulationSettings &settings)
 Simulation::~Simulation() {
   _driver.reset();
   if (const std::uint64_t refused = _panel.counters().refused; refused > 0)
-    print("buttondriver-sim: %llu transfers in all that no device would accept\n",
-          static_cast<unsigned long long>(refused));
+    tell("buttondriver-sim: %llu transfers in all that no device would accept\n",
+         static_cast<unsigned long long>(refused));
 }
 
 Outcome<Done> Simulation::start() {
@@ -42,7 +44,10 @@ Outcome<Done> Simulation::start() {
     if (!_recorder->isOpen())
       return Failure{QStringLiteral("cannot write the recording %1").arg(_settings.record_file)};
     _panel.setRecorder(&*_recorder);
+    tell_detail("buttondriver-sim: recording %s\n", QFile::encodeName(_settings.record_file).constData());
   }
+  if (!_settings.snapshot_file.isEmpty())
+    tell_detail("buttondriver-sim: snapshot %s\n", QFile::encodeName(_settings.snapshot_file).constData());
   if (_settings.keeps_traffic)
     _log.emplace();
   return _driver->start();
@@ -101,10 +106,10 @@ void Simulation::writeSnapshot(const PanelState &state) const {
     return;
   const QByteArray file_name = QFile::encodeName(_settings.snapshot_file);
   if (const auto written = write_png(draw_panel(state), _settings.snapshot_file); written)
-    print("buttondriver-sim: wrote %s\n", file_name.constData());
+    tell("buttondriver-sim: wrote %s\n", file_name.constData());
   else
-    print_error("buttondriver-sim: cannot write %s: %s\n", file_name.constData(),
-                written.failure().text.toLocal8Bit().constData());
+    tell_fault("buttondriver-sim: cannot write %s: %s\n", file_name.constData(),
+               written.failure().text.toLocal8Bit().constData());
 }
 
 } // namespace buttondriver::simulator

@@ -49,7 +49,7 @@ public:
   /// copied for that.
   void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then);
 
-  /// Makes the panel as it is after the start, lamps dark, screens black, the intensity at its highest, nothing
+  /// Makes the panel as it is after the start, lamps dark, screens black, the intensity as at the start, nothing
   /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. Calls `then` on the main
   /// thread when the panel shows it. Only with a daemon in this program: another one would not know.
   void reset(std::function<void()> then);

@@ -161,7 +161,7 @@ TEST_F(DeviceTest, a_second_driver_is_refused_and_the_first_goes_on) {
 }
 
 TEST_F(DeviceTest, a_scenario_finds_what_the_panel_shows) {
-  const auto simulator = panel({QStringLiteral("--http=0")});
+  const auto simulator = panel({QStringLiteral("--http=0"), QStringLiteral("--font=8x16")});
   if (!simulator->waitForOutput("buttondriver-sim: page on "))
     GTEST_SKIP() << "this build has no page";
   static const QRegularExpression address(QStringLiteral("page on (\\S+)/"));
@@ -184,10 +184,11 @@ TEST_F(DeviceTest, a_scenario_finds_what_the_panel_shows) {
   EXPECT_EQ(run("expect-screen 0 ready.png\n", {QStringLiteral("--update")}), std::make_pair(0, std::string()));
   EXPECT_EQ(run("blackout 0\ntext 0 0 Ready\nexpect-screen 0 ready.png --timeout 20000\n", {}),
             std::make_pair(0, std::string()));
-  const auto [status, error] = run("expect-text 0 0 Ready --timeout 1\n", {});
+  EXPECT_EQ(run("expect-text 0 0 Ready\nexpect-text 1 0 Ready\nexpect-text 1 1 ''\n", {}),
+            std::make_pair(0, std::string()));
+  const auto [status, error] = run("expect-led 5 blinking --timeout 1\n", {});
   EXPECT_EQ(status, 4);
-  EXPECT_THAT(error, HasSubstr("line 0 of screen 0 cannot be read: which font the panel's driver uses is not known; "
-                               "--font tells\n"));
+  EXPECT_THAT(error, HasSubstr("whether LED 5 blinks is not known, because another program drives the panel\n"));
 }
 
 TEST_F(DeviceTest, a_socket_that_cannot_be_had_is_one_line_and_exit_status_1) {

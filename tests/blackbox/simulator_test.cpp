@@ -27,7 +27,8 @@ const QString without_page = QStringLiteral("--http=off");
 TEST(SimulatorProgramTest, answers_help_and_version_on_standard_output) {
   Program help(program, {QStringLiteral("--help")});
   EXPECT_EQ(help.waitForEnd(), 0);
-  for (const char *word : {"--root", "--snapshot", "--record", "--http", "--device", "MAP", "ADDRESS", "PORT"})
+  for (const char *word : {"--root", "--font", "--intensity", "--port", "--http", "--ports-file", "--device",
+                           "--snapshot", "--record", "--log", "--quiet", "--verbose", "MAP", "ADDRESS", "PORT"})
     EXPECT_TRUE(help.standardOutput().contains(word)) << word;
   Program version(program, {QStringLiteral("--version")});
   EXPECT_EQ(version.waitForEnd(), 0);

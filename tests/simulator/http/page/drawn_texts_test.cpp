@@ -34,7 +34,8 @@ protected:
   void clear() { send(encoded(BMS_BlackoutScreen{BMS_BlackoutScreen::code, 0})); }
   void send(const QByteArray &message) { sendMessages(encode_length(message) + message.toHex()); }
 
-  QJsonObject state() const { return get("/state.json").json(); }
+  /// Const, so that [] has the same type with each version of Qt.
+  const QJsonObject state() const { return get("/state.json").json(); }
   /// The first screen, as {"text", "drawn"}.
   std::string firstScreen() const {
     return QJsonDocument(state()[QLatin1String("screens")][0].toObject()).toJson(QJsonDocument::Compact).toStdString();
