@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/http/page/live_update.h"
 
+#include "simulator/http/json/feeds_json.h"
 #include "simulator/http/json/state_json.h"
 
 #include <QJsonDocument>
@@ -79,18 +80,6 @@ void add_blinking(QJsonObject &object, LiveUpdate &update, Daemon &daemon, const
     object[QLatin1String("blinking")] = blinking_to_json(update.position.blinking);
 }
 
-QString name_of(LogEntry::Source source) {
-  switch (source) {
-  case LogEntry::Source::event:
-    return QStringLiteral("event");
-  case LogEntry::Source::fault:
-    return QStringLiteral("fault");
-  case LogEntry::Source::output:
-    break;
-  }
-  return QStringLiteral("output");
-}
-
 void add_log(QJsonObject &object, LiveUpdate &update, const LogTap &log, const FeedPosition &from) {
   const LogTap::Part part = log.since(from.log, from.is_new ? LogTap::kept_entries : most_entries);
   update.position.log = part.last;
@@ -98,9 +87,7 @@ void add_log(QJsonObject &object, LiveUpdate &update, const LogTap &log, const F
     return;
   QJsonArray entries;
   for (const LogEntry &entry : part.entries)
-    entries += QJsonObject{{QStringLiteral("time"), entry.time_ms},
-                           {QStringLiteral("source"), name_of(entry.source)},
-                           {QStringLiteral("text"), QString::fromUtf8(entry.text)}};
+    entries += to_json(entry);
   update.entry_count = std::max(update.entry_count, part.entries.size());
   object[QLatin1String("log")] = entries;
   object[QLatin1String("log_left_out")] = static_cast<qint64>(from.is_new ? 0 : part.left_out);

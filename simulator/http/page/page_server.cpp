@@ -2,6 +2,7 @@
 #include "simulator/http/page/page_server.h"
 
 #include "simulator/http/json/catalogue_json.h"
+#include "simulator/http/json/feeds_json.h"
 #include "simulator/http/json/lettering_json.h"
 #include "simulator/http/json/state_json.h"
 #include "simulator/http/page/page_file.h"
@@ -14,6 +15,7 @@
 #include <QJsonDocument>
 #include <QWebSocket>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -23,6 +25,22 @@ namespace buttondriver::simulator {
 namespace {
 
 const QByteArray json_type = "application/json";
+
+HttpAnswer json_answer(const QJsonObject &object) {
+  return {200, json_type, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n', {}};
+}
+
+/// The number in "since=17"; 0 for no query, nothing for any other.
+std::optional<std::uint64_t> number_in(const QByteArray &query) {
+  if (query.isEmpty())
+    return 0;
+  const QByteArray name = "since=";
+  const QByteArray number = query.startsWith(name) ? query.mid(name.size()) : QByteArray();
+  bool is_number =
+      !number.isEmpty() && std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
+  const qlonglong value = is_number ? number.toLongLong(&is_number) : 0;
+  return is_number ? std::optional(static_cast<std::uint64_t>(value)) : std::nullopt;
+}
 
 HttpAnswer picture_answer(const QImage &image) {
   HttpAnswer answer;
@@ -86,11 +104,29 @@ void PageServer::answerGet(const RequestHead &request, const HttpClient &client)
     return client.answer({200, json_type, catalogue_json(), {}});
   if (path == QLatin1String("/lettering.json"))
     return client.answer({200, json_type, lettering_json(), {}});
+  if (path == QLatin1String("/messages.json") || path == QLatin1String("/log.json"))
+    return answerFeed(request, client);
   if (path == QLatin1String("/reset"))
     return client.answer(HttpAnswer::fault(405, "/reset takes a POST"));
   if (const std::optional<HttpAnswer> file = page_file(path, request.host))
     return client.answer(*file);
   client.answer(HttpAnswer::fault(404, "there is nothing here"));
+}
+
+void PageServer::answerFeed(const RequestHead &request, const HttpClient &client) {
+  const std::optional<std::uint64_t> since = number_in(request.query());
+  if (!since)
+    return client.answer(HttpAnswer::fault(400, "the query of a feed is since=NUMBER"));
+  if (request.path() == QLatin1String("/messages.json")) {
+    const MessageObserver *const messages = _simulation.messages();
+    return client.answer(json_answer(messages_feed(messages ? &messages->messages() : nullptr, *since)));
+  }
+  // What work logs belongs to the messages that were accepted before the request.
+  _simulation.whenWorkIsDone([this, client, since = *since](const PanelState &) {
+    const LogTap *const log = _simulation.log();
+    const LogTap::Part part = log ? log->since(since, LogTap::kept_entries) : LogTap::Part{0, 0, {}};
+    client.answer(json_answer(log_feed(part, since)));
+  });
 }
 
 void PageServer::makeState(const RequestRounds::Answer &answer) {
@@ -112,7 +148,7 @@ void PageServer::makeState(const RequestRounds::Answer &answer) {
         state[QLatin1String("font")] = to_json(font);
         state[QLatin1String("blinking")] = blinking;
         state[QLatin1String("counters")] = to_json(counters);
-        answer({200, json_type, QJsonDocument(state).toJson(QJsonDocument::Compact) + '\n', {}});
+        answer(json_answer(state));
       });
 }
 

@@ -35,6 +35,7 @@ public:
 private:
   void answer(const RequestHead &request, const HttpClient &client);
   void answerGet(const RequestHead &request, const HttpClient &client);
+  void answerFeed(const RequestHead &request, const HttpClient &client);
   void makeState(const RequestRounds::Answer &answer);
   void addPicture(const QString &path, const std::function<QImage(const PanelState &)> &draw);
   void welcomePages();

@@ -116,6 +116,12 @@ QString RequestHead::path() const {
   return QUrl::fromPercentEncoding(target.left(static_cast<int>(end - target.begin())));
 }
 
+QByteArray RequestHead::query() const {
+  const QByteArray sent = target.split('#').first();
+  const auto mark = sent.indexOf('?');
+  return mark < 0 ? QByteArray() : sent.mid(mark + 1);
+}
+
 int head_end(const QByteArray &bytes) {
   const auto end = bytes.indexOf("\r\n\r\n");
   return end < 0 ? -1 : static_cast<int>(end) + 4;

@@ -21,6 +21,8 @@ struct RequestHead {
 
   /// The target without its query, decoded.
   QString path() const;
+  /// What follows the path's question mark, as it came; empty when there is none.
+  QByteArray query() const;
 };
 
 /// Why a request is not taken.

@@ -34,25 +34,28 @@ TEST(RequestHeadTest, without_the_optional_lines_they_are_absent) {
   EXPECT_FALSE(head.is_websocket);
 }
 
-TEST(RequestHeadTest, a_path_is_decoded_and_has_no_query) {
+TEST(RequestHeadTest, a_path_is_decoded_and_a_query_is_not) {
   struct Row {
     const char *target;
     const char *path;
+    const char *query;
   };
   const Row rows[] = {
-      {"/", "/"},
-      {"/state.json?x=1#y", "/state.json"},
-      {"/state.json#y?x=1", "/state.json"},
-      {"/state%2ejson", "/state.json"},
-      {"/a%20b%C3%A4", "/a b\u00e4"},
-      {"//state.json", "//state.json"},
-      {"/%2e%2e/etc", "/../etc"},
-      {"/?", "/"},
+      {"/", "/", ""},
+      {"/state.json?x=1#y", "/state.json", "x=1"},
+      {"/state.json?x=1?y%20", "/state.json", "x=1?y%20"},
+      {"/state.json#y?x=1", "/state.json", ""},
+      {"/state%2ejson", "/state.json", ""},
+      {"/a%20b%C3%A4", "/a b\u00e4", ""},
+      {"//state.json", "//state.json", ""},
+      {"/%2e%2e/etc", "/../etc", ""},
+      {"/?", "/", ""},
   };
   for (const Row &row : rows) {
     RequestHead head;
     head.target = row.target;
     EXPECT_EQ(head.path(), QString::fromUtf8(row.path)) << row.target;
+    EXPECT_EQ(head.query(), row.query) << row.target;
   }
 }
 
