@@ -18,8 +18,8 @@ inline constexpr int feed_version = 1;
 QJsonObject to_json(const LogEntry &entry);
 
 /// {"version", "last", "dropped", "messages": [{"number", and what a message record has}]}: what came after number
-/// `since`, which has 63 bits. "last" is the number of the newest message there was, "dropped" how many after `since` are
-/// not kept any more. Null, where messages are not known: "last" and "messages" are null too then.
+/// `since`, which has 63 bits. "last" is the number of the newest message there was, "dropped" how many after `since`
+/// are not kept any more. Null, where messages are not known: "last" and "messages" are null too then.
 QJsonObject messages_feed(const History<MessageRecord> *messages, std::uint64_t since);
 
 /// The same of log lines: {"version", "last", "dropped", "log": [{"number", "time", "source", "text"}]}.
