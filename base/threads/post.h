@@ -27,6 +27,8 @@ public:
   void operator()() {
     thread_sanitizer::happens_after(this);
     _function();
+    // The thread that handed it over may be the last to let go of it.
+    thread_sanitizer::happens_before(this);
   }
 
 private:
