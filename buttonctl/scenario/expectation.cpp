@@ -124,7 +124,7 @@ StateTest text_test(ArgumentReader &arguments) {
       return Failure{QStringLiteral("%1 cannot be read: %2").arg(what, report.drawn_fault) +
                      what_was_sent(report, screen, line, std::nullopt)};
     const QString is = line_of(*report.drawn, screen, line);
-    const Outcome<Done> compared = compare(what, quoted(is), quoted(should));
+    Outcome<Done> compared = compare(what, quoted(is), quoted(should));
     if (compared)
       return compared;
     return Failure{compared.failure().text + what_was_sent(report, screen, line, is)};

@@ -38,7 +38,7 @@ std::optional<std::string> listening_socket(const fs::path &processes, std::uint
   for (const char *table : {"net/tcp", "net/tcp6"}) {
     std::ifstream file(processes / table);
     for (std::string line; std::getline(file, line);)
-      if (const auto socket = listening_socket(line, port))
+      if (auto socket = listening_socket(line, port))
         return socket;
   }
   return std::nullopt;
