@@ -75,7 +75,7 @@ TEST(FeedsJsonTest, log_lines_have_numbers_and_those_that_are_gone_are_counted) 
 
 class FeedsTest : public WebPageFixture {
 protected:
-  QJsonObject feed(const QByteArray &target) const {
+  const QJsonObject feed(const QByteArray &target) const {
     const Reply answer = get(target);
     EXPECT_EQ(answer.status, 200) << target.toStdString();
     EXPECT_TRUE(answer.head.contains("Content-Type: application/json\r\n"));
