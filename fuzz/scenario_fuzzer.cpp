@@ -54,10 +54,12 @@ void require_testable(const Expectation &expectation, bool replaces_pictures) {
     };
     require_told();
     report.blinking.emplace();
-    report.text.emplace();
+    report.sent.emplace();
+    report.drawn.emplace();
     require_told();
     report.blinking->emplace(0, 1);
-    report.text->front().emplace(0, QStringLiteral("text"));
+    report.sent->front().emplace(0, QStringLiteral("text"));
+    report.drawn->front().emplace(0, QStringLiteral("drawn"));
     require_told();
     return;
   }
