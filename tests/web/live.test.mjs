@@ -57,7 +57,8 @@ test('a message sent from the page reaches the panel', async (t) => {
   await page.getByRole('button', { name: 'Send', exact: true }).click();
   await message(page, 'Grüße').waitFor();
   const { screens } = await simulator.state();
-  assert.deepEqual(screens, Array(3).fill({ text: ['', '', 'Grüße'] }));
+  const lines = ['', '', 'Grüße'];
+  assert.deepEqual(screens, Array(3).fill({ text: lines, drawn: lines }));
   assert.equal(await page.locator('#result').innerText(), 'Sent, 26 bytes');
 });
 
