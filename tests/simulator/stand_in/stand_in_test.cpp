@@ -118,9 +118,9 @@ TEST_F(StandInTest, a_child_has_the_device_as_well) {
 TEST_F(StandInTest, a_panel_that_is_not_there_is_a_device_that_is_not_there) {
   socket.reset();
   for (const char *reason : {"No such file or directory", "Connection refused"}) {
-    const auto user = start({QStringLiteral("open"), QStringLiteral("w:900:6500")});
+    const auto user = start({QStringLiteral("open")});
     EXPECT_EQ(user->waitForEnd(), 0);
-    EXPECT_EQ(user->standardOutput(), "open: -1 errno 2\nw:900:6500: -1 errno 9\n") << reason;
+    EXPECT_EQ(user->standardOutput(), "open: -1 errno 2\n") << reason;
     EXPECT_EQ(user->standardError().toStdString(),
               "buttondriver-device: no virtual panel at " + device.toStdString() + ": " + reason + "\n");
     leaveStaleSocket();
