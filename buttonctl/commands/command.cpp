@@ -15,4 +15,12 @@ void refuse_dry_run(ArgumentReader &arguments, const CommandContext &context) {
     arguments.fail(QStringLiteral("there is nothing to print with --dry-run"));
 }
 
+QString panel_of(ArgumentReader &arguments, const CommandContext &context) {
+  if (!context.panel) {
+    arguments.fail(context.panel.failure().text);
+    return {};
+  }
+  return *context.panel;
+}
+
 } // namespace buttondriver::buttonctl

@@ -4,6 +4,7 @@
 #include "buttonctl/arguments/argument_reader.h"
 #include "buttonctl/arguments/command_option.h"
 #include "buttonctl/session/endpoint.h"
+#include "buttonctl/session/panel_address.h"
 #include "buttonctl/session/step.h"
 
 #include <QString>
@@ -25,6 +26,9 @@ struct CommandContext {
   Endpoint endpoint;
   bool dry_run;
   const CommandTable &commands; ///< for a command that reads lines with further commands
+  /// Where the virtual panel answers; a failure when the environment says it wrongly, which only matters to a command
+  /// that looks: see panel_of().
+  Outcome<QString> panel = default_panel_url();
 };
 
 /// Runs a command whose arguments were good, prints what goes wrong, and returns the exit status.
@@ -53,5 +57,8 @@ const Command *find_command(const CommandTable &commands, const QString &name);
 
 /// For a command that does nothing that --dry-run could print.
 void refuse_dry_run(ArgumentReader &arguments, const CommandContext &context);
+
+/// For a command that looks at the virtual panel: "http://HOST:PORT"; of no meaning when the arguments fail.
+QString panel_of(ArgumentReader &arguments, const CommandContext &context);
 
 } // namespace buttondriver::buttonctl

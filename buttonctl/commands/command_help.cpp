@@ -49,6 +49,7 @@ const std::vector<CommandOption> &general_options() {
       {"H,host", "HOST[:PORT]", "name or address of the daemon's machine (default BUTTONDRIVER_HOST, or 127.0.0.1)"},
       {"p,port", "PORT", "the daemon's TCP port (default BUTTONDRIVER_PORT, or 3003)"},
       {"t,timeout", "MS", "longest wait for the connection or an answer, in milliseconds (default 3000)"},
+      {"panel", "URL", "where the virtual panel answers (default BUTTONDRIVER_PANEL, or http://127.0.0.1:8080)"},
       {"n,dry-run", nullptr, "send nothing; print the bytes in hexadecimal, a line for each message"},
       {"h,help", nullptr, "print this help"},
   };

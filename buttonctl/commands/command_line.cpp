@@ -98,7 +98,7 @@ Outcome<Action> parse_command_line(const CommandTable &commands, const QStringLi
   if (!endpoint)
     return endpoint.failure();
   const bool dry_run = general.isSet(QStringLiteral("dry-run")) || specific.isSet(QStringLiteral("dry-run"));
-  const CommandContext context{*endpoint, dry_run, commands};
+  const CommandContext context{*endpoint, dry_run, commands, finder.panel()};
 
   ArgumentReader reader(name, specific);
   reader.allowStandardInput();

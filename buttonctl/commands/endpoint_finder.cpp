@@ -3,6 +3,7 @@
 
 #include "buttonctl/arguments/host_port.h"
 #include "buttonctl/arguments/numbers.h"
+#include "buttonctl/session/panel_address.h"
 
 namespace buttondriver::buttonctl {
 
@@ -12,8 +13,10 @@ constexpr std::int32_t longest_timeout_ms = 600000;
 const QString host_option = QStringLiteral("host");
 const QString port_option = QStringLiteral("port");
 const QString timeout_option = QStringLiteral("timeout");
+const QString panel_option = QStringLiteral("panel");
 constexpr char host_variable[] = "BUTTONDRIVER_HOST";
 constexpr char port_variable[] = "BUTTONDRIVER_PORT";
+constexpr char panel_variable[] = "BUTTONDRIVER_PANEL";
 
 /// A variable that is empty counts as one that is not there.
 bool is_set(const char *variable) { return !qEnvironmentVariableIsEmpty(variable); }
@@ -42,6 +45,12 @@ Outcome<Done> EndpointFinder::take(const QCommandLineParser &parser) {
       return timeout.failure();
     _timeout_ms = *timeout;
   }
+  if (parser.isSet(panel_option)) {
+    const auto panel = parse_panel_url(dashes(panel_option), parser.value(panel_option));
+    if (!panel)
+      return panel.failure();
+    _panel = *panel;
+  }
   return Done{};
 }
 
@@ -68,6 +77,14 @@ Outcome<Endpoint> EndpointFinder::endpoint() const {
   }
   endpoint.port = port.value_or(endpoint.port);
   return endpoint;
+}
+
+Outcome<QString> EndpointFinder::panel() const {
+  if (_panel)
+    return *_panel;
+  if (is_set(panel_variable))
+    return parse_panel_url(QLatin1String(panel_variable), qEnvironmentVariable(panel_variable));
+  return default_panel_url();
 }
 
 } // namespace buttondriver::buttonctl

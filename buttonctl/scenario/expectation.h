@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/panel/panel_report.h"
 #include "buttonctl/pictures/picture.h"
-#include "buttonctl/scenario/panel_report.h"
 #include "outcome/outcome.h"
 
 #include <QString>

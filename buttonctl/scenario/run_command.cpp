@@ -6,13 +6,10 @@
 #include "buttonctl/session/exit_status.h"
 
 #include <QFileInfo>
-#include <QUrl>
 
 namespace buttondriver::buttonctl {
 
 namespace {
-
-const QString default_panel = QStringLiteral("http://127.0.0.1:8080");
 
 Action build_run(ArgumentReader &arguments, const CommandContext &context) {
   return [plan = read_scenario_plan(arguments, context), context] {
@@ -27,24 +24,18 @@ Action build_run(ArgumentReader &arguments, const CommandContext &context) {
 
 ScenarioPlan read_scenario_plan(ArgumentReader &arguments, const CommandContext &context) {
   const QString file = arguments.word("FILE");
-  ScenarioPlan plan{
-      file, QFileInfo(file).path(), default_panel, arguments.hasOption("update"), context.endpoint, context.dry_run};
+  ScenarioPlan plan{file,
+                    QFileInfo(file).path(),
+                    panel_of(arguments, context),
+                    arguments.hasOption("update"),
+                    context.endpoint,
+                    context.dry_run};
   if (arguments.hasOption("output"))
     plan.output = arguments.option("output");
   if (plan.output.isEmpty())
     arguments.fail(QStringLiteral("--output must not be empty"));
   if (plan.update && plan.dry_run)
     arguments.fail(QStringLiteral("use only one of --update and --dry-run"));
-  if (!arguments.hasOption("panel"))
-    return plan;
-  QString text = arguments.option("panel");
-  if (text.endsWith(QLatin1Char('/')))
-    text.chop(1);
-  const QUrl url(text, QUrl::StrictMode);
-  if (!url.isValid() || url.scheme() != QLatin1String("http") || url.host().isEmpty() || !url.path().isEmpty() ||
-      url.hasQuery() || url.hasFragment())
-    arguments.fail(QStringLiteral("--panel must be http://HOST:PORT, not '%1'").arg(arguments.option("panel")));
-  plan.panel_url = text;
   return plan;
 }
 
@@ -68,8 +59,7 @@ Command run_command() {
           "buttonctl run scenarios/01-first.scenario\n"
           "buttonctl run first.scenario --panel http://127.0.0.1:8081 --timeout 500\n"
           "buttonctl run first.scenario --update\n",
-          {{"panel", "URL", "where the virtual panel answers, http://HOST:PORT (default http://127.0.0.1:8080)"},
-           {"output", "DIR", "folder for difference pictures, made when it is not there (default: the scenario's)"},
+          {{"output", "DIR", "folder for difference pictures, made when it is not there (default: the scenario's)"},
            {"update", nullptr, "write what the screens show as the expected pictures"}},
           build_run};
 }

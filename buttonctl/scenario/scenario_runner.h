@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/scenario/panel_state_reader.h"
+#include "buttonctl/panel/panel_state_reader.h"
 #include "buttonctl/scenario/scenario_reader.h"
 #include "buttonctl/session/session.h"
 

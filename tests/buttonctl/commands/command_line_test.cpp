@@ -13,13 +13,21 @@ struct Seen {
   Endpoint endpoint;
   bool dry_run = false;
   QString word;
+  QString panel;
 } seen;
 
 Action look(ArgumentReader &arguments, const CommandContext &context) {
   const QString word = arguments.atEnd() ? QString() : arguments.word("WORD");
   return [word, context] {
-    seen = {context.endpoint, context.dry_run, word};
+    seen = {context.endpoint, context.dry_run, word, QString()};
     return 7;
+  };
+}
+
+Action peek(ArgumentReader &arguments, const CommandContext &context) {
+  return [panel = panel_of(arguments, context)] {
+    seen.panel = panel;
+    return 8;
   };
 }
 
@@ -31,6 +39,7 @@ Steps send_word(ArgumentReader &arguments) {
 const CommandTable &commands() {
   static const CommandTable table = {
       {"look", "[WORD]", "look for the daemon", QStringLiteral("More about it.\n"), "buttonctl look\n", {}, look},
+      {"peek", "", "look at the virtual panel", QString(), "buttonctl peek\n", {}, peek},
       {"say", "WORD", "send a word", QString(), "buttonctl say x\n", {{"loud", nullptr, "louder"}}, send_word},
       batch_command(),
   };
@@ -176,6 +185,36 @@ TEST(CommandLineTest, the_environment_says_what_no_option_says) {
   const Variable port("BUTTONDRIVER_PORT", "70000");
   EXPECT_EQ(printed_by({"-H", "desk", "look"}),
             "failure: BUTTONDRIVER_PORT must be a number from 1 to 65535, not '70000'");
+}
+
+TEST(CommandLineTest, the_panel_is_looked_for_where_the_options_or_the_environment_say) {
+  struct Row {
+    const char *variable;
+    QStringList arguments;
+    const char *printed;
+    const char *panel;
+  };
+  const Row rows[] = {
+      {"", {"peek"}, "8: ", "http://127.0.0.1:8080"},
+      {"", {"--panel", "http://panel:81/", "peek"}, "8: ", "http://panel:81"},
+      {"", {"peek", "--panel=http://[::1]:82"}, "8: ", "http://[::1]:82"},
+      {"", {"--panel", "http://a:1", "peek", "--panel", "http://b:2"}, "8: ", "http://b:2"},
+      {"http://panel:81/", {"peek"}, "8: ", "http://panel:81"},
+      {"http://panel:81", {"peek", "--panel", "http://desk:82"}, "8: ", "http://desk:82"},
+      {"nonsense", {"peek", "--panel", "http://desk:82"}, "8: ", "http://desk:82"},
+      {"nonsense", {"peek"}, "failure: peek: BUTTONDRIVER_PANEL must be http://HOST:PORT, not 'nonsense'", ""},
+      // Who does not look does not care.
+      {"nonsense", {"look"}, "7: ", ""},
+      {"", {"peek", "--panel", "ftp://x"}, "failure: peek: --panel must be http://HOST:PORT, not 'ftp://x'", ""},
+      {"", {"--panel", "x:1", "peek"}, "failure: --panel must be http://HOST:PORT, not 'x:1'", ""},
+      {"", {"--panel", "http://x/y", "peek"}, "failure: --panel must be http://HOST:PORT, not 'http://x/y'", ""},
+  };
+  for (const Row &row : rows) {
+    const Variable panel("BUTTONDRIVER_PANEL", row.variable);
+    seen = {};
+    EXPECT_EQ(printed_by(row.arguments), row.printed);
+    EXPECT_EQ(seen.panel.toStdString(), row.panel);
+  }
 }
 
 TEST(CommandLineTest, without_arguments_help_is_an_error) {

@@ -50,7 +50,7 @@ expect '--version' --v
 expect '--black-on-white' text 0 0 --b
 expect '--black-on-white' text 0 0 Alarm --b
 expect '' text -- --b
-expect '--panel|--port' run a.scenario --p
+expect '--port|--panel' run a.scenario --p
 expect '--host|--help' reconfig --h
 expect 'folder' doctor --root f
 expect 'folder' doctor --root = f

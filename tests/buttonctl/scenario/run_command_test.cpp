@@ -9,14 +9,14 @@
 namespace buttondriver::buttonctl {
 namespace {
 
-ScenarioPlan plan_of(const QStringList &words) {
+ScenarioPlan plan_of(const QStringList &words, const Outcome<QString> &panel = default_panel_url()) {
   const CommandTable nothing;
   test::ParsedArguments arguments(run_command(), words);
-  return read_scenario_plan(arguments.reader(), {Endpoint(), false, nothing});
+  return read_scenario_plan(arguments.reader(), {Endpoint(), false, nothing, panel});
 }
 
 TEST(RunCommandTest, takes_a_file_and_where_the_panel_answers) {
-  const ScenarioPlan plan = plan_of({"a.scenario", "--panel", "http://panel:81/", "--update"});
+  const ScenarioPlan plan = plan_of({"a.scenario", "--update"}, QStringLiteral("http://panel:81"));
   EXPECT_EQ(plan.file.toStdString(), "a.scenario");
   EXPECT_EQ(plan.panel_url.toStdString(), "http://panel:81");
   EXPECT_TRUE(plan.update);

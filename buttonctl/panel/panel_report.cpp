@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/scenario/panel_report.h"
+#include "buttonctl/panel/panel_report.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

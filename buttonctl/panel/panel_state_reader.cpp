@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/scenario/panel_state_reader.h"
+#include "buttonctl/panel/panel_state_reader.h"
 
 #include "buttonctl/pictures/picture_file.h"
 
