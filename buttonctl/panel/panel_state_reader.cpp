@@ -17,6 +17,7 @@ namespace buttondriver::buttonctl {
 namespace {
 
 constexpr int http_ok = 200;
+const QString state_path = QStringLiteral("/state.json");
 
 } // namespace
 
@@ -25,19 +26,25 @@ PanelStateReader::PanelStateReader(QString url, int timeout_ms) : _url(std::move
   _network.setProxy(QNetworkProxy::NoProxy);
 }
 
+Outcome<QByteArray> PanelStateReader::stateJson() { return get(state_path); }
+
 Outcome<PanelReport> PanelStateReader::state() {
-  static const QString path = QStringLiteral("/state.json");
-  const Outcome<QByteArray> json = get(path);
+  const Outcome<QByteArray> json = stateJson();
   if (!json)
     return json.failure();
   Outcome<PanelReport> report = parse_panel_report(*json);
   if (!report)
-    return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, path, report.failure().text)};
+    return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, state_path, report.failure().text)};
   return report;
 }
 
 Outcome<ScreenPicture> PanelStateReader::screen(int screen) {
-  const QString path = QStringLiteral("/screen/%1.png").arg(screen);
+  return picture(QStringLiteral("/screen/%1.png").arg(screen));
+}
+
+Outcome<ScreenPicture> PanelStateReader::wholePanel() { return picture(QStringLiteral("/panel.png")); }
+
+Outcome<ScreenPicture> PanelStateReader::picture(const QString &path) {
   const Outcome<QByteArray> png = get(path);
   if (!png)
     return png.failure();

@@ -11,7 +11,7 @@
 
 namespace buttondriver::buttonctl {
 
-/// A screen as the virtual panel has sent it.
+/// A screen, or the whole panel, as the virtual panel has sent it.
 struct ScreenPicture {
   QByteArray png;  ///< the file
   Picture picture; ///< what is in it
@@ -20,7 +20,8 @@ struct ScreenPicture {
 /// Asks the virtual panel over HTTP what it shows. Every answer is about the moment at which all is done that the
 /// daemon had accepted before the request.
 ///
-/// `GET /screen/N.png`, N from 0 to 2, answers with a PNG of 128 x 128 pixels; `GET /state.json` with one object:
+/// `GET /screen/N.png`, N from 0 to 2, answers with a PNG of 128 x 128 pixels; `GET /panel.png` with one of the panel;
+/// `GET /state.json` with one object:
 ///
 ///     {"version": 1,
 ///      "button_leds": [32 times true or false], "status_leds": [32 of them], "toggles": [2 of them],
@@ -40,9 +41,14 @@ public:
 
   /// Each call blocks, while the event loop of the thread runs. A failure names the address.
   Outcome<PanelReport> state();
+  /// /state.json as it came.
+  Outcome<QByteArray> stateJson();
   Outcome<ScreenPicture> screen(int screen);
+  /// The whole panel with keys and lamps, larger than its screens.
+  Outcome<ScreenPicture> wholePanel();
 
 private:
+  Outcome<ScreenPicture> picture(const QString &path);
   Outcome<QByteArray> get(const QString &path);
 
   const QString _url;

@@ -34,8 +34,11 @@ QString as_one_line(const QString &text) {
   return line;
 }
 
-void print(const QString &text) {
-  if (std::fputs(text.toUtf8().constData(), stdout) < 0)
+void print(const QString &text) { print_bytes(text.toUtf8()); }
+
+void print_bytes(const QByteArray &bytes) {
+  const auto size = static_cast<std::size_t>(bytes.size());
+  if (std::fwrite(bytes.constData(), 1, size, stdout) < size)
     end_if_nobody_reads(errno);
 }
 

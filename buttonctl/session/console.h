@@ -3,6 +3,7 @@
 
 #include "outcome/outcome.h"
 
+#include <QByteArray>
 #include <QString>
 
 /// What the program prints: answers on standard output, what goes wrong on standard error.
@@ -15,6 +16,8 @@ QString as_one_line(const QString &text);
 
 /// Writes `text` as it is.
 void print(const QString &text);
+/// Writes bytes that are no text.
+void print_bytes(const QByteArray &bytes);
 /// Writes a line at once, since whoever reads lines through a pipe wants to see them come.
 void print_line(const QString &text);
 /// Writes what is still in the program; false when that, or anything written before, failed.
