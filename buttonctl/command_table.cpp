@@ -5,6 +5,7 @@
 #include "buttonctl/doctor/doctor_command.h"
 #include "buttonctl/look/screenshot_command.h"
 #include "buttonctl/look/state_command.h"
+#include "buttonctl/look/watch_command.h"
 #include "buttonctl/messages/by_name/message_command.h"
 #include "buttonctl/messages/byte_commands.h"
 #include "buttonctl/messages/daemon_commands.h"
@@ -18,10 +19,10 @@ namespace buttondriver::buttonctl {
 
 const CommandTable &command_table() {
   static const CommandTable table = {
-      text_command(),   subtext_command(), image_command(),      blackout_command(), led_command(),
-      status_command(), toggle_command(),  upload_command(),     reconfig_command(), ping_command(),
-      null_command(),   message_command(), raw_command(),        batch_command(),    record_command(),
-      replay_command(), run_command(),     screenshot_command(), state_command(),    doctor_command(),
+      text_command(),   subtext_command(), image_command(),    blackout_command(), led_command(),  status_command(),
+      toggle_command(), upload_command(),  reconfig_command(), ping_command(),     null_command(), message_command(),
+      raw_command(),    batch_command(),   record_command(),   replay_command(),   run_command(),  screenshot_command(),
+      state_command(),  watch_command(),   doctor_command(),
   };
   return table;
 }

@@ -32,7 +32,11 @@ Outcome<PanelReport> PanelStateReader::state() {
   const Outcome<QByteArray> json = stateJson();
   if (!json)
     return json.failure();
-  Outcome<PanelReport> report = parse_panel_report(*json);
+  return reportIn(*json);
+}
+
+Outcome<PanelReport> PanelStateReader::reportIn(const QByteArray &json) const {
+  Outcome<PanelReport> report = parse_panel_report(json);
   if (!report)
     return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, state_path, report.failure().text)};
   return report;

@@ -43,6 +43,8 @@ public:
   Outcome<PanelReport> state();
   /// /state.json as it came.
   Outcome<QByteArray> stateJson();
+  /// What `json`, an earlier answer, says. Asks nothing.
+  Outcome<PanelReport> reportIn(const QByteArray &json) const;
   Outcome<ScreenPicture> screen(int screen);
   /// The whole panel with keys and lamps, larger than its screens.
   Outcome<ScreenPicture> wholePanel();
