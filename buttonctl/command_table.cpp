@@ -2,6 +2,7 @@
 #include "buttonctl/command_table.h"
 
 #include "buttonctl/commands/batch_command.h"
+#include "buttonctl/decode/decode_command.h"
 #include "buttonctl/doctor/doctor_command.h"
 #include "buttonctl/look/screenshot_command.h"
 #include "buttonctl/look/state_command.h"
@@ -19,10 +20,11 @@ namespace buttondriver::buttonctl {
 
 const CommandTable &command_table() {
   static const CommandTable table = {
-      text_command(),   subtext_command(), image_command(),    blackout_command(), led_command(),  status_command(),
-      toggle_command(), upload_command(),  reconfig_command(), ping_command(),     null_command(), message_command(),
-      raw_command(),    batch_command(),   record_command(),   replay_command(),   run_command(),  screenshot_command(),
-      state_command(),  watch_command(),   doctor_command(),
+      text_command(),   subtext_command(), image_command(),  blackout_command(),   led_command(),
+      status_command(), toggle_command(),  upload_command(), reconfig_command(),   ping_command(),
+      null_command(),   message_command(), raw_command(),    batch_command(),      record_command(),
+      replay_command(), decode_command(),  run_command(),    screenshot_command(), state_command(),
+      watch_command(),  doctor_command(),
   };
   return table;
 }

@@ -44,20 +44,6 @@ bool is_hexadecimal(const QByteArray &item) {
   return true;
 }
 
-Outcome<Done> check_title(const QByteArray &line) {
-  const QByteArray title(recording_title);
-  if (!line.startsWith(title))
-    return Failure{QStringLiteral("not a recording; the first line must be '%1%2'")
-                       .arg(QLatin1String(recording_title))
-                       .arg(recording_version)};
-  const QByteArray version = line.mid(title.size()).trimmed();
-  if (version != QByteArray::number(recording_version))
-    return Failure{QStringLiteral("a recording of version '%1'; this program reads version %2")
-                       .arg(shown(version))
-                       .arg(recording_version)};
-  return Done{};
-}
-
 Outcome<QByteArray> parse_bytes(const QByteArray &item) {
   if (!is_hexadecimal(item))
     return Failure{QStringLiteral("FRAME must be hexadecimal digits, not '%1'").arg(shown(item))};
@@ -75,7 +61,23 @@ Outcome<QByteArray> parse_bytes(const QByteArray &item) {
   return bytes;
 }
 
-Outcome<RecordedFrame> parse_frame(const QByteArray &line) {
+} // namespace
+
+Outcome<Done> check_recording_title(const QByteArray &line) {
+  const QByteArray title(recording_title);
+  if (!line.startsWith(title))
+    return Failure{QStringLiteral("not a recording; the first line must be '%1%2'")
+                       .arg(QLatin1String(recording_title))
+                       .arg(recording_version)};
+  const QByteArray version = line.mid(title.size()).trimmed();
+  if (version != QByteArray::number(recording_version))
+    return Failure{QStringLiteral("a recording of version '%1'; this program reads version %2")
+                       .arg(shown(version))
+                       .arg(recording_version)};
+  return Done{};
+}
+
+Outcome<RecordedFrame> parse_recorded_frame(const QByteArray &line) {
   const QList<QByteArray> items = line.simplified().split(' ');
   if (items.size() != items_of_a_frame)
     return Failure{QStringLiteral("a frame is MICROSECONDS CONNECTION FRAME, %1 items and not %2")
@@ -94,9 +96,7 @@ Outcome<RecordedFrame> parse_frame(const QByteArray &line) {
   return RecordedFrame{time, static_cast<std::int32_t>(connection), *bytes};
 }
 
-bool is_empty_or_comment(const QByteArray &line) { return line.trimmed().isEmpty() || line.startsWith('#'); }
-
-} // namespace
+bool is_recording_remark(const QByteArray &line) { return line.trimmed().isEmpty() || line.startsWith('#'); }
 
 Outcome<Recording> parse_recording(const QString &file, const QByteArray &content) {
   Recording recording;
@@ -107,13 +107,13 @@ Outcome<Recording> parse_recording(const QString &file, const QByteArray &conten
     ++number;
     const QString place = line_place(file, number);
     if (number == 1) {
-      if (const auto title = check_title(line); !title)
+      if (const auto title = check_recording_title(line); !title)
         return Failure{place + title.failure().text};
       continue;
     }
-    if (is_empty_or_comment(line))
+    if (is_recording_remark(line))
       continue;
-    const Outcome<RecordedFrame> frame = parse_frame(line);
+    const Outcome<RecordedFrame> frame = parse_recorded_frame(line);
     if (!frame) {
       if (number == lines.size()) {
         recording.remark = place + QStringLiteral("the last line is cut off and left out: ") + frame.failure().text;

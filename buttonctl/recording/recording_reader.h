@@ -21,6 +21,15 @@ struct Recording {
 /// that has no end and is not whole, as a recorder leaves it that was killed, is left out with a remark.
 Outcome<Recording> parse_recording(const QString &file, const QByteArray &content);
 
+/// The first line of a recording; the failure does not name the place.
+Outcome<Done> check_recording_title(const QByteArray &line);
+
+/// One line after it that is a frame; the failure does not name the place. Whether times go backwards is not looked at.
+Outcome<RecordedFrame> parse_recorded_frame(const QByteArray &line);
+
+/// A line that is passed over.
+bool is_recording_remark(const QByteArray &line);
+
 /// As parse_recording, from a file.
 Outcome<Recording> read_recording(const QString &file);
 

@@ -45,6 +45,7 @@ expect '' text 0 ''
 expect 'picture.png' image 1 pi
 expect 'two words.png' upload 4 tw
 expect 'picture.png' batch p
+expect 'picture.png' decode p
 # Options.
 expect '--version' --v
 expect '--black-on-white' text 0 0 --b
