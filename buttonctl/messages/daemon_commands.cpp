@@ -38,7 +38,8 @@ Steps build_reconfig(ArgumentReader &) { return send(hton_BMS_Reconfig()); }
 
 Steps build_ping(ArgumentReader &arguments) {
   const std::int32_t count = arguments.optionNumber("count", 1, most_pings, 1);
-  return Steps(static_cast<std::size_t>(count), Step{Step::Kind::ping, framed_ping()});
+  const auto kind = arguments.hasOption("json") ? Step::Kind::ping_for_json : Step::Kind::ping;
+  return Steps(static_cast<std::size_t>(count), Step{kind, framed_ping()});
 }
 
 } // namespace
@@ -66,18 +67,26 @@ Command reconfig_command() {
 }
 
 Command ping_command() {
-  return {
-      "ping",
-      "",
-      "ask for an answer and print the round trip",
-      QStringLiteral("The daemon answers in the order in which it takes messages, so in a batch the answer also means\n"
-                     "that it has read everything before the ping.\n"
-                     "\n"
-                     "  answer from 127.0.0.1 port 3003: 0.093 ms\n"),
-      "buttonctl ping\n"
-      "buttonctl ping --count 10\n",
-      {{"count", "N", "ask N times, 1 to 1000000, each after the answer to the one before; a summary follows"}},
-      build_ping};
+  return {"ping",
+          "",
+          "ask for an answer and print the round trip",
+          QStringLiteral(
+              "The daemon answers in the order in which it takes messages, so in a batch the answer also means\n"
+              "that it has read everything before the ping.\n"
+              "\n"
+              "  answer from 127.0.0.1 port 3003: 0.093 ms\n"
+              "\n"
+              "With --json there is one line instead, also when an answer is missing in the end, though not\n"
+              "without a connection. Here it is folded:\n"
+              "\n"
+              "  {\"answered\":2,\"average_ms\":0.102,\"host\":\"127.0.0.1\",\"longest_ms\":0.11,\"port\":3003,\n"
+              "   \"round_trips_ms\":[0.093,0.11],\"sent\":2,\"shortest_ms\":0.093}\n"),
+          "buttonctl ping\n"
+          "buttonctl ping --count 10\n"
+          "buttonctl ping --count 10 --json\n",
+          {{"count", "N", "ask N times, 1 to 1000000, each after the answer to the one before; a summary follows"},
+           {"json", nullptr, "print one line of JSON in the end, all times in milliseconds"}},
+          build_ping};
 }
 
 } // namespace buttondriver::buttonctl

@@ -10,8 +10,9 @@ namespace buttondriver::buttonctl {
 /// One thing to do over a connection.
 struct Step {
   enum class Kind {
-    send, ///< the bytes go out as they are
-    ping, ///< the bytes go out, and the answer is waited for
+    send,          ///< the bytes go out as they are
+    ping,          ///< the bytes go out, and the answer is waited for
+    ping_for_json, ///< the same; the round trips of all steps of the command are told at once, as JSON
   };
 
   Kind kind;

@@ -102,6 +102,30 @@ TEST(ButtonctlTest, several_pings_end_with_a_summary) {
   EXPECT_EQ(daemon.connections(), 1);
 }
 
+TEST(ButtonctlTest, pings_are_told_as_json) {
+  FakeDaemon daemon;
+  daemon.answer_pings_with(pong);
+  const ToolResult result = run_tool({"-p", number(daemon.port()), "ping", "--count", "3", "--json"});
+  EXPECT_EQ(result.exit_status, 0);
+  EXPECT_EQ(result.errors, "");
+  const std::string time = "[0-9]+(\\.[0-9][0-9]?[0-9]?)?";
+  EXPECT_THAT(result.output,
+              MatchesRegex("\\{\"answered\":3,\"average_ms\":" + time + ",\"host\":\"127.0.0.1\",\"longest_ms\":" +
+                           time + ",\"port\":" + std::to_string(daemon.port()) + ",\"round_trips_ms\":\\[" + time +
+                           "," + time + "," + time + "\\],\"sent\":3,\"shortest_ms\":" + time + "\\}\n"));
+}
+
+TEST(ButtonctlTest, an_unanswered_ping_is_told_as_json_too) {
+  FakeDaemon daemon;
+  const ToolResult result =
+      run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping", "--count", "3", "--json"});
+  EXPECT_EQ(result.exit_status, 1);
+  EXPECT_EQ(result.output, "{\"answered\":0,\"average_ms\":null,\"host\":\"127.0.0.1\",\"longest_ms\":null,\"port\":" +
+                               std::to_string(daemon.port()) +
+                               ",\"round_trips_ms\":[],\"sent\":1,\"shortest_ms\":null}\n");
+  EXPECT_THAT(result.errors, StartsWith("buttonctl: no answer from "));
+}
+
 TEST(ButtonctlTest, an_unanswered_ping_fails) {
   FakeDaemon daemon;
   const ToolResult result = run_tool({"-p", number(daemon.port()), "--timeout", "500", "ping"});
