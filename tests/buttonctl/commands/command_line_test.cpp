@@ -285,5 +285,10 @@ TEST(BatchLineTest, that_is_bad_is_refused_with_the_reason) {
   }
 }
 
+TEST(ShellTest, names_no_panel_to_the_tests) {
+  for (const char *variable : {"BUTTONDRIVER_HOST", "BUTTONDRIVER_PORT", "BUTTONDRIVER_PANEL"})
+    EXPECT_FALSE(qEnvironmentVariableIsSet(variable)) << variable;
+}
+
 } // namespace
 } // namespace buttondriver::buttonctl
