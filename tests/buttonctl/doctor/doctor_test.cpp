@@ -21,21 +21,27 @@ TEST(DeviceCheckTest, judges_the_node) {
     const char *says;
     const char *user = "";
   };
+  const std::string in_the_group =
+      "FAULT  device: no permission to read and write /r/dev/fpga-reg\n"
+      "       fix: groupadd -rf fpga-reg && usermod -aG fpga-reg \"${SUDO_USER:-$USER}\" && chgrp fpga-reg "
+      "/r/dev/fpga-reg && chmod 660 /r/dev/fpga-reg    # counts from the next login, or the next start of the service";
   const Row rows[] = {
       {{Kind::character_device, true, true, {}}, "ok     device: /r/dev/fpga-reg"},
       {{Kind::missing, false, false, {}},
        "FAULT  device: there is no device node /r/dev/fpga-reg; the kernel's driver of the panel is not loaded\n"
-       "       fix: udevadm trigger --action=add && udevadm settle && ls -l /r/dev/fpga-reg || buttondriver-sim"},
+       "       fix: udevadm trigger --action=add && udevadm settle && ls -l /r/dev/fpga-reg    # without a panel: "
+       "buttondriver-sim"},
       {{Kind::regular, true, true, {}},
        "FAULT  device: /r/dev/fpga-reg is no device node\n"
        "       fix: mv -n /r/dev/fpga-reg /r/dev/fpga-reg.old && udevadm trigger --action=add"},
       {{Kind::character_device, true, false, {}},
-       "FAULT  device: no permission to read and write /r/dev/fpga-reg\n       fix: chmod a+rw /r/dev/fpga-reg"},
+       in_the_group.c_str()},
       {{Kind::character_device, false, true, {}},
-       "FAULT  device: no permission to read and write /r/dev/fpga-reg\n       fix: chmod a+rw /r/dev/fpga-reg"},
+       in_the_group.c_str()},
       {{Kind::character_device, true, false, {}},
        "FAULT  device: no permission to read and write /r/dev/fpga-reg\n"
-       "       fix: usermod -aG fpga-reg panel && chgrp fpga-reg /r/dev/fpga-reg && chmod 660 /r/dev/fpga-reg",
+       "       fix: groupadd -rf fpga-reg && usermod -aG fpga-reg panel && chgrp fpga-reg /r/dev/fpga-reg && chmod 660 "
+       "/r/dev/fpga-reg    # counts from the next login, or the next start of the service",
        "panel"},
       {{Kind::character_device, false, false, QStringLiteral("/r/dev")},
        "FAULT  device: no permission to enter /r/dev, on the way to /r/dev/fpga-reg\n       fix: chmod a+x /r/dev"},
