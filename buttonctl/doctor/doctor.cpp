@@ -49,13 +49,14 @@ std::vector<Finding> examine(const Examination &examination, const FileLook &loo
   const SystemPaths paths = SystemPaths::under(root.toStdString());
   std::vector<Finding> findings = check_configuration_and_font(paths, root, look);
   findings.push_back(check_levels(paths, look));
-  ServiceFacts service;
-  if (!examination.is_virtual) {
-    findings.push_back(check_device(root, examination.user, look));
-    service = find_service(root);
-    findings.push_back(check_service(service));
-    findings.push_back(check_program(service, root, examination.search_path, examination.version));
+  if (examination.is_virtual) {
+    findings.push_back(check_virtual_daemon(examination.endpoint, root));
+    return findings;
   }
+  findings.push_back(check_device(root, examination.user, look));
+  const ServiceFacts service = find_service(root);
+  findings.push_back(check_service(service));
+  findings.push_back(check_program(service, root, examination.search_path, examination.version));
   findings.push_back(check_daemon(examination.endpoint, service));
   return findings;
 }

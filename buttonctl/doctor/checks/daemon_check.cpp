@@ -56,6 +56,12 @@ Finding check_daemon(const Endpoint &endpoint, const ServiceFacts &service) {
   return ask(endpoint, start_command(endpoint, service), ping_command(endpoint), {});
 }
 
+Finding check_virtual_daemon(const Endpoint &endpoint, const QString &root) {
+  const QString option = root.isEmpty() ? QString() : QStringLiteral("--root %1 ").arg(shell_word(root));
+  return ask(endpoint, QStringLiteral("buttondriver-sim %1map '' %2 &").arg(option, QString::number(endpoint.port)),
+             ping_command(endpoint), {});
+}
+
 Finding check_daemon_elsewhere(const Endpoint &endpoint) {
   const QString silent = QStringLiteral("%1    # if it answers, the service there may let in nobody from here; %2%3");
   return ask(endpoint, elsewhere + QStringLiteral("systemctl start buttondriver; ") + show_journal,

@@ -11,6 +11,10 @@ namespace buttondriver::buttonctl {
 /// is what is known of it as a service.
 Finding check_daemon(const Endpoint &endpoint, const ServiceFacts &service);
 
+/// The same for the daemon of a virtual panel, whose files are under the folder `root`, empty for the system's own
+/// root.
+Finding check_virtual_daemon(const Endpoint &endpoint, const QString &root);
+
 /// The same for a daemon on another machine, whose service cannot be looked at.
 Finding check_daemon_elsewhere(const Endpoint &endpoint);
 

@@ -34,10 +34,8 @@ TEST(DeviceCheckTest, judges_the_node) {
       {{Kind::regular, true, true, {}},
        "FAULT  device: /r/dev/fpga-reg is no device node\n"
        "       fix: mv -n /r/dev/fpga-reg /r/dev/fpga-reg.old && udevadm trigger --action=add"},
-      {{Kind::character_device, true, false, {}},
-       in_the_group.c_str()},
-      {{Kind::character_device, false, true, {}},
-       in_the_group.c_str()},
+      {{Kind::character_device, true, false, {}}, in_the_group.c_str()},
+      {{Kind::character_device, false, true, {}}, in_the_group.c_str()},
       {{Kind::character_device, true, false, {}},
        "FAULT  device: no permission to read and write /r/dev/fpga-reg\n"
        "       fix: groupadd -rf fpga-reg && usermod -aG fpga-reg panel && chgrp fpga-reg /r/dev/fpga-reg && chmod 660 "

@@ -130,5 +130,14 @@ TEST_F(ServiceTest, is_started_where_nothing_listens) {
     EXPECT_EQ(check_daemon({QStringLiteral("127.0.0.1"), nobody.port()}, row.service).fix.toStdString(), row.fix);
 }
 
+TEST(VirtualDaemonTest, is_started_as_a_simulator) {
+  const test::RefusingPort nobody;
+  const Endpoint endpoint{QStringLiteral("127.0.0.1"), nobody.port()};
+  const std::string rest = "map '' " + std::to_string(nobody.port()) + " &";
+  EXPECT_EQ(check_virtual_daemon(endpoint, {}).fix.toStdString(), "buttondriver-sim " + rest);
+  EXPECT_EQ(check_virtual_daemon(endpoint, QStringLiteral("/a %2")).fix.toStdString(),
+            "buttondriver-sim --root '/a %2' " + rest);
+}
+
 } // namespace
 } // namespace buttondriver::buttonctl

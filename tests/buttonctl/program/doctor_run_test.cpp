@@ -57,7 +57,8 @@ TEST_F(DoctorRunTest, a_closed_port_is_a_daemon_that_does_not_listen) {
   EXPECT_EQ(result.exit_status, 1);
   const std::string port = std::to_string(nobody.port());
   EXPECT_THAT(result.output, ContainsRegex("\nFAULT  daemon: nothing listens on 127.0.0.1 port " + port +
-                                           "\n       fix: buttondriver map '' " + port + " &\n$"));
+                                           "\n       fix: buttondriver-sim --root " + root.path().toStdString() +
+                                           " map '' " + port + " &\n$"));
 }
 
 TEST_F(DoctorRunTest, something_that_answers_no_ping_is_not_the_daemon) {
