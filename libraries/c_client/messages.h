@@ -59,20 +59,23 @@ typedef struct buttondriver_message {
 } buttondriver_message;
 
 /// Writes a whole line of a screen, white on black; what is wider than the screen is not shown. `screen` is 0 to 2 or
-/// BUTTONDRIVER_ALL_SCREENS, `line` 0 is the topmost; how many there are depends on the font. `text` is Latin-1 and
-/// ends with a NUL; it may be empty, which clears the line.
+/// BUTTONDRIVER_ALL_SCREENS, `line` 0 is the topmost; how many there are depends on the font, 8 with one of 8x16. A
+/// line below the last one is not refused: it stands in another place, or is not seen. `text` is Latin-1 and ends with
+/// a NUL; it may be empty, which clears the line.
 buttondriver_result buttondriver_encode_text(buttondriver_message *message, int32_t screen, int32_t line,
                                              const char *text);
 /// As before, black on white.
 buttondriver_result buttondriver_encode_text_inverse(buttondriver_message *message, int32_t screen, int32_t line,
                                                      const char *text);
 /// Writes `count` characters of `text` into a line, from character cell `first` on, and leaves the rest of the line as
-/// it is; blanks stand for those that the text does not have. `first` and `count` are 0 or more.
+/// it is; blanks stand for those that the text does not have. `first` and `count` are 0 or more. What is right of the
+/// screen's edge is not cut off but stands in another place, as lines below the last one do.
 buttondriver_result buttondriver_encode_text_part(buttondriver_message *message, int32_t screen, int32_t line,
                                                   int32_t first, int32_t count, const char *text, uint32_t text_colour,
                                                   uint32_t back_colour);
-/// Draws a picture with its top left corner at column `x` and row `y` of a screen; what lies outside of the screen is
-/// not shown. `bmp` holds the `size` bytes of an uncompressed 24-bit BMP file with a header of 40 bytes.
+/// Draws a picture with its top left corner at column `x` and row `y` of a screen, which has 128 of each.
+/// It has to lie on the screen: one that sticks out is not refused, and not cut off either, but comes out sheared.
+/// `bmp` holds the `size` bytes of an uncompressed 24-bit BMP file with a header of 40 bytes.
 buttondriver_result buttondriver_encode_picture(buttondriver_message *message, int32_t screen, int32_t x, int32_t y,
                                                 const void *bmp, size_t size);
 /// Makes a screen black.
