@@ -39,12 +39,11 @@ Outcome<FileLook> look_of(const Examination &examination) {
 
 std::vector<Finding> examine(const Examination &examination, const FileLook &look) {
   if (!is_this_machine(examination.endpoint.host))
-    return {
-        note(QStringLiteral("machine"),
-             QStringLiteral("%1 is another machine: for its files, its device and its service, run buttonctl doctor "
-                            "on that machine")
-                 .arg(examination.endpoint.host)),
-        check_daemon_elsewhere(examination.endpoint)};
+    return {note(QStringLiteral("machine"),
+                 QStringLiteral("%1 is another machine, or another name of this one: for its files, its device and its "
+                                "service, run there: buttonctl doctor --host 127.0.0.1")
+                     .arg(examination.endpoint.host)),
+            check_daemon_elsewhere(examination.endpoint)};
   const QString root = root_of(examination);
   const SystemPaths paths = SystemPaths::under(root.toStdString());
   std::vector<Finding> findings = check_configuration_and_font(paths, root, look);

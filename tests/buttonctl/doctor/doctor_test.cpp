@@ -86,8 +86,8 @@ TEST(DoctorTest, of_another_machine_only_the_daemon_is_asked_and_the_fixes_are_f
   // No address of this machine, for the doctor; the system takes it for one.
   const Examination examination{root.path(), false, {QStringLiteral("0.0.0.0"), nobody.port()}, {}, {}, {}};
   EXPECT_EQ(shown_in(root, examine(examination, look_at_file)),
-            "note   machine: 0.0.0.0 is another machine: for its files, its device and its service, run buttonctl "
-            "doctor on that machine\n"
+            "note   machine: 0.0.0.0 is another machine, or another name of this one: for its files, its device and "
+            "its service, run there: buttonctl doctor --host 127.0.0.1\n"
             "FAULT  daemon: nothing listens on 0.0.0.0 port " +
                 port +
                 "\n       fix: on that machine: systemctl start buttondriver; journalctl -u buttondriver -n 20\n");
