@@ -20,7 +20,8 @@ namespace buttondriver {
 ///
 /// Waiting. While the connection is not up, each message blocks its caller for up to a second, the whole second where
 /// nobody is there. A program that must not stand still says setConnectWait(0): then a message starts an attempt at
-/// most and returns at once, and connectToServer() can be called now and then by a timer.
+/// most and returns at once, and connectToServer() can be called now and then by a timer. A server's name is looked up
+/// by the system, whose time comes on top of each wait; an address needs no time.
 ///
 /// What is lost. A message for which the connection does not come up in time is dropped; dropped() tells. While more
 /// than sendLimit() bytes have not been taken by the server, further messages are dropped as well; refused() tells.
