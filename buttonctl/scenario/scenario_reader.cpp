@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace buttondriver::buttonctl {
 
 namespace {
@@ -50,6 +52,12 @@ Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, 
       lines.push_back({line_place(file, number), *parsed});
   }
   return lines;
+}
+
+int count_expectations(const std::vector<ScenarioLine> &lines) {
+  return static_cast<int>(std::count_if(lines.begin(), lines.end(), [](const ScenarioLine &line) {
+    return std::holds_alternative<Expectation>(line.content);
+  }));
 }
 
 Outcome<std::vector<ScenarioLine>> read_scenario(const CommandTable &commands, const QString &file,

@@ -23,6 +23,9 @@ struct ScenarioLine {
 Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, const QString &file,
                                                   const QByteArray &content, bool replaces_pictures);
 
+/// How many of `lines` are expectations.
+int count_expectations(const std::vector<ScenarioLine> &lines);
+
 /// As parse_scenario, from a file.
 Outcome<std::vector<ScenarioLine>> read_scenario(const CommandTable &commands, const QString &file,
                                                  bool replaces_pictures);
