@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace buttondriver::buttonctl {
 
@@ -40,7 +41,7 @@ bool is_empty(const std::variant<Steps, Expectation> &content) {
 
 Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, const QString &file,
                                                   const QByteArray &content, bool replaces_pictures) {
-  const QString folder = QFileInfo(file).path();
+  const QString folder = folder_of_scenario(file);
   std::vector<ScenarioLine> lines;
   int number = 0;
   for (const QByteArray &line : content.split('\n')) {
@@ -54,6 +55,8 @@ Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, 
   return lines;
 }
 
+QString folder_of_scenario(const QString &file) { return QFileInfo(file).path(); }
+
 int count_expectations(const std::vector<ScenarioLine> &lines) {
   return static_cast<int>(std::count_if(lines.begin(), lines.end(), [](const ScenarioLine &line) {
     return std::holds_alternative<Expectation>(line.content);
@@ -63,6 +66,11 @@ int count_expectations(const std::vector<ScenarioLine> &lines) {
 Outcome<std::vector<ScenarioLine>> read_scenario(const CommandTable &commands, const QString &file,
                                                  bool replaces_pictures) {
   QFile source(file);
+  if (file == standard_input_name) {
+    if (!source.open(stdin, QIODevice::ReadOnly))
+      return Failure{QStringLiteral("run: cannot read standard input: %1").arg(source.errorString())};
+    return parse_scenario(commands, QStringLiteral("standard input"), source.readAll(), replaces_pictures);
+  }
   if (!source.open(QIODevice::ReadOnly))
     return Failure{QStringLiteral("run: cannot read '%1': %2").arg(file, source.errorString())};
   return parse_scenario(commands, file, source.readAll(), replaces_pictures);

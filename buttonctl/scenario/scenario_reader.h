@@ -13,6 +13,9 @@
 
 namespace buttondriver::buttonctl {
 
+/// Stands for standard input.
+inline constexpr QLatin1String standard_input_name("-");
+
 struct ScenarioLine {
   QString where; ///< what a message about this line begins with
   std::variant<Steps, Expectation> content;
@@ -23,10 +26,13 @@ struct ScenarioLine {
 Outcome<std::vector<ScenarioLine>> parse_scenario(const CommandTable &commands, const QString &file,
                                                   const QByteArray &content, bool replaces_pictures);
 
+/// Where the files lie that the scenario `file` names.
+QString folder_of_scenario(const QString &file);
+
 /// How many of `lines` are expectations.
 int count_expectations(const std::vector<ScenarioLine> &lines);
 
-/// As parse_scenario, from a file.
+/// As parse_scenario, from a file, or from standard input.
 Outcome<std::vector<ScenarioLine>> read_scenario(const CommandTable &commands, const QString &file,
                                                  bool replaces_pictures);
 

@@ -7,10 +7,10 @@
 
 namespace buttondriver::buttonctl {
 
-/// Which scenario, against what.
+/// Which scenarios, against what.
 struct ScenarioPlan {
-  QString file;
-  QString output;    ///< the folder for difference pictures
+  QStringList files; ///< "-" is standard input
+  QString output;    ///< the folder for difference pictures; empty: that of the scenario
   QString panel_url; ///< "http://HOST:PORT"
   bool update;       ///< what the screens show becomes the expected pictures
   Endpoint endpoint; ///< the daemon

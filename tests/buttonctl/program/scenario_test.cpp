@@ -330,6 +330,50 @@ TEST_F(ScenarioTest, files_are_relative_to_the_scenario) {
   EXPECT_EQ(result.exit_status, 0) << result.errors;
 }
 
+TEST_F(ScenarioTest, several_files_run_one_after_the_other_up_to_the_first_failure) {
+  ASSERT_TRUE(QDir().mkpath(QStringLiteral("sub")));
+  folder.write("sub/b.scenario", "led 6 on\nexpect-screen 0 b.png --timeout 20\n");
+  folder.write("sub/b.png", encoded(filled(128, 128, qRgb(1, 1, 1)), "PNG"));
+  folder.write("c.scenario", "led 7 on\n");
+  panel.answer("/screen/0.png", encoded(filled(128, 128, 0), "PNG"));
+  const ToolResult result = run("led 5 on\n", {"sub/b.scenario", "c.scenario"});
+  EXPECT_EQ(result.exit_status, 3);
+  EXPECT_THAT(result.errors, HasSubstr("buttonctl: sub/b.scenario:2: expect-screen: after 20 ms, 16384 pixels of "));
+  EXPECT_TRUE(QFile::exists(QStringLiteral("sub/b.difference.png")));
+  EXPECT_EQ(to_hex(daemon.received().toStdString()), to_hex(from_hex("00000010 00000011 00000005 00000001 00000000"
+                                                                     "00000010 00000011 00000006 00000001 00000000"
+                                                                     "00000004 0000000c")));
+
+  folder.write("c.scenario", "led 7 up\n");
+  const int connections = daemon.connections();
+  const ToolResult wrong = run("led 5 on\n", {"c.scenario"});
+  EXPECT_EQ(wrong.exit_status, 2);
+  EXPECT_THAT(wrong.errors, HasSubstr("buttonctl: c.scenario:1: led: STATE"));
+  EXPECT_EQ(daemon.connections(), connections);
+}
+
+TEST_F(ScenarioTest, a_scenario_comes_from_standard_input) {
+  struct Row {
+    const char *input;
+    int status;
+    const char *errors;
+  };
+  const Row rows[] = {
+      {"expect-led 5 off\nexpect-screen 0 black.png", 0, ""},
+      {"\nexpect-led 5 on --timeout 20\n", 4,
+       "buttonctl: standard input:2: expect-led: after 20 ms, LED 5 is off, not on\n"},
+  };
+  const QByteArray black = encoded(filled(128, 128, 0), "PNG");
+  folder.write("black.png", black);
+  panel.answer("/screen/0.png", black);
+  for (const Row &row : rows) {
+    const ToolResult result = run_tool(
+        {"-p", QString::number(daemon.port()), "--timeout", "30000", "--panel", panel.url(), "run", "-"}, row.input);
+    EXPECT_EQ(result.exit_status, row.status);
+    EXPECT_EQ(result.errors, row.errors);
+  }
+}
+
 TEST_F(ScenarioTest, a_dry_run_prints_the_messages_and_asks_nobody) {
   const ToolResult result = run("led 5 on\nexpect-led 5 on\nblackout\n", {"--dry-run"});
   EXPECT_EQ(result.exit_status, 0) << result.errors;

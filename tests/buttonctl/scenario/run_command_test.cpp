@@ -17,7 +17,7 @@ ScenarioPlan plan_of(const QStringList &words, const Outcome<QString> &panel = d
 
 TEST(RunCommandTest, takes_a_file_and_where_the_panel_answers) {
   const ScenarioPlan plan = plan_of({"a.scenario", "--update"}, QStringLiteral("http://panel:81"));
-  EXPECT_EQ(plan.file.toStdString(), "a.scenario");
+  EXPECT_EQ(plan.files, QStringList{"a.scenario"});
   EXPECT_EQ(plan.panel_url.toStdString(), "http://panel:81");
   EXPECT_TRUE(plan.update);
   EXPECT_EQ(plan_of({"a.scenario"}).panel_url.toStdString(), "http://127.0.0.1:8080");
@@ -34,6 +34,8 @@ TEST(RunCommandTest, bad_arguments_are_refused_with_the_reason) {
       {{"run", "a", "--panel", "ftp://x"}, "run: --panel must be http://HOST:PORT, not 'ftp://x'"},
       {{"run", "a", "--panel", "127.0.0.1:8080"}, "run: --panel must be http://HOST:PORT, not '127.0.0.1:8080'"},
       {{"run", "a", "--panel", "http://x/y"}, "run: --panel must be http://HOST:PORT, not 'http://x/y'"},
+      {{"run", "-", "a", "-"}, "run: standard input can only be read once"},
+      {{"run", "a", "--output="}, "run: --output must not be empty"},
       {{"run", "a", "--update", "-n"}, "run: use only one of --update and --dry-run"},
   };
   for (const Row &row : rows) {
