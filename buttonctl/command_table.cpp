@@ -21,11 +21,11 @@ namespace buttondriver::buttonctl {
 
 const CommandTable &command_table() {
   static const CommandTable table = {
-      text_command(),   subtext_command(), image_command(),  blackout_command(), led_command(),
-      status_command(), toggle_command(),  upload_command(), reconfig_command(), ping_command(),
-      null_command(),   message_command(), raw_command(),    batch_command(),    record_command(),
-      replay_command(), decode_command(),  run_command(),    test_command(),     screenshot_command(),
-      state_command(),  watch_command(),   doctor_command(),
+      text_command(),       subtext_command(), image_command(),   blackout_command(), led_command(),
+      status_command(),     toggle_command(),  upload_command(),  reconfig_command(), ping_command(),
+      sleep_command(),      null_command(),    message_command(), raw_command(),      batch_command(),
+      record_command(),     replay_command(),  decode_command(),  run_command(),      test_command(),
+      screenshot_command(), state_command(),   watch_command(),   doctor_command(),
   };
   return table;
 }

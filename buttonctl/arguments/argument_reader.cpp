@@ -185,14 +185,20 @@ double ArgumentReader::optionFactor(const char *name, double lowest, double high
 std::uint32_t ArgumentReader::optionColour(const char *name, std::uint32_t fallback) {
   if (!hasOption(name))
     return fallback;
-  QString digits = option(name);
+  return colour(QLatin1String("--") + QLatin1String(name), option(name));
+}
+
+std::uint32_t ArgumentReader::colour(const char *name) { return colour(QLatin1String(name), word(name)); }
+
+std::uint32_t ArgumentReader::colour(const QString &name, const QString &text) {
+  QString digits = text;
   if (digits.startsWith(QLatin1Char('#')))
     digits.remove(0, 1);
   bool good = digits.size() == 6;
   for (const QChar character : digits)
     good = good && is_hexadecimal_digit(character);
   if (!good)
-    fail(QStringLiteral("--%1 must be six hexadecimal digits RRGGBB, not '%2'").arg(QLatin1String(name), option(name)));
+    fail(QStringLiteral("%1 must be six hexadecimal digits RRGGBB, not '%2'").arg(name, text));
   return digits.toUInt(nullptr, 16);
 }
 

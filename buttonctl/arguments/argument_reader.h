@@ -56,6 +56,8 @@ public:
   QString text();
   /// `text` itself, which must survive that way too; `name` is what a failure calls it.
   QString text(const QString &text, const QString &name);
+  /// 0xRRGGBB, from six hexadecimal digits.
+  std::uint32_t colour(const char *name);
   /// All arguments that are left, as hexadecimal digits, with blanks allowed between bytes.
   QByteArray hexadecimal();
   /// Where the file `name` lies.
@@ -79,6 +81,7 @@ public:
   bool optionPair(const char *yes, const char *no, bool fallback);
 
 private:
+  std::uint32_t colour(const QString &name, const QString &text);
   /// What is in `source`, which is open and is called `name`.
   QByteArray bounded(QIODevice &source, const QString &name);
   std::int32_t checked(const Outcome<std::int32_t> &outcome);

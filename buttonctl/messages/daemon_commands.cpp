@@ -14,6 +14,7 @@ namespace buttondriver::buttonctl {
 namespace {
 
 constexpr std::int32_t highest_image_id = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t longest_sleep_ms = 600000;
 constexpr std::int32_t most_pings = 1000000;
 
 // The numbers in the help below.
@@ -34,6 +35,12 @@ Steps build_upload(ArgumentReader &arguments) {
   return send(hton_BMS_UploadImage(image_id, image->constData(), static_cast<std::int32_t>(image->size())));
 }
 
+Steps build_sleep(ArgumentReader &arguments) {
+  Step step{Step::Kind::wait, QByteArray()};
+  step.wait_ms = arguments.number("MS", 0, longest_sleep_ms);
+  return {step};
+}
+
 Steps build_reconfig(ArgumentReader &) { return send(hton_BMS_Reconfig()); }
 
 Steps build_ping(ArgumentReader &arguments) {
@@ -43,6 +50,16 @@ Steps build_ping(ArgumentReader &arguments) {
 }
 
 } // namespace
+
+Command sleep_command() {
+  return {"sleep",
+          "MS",
+          "wait a moment",
+          QStringLiteral("For batches and scenarios: waits so many milliseconds, 0 to 600000, before the next line.\n"),
+          "buttonctl sleep 500\n",
+          {},
+          build_sleep};
+}
 
 Command upload_command() {
   return {"upload",

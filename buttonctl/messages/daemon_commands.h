@@ -6,6 +6,7 @@
 namespace buttondriver::buttonctl {
 
 /// The commands that concern the daemon itself: `buttonctl upload`, and so on.
+Command sleep_command();
 Command upload_command();
 Command reconfig_command();
 Command ping_command();

@@ -17,6 +17,8 @@ namespace buttondriver::buttonctl {
 namespace {
 
 constexpr int http_ok = 200;
+constexpr int http_no_content = 204;
+constexpr int http_conflict = 409;
 const QString state_path = QStringLiteral("/state.json");
 
 } // namespace
@@ -59,26 +61,58 @@ Outcome<ScreenPicture> PanelStateReader::picture(const QString &path) {
 }
 
 Outcome<QByteArray> PanelStateReader::get(const QString &path) {
+  const std::unique_ptr<QNetworkReply> reply(_network.get(requestFor(path)));
+  return answer(*reply, path, http_ok);
+}
+
+Outcome<PanelFeed> PanelStateReader::feed(PanelFeed::Kind kind, qint64 since) {
+  const QString path = path_of(kind);
+  const Outcome<QByteArray> json = get(QStringLiteral("%1?since=%2").arg(path).arg(since));
+  if (!json)
+    return json.failure();
+  Outcome<PanelFeed> feed = parse_panel_feed(kind, *json);
+  if (!feed)
+    return Failure{QStringLiteral("cannot read %1%2: %3").arg(_url, path, feed.failure().text)};
+  return feed;
+}
+
+Outcome<Done> PanelStateReader::reset() {
+  static const QString path = QStringLiteral("/reset");
+  const std::unique_ptr<QNetworkReply> reply(_network.post(requestFor(path), QByteArray()));
+  const Outcome<QByteArray> answered = answer(*reply, path, http_no_content);
+  if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == http_conflict)
+    return Failure{QStringLiteral("the panel cannot be reset, because another program drives it")};
+  if (!answered)
+    return answered.failure();
+  return Done{};
+}
+
+QNetworkRequest PanelStateReader::requestFor(const QString &path) const {
   QNetworkRequest request(QUrl(_url + path));
   request.setTransferTimeout(_timeout_ms);
-  const std::unique_ptr<QNetworkReply> reply(_network.get(request));
+  // Without it, an empty body that is sent is complained about.
+  request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/octet-stream"));
+  return request;
+}
+
+Outcome<QByteArray> PanelStateReader::answer(QNetworkReply &reply, const QString &path, int wanted_status) {
   QEventLoop loop;
-  QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-  if (!reply->isFinished())
+  QObject::connect(&reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+  if (!reply.isFinished())
     loop.exec();
-  const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-  if (reply->error() == QNetworkReply::ConnectionRefusedError)
+  const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+  if (reply.error() == QNetworkReply::ConnectionRefusedError)
     return Failure{
         QStringLiteral("%1 refuses the connection; start the virtual panel with --http, and check --panel").arg(_url)};
-  if (reply->error() == QNetworkReply::OperationCanceledError || reply->error() == QNetworkReply::TimeoutError)
+  if (reply.error() == QNetworkReply::OperationCanceledError || reply.error() == QNetworkReply::TimeoutError)
     return Failure{QStringLiteral("no answer from %1%2 within %3 ms; allow more time with --timeout")
                        .arg(_url, path, QString::number(_timeout_ms))};
-  if (status.isValid() && status.toInt() != http_ok)
+  if (status.isValid() && status.toInt() != wanted_status)
     return Failure{QStringLiteral("%1%2 answers with status %3; is that the virtual panel?")
                        .arg(_url, path, QString::number(status.toInt()))};
-  if (reply->error() != QNetworkReply::NoError)
-    return Failure{QStringLiteral("cannot ask %1%2 (%3); check --panel").arg(_url, path, reply->errorString())};
-  return reply->readAll();
+  if (reply.error() != QNetworkReply::NoError)
+    return Failure{QStringLiteral("cannot ask %1%2 (%3); check --panel").arg(_url, path, reply.errorString())};
+  return reply.readAll();
 }
 
 } // namespace buttondriver::buttonctl

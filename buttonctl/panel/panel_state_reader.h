@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "buttonctl/panel/panel_feed.h"
 #include "buttonctl/panel/panel_report.h"
 #include "buttonctl/pictures/picture.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
 #include <QNetworkAccessManager>
+#include <QNetworkRequest>
 #include <QString>
+
+class QNetworkReply;
 
 namespace buttondriver::buttonctl {
 
@@ -48,10 +52,17 @@ public:
   Outcome<ScreenPicture> screen(int screen);
   /// The whole panel with keys and lamps, larger than its screens.
   Outcome<ScreenPicture> wholePanel();
+  /// What came after number `since`, 0 for all that the panel still knows.
+  Outcome<PanelFeed> feed(PanelFeed::Kind kind, qint64 since);
+  /// Puts the panel back as it was after its start; it is when this returns. Fails when another program drives it.
+  Outcome<Done> reset();
 
 private:
   Outcome<ScreenPicture> picture(const QString &path);
   Outcome<QByteArray> get(const QString &path);
+  QNetworkRequest requestFor(const QString &path) const;
+  /// The body of the answer to `reply`, which is for `path`; a failure when its status is another.
+  Outcome<QByteArray> answer(QNetworkReply &reply, const QString &path, int wanted_status);
 
   const QString _url;
   const int _timeout_ms;

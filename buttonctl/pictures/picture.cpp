@@ -8,6 +8,14 @@ static_assert(sizeof(Colour) == 3, "the components of a picture lie side by side
 Picture::Picture(QSize size, Colour fill)
     : _size(size), _pixels(static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()), fill) {}
 
+Picture Picture::cut(QRect region) const {
+  Picture part(region.size());
+  for (int y = 0; y < region.height(); ++y)
+    for (int x = 0; x < region.width(); ++x)
+      part.set(x, y, at(region.x() + x, region.y() + y));
+  return part;
+}
+
 Picture Picture::turnedUpright(int orientation) const {
   // From 5 on, columns become rows. What remains then are the mirrors.
   const bool is_transposed = orientation >= 5;

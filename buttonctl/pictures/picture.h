@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QRect>
 #include <QSize>
 
 #include <cstddef>
@@ -43,6 +44,9 @@ public:
   /// All components: red, green and blue of each pixel, row after row from the top, nothing between rows. Borrowed.
   const std::uint8_t *components() const { return reinterpret_cast<const std::uint8_t *>(_pixels.data()); }
   std::uint8_t *components() { return reinterpret_cast<std::uint8_t *>(_pixels.data()); }
+
+  /// The part of it that `region` covers, which lies inside.
+  Picture cut(QRect region) const;
 
   /// The picture of a camera that was held as `orientation` says, 1 to 8 as in Exif, as it was seen.
   Picture turnedUpright(int orientation) const;

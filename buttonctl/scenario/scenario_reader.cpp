@@ -4,6 +4,7 @@
 #include "buttonctl/arguments/line_place.h"
 #include "buttonctl/arguments/line_splitter.h"
 #include "buttonctl/commands/command_line.h"
+#include "buttonctl/scenario/expectations/expectation_parser.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,8 +16,8 @@ namespace buttondriver::buttonctl {
 
 namespace {
 
-Outcome<std::variant<Steps, Expectation>> parse_line(const CommandTable &commands, const QByteArray &line,
-                                                     const QString &folder, bool replaces_pictures) {
+Outcome<ScenarioContent> parse_line(const CommandTable &commands, const QByteArray &line, const QString &folder,
+                                    bool replaces_pictures) {
   const Outcome<QStringList> words = split_line(QString::fromUtf8(line));
   if (!words)
     return words.failure();
@@ -24,15 +25,20 @@ Outcome<std::variant<Steps, Expectation>> parse_line(const CommandTable &command
     const Outcome<Expectation> expectation = parse_expectation(*words, folder, replaces_pictures);
     if (!expectation)
       return expectation.failure();
-    return std::variant<Steps, Expectation>(*expectation);
+    return ScenarioContent(*expectation);
+  }
+  if (!words->isEmpty() && words->first() == QLatin1String("reset")) {
+    if (words->size() > 1)
+      return Failure{QStringLiteral("reset: '%1' is too much").arg(words->at(1))};
+    return ScenarioContent(Reset{});
   }
   const Outcome<Steps> steps = parse_batch_line(commands, line, folder);
   if (!steps)
     return steps.failure();
-  return std::variant<Steps, Expectation>(*steps);
+  return ScenarioContent(*steps);
 }
 
-bool is_empty(const std::variant<Steps, Expectation> &content) {
+bool is_empty(const ScenarioContent &content) {
   const auto *steps = std::get_if<Steps>(&content);
   return steps && steps->empty();
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "buttonctl/commands/command.h"
-#include "buttonctl/scenario/expectation.h"
+#include "buttonctl/scenario/expectations/expectation.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
@@ -16,9 +16,14 @@ namespace buttondriver::buttonctl {
 /// Stands for standard input.
 inline constexpr QLatin1String standard_input_name("-");
 
+/// Puts the panel back as it was after its start.
+struct Reset {};
+
+using ScenarioContent = std::variant<Steps, Expectation, Reset>;
+
 struct ScenarioLine {
   QString where; ///< what a message about this line begins with
-  std::variant<Steps, Expectation> content;
+  ScenarioContent content;
 };
 
 /// All commands and expectations in `content`, empty lines and comments left out; or what is wrong with the first line

@@ -5,6 +5,8 @@
 #include "buttonctl/scenario/scenario_reader.h"
 #include "buttonctl/session/session.h"
 
+#include <map>
+
 namespace buttondriver::buttonctl {
 
 /// Which scenarios, against what.
@@ -29,7 +31,10 @@ private:
   int perform(const ScenarioLine &line);
   /// Waits until the daemon has read all that was sent, so that an expectation is not met by what was before.
   Outcome<Done> settle();
-  int expectState(const QString &where, const Expectation &expectation, const StateTest &test);
+  int reset(const QString &where);
+  int expectAnswers(const QString &where, const Expectation &expectation, const std::vector<Question> &questions);
+  /// What is not as expected, if the panel can be asked.
+  Outcome<Outcome<Done>> ask(const Question &question);
   int expectPicture(const QString &where, const Expectation &expectation, const PictureTest &test);
   int updatePicture(const QString &where, const PictureTest &test);
   int timeoutOf(const Expectation &expectation) const;
@@ -38,6 +43,8 @@ private:
   Session _session;
   PanelStateReader _panel;
   bool _is_settled = false;
+  /// What was before a reset does not count: the number of the last one, by kind of feed.
+  std::map<PanelFeed::Kind, qint64> _since;
 };
 
 } // namespace buttondriver::buttonctl

@@ -5,9 +5,22 @@
 #include "buttonctl/session/framed_ping.h"
 #include "buttonctl/session/round_trips.h"
 
+#include <QEventLoop>
+#include <QTimer>
+
 #include <vector>
 
 namespace buttondriver::buttonctl {
+
+namespace {
+
+void wait(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+} // namespace
 
 Outcome<Done> Session::start() { return _dry_run ? Outcome<Done>(Done{}) : _connection.open(); }
 
@@ -17,6 +30,11 @@ Outcome<Done> Session::perform(const Steps &steps) {
     return pingForJson(steps);
   std::vector<double> round_trips;
   for (const Step &step : steps) {
+    if (step.kind == Step::Kind::wait) {
+      if (!_dry_run)
+        wait(step.wait_ms);
+      continue;
+    }
     if (_dry_run) {
       print_line(QString::fromLatin1(step.bytes.toHex()));
       continue;

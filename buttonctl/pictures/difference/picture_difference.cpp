@@ -6,6 +6,9 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace buttondriver::buttonctl {
 
 namespace {
@@ -22,13 +25,17 @@ Colour quarter(Colour colour) {
           static_cast<std::uint8_t>(colour.blue / 4)};
 }
 
+int largest_distance(Colour one, Colour other) {
+  return std::max({std::abs(one.red - other.red), std::abs(one.green - other.green), std::abs(one.blue - other.blue)});
+}
+
 } // namespace
 
-int count_different_pixels(const Picture &expected, const Picture &actual) {
+int count_different_pixels(const Picture &expected, const Picture &actual, int tolerance) {
   int count = 0;
   for (int y = 0; y < expected.height(); ++y)
     for (int x = 0; x < expected.width(); ++x)
-      if (expected.at(x, y) != actual.at(x, y))
+      if (largest_distance(expected.at(x, y), actual.at(x, y)) > tolerance)
         ++count;
   return count;
 }

@@ -7,8 +7,8 @@
 
 namespace buttondriver::buttonctl {
 
-/// How many pixels of two pictures of the same size are not alike.
-int count_different_pixels(const Picture &expected, const Picture &actual);
+/// How many pixels of two pictures of the same size have a component that differs by more than `tolerance`, 0 to 255.
+int count_different_pixels(const Picture &expected, const Picture &actual, int tolerance = 0);
 
 /// Three pictures of the same size side by side, each pixel as 3 x 3, parted by 12 grey columns: the expected one, the
 /// actual one, and where they differ: red there, and elsewhere a quarter of the brightness. Above each, in 24 grey

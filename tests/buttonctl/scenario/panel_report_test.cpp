@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/panel/panel_report.h"
 
-#include "buttonctl/scenario/expectation.h"
+#include "buttonctl/scenario/expectations/expectation_parser.h"
 #include "buttonctl/support/pictures.h"
 #include "buttonctl/support/working_folder.h"
 
@@ -122,7 +122,9 @@ void expect_rows(const std::vector<ExpectationRow> &rows, const QByteArray &json
     const std::string line = row.words.join(QLatin1Char(' ')).toStdString();
     const auto expectation = parse_expectation(row.words, QString(), false);
     ASSERT_TRUE(expectation) << line << ": " << expectation.failure().text.toStdString();
-    const auto *test = std::get_if<StateTest>(&expectation->test);
+    const auto *questions = std::get_if<std::vector<Question>>(&expectation->test);
+    ASSERT_TRUE(questions) << line;
+    const auto *test = std::get_if<StateTest>(&questions->front());
     ASSERT_NE(test, nullptr) << line;
     const Outcome<Done> tested = (*test)(*report);
     EXPECT_EQ(tested ? "" : tested.failure().text.toStdString(), row.difference ? row.difference : "") << line;

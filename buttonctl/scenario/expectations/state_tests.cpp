@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/scenario/expectation.h"
+#include "buttonctl/scenario/expectations/state_tests.h"
 
 #include "buttonctl/arguments/argument_reader.h"
-#include "buttonctl/arguments/option_parser.h"
-#include "buttonctl/pictures/difference/picture_difference.h"
-#include "buttonctl/pictures/picture_file.h"
 #include "dimensions/panel_dimensions.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 #include <limits>
 
@@ -21,7 +15,6 @@ constexpr std::int32_t highest_toggle = dimensions::toggle_indicator_count - 1;
 constexpr std::int32_t highest_screen = dimensions::screen_count - 1;
 /// A font is at least one pixel high.
 constexpr std::int32_t highest_line = dimensions::screen_height - 1;
-constexpr std::int32_t longest_timeout_ms = 600000;
 constexpr std::int32_t longest_phase_ms = std::numeric_limits<std::int32_t>::max();
 
 QString on_off(bool lit) { return QLatin1String(lit ? "on" : "off"); }
@@ -131,65 +124,24 @@ StateTest text_test(ArgumentReader &arguments) {
   };
 }
 
-struct StateCommand {
+struct NamedStateTest {
   const char *name;
   StateTest (*build)(ArgumentReader &arguments);
 };
 
-constexpr StateCommand state_commands[] = {
+constexpr NamedStateTest state_tests[] = {
     {"expect-led", led_test},       {"expect-status", status_test},
     {"expect-toggle", toggle_test}, {"expect-intensity", intensity_test},
     {"expect-text", text_test},
 };
 
-constexpr QLatin1String picture_command("expect-screen");
-
-PictureTest picture_test(ArgumentReader &arguments, bool replaces_pictures) {
-  const std::int32_t screen = arguments.number("SCREEN", 0, highest_screen);
-  const QString name = arguments.word("FILE");
-  const QString file = arguments.pathOf(name);
-  // It would be removed when the screen is as expected.
-  if (name.endsWith(difference_ending))
-    arguments.fail(QStringLiteral("'%1' has the name of a difference picture").arg(name));
-  if (arguments.hasFailed() || replaces_pictures || !QFileInfo::exists(file))
-    return {screen, file, Picture()};
-  const Outcome<Picture> expected = read_picture_file(file);
-  if (!expected) {
-    arguments.fail(QStringLiteral("'%1': %2").arg(name, expected.failure().text));
-    return {screen, file, Picture()};
-  }
-  return {screen, file, *expected};
-}
-
 } // namespace
 
-bool is_expectation(const QString &word) { return word.startsWith(QLatin1String("expect-")); }
-
-Outcome<Expectation> parse_expectation(const QStringList &words, const QString &folder, bool replaces_pictures) {
-  const QString &name = words.first();
-  const StateCommand *state_command = nullptr;
-  for (const StateCommand &command : state_commands)
-    if (name == QLatin1String(command.name))
-      state_command = &command;
-  if (!state_command && name != picture_command)
-    return Failure{QStringLiteral("unknown expectation '%1'; see 'buttonctl run --help'").arg(name)};
-
-  QCommandLineParser parser;
-  add_options(parser, {{"timeout", "MS", nullptr}});
-  if (const auto parsed = parse_options(parser, words.mid(1), QStringLiteral("buttonctl run --help")); !parsed)
-    return Failure{name + QLatin1String(": ") + parsed.failure().text};
-  ArgumentReader reader(name, parser, folder, QStringLiteral("run"));
-  Expectation expectation{name, std::nullopt, {}};
-  if (reader.hasOption("timeout"))
-    expectation.timeout_ms = reader.optionNumber("timeout", 1, longest_timeout_ms, 0);
-  if (state_command)
-    expectation.test = state_command->build(reader);
-  else
-    expectation.test = picture_test(reader, replaces_pictures);
-  reader.expectEnd();
-  if (reader.hasFailed())
-    return reader.outcome().failure();
-  return expectation;
+std::optional<StateTest> state_test(const QString &name, ArgumentReader &arguments) {
+  for (const NamedStateTest &test : state_tests)
+    if (name == QLatin1String(test.name))
+      return test.build(arguments);
+  return std::nullopt;
 }
 
 } // namespace buttondriver::buttonctl
