@@ -1,0 +1,35 @@
+# SPDX-License-Identifier: Apache-2.0
+# Runs a copy of SOURCE, in BINARY, with the tools in PROGRAMS: its good scenarios, and those that fail. What is printed
+# stands in its README.
+file(REMOVE_RECURSE "${BINARY}")
+file(COPY "${SOURCE}/" DESTINATION "${BINARY}")
+set(ENV{PATH} "${PROGRAMS}:$ENV{PATH}")
+file(READ "${SOURCE}/README.md" page)
+
+# expect(<status> <arguments...>)
+function(expect status)
+  execute_process(COMMAND "${BINARY}/ci.sh" ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  if(NOT result STREQUAL status)
+    message(FATAL_ERROR "ci.sh ${ARGN}: status ${result}, not ${status}\n${output}${errors}")
+  endif()
+  string(FIND "${page}" "\n${output}```\n" place)
+  if(output STREQUAL "" OR place EQUAL -1)
+    message(FATAL_ERROR "ci.sh ${ARGN}: the README does not have this output:\n${output}${errors}")
+  endif()
+endfunction()
+
+expect(0)
+if(EXISTS "${BINARY}/failures")
+  message(FATAL_ERROR "ci.sh leaves failures where there are none")
+endif()
+expect(3 failing)
+foreach(file results.xml failures/failing-idle/client.log failures/failing-idle/daemon.log
+    failures/failing-idle/panel.png failures/failing-idle/running.difference.png)
+  if(NOT EXISTS "${BINARY}/${file}")
+    message(FATAL_ERROR "ci.sh failing: there is no ${file}")
+  endif()
+endforeach()
+file(READ "${BINARY}/results.xml" results)
+if(NOT results MATCHES "<testsuite name=\"buttonctl test\" tests=\"1\" failures=\"1\"")
+  message(FATAL_ERROR "results.xml: ${results}")
+endif()
