@@ -13,6 +13,7 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
+#include <QJsonObject>
 #include <QString>
 
 namespace buttondriver::fuzz {
@@ -40,27 +41,52 @@ private:
 void require_performable(const Steps &steps) {
   require(!steps.empty(), "a line that does nothing is left out");
   for (const Step &step : steps)
-    require(!step.bytes.isEmpty(), "a step has something to send");
+    if (step.kind == Step::Kind::wait)
+      require(step.bytes.isEmpty() && step.wait_ms >= 0, "a wait sends nothing, and ends");
+    else
+      require(!step.bytes.isEmpty(), "a step has something to send");
+}
+
+void require_told(const Outcome<Done> &tested) {
+  require(tested || !tested.failure().text.isEmpty(), "a difference is told");
+}
+
+/// Whatever number a line names, the panel has it; and not every panel knows all of it.
+void require_answer(const StateTest &test) {
+  PanelReport report;
+  require_told(test(report));
+  report.blinking.emplace();
+  report.sent.emplace();
+  report.drawn.emplace();
+  require_told(test(report));
+  report.blinking->emplace(0, 1);
+  report.sent->front().emplace(0, QStringLiteral("text"));
+  report.drawn->front().emplace(0, QStringLiteral("drawn"));
+  require_told(test(report));
+}
+
+void require_answer(const PixelTest &test) {
+  require(test.screen >= 0 && test.screen < dimensions::screen_count, "a pixel is of a screen");
+  require_told(test.test(Picture({dimensions::screen_width, dimensions::screen_height})));
+}
+
+void require_answer(const FeedTest &test) {
+  PanelFeed feed;
+  require_told(test.test(feed));
+  // A member that is missing is one, too.
+  feed.entries = {QJsonObject(), QJsonObject{{QStringLiteral("text"), QStringLiteral("text")}}};
+  feed.dropped = 1;
+  require_told(test.test(feed));
+  feed.is_known = false;
+  require_told(test.test(feed));
 }
 
 void require_testable(const Expectation &expectation, bool replaces_pictures) {
   require(!expectation.timeout_ms || *expectation.timeout_ms > 0, "a wait has an end and a length");
-  if (const auto *test = std::get_if<StateTest>(&expectation.test)) {
-    // Whatever number a line names, the panel has it; and not every panel knows all of it.
-    PanelReport report;
-    const auto require_told = [&] {
-      const Outcome<Done> tested = (*test)(report);
-      require(tested || !tested.failure().text.isEmpty(), "a difference is told");
-    };
-    require_told();
-    report.blinking.emplace();
-    report.sent.emplace();
-    report.drawn.emplace();
-    require_told();
-    report.blinking->emplace(0, 1);
-    report.sent->front().emplace(0, QStringLiteral("text"));
-    report.drawn->front().emplace(0, QStringLiteral("drawn"));
-    require_told();
+  if (const auto *questions = std::get_if<std::vector<Question>>(&expectation.test)) {
+    require(!questions->empty(), "an expectation asks something");
+    for (const Question &question : *questions)
+      std::visit([](const auto &test) { require_answer(test); }, question);
     return;
   }
   const auto &picture = std::get<PictureTest>(expectation.test);
@@ -90,8 +116,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     require(line.where.startsWith(rig.scenario() + QLatin1Char(':')), "a line knows its place");
     if (const auto *steps = std::get_if<Steps>(&line.content))
       require_performable(*steps);
-    else
-      require_testable(std::get<Expectation>(line.content), replaces_pictures);
+    else if (const auto *expectation = std::get_if<Expectation>(&line.content))
+      require_testable(*expectation, replaces_pictures);
   }
   return 0;
 }
