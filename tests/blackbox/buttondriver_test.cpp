@@ -46,6 +46,8 @@ TEST(ButtondriverProgramTest, serves_clients_without_a_device) {
 TEST(ButtondriverProgramTest, a_port_that_is_no_number_is_any_free_port) {
   Program daemon(program, {QStringLiteral("map"), QString(), QStringLiteral("abc")});
   EXPECT_NE(daemon.listeningPort(), 0);
+  // The log may come later than the port.
+  EXPECT_TRUE(daemon.waitForOutput("buttondriver:reconfig \n"));
   EXPECT_EQ(daemon.standardOutput(), "buttondriver:reconfig \n");
 }
 
