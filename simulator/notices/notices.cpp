@@ -14,7 +14,8 @@ namespace buttondriver::simulator {
 namespace {
 
 Notices chosen = Notices::usual;
-// Where notices go while the log goes elsewhere; both or none.
+bool is_log_moved = false;
+// Where notices go while the log goes elsewhere; -1 where there was no such channel.
 int own_output = -1;
 int own_error = -1;
 
@@ -35,7 +36,7 @@ void write_to(int descriptor, const std::string &text) {
 
 void say(const char *format, std::va_list arguments) {
   const std::string text = formatted(format, arguments);
-  if (own_output >= 0)
+  if (is_log_moved)
     write_to(own_output, text);
   else
     print_text(text);
@@ -46,14 +47,19 @@ void say(const char *format, std::va_list arguments) {
 void choose_notices(Notices notices) { chosen = notices; }
 
 int move_log(const char *file) {
-  const int log = ::open(file, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
+  const int opened = ::open(file, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
+  if (opened < 0)
+    return -1;
+  // Where a standard channel is closed, the file has got its number.
+  const int log = ::fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  ::close(opened);
   if (log < 0)
     return -1;
-  own_output = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
-  own_error = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
-  const bool is_moved = ::dup2(log, STDOUT_FILENO) >= 0 && ::dup2(log, STDERR_FILENO) >= 0;
+  own_output = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  own_error = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  is_log_moved = ::dup2(log, STDOUT_FILENO) >= 0 && ::dup2(log, STDERR_FILENO) >= 0;
   ::close(log);
-  return is_moved ? 0 : -1;
+  return is_log_moved ? 0 : -1;
 }
 
 void tell(const char *format, ...) {
@@ -79,7 +85,7 @@ void tell_fault(const char *format, ...) {
   va_start(arguments, format);
   const std::string text = formatted(format, arguments);
   va_end(arguments);
-  if (own_error >= 0)
+  if (is_log_moved)
     write_to(own_error, text);
   else
     print_error("%s", text.c_str());

@@ -60,6 +60,19 @@ TEST_F(NoticesTest, go_where_they_went_before_when_the_log_goes_elsewhere) {
   EXPECT_EQ(test::read_file(file), "a line of the log\nand another one\n");
 }
 
+/// As after `>&-` in a shell: the log's file gets the place of standard output.
+[[noreturn]] void log_without_output(const std::string &file) {
+  ::close(STDOUT_FILENO);
+  log_elsewhere(file);
+}
+
+TEST_F(NoticesTest, of_a_program_without_standard_output_are_lost_and_the_log_is_not) {
+  const test::TemporaryFolder folder;
+  const std::string file = folder.path("log");
+  EXPECT_EXIT(log_without_output(file), testing::ExitedWithCode(0), "^to standard error\n$");
+  EXPECT_EQ(test::read_file(file), "a line of the log\nand another one\n");
+}
+
 TEST_F(NoticesTest, a_log_that_cannot_be_opened_changes_nothing) {
   const test::TemporaryFolder folder;
   errno = 0;
