@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *listening_state = "0A";
+constexpr std::size_t most_letters = 15; // of a name that the system tells
 
 /// The number of the socket in one line of net/tcp: "0: 0100007F:0BBB 00000000:0000 0A ...", the port and the state in
 /// hexadecimal, the socket's number after five more columns.
@@ -55,6 +56,20 @@ bool has_open(const fs::path &process, const fs::path &file) {
   return false;
 }
 
+std::string first_part(const fs::path &file, char end) {
+  std::ifstream input(file);
+  std::string part;
+  std::getline(input, part, end);
+  return part;
+}
+
+/// The system cuts names off; how the program was called has the whole one, unless an interpreter was called.
+std::string name_of(const fs::path &process) {
+  const std::string name = first_part(process / "comm", '\n');
+  const std::string called = fs::path(first_part(process / "cmdline", '\0')).filename().string();
+  return name.size() == most_letters && called.compare(0, name.size(), name) == 0 ? called : name;
+}
+
 } // namespace
 
 std::optional<std::string> listening_program(std::uint16_t port, const std::string &processes) {
@@ -68,9 +83,7 @@ std::optional<std::string> listening_program(std::uint16_t port, const std::stri
     if (!std::all_of(id.begin(), id.end(), [](unsigned char letter) { return std::isdigit(letter) != 0; }) ||
         !has_open(process->path(), "socket:[" + *socket + "]"))
       continue;
-    std::ifstream file(process->path() / "comm");
-    std::string name;
-    std::getline(file, name);
+    const std::string name = name_of(process->path());
     return (name.empty() ? "another program" : name) + " (pid " + id + ")";
   }
   return "another program";

@@ -31,10 +31,19 @@ protected:
                      "000000000d751f8b 100 0 0 10 0\n");
     folder.write("net/tcp6",
                  head + "   0: 00000000000000000000000000000000:0BBC 00000000000000000000000000000000:0000 0A "
-                        "00000000:00000000 00:00000000 00000000  1000        0 503 1 000000000d751f8b 100 0 0 10 0\n");
+                        "00000000:00000000 00:00000000 00000000  1000        0 503 1 000000000d751f8b 100 0 0 10 0\n"
+                        "   1: 00000000000000000000000000000000:0BBE 00000000000000000000000000000000:0000 0A "
+                        "00000000:00000000 00:00000000 00000000  1000        0 505 1 000000000d751f8b 100 0 0 10 0\n"
+                        "   2: 00000000000000000000000000000000:0BBF 00000000000000000000000000000000:0000 0A "
+                        "00000000:00000000 00:00000000 00000000  1000        0 506 1 000000000d751f8b 100 0 0 10 0\n");
     addProcess("41", "other", {"502"});
     addProcess("123", "buttondriver", {"7", "501"});
     addProcess("124", "panel", {"503"});
+    // The system tells 15 characters of a name.
+    addProcess("125", "buttondriver-si", {"505"});
+    folder.write("125/cmdline", std::string("build/bin/buttondriver-sim\0--root\0/x", 36));
+    addProcess("126", "fifteen-letters", {"506"});
+    folder.write("126/cmdline", std::string("python3\0fifteen-letters-or-more", 31));
     addProcess("self", "buttondriver", {"504"}); // a link to one of the others
     folder.write("version", "no process");
   }
@@ -54,6 +63,11 @@ protected:
 TEST_F(ListeningProgramTest, is_named_with_its_number) {
   EXPECT_EQ(program(3003), "buttondriver (pid 123)");
   EXPECT_EQ(program(3004), "panel (pid 124)");
+}
+
+TEST_F(ListeningProgramTest, has_a_long_name_whole_where_its_command_line_begins_with_it) {
+  EXPECT_EQ(program(3006), "buttondriver-sim (pid 125)");
+  EXPECT_EQ(program(3007), "fifteen-letters (pid 126)");
 }
 
 TEST_F(ListeningProgramTest, is_another_program_where_its_sockets_are_not_told) {
