@@ -96,6 +96,8 @@ std::optional<QString> fault_of_driver(const QCommandLineParser &parser) {
   }
   if (parser.value(device_option).isEmpty())
     return QStringLiteral("--device takes the path of a socket");
+  if (parser.isSet(font_option) && parser.value(font_option).isEmpty())
+    return QStringLiteral("--font takes the size or the file of a font");
   if (parser.isSet(root_option) || parser.isSet(port_option) || parser.isSet(intensity_option) ||
       !parser.positionalArguments().isEmpty())
     return QStringLiteral(
@@ -113,6 +115,10 @@ std::optional<int> read_number(const QCommandLineParser &parser, const QCommandL
 
 /// What is wrong with options that are together, or have a value that they cannot have.
 std::optional<QString> fault_of_values(const QCommandLineParser &parser) {
+  // An empty one is a variable of a script that was not set.
+  for (const QCommandLineOption *file : {&ports_file_option, &log_option})
+    if (parser.isSet(*file) && parser.value(*file).isEmpty())
+      return QStringLiteral("--%1 takes the name of a file").arg(file->names().constFirst());
   if (parser.isSet(quiet_option) && parser.isSet(verbose_option))
     return QStringLiteral("use only one of --quiet and --verbose");
   if (parser.isSet(port_option) && parser.positionalArguments().size() == most_positional_arguments)
