@@ -79,6 +79,7 @@ int main(int argc, char **argv) {
     return say(*answer);
 
   const Options &options = *std::get_if<Options>(&command_line); // it is one of the two
+  buttondriver::simulator::remove_ports(options.ports_file);
   if (!prepare_log(options))
     return 1;
   const buttondriver::LogGathering log;

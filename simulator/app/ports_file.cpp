@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "simulator/app/ports_file.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace buttondriver::simulator {
@@ -15,6 +17,12 @@ Outcome<Done> write_ports(const QString &file, std::optional<quint16> daemon, st
   if (!output.open(QIODevice::WriteOnly) || output.write(lines) != lines.size() || !output.commit())
     return Failure{QStringLiteral("cannot write %1: %2").arg(file, output.errorString())};
   return Done{};
+}
+
+void remove_ports(const QString &file) {
+  const QFileInfo old(file);
+  if (old.isFile() && !old.isSymLink())
+    QFile::remove(file);
 }
 
 } // namespace buttondriver::simulator

@@ -82,6 +82,13 @@ TEST_F(SimulatorOptionsTest, the_ports_are_in_their_file_once_they_can_be_used) 
   EXPECT_TRUE(output.contains("page on http://127.0.0.1:" + ports.captured(2).toLatin1() + "/\n"));
 }
 
+TEST_F(SimulatorOptionsTest, the_ports_of_an_earlier_run_are_gone_also_when_it_cannot_start) {
+  test::write_file(file("ports"), "daemon=1\nhttp=2\n");
+  Program simulator(program, {"--ports-file", file("ports"), "--font", "99x98", "--port", "0", "--http", "off"});
+  EXPECT_EQ(simulator.waitForEnd(), 1);
+  EXPECT_FALSE(QFile::exists(file("ports")));
+}
+
 TEST_F(SimulatorOptionsTest, files_and_fonts_that_cannot_be_had_are_one_line_and_exit_status_1) {
   struct Row {
     QStringList options;

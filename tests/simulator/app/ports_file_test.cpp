@@ -4,6 +4,7 @@
 #include "support/test_root.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -37,6 +38,21 @@ TEST(PortsFileTest, that_cannot_be_written_is_a_failure_that_names_it) {
   ASSERT_FALSE(written);
   EXPECT_TRUE(written.failure().text.startsWith(QStringLiteral("cannot write /nowhere/at/all: ")))
       << written.failure().text.toStdString();
+}
+
+TEST(PortsFileTest, an_old_one_is_removed_and_what_is_no_file_stays) {
+  const QTemporaryDir folder;
+  const QString file = folder.filePath(QStringLiteral("ports"));
+  const QString link = folder.filePath(QStringLiteral("link"));
+  ASSERT_TRUE(write_ports(file, 1, 2));
+  ASSERT_TRUE(QFile::link(file, link));
+  remove_ports(link);
+  EXPECT_TRUE(QFile::exists(link)) << "/dev/stdout may be one";
+  remove_ports(folder.path());
+  EXPECT_TRUE(QDir(folder.path()).exists());
+  remove_ports(file);
+  EXPECT_FALSE(QFile::exists(file));
+  remove_ports(file); // which is not there
 }
 
 } // namespace
