@@ -38,12 +38,22 @@ function keep(pid) {
     // Complete as soon as it is there.
     writeFileSync(`${BROWSER_ADDRESS}.new`, address);
     renameSync(`${BROWSER_ADDRESS}.new`, BROWSER_ADDRESS);
-    process.send('started');
-    process.disconnect();
+    if (process.connected) {
+      process.send('started');
+      process.disconnect();
+    } else {
+      browser.kill(); // nobody waits for it any more
+    }
   });
-  browser.once('exit', () => {
-    rmSync(folder, { recursive: true, force: true });
+  browser.once('error', (error) => {
+    console.error(error.message);
     process.exit(1);
+  });
+  browser.once('exit', () => process.exit(1));
+  // Also after a fault in this script. The browser's other processes may write to the folder for a moment yet.
+  process.once('exit', () => {
+    browser.kill();
+    rmSync(folder, { recursive: true, force: true, maxRetries: 10, retryDelay: 100 });
   });
   const look = setInterval(() => {
     if (isRunning(pid)) return;

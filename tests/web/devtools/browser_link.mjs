@@ -5,6 +5,7 @@ import { openWebSocket } from './web_socket.mjs';
 export class BrowserLink {
   #socket = null;
   #lastId = 0;
+  #hasEnded = false;
   #calls = new Map();
   #listeners = new Map();
 
@@ -18,6 +19,10 @@ export class BrowserLink {
   call(method, params = {}, session = undefined) {
     const id = ++this.#lastId;
     return new Promise((resolve, reject) => {
+      if (this.#hasEnded) {
+        reject(new Error(`${method}: the browser has gone`));
+        return;
+      }
       this.#calls.set(id, { resolve, reject, method });
       this.#socket.send(JSON.stringify({ id, method, params, sessionId: session }));
     });
@@ -44,6 +49,7 @@ export class BrowserLink {
   }
 
   #end() {
+    this.#hasEnded = true;
     for (const { reject, method } of this.#calls.values()) reject(new Error(`${method}: the browser has gone`));
     this.#calls.clear();
   }

@@ -2,8 +2,9 @@
 // What runs in the page itself, sent there as text: each function stands alone.
 
 // Looks for elements step by step and does `action` with the first ones that there are; waits for them until `limit`
-// milliseconds have gone. With `isSeen`, the first one is also to be seen, and with `isEnabled` not disabled.
-export async function act({ steps, isSeen, isEnabled, isAtOnce, limit }, action, argument) {
+// milliseconds have gone. With `isSeen`, the first one is also to be seen, and with `isEnabled` not disabled; with
+// `isPatient`, the action is tried again as long as it throws.
+export async function act({ steps, isSeen, isEnabled, isPatient, isAtOnce, limit }, action, argument) {
   const flat = (text) => text.replace(/\s+/g, ' ').trim();
   const fits = (text, { pattern, flags, wanted, isExact }) => {
     if (pattern !== undefined) return new RegExp(pattern, flags).test(flat(text));
@@ -30,8 +31,15 @@ export async function act({ steps, isSeen, isEnabled, isAtOnce, limit }, action,
   const start = performance.now();
   for (;;) {
     const found = find();
-    if (isAtOnce || isReady(found)) return action(found, argument);
-    if (performance.now() - start > limit) throw new Error(`waited in vain for ${JSON.stringify(steps)}, of which there are ${found.length}`);
+    const isLate = performance.now() - start > limit;
+    if (isAtOnce || isReady(found)) {
+      try {
+        return action(found, argument);
+      } catch (error) {
+        if (!isPatient || isLate) throw error;
+      }
+    }
+    if (isLate) throw new Error(`waited in vain for ${JSON.stringify(steps)}, of which there are ${found.length}`);
     await new Promise(requestAnimationFrame);
   }
 }
@@ -46,7 +54,7 @@ export async function until(limit, condition, argument) {
   }
 }
 
-// The middle of an element, once it is in view and nothing lies over it.
+// The middle of an element, which comes into view; throws while something lies over it.
 export function middleOf([element], isForced) {
   element.scrollIntoView({ block: 'nearest', inline: 'nearest', behavior: 'instant' });
   const box = element.getBoundingClientRect();

@@ -42,7 +42,11 @@ export async function openWebSocket(url, onText, onEnd) {
     if (!isOpen) {
       const end = bytes.indexOf('\r\n\r\n');
       if (end < 0) return;
-      if (!bytes.toString('latin1', 0, end).startsWith('HTTP/1.1 101 ')) socket.destroy(new Error(bytes.toString('latin1', 0, end)));
+      const head = bytes.toString('latin1', 0, end);
+      if (!head.startsWith('HTTP/1.1 101 ')) {
+        socket.destroy(new Error(head));
+        return;
+      }
       isOpen = true;
       bytes = bytes.subarray(end + 4);
       onOpen();
