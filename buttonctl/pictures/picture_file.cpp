@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -207,8 +208,9 @@ Outcome<Picture> read_picture_file(const QString &name) {
 
 Picture scaled(const Picture &picture, QSize size) {
   Picture result(size);
-  stbir_resize_uint8(picture.components(), picture.width(), picture.height(), 0, result.components(), size.width(),
-                     size.height(), 0, 3);
+  if (!stbir_resize_uint8(picture.components(), picture.width(), picture.height(), 0, result.components(), size.width(),
+                          size.height(), 0, 3))
+    throw std::bad_alloc();
   return result;
 }
 

@@ -52,8 +52,8 @@ void buttondriver_close(buttondriver_client *client);
 /// 1 when the client is open, as far as it knows; otherwise 0.
 int buttondriver_is_open(const buttondriver_client *client);
 
-/// Sends a message that one of the functions in messages.h has built, or any other one of no more than
-/// BUTTONDRIVER_LARGEST_MESSAGE bytes.
+/// Sends a message that one of the functions in messages.h has built, or any other one of 1 to
+/// BUTTONDRIVER_LARGEST_MESSAGE bytes. What could not be built has none, and is out of range.
 buttondriver_result buttondriver_send(buttondriver_client *client, const buttondriver_message *message);
 
 /// Sends a ping and waits for its answer for `timeout_ms` milliseconds, 1 or more. The answer says that the daemon has

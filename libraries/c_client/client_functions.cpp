@@ -86,7 +86,7 @@ int buttondriver_is_open(const buttondriver_client *client) { return client && c
 buttondriver_result buttondriver_send(buttondriver_client *client, const buttondriver_message *message) {
   if (!client || !message || (!message->bytes && message->size > 0))
     return BUTTONDRIVER_NULL_POINTER;
-  if (message->size > BUTTONDRIVER_LARGEST_MESSAGE)
+  if (message->size == 0 || message->size > BUTTONDRIVER_LARGEST_MESSAGE)
     return BUTTONDRIVER_OUT_OF_RANGE;
   return send_message(*client, ByteView(static_cast<const std::uint8_t *>(message->bytes), message->size), {},
                       Deadline(client->timeout_ms));

@@ -113,6 +113,18 @@ TEST(CClientConnectionTest, sends_no_message_that_the_daemon_would_skip) {
   EXPECT_EQ(peer.read_to_end(), "");
 }
 
+TEST(CClientConnectionTest, sends_nothing_in_place_of_a_message_that_could_not_be_built) {
+  ScriptedPeer peer;
+  OpenClient client(peer);
+  char byte = 0;
+  for (void *bytes : {static_cast<void *>(&byte), static_cast<void *>(nullptr)}) {
+    const buttondriver_message message{bytes, 1, 0};
+    EXPECT_EQ(buttondriver_send(client.get(), &message), BUTTONDRIVER_OUT_OF_RANGE);
+  }
+  buttondriver_close(client.get());
+  EXPECT_EQ(peer.read_to_end(), "");
+}
+
 TEST(CClientConnectionTest, sends_the_longest_message_to_a_peer_that_reads_little_at_a_time) {
   ScriptedPeer peer(ScriptedPeer::Door::open, 2048);
   OpenClient client(peer);
