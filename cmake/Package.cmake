@@ -22,3 +22,7 @@ install(FILES
     "${PROJECT_BINARY_DIR}/buttondriverConfig.cmake"
     "${PROJECT_BINARY_DIR}/buttondriverConfigVersion.cmake"
   DESTINATION "${package_folder}" COMPONENT development)
+
+# The pages.
+file(GLOB pages CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/*.md")
+install(FILES ${pages} DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk)
