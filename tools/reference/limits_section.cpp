@@ -23,6 +23,8 @@ static_assert(limits::read_ahead % 1024 == 0 && limits::largest_frame % 1024 == 
 
 } // namespace
 
+std::uint32_t largest_message() { return limits::largest_frame; }
+
 std::string limits_section() {
   std::ostringstream section;
   section << "## Limits\n\n"

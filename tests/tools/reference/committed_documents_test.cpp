@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/reference/dissector.h"
 #include "tools/reference/protocol_page.h"
+#include "tools/reference/python_layouts.h"
 
 #include "support/first_difference.h"
 
@@ -28,6 +29,7 @@ std::string staleness(const std::string &file, const std::string &generated) {
 TEST(CommittedDocumentsTest, hold_what_the_generator_prints) {
   EXPECT_EQ(staleness("docs/protocol.md", protocol_page()), "");
   EXPECT_EQ(staleness("tools/wireshark/buttondriver.lua", wireshark_dissector()), "");
+  EXPECT_EQ(staleness("python/buttondriver/catalogue.py", python_layouts()), "");
 }
 
 TEST(CommittedDocumentsTest, count_as_stale_when_a_line_differs_is_missing_or_too_much) {

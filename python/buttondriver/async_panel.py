@@ -1,0 +1,108 @@
+# SPDX-License-Identifier: Apache-2.0
+"""A panel, for programs with asyncio."""
+
+import asyncio
+import time
+from types import TracebackType
+from typing import Awaitable, Optional, Type, TypeVar
+
+from .catalogue import DEFAULT_PORT
+from .commands import Commands, sends
+from .encoder import PING_REPLY, encode
+from .errors import PanelLost, PanelTimeout
+
+Value = TypeVar("Value")
+
+
+class AsyncPanel(Commands[Awaitable[None]]):
+    """Panel with the same methods, each to be awaited. It connects in connect(), in "async with", or when first used.
+
+    For one event loop. Calls of several tasks are served one after the other.
+    """
+
+    def __init__(
+        self, host: str = "127.0.0.1", port: int = DEFAULT_PORT, *, timeout: float = 5.0, reconnect: bool = False
+    ) -> None:
+        self.host, self.port, self.timeout, self.reconnect = host, port, timeout, reconnect
+        self._lock: Optional[asyncio.Lock] = None
+        self._reader: Optional[asyncio.StreamReader] = None
+        self._writer: Optional[asyncio.StreamWriter] = None
+        self._used = False
+
+    async def connect(self) -> None:
+        """Makes a new connection in place of the one there is. PanelLost or PanelTimeout when it cannot be had."""
+        self._drop()
+        self._used = True
+        self._reader, self._writer = await self._in_time(asyncio.open_connection(self.host, self.port))
+
+    @property
+    def connected(self) -> bool:
+        """Whether the connection stands, as far as the event loop has heard."""
+        return self._reader is not None and not self._reader.at_eof() and self._reader.exception() is None
+
+    @sends("BMS_Ping")
+    async def ping(self) -> float:
+        """Returns the seconds until the answer: all that was sent before has been accepted by then."""
+        async with self._turn():
+            start = time.perf_counter()
+            await self._write(encode("BMS_Ping"))
+            assert self._reader is not None
+            answer = await self._in_time(self._reader.readexactly(len(PING_REPLY)))
+            if answer != PING_REPLY:
+                self._drop()
+                raise PanelLost(f"unexpected answer {answer.hex(' ')} of {self.host}:{self.port}")
+            return time.perf_counter() - start
+
+    async def close(self) -> None:
+        """Ends the connection once what was sent has been delivered. May be called again."""
+        writer = self._writer
+        self._drop()
+        if writer is not None:
+            await self._in_time(writer.wait_closed())
+
+    async def __aenter__(self) -> "AsyncPanel":
+        await self.connect()
+        return self
+
+    async def __aexit__(
+        self, kind: Optional[Type[BaseException]], error: Optional[BaseException], trace: Optional[TracebackType]
+    ) -> None:
+        await self.close()
+
+    async def _send(self, frame: bytes) -> None:
+        async with self._turn():
+            await self._write(frame)
+
+    def _drop(self) -> None:
+        if self._writer is not None:
+            self._writer.close()
+        self._reader = self._writer = None
+
+    def _turn(self) -> asyncio.Lock:
+        # Made when there is a loop: before Python 3.10, a lock belongs to the loop in which it is made.
+        self._lock = self._lock or asyncio.Lock()
+        return self._lock
+
+    async def _write(self, frame: bytes) -> None:
+        if not self.connected:
+            if self._used and not self.reconnect:
+                self._drop()
+                raise PanelLost(f"the connection to {self.host}:{self.port} is lost")
+            await self.connect()
+        assert self._writer is not None
+        self._writer.write(frame)
+        await self._in_time(self._writer.drain())
+
+    async def _in_time(self, work: Awaitable[Value]) -> Value:
+        """Half a frame may be out, or an answer still to come, when it fails: that connection is of no more use."""
+        try:
+            return await asyncio.wait_for(work, self.timeout)
+        except asyncio.CancelledError:
+            self._drop()
+            raise
+        except asyncio.TimeoutError as error:
+            self._drop()
+            raise PanelTimeout(f"{self.host}:{self.port} did not answer in {self.timeout} s") from error
+        except (OSError, EOFError) as error:
+            self._drop()
+            raise PanelLost(f"the connection to {self.host}:{self.port} is lost: {error}") from error

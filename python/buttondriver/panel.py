@@ -1,0 +1,119 @@
+# SPDX-License-Identifier: Apache-2.0
+"""A panel, for programs that wait."""
+
+import socket
+import threading
+import time
+from types import TracebackType
+from typing import Optional, Type
+
+from .catalogue import DEFAULT_PORT
+from .commands import Commands, sends
+from .encoder import PING_REPLY, encode
+from .errors import PanelLost, PanelTimeout
+
+
+class Panel(Commands[None]):
+    """One connection to the daemon, kept until close(). Any thread may call; one after the other is served.
+
+    `timeout`, in seconds, is for each call: to connect, to send one message, to be answered. With `reconnect`, a call
+    that finds the connection lost makes a new one, once, and sends its message there; without it, that is PanelLost.
+    """
+
+    def __init__(
+        self, host: str = "127.0.0.1", port: int = DEFAULT_PORT, *, timeout: float = 5.0, reconnect: bool = False
+    ) -> None:
+        self.host, self.port, self.timeout, self.reconnect = host, port, timeout, reconnect
+        self._lock = threading.RLock()
+        self._socket: Optional[socket.socket] = None
+        self.pending = False  #: whether something has been sent since the last answer
+        self.connect()
+
+    def connect(self) -> None:
+        """Makes a new connection in place of the one there is. PanelLost or PanelTimeout when it cannot be had."""
+        with self._lock:
+            self.close()
+            self.pending = False
+            try:
+                self._socket = socket.create_connection((self.host, self.port), self.timeout)
+            except socket.timeout as error:
+                raise PanelTimeout(f"no connection to {self.host}:{self.port} in {self.timeout} s") from error
+            except OSError as error:
+                raise PanelLost(f"no connection to {self.host}:{self.port}: {error}") from error
+            self._socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+
+    @property
+    def connected(self) -> bool:
+        """Whether the connection stands, as far as this side has heard."""
+        with self._lock:
+            if self._socket is None:
+                return False
+            self._socket.setblocking(False)
+            try:
+                return self._socket.recv(1, socket.MSG_PEEK) != b""
+            except BlockingIOError:
+                return True
+            except OSError:
+                return False
+
+    @sends("BMS_Ping")
+    def ping(self) -> float:
+        """Returns the seconds until the answer: all that was sent before has been accepted by then."""
+        with self._lock:
+            start = time.perf_counter()
+            self._send(encode("BMS_Ping"))
+            self._receive_reply(start + self.timeout)
+            self.pending = False
+            return time.perf_counter() - start
+
+    def close(self) -> None:
+        """Ends the connection; what was sent is still delivered. May be called again."""
+        with self._lock:
+            if self._socket is not None:
+                self._socket.close()
+                self._socket = None
+
+    def __enter__(self) -> "Panel":
+        return self
+
+    def __exit__(
+        self, kind: Optional[Type[BaseException]], error: Optional[BaseException], trace: Optional[TracebackType]
+    ) -> None:
+        self.close()
+
+    def _send(self, frame: bytes) -> None:
+        with self._lock:
+            if not self.connected:
+                if not self.reconnect:
+                    self.close()
+                    raise PanelLost(f"the connection to {self.host}:{self.port} is lost")
+                self.connect()
+            assert self._socket is not None
+            try:
+                self._socket.settimeout(self.timeout)
+                self.pending = True
+                self._socket.sendall(frame)
+            except OSError as error:
+                self._fail(error)
+
+    def _receive_reply(self, deadline: float) -> None:
+        assert self._socket is not None
+        answer = b""
+        try:
+            while len(answer) < len(PING_REPLY):
+                self._socket.settimeout(max(deadline - time.perf_counter(), 0.001))
+                more = self._socket.recv(len(PING_REPLY) - len(answer))
+                if not more:
+                    raise ConnectionResetError("closed by the daemon")
+                answer += more
+        except OSError as error:
+            self._fail(error)
+        if answer != PING_REPLY:
+            self._fail(ConnectionError(f"unexpected answer {answer.hex(' ')}"))
+
+    def _fail(self, error: OSError) -> None:
+        """Half a frame may be out, or an answer still to come: this connection is of no more use."""
+        self.close()
+        if isinstance(error, socket.timeout):
+            raise PanelTimeout(f"{self.host}:{self.port} did not answer in {self.timeout} s") from error
+        raise PanelLost(f"the connection to {self.host}:{self.port} is lost: {error}") from error
