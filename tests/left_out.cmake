@@ -7,6 +7,7 @@ include_guard(GLOBAL)
 set(left_out_folders
   "bench: times and counted instructions would be the emulator's"
   "package: other projects use the installed package with this machine's compilers"
+  "python: the package is the same, and what it talks to is tested"
   "scripts: looks at the sources, which are the same"
   "soak: memory and load would be the emulator's"
   "web: the page is the same, and its server is tested")

@@ -1,0 +1,174 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Panels of both kinds, in front of a socket that does what the test asks for, and of a virtual panel."""
+
+import asyncio
+import inspect
+from typing import Any, Callable
+
+import pytest
+
+from buttondriver import AsyncPanel, Bitmap, Panel, PanelLost, PanelTimeout, VirtualPanel
+from buttondriver.bitmap import write_bmp
+
+PING = bytes.fromhex("000000040000000c")
+REPLY = bytes.fromhex("0000000400000001")
+SHORT = 0.05  # seconds: for what must time out
+
+
+def wait_for_loss(panel: Any) -> None:
+    while panel.connected:
+        pass  # an end of the connection is on its way; ctest's own limit stands behind this
+
+
+def big_bmp() -> bytes:
+    return write_bmp(Bitmap(2000, 2000, bytes(3 * 2000 * 2000)))
+
+
+def test_drives_the_panel(connect: Callable[..., Any], panel: VirtualPanel) -> None:
+    client = connect(port=panel.port)
+    client.text(0, 1, "Hello")
+    client.led(5, blink_ms=500)
+    client.led(6)
+    client.status(3)
+    client.toggle(1)
+    assert client.ping() > 0
+    assert panel.screen(0).text == ["", "Hello"]
+    assert panel.blinking(5) == 500
+    assert (panel.led(6), panel.led(7), panel.status(3), panel.status(4)) == (True, False, True, False)
+    assert (panel.toggle(0), panel.toggle(1)) == (False, True)
+
+
+def test_keeps_one_connection(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port)
+    connection = daemon.accept()
+    client.status(3)
+    client.reconfig()
+    client.close()
+    received = connection.makefile("rb").read()
+    assert received.hex() == "0000000c000000150000000300000001" "000000080000000a00000000"
+
+
+def test_a_reply_may_come_byte_by_byte(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port)
+    connection = daemon.accept()
+    connection.setsockopt(6, 1, 1)  # TCP_NODELAY
+    for byte in REPLY:
+        connection.send(bytes([byte]))
+    assert client.ping() >= 0
+    assert connection.recv(len(PING)) == PING
+
+
+def test_no_daemon_is_told(connect: Callable[..., Any], daemon: Any) -> None:
+    daemon.close()
+    with pytest.raises(PanelLost, match=f"127.0.0.1:{daemon.port}"):
+        connect(port=daemon.port)
+
+
+def test_no_answer_is_a_time_out_and_ends_the_connection(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port, timeout=SHORT)
+    with pytest.raises(PanelTimeout):
+        client.ping()
+    assert not client.connected
+    with pytest.raises(PanelLost):
+        client.status(3)
+
+
+def test_a_daemon_that_takes_nothing_is_a_time_out(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port, timeout=SHORT)
+    picture = big_bmp()
+    with pytest.raises(PanelTimeout):
+        for _ in range(20):  # more than the system keeps on the way
+            client.image(0, picture)
+
+
+def test_another_answer_is_told(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port)
+    daemon.accept().sendall(PING)
+    with pytest.raises(PanelLost, match="unexpected answer"):
+        client.ping()
+
+
+def test_an_end_instead_of_an_answer_is_told(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port)
+    connection = daemon.accept()
+    connection.sendall(REPLY[:5])
+    connection.shutdown(1)
+    with pytest.raises(PanelLost):
+        client.ping()
+
+
+def test_a_lost_connection_is_told(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port)
+    daemon.accept().close()
+    wait_for_loss(client)
+    with pytest.raises(PanelLost, match="is lost"):
+        client.status(3)
+
+
+def test_a_lost_connection_is_made_anew_on_request(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port, reconnect=True)
+    daemon.accept().close()
+    wait_for_loss(client)
+    client.status(3)
+    assert daemon.accept().recv(16).hex() == "0000000c000000150000000300000001"
+
+
+def test_a_value_out_of_range_sends_nothing(connect: Callable[..., Any], daemon: Any) -> None:
+    client = connect(port=daemon.port)
+    with pytest.raises(ValueError):
+        client.status(32)
+    client.close()
+    assert daemon.accept().recv(1) == b""
+
+
+def test_closes_with_its_block(daemon: Any) -> None:
+    with Panel(port=daemon.port) as client:
+        assert client.connected
+    assert not client.connected
+    client.close()
+
+    async def use() -> AsyncPanel:
+        async with AsyncPanel(port=daemon.port) as awaited:
+            assert awaited.connected
+        return awaited
+
+    assert not asyncio.run(use()).connected
+
+
+def test_an_awaited_panel_connects_when_it_is_first_used(daemon: Any) -> None:
+    async def use() -> None:
+        client = AsyncPanel(port=daemon.port)
+        await client.status(3)
+        await client.close()
+
+    asyncio.run(use())
+    assert len(daemon.accept().makefile("rb").read()) == 16
+
+
+def test_tasks_have_their_turns(daemon: Any) -> None:
+    async def use() -> None:
+        async with AsyncPanel(port=daemon.port) as client:
+            pings = [asyncio.ensure_future(client.ping()) for _ in range(3)]
+            connection = daemon.accept()
+            connection.setblocking(False)
+            for _ in pings:
+                received = b""
+                while len(received) < len(PING):
+                    received += await asyncio.get_running_loop().sock_recv(connection, 1000)
+                for _ in range(20):  # the others would have sent theirs meanwhile
+                    await asyncio.sleep(0)
+                with pytest.raises(BlockingIOError):
+                    connection.recv(1)
+                assert received == PING
+                connection.sendall(REPLY)
+            await asyncio.gather(*pings)
+
+    asyncio.run(use())
+
+
+def test_both_kinds_have_the_same_methods() -> None:
+    def methods(kind: type) -> "dict[str, list[str]]":
+        public = {name: value for name, value in inspect.getmembers(kind) if not name.startswith("_")}
+        return {name: list(inspect.signature(value).parameters) for name, value in public.items() if callable(value)}
+
+    assert methods(Panel) == methods(AsyncPanel)

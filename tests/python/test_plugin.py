@@ -1,0 +1,109 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The plug-in, in runs of pytest of its own."""
+
+from pathlib import Path
+
+import pytest
+
+from buttondriver import Bitmap
+from buttondriver.png import read_png, write_png
+from buttondriver.pytest_plugin import difference_in_words, difference_picture
+
+SHOWS = """
+    def test_hello(panel, assert_screen):
+        panel.connect().text(0, 0, "{}")
+        assert_screen(panel, 0, "pictures/hello.png")
+"""
+
+
+@pytest.fixture(autouse=True)
+def loaded(pytester: pytest.Pytester) -> None:
+    pytester.makeconftest('pytest_plugins = ["buttondriver.pytest_plugin"]')
+
+
+def run(pytester: pytest.Pytester, *arguments: str) -> pytest.RunResult:
+    return pytester.runpytest_subprocess("-p", "no:cacheprovider", *arguments)
+
+
+def test_a_picture_is_made_compared_and_renewed(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(SHOWS.format("Hello"))
+    picture = pytester.path / "pictures" / "hello.png"
+    missing = run(pytester, "--panel-output", "missing")
+    missing.assert_outcomes(failed=1)
+    missing.stdout.fnmatch_lines(["*screen 0: *hello.png is not there", "*--panel-update makes this the expected one"])
+    assert [path.name for path in Path("missing").rglob("*.png")] == ["hello-actual.png"]
+
+    run(pytester, "--panel-update").assert_outcomes(passed=1)
+    hello = picture.read_bytes()
+    run(pytester).assert_outcomes(passed=1)
+
+    pytester.makepyfile(SHOWS.format("Hellx"))
+    other = run(pytester, "--panel-output", "other")
+    other.assert_outcomes(failed=1)
+    # The fifth character of 8 x 16 pixels.
+    other.stdout.re_match_lines([r".*screen 0: \d+ pixels differ, in columns 3[2-9] to 3[2-9] and rows \d+ to 1?\d; .*"])
+    other.stdout.fnmatch_lines(["*expected:*hello-expected.png", "*actual:*hello-actual.png", "*difference:*"])
+    folder = next(Path("other").rglob("*.png")).parent
+    names = ["hello-actual.png", "hello-difference.png", "hello-expected.png"]
+    assert sorted(path.name for path in folder.iterdir()) == names
+    assert (folder / "hello-expected.png").read_bytes() == hello
+    assert picture.read_bytes() == hello
+
+    run(pytester, "--panel-update").assert_outcomes(passed=1)
+    assert picture.read_bytes() == (folder / "hello-actual.png").read_bytes()
+
+
+def test_each_test_has_a_fresh_panel_of_one_simulator(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(
+        """
+        seen = []
+
+        def look(panel):
+            assert panel.screen(0).text == [] and not panel.status(3) and panel.messages == []
+            seen.append((panel.port, panel.connect()))
+            seen[-1][1].text(0, 0, "Hello")
+            seen[-1][1].status(3)
+
+        def test_one(panel):
+            look(panel)
+
+        def test_two(panel):
+            look(panel)
+            assert seen[0][0] == seen[1][0]
+            assert not seen[0][1].connected and seen[1][1].connected
+        """
+    )
+    run(pytester).assert_outcomes(passed=2)
+
+
+def test_says_where_pictures_differ() -> None:
+    black = Bitmap(4, 3, bytes(36))
+    pixels = bytearray(36)
+    pixels[3 * 6] = 0xFF  # column 2, row 1
+    pixels[3 * 9 + 2] = 0x30  # column 1, row 2
+    other = Bitmap(4, 3, bytes(pixels))
+    assert difference_in_words(black, black) == ""
+    assert difference_in_words(black, other) == (
+        "2 pixels differ, in columns 1 to 2 and rows 1 to 2; the first at 2, 1: #000000 expected, #ff0000 is there"
+    )
+    assert difference_in_words(Bitmap(1, 1, bytes(3)), other) == "1 x 1 pixels expected, 4 x 3 are there"
+    difference = difference_picture(black, Bitmap(4, 3, b"\x30" * 36))
+    assert difference.pixels == b"\xff\0\0" * 12
+    assert difference_picture(other, other).pixel(2, 1) == (0x55, 0, 0)
+
+
+def test_another_program_can_be_named(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile("def test_it(panel): pass")
+    result = run(pytester, "--panel-simulator", "/nowhere/simulator")
+    result.assert_outcomes(errors=1)
+    result.stdout.fnmatch_lines(["*/nowhere/simulator cannot be run*"])
+
+
+def test_pictures_of_a_failure_are_kept_without_a_folder_for_them(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(SHOWS.format("Hello"))
+    (pytester.path / "pictures").mkdir()
+    (pytester.path / "pictures" / "hello.png").write_bytes(write_png(Bitmap(1, 1, bytes(3))))
+    result = run(pytester)
+    result.assert_outcomes(failed=1)
+    line = next(line for line in result.outlines if "actual:" in line)
+    assert read_png(Path(line.split()[-1]).read_bytes()).width == 128
