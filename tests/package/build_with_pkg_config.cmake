@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Makes PROGRAM of the one SOURCE with COMPILER, OPTIONS, and what PKG_CONFIG says about PACKAGES, and nothing else.
 string(REPLACE "," ";" packages "${PACKAGES}")
-string(REPLACE "," ";" options "${OPTIONS}")
+separate_arguments(options UNIX_COMMAND "${OPTIONS}")
 foreach(part cflags libs)
   execute_process(COMMAND "${PKG_CONFIG}" --${part} ${packages} OUTPUT_VARIABLE said COMMAND_ERROR_IS_FATAL ANY)
   separate_arguments(${part} UNIX_COMMAND "${said}")
