@@ -24,6 +24,29 @@ set(left_out_tests
   "buttonctl_documents.completion_offers_what_it_should: asks a shell of this machine"
   "dissector.shows_what_is_in_a_capture: asks a program of this machine"
   "stand_in.serves_a_program_of_a_32_bit_machine: the tests of device do that with this build's programs")
+foreach(test
+    simulation.ListeningProgramOfThisMachineTest.is_this_test
+    blackbox.SimulatorProgramTest.a_port_that_is_taken_is_one_line_with_who_has_it_and_exit_status_1)
+  list(APPEND left_out_tests "${test}: each program here has the emulator's name")
+endforeach()
+foreach(test
+    ExpectationsTest.of_pixels_are_about_the_place_and_the_colour
+    ExpectationsTest.of_a_region_compare_a_part_of_the_screen_with_a_tolerance
+    ExpectationsTest.of_the_log_find_a_text_and_faults
+    ExpectationsTest.of_messages_compare_names_and_fields
+    ExpectationsTest.wait_until_several_are_true_at_once
+    ExpectationsTest.reset_puts_the_panel_back_after_what_was_sent_before
+    ExpectationsTest.sleep_lets_time_pass
+    TestCommandTest.tells_of_each_scenario_in_the_order_of_the_files_and_of_all
+    TestCommandTest.leaves_nothing_when_all_is_as_expected
+    TestCommandTest.gives_its_client_the_panel_and_keeps_what_it_prints
+    TestCommandTest.keeps_the_difference_picture_of_a_failure
+    TestCommandTest.a_simulator_that_does_not_start_is_a_failure_that_says_so
+    TestCommandTest.ends_what_hangs_with_all_that_it_has_started
+    TestCommandTest.a_signal_ends_it_with_all_that_it_has_started
+    TestCommandTest.writes_results_that_a_reader_of_junit_understands)
+  list(APPEND left_out_tests "buttonctl.${test}: buttonctl cannot start programs under the emulator, which refuses its way to")
+endforeach()
 
 # buttondriver_tests_below(<folder>)
 #

@@ -6,6 +6,7 @@
 #include "support/event_loop.h"
 #include "support/program.h"
 #include "support/test_root.h"
+#include "threads/thread_sanitizer.h"
 
 #include <QFile>
 #include <QImage>
@@ -184,6 +185,9 @@ TEST_F(TestCommandTest, ends_what_hangs_with_all_that_it_has_started) {
 }
 
 TEST_F(TestCommandTest, a_signal_ends_it_with_all_that_it_has_started) {
+#if defined(BUTTONDRIVER_THREAD_SANITIZER)
+  GTEST_SKIP() << "ThreadSanitizer keeps a signal back while Qt waits, until code of this tree runs again";
+#endif
   folder.write("a.scenario", "expect-led 5 off\n");
   struct Row {
     int signal;
