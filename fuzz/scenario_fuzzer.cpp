@@ -4,11 +4,11 @@
 //
 // Input, from the end: whether pictures are going to be replaced (one byte, its lowest bit). In front of it: the file.
 #include "buttonctl/command_table.h"
-#include "buttonctl/pictures/picture_file.h"
 #include "buttonctl/scenario/scenario_reader.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/require.h"
+#include "pictures/picture_file.h"
 #include "tests/support/temporary_folder.h"
 
 #include <QByteArray>

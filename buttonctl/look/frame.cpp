@@ -2,7 +2,7 @@
 #include "buttonctl/look/frame.h"
 
 #include "buttonctl/look/state_text.h"
-#include "buttonctl/pictures/picture_file.h"
+#include "pictures/picture_file.h"
 
 #include <algorithm>
 

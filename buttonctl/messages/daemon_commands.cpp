@@ -2,9 +2,9 @@
 #include "buttonctl/messages/daemon_commands.h"
 
 #include "buttonctl/messages/sending.h"
-#include "buttonctl/pictures/picture_converter.h"
 #include "buttonctl/session/framed_ping.h"
 #include "dimensions/panel_dimensions.h"
+#include "pictures/picture_converter.h"
 #include "protocol/encoders.h"
 
 #include <limits>

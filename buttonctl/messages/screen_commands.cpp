@@ -3,8 +3,8 @@
 
 #include "buttonctl/messages/encoded_messages.h"
 #include "buttonctl/messages/sending.h"
-#include "buttonctl/pictures/picture_converter.h"
 #include "dimensions/panel_dimensions.h"
+#include "pictures/picture_converter.h"
 #include "protocol/encoders.h"
 
 #include <limits>

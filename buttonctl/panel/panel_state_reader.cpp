@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/panel/panel_state_reader.h"
 
-#include "buttonctl/pictures/picture_file.h"
+#include "pictures/picture_file.h"
 
 #include <QEventLoop>
 #include <QNetworkProxy>

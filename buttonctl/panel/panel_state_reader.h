@@ -3,8 +3,8 @@
 
 #include "buttonctl/panel/panel_feed.h"
 #include "buttonctl/panel/panel_report.h"
-#include "buttonctl/pictures/picture.h"
 #include "outcome/outcome.h"
+#include "pictures/picture.h"
 
 #include <QByteArray>
 #include <QNetworkAccessManager>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/scenario_runner.h"
 
-#include "buttonctl/pictures/difference/picture_difference.h"
-#include "buttonctl/pictures/picture_file.h"
+#include "buttonctl/difference/picture_difference.h"
 #include "buttonctl/session/console.h"
 #include "buttonctl/session/exit_status.h"
+#include "pictures/picture_file.h"
 
 #include <QDir>
 #include <QEventLoop>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/scenario/expectations/picture_tests.h"
 
-#include "buttonctl/pictures/difference/picture_difference.h"
-#include "buttonctl/pictures/picture_file.h"
+#include "buttonctl/difference/picture_difference.h"
 #include "dimensions/panel_dimensions.h"
+#include "pictures/picture_file.h"
 
 #include <QFileInfo>
 

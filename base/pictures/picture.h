@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 /// Each component is 0 to 255.
 struct Colour {
@@ -60,4 +60,4 @@ private:
   std::vector<Colour> _pixels;
 };
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Files are written by Qt or by hand, and read by the tool; what the tool writes, Qt reads.
-#include "buttonctl/pictures/picture_file.h"
+#include "pictures/picture_file.h"
 
 #include "buttonctl/support/pictures.h"
 #include "support/hex.h"

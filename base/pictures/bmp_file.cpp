@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/bmp_file.h"
+#include "pictures/bmp_file.h"
 
 #include <QDataStream>
 #include <QIODevice>
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 namespace {
 
@@ -107,4 +107,4 @@ QByteArray write_screen_bmp(const Picture &picture) {
   return file;
 }
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/picture_converter.h"
+#include "pictures/picture_converter.h"
 
 #include "buttonctl/support/pictures.h"
 #include "support/hex.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/pictures/picture.h"
+#include "pictures/picture.h"
 
 #include <string_view>
 

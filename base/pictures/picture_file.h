@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/pictures/picture.h"
 #include "outcome/outcome.h"
+#include "pictures/picture.h"
 
 #include <QByteArray>
 
 /// Pictures from files and into files. Only picture_file.cpp knows the library that does it.
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 /// What a picture may have at most; a file can claim any number.
 constexpr int longest_side = 32768;
@@ -27,4 +27,4 @@ Picture scaled(const Picture &picture, QSize size);
 /// `picture`, which is not null, as a PNG file; the same bytes for the same pixels.
 QByteArray write_png(const Picture &picture);
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

@@ -3,7 +3,7 @@
 
 #include "bytes/byte_view.h"
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 /// What has to be known of a JPEG file before its picture is read.
 struct JpegOutline {
@@ -17,4 +17,4 @@ struct JpegOutline {
 /// `file` begins as a JPEG file does; what follows may be anything.
 JpegOutline outline_of_jpeg(ByteView file);
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

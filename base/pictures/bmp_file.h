@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "buttonctl/pictures/picture.h"
 #include "bytes/byte_view.h"
+#include "pictures/picture.h"
 
 #include <QByteArray>
 #include <QSize>
@@ -11,7 +11,7 @@
 
 /// The picture format of the screens: an uncompressed 24-bit BMP file, bottom row first, with a 40-byte information
 /// header.
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 /// The size in pixels when `file` is a whole picture of that format; nothing when it must be converted.
 std::optional<QSize> size_of_screen_bmp(ByteView file);
@@ -26,4 +26,4 @@ bool is_bmp_without_opacity(ByteView file);
 /// `picture` in that format.
 QByteArray write_screen_bmp(const Picture &picture);
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

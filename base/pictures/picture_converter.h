@@ -7,7 +7,7 @@
 #include <QPoint>
 
 /// Picture files made into what the panel takes. The failures do not name the file.
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 /// What happens to a picture that sticks out of the screen. The panel does not cut such a picture off but shears it.
 enum class Oversize {
@@ -34,4 +34,4 @@ struct ButtonImageWishes {
 /// lighter half of the greys becomes 1.
 Outcome<QByteArray> convert_button_image(const QByteArray &file, ButtonImageWishes wishes);
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/picture.h"
+#include "pictures/picture.h"
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 static_assert(sizeof(Colour) == 3, "the components of a picture lie side by side");
 
@@ -32,4 +32,4 @@ Picture Picture::turnedUpright(int orientation) const {
   return result;
 }
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

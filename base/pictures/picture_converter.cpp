@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/picture_converter.h"
+#include "pictures/picture_converter.h"
 
-#include "buttonctl/pictures/bmp_file.h"
-#include "buttonctl/pictures/picture_file.h"
 #include "bytes/view_of.h"
 #include "dimensions/panel_dimensions.h"
+#include "pictures/bmp_file.h"
+#include "pictures/picture_file.h"
 
 #include <QRect>
 
 #include <optional>
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 namespace {
 
@@ -139,4 +139,4 @@ Outcome<QByteArray> convert_button_image(const QByteArray &file, ButtonImageWish
   return bits;
 }
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

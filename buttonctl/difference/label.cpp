@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/difference/label.h"
+#include "buttonctl/difference/label.h"
 
 namespace buttondriver::buttonctl {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/picture_file.h"
+#include "pictures/picture_file.h"
 
-#include "buttonctl/pictures/bmp_file.h"
-#include "buttonctl/pictures/jpeg_outline.h"
 #include "bytes/view_of.h"
+#include "pictures/bmp_file.h"
+#include "pictures/jpeg_outline.h"
 
 #include <QFile>
 
@@ -56,7 +56,7 @@ void *bounded_realloc(void *block, std::size_t size) {
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #include <stb_image_write.h>
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 namespace {
 
@@ -223,4 +223,4 @@ QByteArray write_png(const Picture &picture) {
   return file;
 }
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/difference/picture_difference.h"
+#include "buttonctl/difference/picture_difference.h"
 
-#include "buttonctl/pictures/difference/label.h"
+#include "buttonctl/difference/label.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "buttonctl/pictures/jpeg_outline.h"
+#include "pictures/jpeg_outline.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
 
-namespace buttondriver::buttonctl {
+namespace buttondriver {
 
 namespace {
 
@@ -105,4 +105,4 @@ JpegOutline outline_of_jpeg(ByteView file) {
   return outline;
 }
 
-} // namespace buttondriver::buttonctl
+} // namespace buttondriver
