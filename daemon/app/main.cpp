@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/daemon.h"
-#include "app/process.h"
 #include "event_loop/epoll_dispatcher.h"
 #include "logging/log_gathering.h"
+#include "process/process.h"
 
 #include <QCoreApplication>
 

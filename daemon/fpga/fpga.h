@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "file_watch/configuration_watcher.h"
 #include "files/system_paths.h"
-#include "fpga/configuration/configuration_watcher.h"
 #include "fpga/font_settings.h"
 #include "fpga/queue/task_queue.h"
 #include "fpga/tasks.h"

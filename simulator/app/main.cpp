@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/process.h"
 #include "logging/log_gathering.h"
+#include "process/process.h"
 #include "simulator/app/page_opening.h"
 #include "simulator/app/ports_file.h"
 #include "simulator/http/web_page.h"

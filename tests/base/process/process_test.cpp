@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/process.h"
+#include "process/process.h"
 
 #include <QtGlobal>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "fpga/configuration/configuration_watcher.h"
+#include "file_watch/configuration_watcher.h"
 #include "support/event_loop.h"
 #include "support/test_root.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "fpga/configuration/configuration_watcher.h"
+#include "file_watch/configuration_watcher.h"
 
 #include "files/owned_descriptor.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "fpga/configuration/folders_on_the_way.h"
+#include "file_watch/folders_on_the_way.h"
 
 #include <QElapsedTimer>
 #include <QFileSystemWatcher>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "fpga/configuration/folders_on_the_way.h"
+#include "file_watch/folders_on_the_way.h"
 
 #include <algorithm>
 #include <climits>
