@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/http/server/http_endpoint.h"
+#include "http/server/http_endpoint.h"
 #include "simulator/notices/notices.h"
 #include "simulator/simulation/simulation_settings.h"
 

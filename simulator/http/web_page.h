@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "http/server/http_endpoint.h"
 #include "outcome/outcome.h"
-#include "simulator/http/server/http_endpoint.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "simulator/http/server/http_answer.h"
+#include "http/server/http_answer.h"
 
 #include <QString>
 

@@ -64,7 +64,7 @@ std::optional<DrawnTexts> drawn_texts(const PanelState &panel, const ScreenFont 
 } // namespace
 
 PageServer::PageServer(Simulation &simulation, const HttpLimits &limits)
-    : _simulation(simulation), _server(limits),
+    : _simulation(simulation), _server(limits, "/live"),
       _pages(QStringLiteral("buttondriver-sim"), QWebSocketServer::NonSecureMode), _feed(simulation),
       _states([this](const auto &, const auto &answer) { makeState(answer); }),
       _resets([this](const auto &, const auto &answer) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "http/server/http_server.h"
+#include "http/server/request_rounds.h"
 #include "outcome/outcome.h"
 #include "simulator/http/page/live_feed.h"
-#include "simulator/http/server/http_server.h"
-#include "simulator/http/server/request_rounds.h"
 #include "simulator/simulation/simulation.h"
 
 #include <QImage>
