@@ -142,23 +142,26 @@ Failure not_decoded(const Format &format, const FileReader &reader) {
   return not_readable(QStringLiteral("%1: %2").arg(QLatin1String(format.name), QLatin1String(stbi_failure_reason())));
 }
 
-std::uint8_t on_black(unsigned component, unsigned opacity) {
-  return static_cast<std::uint8_t>((component * opacity + 127) / 255);
-}
+/// What a file says of its picture before anything is decompressed.
+struct FileOutline {
+  const Format *format;
+  int width; ///< as the pixels are stored
+  int height;
+  int orientation; ///< 1 to 8, as Exif numbers it
+};
 
-} // namespace
-
-Outcome<Picture> read_picture(const QByteArray &file) {
+/// Fails for what can be seen to be no picture, or too large a one.
+Outcome<FileOutline> outline_of(const QByteArray &file) {
   const Format *format = format_of(file);
   if (!format)
     return not_readable(QStringLiteral("neither PNG nor JPEG, BMP or GIF"));
   if (is_cut_short_bmp(view_of(file)))
     return Failure{QStringLiteral("the picture is cut short")};
 
-  JpegOutline outline;
+  JpegOutline jpeg;
   if (format->name == QLatin1String("JPEG"))
-    outline = outline_of_jpeg(view_of(file));
-  if (!outline.has_sound_tables)
+    jpeg = outline_of_jpeg(view_of(file));
+  if (!jpeg.has_sound_tables)
     return not_readable(QStringLiteral("JPEG: a table of codes is damaged"));
 
   int width = 0;
@@ -177,13 +180,38 @@ Outcome<Picture> read_picture(const QByteArray &file) {
                        .arg(height)
                        .arg(most_pixels)
                        .arg(longest_side)};
+  return FileOutline{format, width, height, jpeg.orientation};
+}
 
+std::uint8_t on_black(unsigned component, unsigned opacity) {
+  return static_cast<std::uint8_t>((component * opacity + 127) / 255);
+}
+
+} // namespace
+
+Outcome<QSize> size_of_picture(const QByteArray &file) {
+  const Outcome<FileOutline> outline = outline_of(file);
+  if (!outline)
+    return outline.failure();
+  const QSize stored(outline->width, outline->height);
+  constexpr int first_turned_orientation = 5;
+  return outline->orientation < first_turned_orientation ? stored : stored.transposed();
+}
+
+Outcome<Picture> read_picture(const QByteArray &file) {
+  const Outcome<FileOutline> outline = outline_of(file);
+  if (!outline)
+    return outline.failure();
+
+  int width = outline->width;
+  int height = outline->height;
+  int components = 0;
   const MemoryFor memory(width, height, static_cast<std::size_t>(file.size()));
   FileReader reader(view_of(file));
   const std::unique_ptr<stbi_uc, decltype(&std::free)> pixels(
       stbi_load_from_callbacks(&callbacks, &reader, &width, &height, &components, STBI_rgb_alpha), &std::free);
   if (!pixels || reader.hasRunOut())
-    return not_decoded(*format, reader);
+    return not_decoded(*outline->format, reader);
 
   const bool is_opaque = is_bmp_without_opacity(view_of(file));
   Picture picture(QSize(width, height));
@@ -194,8 +222,8 @@ Outcome<Picture> read_picture(const QByteArray &file) {
       picture.set(x, y, {on_black(pixel[0], opacity), on_black(pixel[1], opacity), on_black(pixel[2], opacity)});
     }
   }
-  if (outline.orientation != 1)
-    return picture.turnedUpright(outline.orientation);
+  if (outline->orientation != 1)
+    return picture.turnedUpright(outline->orientation);
   return picture;
 }
 

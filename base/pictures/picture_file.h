@@ -17,6 +17,10 @@ constexpr std::int64_t most_pixels = std::int64_t{32} * 1024 * 1024;
 /// failure does not name the file. No file makes this take more than some 20 bytes of memory for each of `most_pixels`.
 Outcome<Picture> read_picture(const QByteArray &file);
 
+/// The size of the picture that read_picture() reads from `file`, from what stands before the pixels: nothing is
+/// decompressed. Fails when that tells already that the file cannot be read.
+Outcome<QSize> size_of_picture(const QByteArray &file);
+
 /// As read_picture, from a file with that name. The failure does not name it either.
 Outcome<Picture> read_picture_file(const QString &name);
 

@@ -140,7 +140,11 @@ TEST(PictureFileTest, a_jpeg_is_shown_as_the_camera_has_seen_it) {
   };
   for (const Row &row : rows) {
     for (const bool is_big_endian : {false, true}) {
-      const auto picture = read_picture(held_as(jpeg, row.orientation, is_big_endian));
+      const QByteArray file = held_as(jpeg, row.orientation, is_big_endian);
+      const auto size = size_of_picture(file);
+      ASSERT_TRUE(size) << size.failure().text.toStdString();
+      EXPECT_EQ(*size, row.size) << row.orientation;
+      const auto picture = read_picture(file);
       ASSERT_TRUE(picture) << picture.failure().text.toStdString();
       ASSERT_EQ(picture->size(), row.size) << row.orientation;
       for (int down = 0; down < 2; ++down)
@@ -284,6 +288,31 @@ QByteArray png_that_unpacks_to(int count) {
   for (int shift = 24; shift >= 0; shift -= 8)
     file += static_cast<char>(size >> shift & 0xFF);
   return file + "IDAT" + QByteArray::fromStdString(data) + bytes("00000000 00000000 49454e44 ae426082");
+}
+
+TEST(PictureFileTest, tells_the_size_before_the_pixels_are_there) {
+  const QImage image = filled(20, 10, qRgb(1, 2, 3));
+  struct Row {
+    QByteArray file;
+    QSize size;
+  };
+  const Row rows[] = {{encoded(image, "PNG").left(33), {20, 10}}, // its head alone
+                      {encoded(image, "BMP"), {20, 10}},
+                      {encoded(image, "JPEG"), {20, 10}},
+                      {gif_2x1("00"), {2, 1}}};
+  for (const Row &row : rows) {
+    const auto size = size_of_picture(row.file);
+    ASSERT_TRUE(size) << size.failure().text.toStdString();
+    EXPECT_EQ(*size, row.size);
+  }
+  for (const QByteArray &file :
+       {QByteArray("no picture"), encoded(image, "PNG").left(20), encoded(image, "BMP").left(60)}) {
+    const auto size = size_of_picture(file);
+    const auto picture = read_picture(file);
+    ASSERT_FALSE(size);
+    ASSERT_FALSE(picture);
+    EXPECT_EQ(size.failure().text.toStdString(), picture.failure().text.toStdString());
+  }
 }
 
 TEST(PictureFileTest, a_small_file_cannot_take_much_memory) {
