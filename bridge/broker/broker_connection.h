@@ -7,11 +7,15 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <QVector>
 
 #include <memory>
 
 namespace buttondriver::bridge {
+
+class MosquittoSession;
+class Subscriptions;
 
 /// The connection to a broker, kept in the event loop: after a break it is tried again, after pauses that grow from
 /// half a second to 30 s. One thread, that of the event loop. No call waits, but for looking up the broker's name.
@@ -22,6 +26,8 @@ public:
   struct Times {
     int first_pause_ms = 500;
     int longest_pause_ms = 30000;
+    int most_connecting_ms = 20000; ///< from the attempt to the broker's answer
+    int quiet_ms = 5000;            ///< without a message: what askForEnd() waits for has been lost
   };
 
   explicit BrokerConnection(QObject *parent = nullptr);
@@ -59,8 +65,25 @@ Q_SIGNALS:
   void everyRetainedHasCome();
 
 private:
-  class Client;
-  std::unique_ptr<Client> _client;
+  void lookUp();
+  void open(const QString &host);
+  void opened();
+  void receive(const QByteArray &topic, const QByteArray &payload, bool is_retained);
+  void ended(const QString &reason);
+  void dropSession();
+
+  Times _times;
+  BrokerSettings _settings;
+  std::unique_ptr<MosquittoSession> _session;
+  std::unique_ptr<Subscriptions> _subscriptions;
+  QTimer _pause; ///< until the next attempt
+  int _next_pause_ms = 0;
+  int _lookup = -1;
+  int _attempts = 0;
+  bool _is_started = false;
+  bool _has_been_connected = false;
+  quint64 _reconnects = 0;
+  quint64 _dropped = 0;
 };
 
 } // namespace buttondriver::bridge

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "bridge/broker/broker_settings.h"
+#include "bridge/broker/waiting_messages.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QString>
+#include <QTimer>
+#include <QVector>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+struct mosquitto;
+
+namespace buttondriver::bridge {
+
+/// One connection to a broker, from the attempt to its end, with libmosquitto in the event loop. Nothing of it lives on
+/// in the next one. One thread.
+class MosquittoSession : public QObject {
+  Q_OBJECT
+
+public:
+  /// Larger messages are not delivered, but counted.
+  static constexpr int most_payload_bytes = 8 * 1024 * 1024;
+
+  explicit MosquittoSession(const BrokerSettings &settings, QObject *parent = nullptr);
+  ~MosquittoSession() override;
+
+  /// Tries to connect to `host`, for at most `most_ms`. Ends with opened() or closed(), which may come before this
+  /// returns.
+  void open(const QString &host, int most_ms);
+  /// Says goodbye, after what was published is sent; waits for that, `most_ms` at most. No signal comes any more.
+  void close(int most_ms);
+
+  bool isOpen() const { return _is_open; }
+  /// The number by which published() tells that the broker has it; 0: it could not be taken.
+  int publish(const QByteArray &topic, const QByteArray &payload, bool is_retained, int quality_of_service);
+  /// All with quality of service 1. The number by which subscribed() answers, 0: it could not be sent. `is_own`: this
+  /// client's own messages come too, and nothing that was kept.
+  int subscribe(const QVector<QByteArray> &filters, bool is_own);
+  void unsubscribe(const QVector<QByteArray> &filters);
+
+  const WaitingMessages &waiting() const { return _waiting; }
+  quint64 tooLarge() const { return _too_large; }
+
+Q_SIGNALS:
+  void opened();
+  void closed(const QString &reason);
+  void messageCame(const QByteArray &topic, const QByteArray &payload, bool is_retained);
+  /// `code`: 0 or more than 127 with MQTT 5, when the broker did not take it.
+  void published(int number, int code);
+  /// The codes of the filters; those from 128 on are refusals.
+  void subscribed(int number, const QVector<int> &codes);
+
+private:
+  struct Callbacks;
+  struct DestroyClient {
+    void operator()(mosquitto *client) const;
+  };
+  struct Message {
+    QByteArray topic;
+    QByteArray payload;
+    bool is_retained;
+  };
+
+  bool prepare();
+  bool prepareTls();
+  void read();
+  void readAgain();
+  bool readOnce();
+  void deliver();
+  void write();
+  void watch();
+  void fail(int code);
+  void fail(const QString &reason);
+  void release();
+  QString reasonOf(int code) const;
+
+  BrokerSettings _settings;
+  std::unique_ptr<mosquitto, DestroyClient> _client;
+  std::unique_ptr<QSocketNotifier> _readable;
+  std::unique_ptr<QSocketNotifier> _writable;
+  QTimer _now_and_then;
+  QTimer _limit;
+  WaitingMessages _waiting;
+  quint64 _too_large = 0;
+  bool _is_open = false;
+  bool _has_gone = false; ///< the library says so
+  int _errno = 0;         ///< when it said so
+  int _packets = 0;       ///< read so far
+  QString _refusal;       ///< why the broker does not want this client
+  QString _last_error;    ///< that the library has told while it connected
+  // What the library has called back for, told when it has returned.
+  bool _is_to_tell_opened = false;
+  std::vector<Message> _messages;
+  std::vector<std::pair<int, int>> _published;
+  std::vector<std::pair<int, QVector<int>>> _subscribed;
+};
+
+} // namespace buttondriver::bridge
