@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "http/server/http_server.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
 #include <QObject>
 
 #include <functional>
-#include <memory>
 
 namespace buttondriver::bridge {
 
@@ -17,16 +17,20 @@ class MetricsServer : public QObject {
   Q_OBJECT
 
 public:
+  /// `page` is called for each request that is answered with it, and not after this object is gone.
   explicit MetricsServer(std::function<QByteArray()> page, QObject *parent = nullptr);
-  ~MetricsServer() override;
+  /// `limits` of its own are for tests.
+  MetricsServer(std::function<QByteArray()> page, const HttpLimits &limits, QObject *parent);
 
-  /// `port` 0: any free one.
+  /// `port` 0: any free one. Fails when it cannot be had; the failure names it.
   Outcome<Done> start(quint16 port);
-  quint16 port() const;
+  quint16 port() const { return _server.serverPort(); }
 
 private:
-  class Server;
-  std::unique_ptr<Server> _server;
+  HttpAnswer answerTo(const RequestHead &request) const;
+
+  std::function<QByteArray()> _page;
+  HttpServer _server;
 };
 
 } // namespace buttondriver::bridge
