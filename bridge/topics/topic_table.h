@@ -15,7 +15,7 @@ enum class PayloadForm : std::uint8_t {
   on_or_off, ///< "on", "off"
   line,      ///< a text in UTF-8
   part,      ///< a JSON object
-  picture,   ///< a picture file
+  picture,   ///< a BMP or PNG file
   now,       ///< "now"
 };
 

@@ -13,6 +13,14 @@ namespace buttondriver::bridge {
 
 namespace {
 
+/// Of the formats that can be read, those whose pictures cannot take long. A JPEG file of 160 KiB can take seconds: it
+/// may go through its picture again and again.
+bool is_bmp_or_png(const QByteArray &file) { return file.startsWith("BM") || file.startsWith("\x89PNG"); }
+
+Failure no_picture(const QString &reason) {
+  return Failure{QStringLiteral("the payload must be a BMP or PNG file: ") + reason};
+}
+
 QString extent(QSize size) { return QStringLiteral("%1x%2").arg(size.width()).arg(size.height()); }
 
 } // namespace
@@ -20,9 +28,11 @@ QString extent(QSize size) { return QStringLiteral("%1x%2").arg(size.width()).ar
 Outcome<ScreenPicture> screen_picture(const QByteArray &payload, QPoint corner) {
   std::optional<QSize> size = size_of_screen_bmp(view_of(payload));
   if (!size) {
+    if (!is_bmp_or_png(payload))
+      return no_picture(QStringLiteral("it begins as neither of them"));
     const Outcome<QSize> declared = size_of_picture(payload);
     if (!declared)
-      return Failure{QStringLiteral("the payload must be a picture file, BMP or PNG: ") + declared.failure().text};
+      return no_picture(declared.failure().text);
     size = *declared;
   }
   const QSize room(dimensions::screen_width - corner.x(), dimensions::screen_height - corner.y());
@@ -34,7 +44,7 @@ Outcome<ScreenPicture> screen_picture(const QByteArray &payload, QPoint corner) 
                        .arg(extent(room))};
   const Outcome<PlacedPicture> placed = place_picture(payload, corner, Oversize::refuse);
   if (!placed)
-    return Failure{QStringLiteral("the payload must be a picture file, BMP or PNG: ") + placed.failure().text};
+    return no_picture(placed.failure().text);
   return ScreenPicture{placed->bmp, *size};
 }
 

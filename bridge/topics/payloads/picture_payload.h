@@ -15,7 +15,7 @@ struct ScreenPicture {
   QSize size;
 };
 
-/// The picture file in `payload` for a screen, its top left corner at `corner`, which lies on the screen. A BMP that
+/// The BMP or PNG file in `payload` for a screen, its top left corner at `corner`, which lies on the screen. A BMP that
 /// the panel understands is shared, not copied. What does not fit the screen is refused before it is decompressed.
 Outcome<ScreenPicture> screen_picture(const QByteArray &payload, QPoint corner);
 

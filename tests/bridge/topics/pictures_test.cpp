@@ -16,7 +16,7 @@ using Kind = Target::Kind;
 constexpr int head_bytes = 24; // with the length
 
 const QByteArray four_pixels = bytes_of(test::bmp_of_four_pixels);
-const std::string no_picture = "the payload must be a picture file, BMP or PNG: ";
+const std::string no_picture = "the payload must be a BMP or PNG file: ";
 
 TEST(PicturesTest, that_the_panel_understands_go_byte_for_byte) {
   const QByteArray with_more = four_pixels + "more";
@@ -109,7 +109,10 @@ TEST(PicturesTest, that_are_none_are_refused) {
     std::string text;
   };
   const Row rows[] = {
-      {"on", no_picture + "not a picture that can be read (neither PNG nor JPEG, BMP or GIF)"},
+      {"on", no_picture + "it begins as neither of them"},
+      {picture_file(2, 2, "JPEG"), no_picture + "it begins as neither of them"},
+      {bytes_of("474946383961 0200 0100 80 00 00 ff0000 00ff00 2c 0000 0000 0200 0100 00 02 02 440a 00 3b"),
+       no_picture + "it begins as neither of them"},
       {four_pixels.left(60), no_picture + "the picture is cut short"},
       {png_head("00000001", "00000001"), no_picture + "the picture is cut short"},
       {png_head("00000000", "00000001"),
