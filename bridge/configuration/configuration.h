@@ -2,7 +2,6 @@
 #pragma once
 
 #include "bridge/broker/broker_settings.h"
-#include "outcome/outcome.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -34,12 +33,5 @@ struct Configuration {
   /// Whether this bridge drives `panel`, by a hash of its name that every bridge counts alike.
   bool drives(const QByteArray &panel) const;
 };
-
-/// Reads `text` as the configuration file `file`, whose name is for failures only: "FILE:LINE: what is wrong". Relative
-/// names of files in it count from the folder of `file`. Reads the password file, and looks whether the others are
-/// there.
-Outcome<Configuration> read_configuration(const QByteArray &text, const QString &file);
-/// As it lies on the disk.
-Outcome<Configuration> read_configuration_file(const QString &file);
 
 } // namespace buttondriver::bridge
