@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "bridge/topics/command.h"
+#include "bridge/wanted/drawing_order.h"
+#include "bridge/wanted/target_set.h"
+#include "bridge/wanted/topic_collection.h"
+#include "bridge/wanted/wanted_entry.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -24,52 +27,93 @@ class WantedState {
 public:
   /// Bounds for what one panel keeps. A topic beyond them is refused.
   static constexpr int most_topics = 1000;
-  static constexpr qint64 most_bytes = 8 * 1024 * 1024;
+  static constexpr qint64 most_bytes = 8 * 1024 * 1024; ///< of topics and payloads
+  static constexpr int longest_topic = 512;
 
-  struct Entry {
-    QByteArray topic;
-    QByteArray payload;
-    Target target;
-    bool is_retained = false; ///< the broker is known to keep it
-  };
+  using Entry = WantedEntry;
 
   enum class Change {
-    none,    ///< as it was
+    none,    ///< as it was; or collected, between beginSync() and endSync()
     last,    ///< the entry is the last one, or nothing after it overlaps: to carry out its command is enough
+    redraw,  ///< its former payload may still be seen beside the new one: redraw_list() or restore_list() is needed
     refused, ///< there is no room for it; what was there before stays
   };
 
-  /// `topic` was published with `payload`, which is not empty.
-  Change set(const QByteArray &topic, const QByteArray &payload, const Target &target, bool is_retained);
+  /// `topic` was published with `payload`, which is not empty. `is_old`: the broker had it before the subscription;
+  /// it counts only between beginSync() and endSync().
+  Change set(const QByteArray &topic, const QByteArray &payload, const Target &target, bool is_retained,
+             bool is_old = false);
 
-  /// `topic` was taken back. The target that it had, which then has to be drawn again; nothing if there was none.
+  /// `topic` was taken back. The target that it had, which then has to be drawn again: redraw_list(), restore_list().
+  /// Nothing if there was none, and between beginSync() and endSync(), when it is only collected.
   std::optional<Target> remove(const QByteArray &topic);
 
   /// In the order in which they are drawn.
   const std::list<Entry> &entries() const { return _entries; }
-  /// Only those of which something is seen in the end, in the order in which they are drawn.
+  /// Only those of which something is seen in the end, in the order in which they are drawn. The pointers hold until
+  /// the next call that is not const.
   QVector<const Entry *> visibleEntries() const;
 
-  /// The order of the topics as a record that can be published: JSON, an array of topics.
+  /// The order as a record that can be published: the topics, a JSON array, of the entries that overlap a later one.
+  /// All others may come after them, in any order.
   QByteArray orderRecord() const;
-  /// Whether the record has changed since this was asked last.
+  /// Whether the record has to be published, because it differs from the one that the broker keeps. Costs little when
+  /// nothing has changed, else as much as the record; who gets very many publications asks now and then only.
   bool takeOrderChange();
 
-  // A connection to a broker begins with all that it keeps, in any order. Between begin and end, set() collects.
+  // A connection to a broker begins with all that it keeps, in any order. Between begin and end, set() and remove()
+  // collect; what is not old is newer than all that is. A second beginSync() begins anew.
   void beginSync();
+  struct SyncOutcome {
+    bool has_changed = false; ///< anything that can be seen differs from what it was before beginSync()
+    /// What the broker did not send although it is wanted, when it has lost its memory: to be published again. Not all
+    /// of them have been retained.
+    QVector<Entry> lost_by_broker;
+    QVector<QByteArray> refused; ///< topics for which there is no room
+  };
   /// `record` is the order that the broker keeps; empty when it keeps none. If it does keep one, entries that it no
   /// longer has are taken out, if they were retained. If it keeps none, they stay: the broker has lost what it had.
-  /// True when anything is different from what it was before beginSync().
-  bool endSync(const QByteArray &record);
+  ///
+  /// A record that cannot be read says nothing of the order, so all stays where it is. But a broker that has one has
+  /// not lost its memory.
+  SyncOutcome endSync(const QByteArray &record);
   bool isSyncing() const { return _sync.has_value(); }
 
+  // What was drawn on the panel and is not wanted any more.
+  /// Since this was called last: places that have to be drawn again.
+  TargetSet takeToRedraw();
+  /// Places that have to be cleared when the panel is restored. They are returned again until confirmRestored().
+  TargetSet takeToClear();
+  /// What takeToClear() returned last has been cleared.
+  void confirmRestored() { _being_cleared = {}; }
+
 private:
-  struct Sync;
+  struct Sync {
+    TopicCollection old{most_topics, most_bytes};
+    TopicCollection live{most_topics, most_bytes}; // an empty payload takes back
+  };
+  using Place = std::list<Entry>::iterator;
+
+  bool hasRoom(int topics, qint64 bytes) const;
+  void append(Entry entry);
+  void takeOut(Place place);
+  void forget(const Target &target);
+  QVector<Entry> merge(const Sync &sync, bool has_memory, SyncOutcome &outcome);
+  void sortBy(const QByteArray &record, QVector<Entry> &entries) const;
+  void applyLive(const TopicCollection &live, SyncOutcome &outcome);
+
   std::list<Entry> _entries;
-  QHash<QByteArray, std::list<Entry>::iterator> _by_topic;
+  QHash<QByteArray, Place> _by_topic;
   qint64 _bytes = 0;
-  std::optional<QVector<Entry>> _sync;
-  bool _order_has_changed = false;
+  DrawingOrder _order;
+  std::optional<Sync> _sync;
+
+  bool _order_may_differ = false;
+  QByteArray _broker_record;                           // as far as is known; empty: none
+  QVector<decltype(qHash(QByteArray()))> _own_records; // hashes of the last ones that were to be published
+  TargetSet _to_redraw;
+  TargetSet _to_clear;
+  TargetSet _being_cleared;
 };
 
 } // namespace buttondriver::bridge

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bridge/wanted/target_set.h"
+
+#include "dimensions/panel_dimensions.h"
+
+namespace buttondriver::bridge {
+
+namespace {
+
+std::uint32_t bit_of(std::int16_t place) { return place >= 0 && place < 32 ? std::uint32_t{1} << place : 0; }
+
+template <typename Visit> void for_bits(std::uint32_t bits, Visit visit) {
+  for (std::int16_t place = 0; bits != 0; ++place, bits >>= 1)
+    if (bits & 1)
+      visit(place);
+}
+
+Target lamp(Target::Kind kind, std::int16_t place) {
+  Target target;
+  target.kind = kind;
+  target.place = place;
+  return target;
+}
+
+} // namespace
+
+void TargetSet::add(const Target &target) {
+  switch (target.kind) {
+  case Target::Kind::button:
+    _has_all_buttons |= target.place == Target::everything;
+    _buttons |= bit_of(target.place);
+    break;
+  case Target::Kind::status:
+    _status |= bit_of(target.place);
+    break;
+  case Target::Kind::toggle:
+    _toggles |= bit_of(target.place);
+    break;
+  case Target::Kind::line:
+  case Target::Kind::area:
+  case Target::Kind::screen:
+    _screens |= target.screen == Target::everything ? (1U << dimensions::screen_count) - 1 : bit_of(target.screen);
+    break;
+  case Target::Kind::no_place:
+    break;
+  }
+}
+
+void TargetSet::add(const TargetSet &other) {
+  _buttons |= other._buttons;
+  _status |= other._status;
+  _toggles |= other._toggles;
+  _screens |= other._screens;
+  _has_all_buttons |= other._has_all_buttons;
+}
+
+bool TargetSet::isEmpty() const {
+  return _buttons == 0 && _status == 0 && _toggles == 0 && _screens == 0 && !_has_all_buttons;
+}
+
+QVector<Target> TargetSet::targets() const {
+  QVector<Target> targets;
+  if (_has_all_buttons)
+    targets.append(lamp(Target::Kind::button, Target::everything));
+  else
+    for_bits(_buttons, [&](std::int16_t place) { targets.append(lamp(Target::Kind::button, place)); });
+  for_bits(_status, [&](std::int16_t place) { targets.append(lamp(Target::Kind::status, place)); });
+  for_bits(_toggles, [&](std::int16_t place) { targets.append(lamp(Target::Kind::toggle, place)); });
+  for_bits(_screens, [&](std::int16_t place) {
+    Target target;
+    target.kind = Target::Kind::screen;
+    target.screen = place;
+    targets.append(target);
+  });
+  return targets;
+}
+
+} // namespace buttondriver::bridge

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bridge/panels/link_fixture.h"
+
+namespace buttondriver::bridge::test {
+
+class PanelLinkConnectionTest : public LinkFixture {};
+
+TEST_F(PanelLinkConnectionTest, is_up_when_a_ping_is_answered) {
+  panel.answers_pings = false;
+  start();
+  ASSERT_TRUE(process_events_until([this] { return panel.pings() == 1; }));
+  EXPECT_FALSE(link->numbers().is_up);
+  EXPECT_LT(link->numbers().ping_seconds, 0);
+  panel.write(QByteArray::fromHex("00000004000000"));
+  process_ready_events();
+  EXPECT_FALSE(link->numbers().is_up);
+  panel.write(QByteArray::fromHex("01"));
+  ASSERT_TRUE(process_events_until([this] { return availability == "+"; }));
+  EXPECT_GT(link->numbers().ping_seconds, 0);
+  EXPECT_EQ(link->numbers().reconnects, 0U);
+}
+
+TEST_F(PanelLinkConnectionTest, finds_a_panel_by_its_name) {
+  start(shortPauses(), QStringLiteral("localhost"));
+  EXPECT_TRUE(process_events_until([this] { return availability == "+"; }));
+}
+
+TEST_F(PanelLinkConnectionTest, tries_until_the_panel_is_there) {
+  panel.close();
+  start();
+  ASSERT_TRUE(process_events_until([this] { return reasons.size() == 4; }));
+  EXPECT_EQ(availability, "");
+  EXPECT_FALSE(reasons.first().isEmpty());
+  panel.openAgain();
+  EXPECT_TRUE(process_events_until([this] { return availability == "+"; }));
+  EXPECT_EQ(link->numbers().reconnects, 0U);
+}
+
+TEST_F(PanelLinkConnectionTest, comes_back_when_the_panel_hangs_up) {
+  startReleased();
+  panel.hangUp();
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
+  EXPECT_EQ(link->numbers().reconnects, 1U);
+  EXPECT_EQ(panel.connections(), 2);
+}
+
+TEST_F(PanelLinkConnectionTest, leaves_a_panel_that_does_not_answer_at_all) {
+  panel.answers_pings = false;
+  start({600000, 20, 1, 20});
+  ASSERT_TRUE(process_events_until([this] { return panel.connections() == 3; }));
+  EXPECT_EQ(reasons.first(), "it does not answer");
+  EXPECT_EQ(availability, "");
+}
+
+TEST_F(PanelLinkConnectionTest, leaves_a_panel_that_answers_no_more) {
+  start({1, 200, 1, 20});
+  ASSERT_TRUE(process_events_until([this] { return panel.pings() >= 3; }));
+  panel.answers_pings = false;
+  ASSERT_TRUE(process_events_until([this] { return !reasons.isEmpty(); }));
+  EXPECT_EQ(reasons.first(), "it does not answer any more");
+  panel.answers_pings = true;
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
+}
+
+class PanelLinkWrongAnswerTest : public LinkFixture, public testing::WithParamInterface<const char *> {};
+
+TEST_P(PanelLinkWrongAnswerTest, ends_the_connection) {
+  startReleased();
+  panel.write(QByteArray::fromHex(GetParam()));
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
+  EXPECT_EQ(reasons, QStringList{"it sent something else than answers to pings"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Bytes, PanelLinkWrongAnswerTest,
+                         testing::Values("ff", "0000000400000002", "0000000800000001", "0000000400000001"));
+
+TEST_F(PanelLinkConnectionTest, waits_longer_and_longer_for_a_panel_that_closes_at_once) {
+  panel.closes_at_once = true;
+  PanelStandIn other_panel;
+  other_panel.closes_at_once = true;
+  PanelLink steady("127.0.0.1", other_panel.port(), [] { return QVector<TopicCommand>(); }, {600000, 600000, 1, 1});
+  steady.start();
+  start({600000, 600000, 1, 100000});
+  // The pauses of 1 to 2^n milliseconds take as long as 2^n of the others, about.
+  ASSERT_TRUE(process_events_until([&] { return other_panel.connections() == 200; }));
+  EXPECT_LT(panel.connections(), 20);
+  EXPECT_GT(panel.connections(), 3);
+}
+
+} // namespace buttondriver::bridge::test

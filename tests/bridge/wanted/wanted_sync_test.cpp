@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bridge/wanted/targets.h"
+#include "bridge/wanted/wanted_state.h"
+
+#include <gtest/gtest.h>
+
+namespace buttondriver::bridge::test {
+
+namespace {
+
+constexpr bool retained = true;
+constexpr bool old = true;
+
+QByteArray content(const WantedState &state) {
+  QByteArray text;
+  for (const WantedState::Entry &entry : state.entries())
+    text += entry.topic + '=' + entry.payload + ' ';
+  return text.trimmed();
+}
+
+/// A picture, a line over it, and a lamp that the broker does not keep.
+WantedState usual_state() {
+  WantedState state;
+  state.set("picture", "p", screen(0), retained);
+  state.set("line", "l", line(0, 1), retained);
+  state.set("lamp", "on", button(1), !retained);
+  state.takeOrderChange();
+  return state;
+}
+
+void bring(WantedState &state, const QByteArray &topic, const QByteArray &payload, const Target &target) {
+  EXPECT_EQ(state.set(topic, payload, target, retained, old), WantedState::Change::none);
+}
+
+} // namespace
+
+TEST(WantedSyncTest, changes_nothing_when_all_is_as_it_was) {
+  WantedState state = usual_state();
+  state.beginSync();
+  EXPECT_TRUE(state.isSyncing());
+  bring(state, "line", "l", line(0, 1));
+  bring(state, "picture", "p", screen(0));
+  const WantedState::SyncOutcome outcome = state.endSync("[\"picture\"]");
+  EXPECT_FALSE(state.isSyncing());
+  EXPECT_FALSE(outcome.has_changed);
+  EXPECT_TRUE(outcome.lost_by_broker.isEmpty());
+  EXPECT_EQ(content(state), "picture=p line=l lamp=on");
+  EXPECT_FALSE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, takes_out_what_the_broker_no_longer_keeps) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "picture", "p", screen(0));
+  const WantedState::SyncOutcome outcome = state.endSync("[\"picture\"]");
+  EXPECT_TRUE(outcome.has_changed);
+  EXPECT_EQ(content(state), "picture=p lamp=on");
+  EXPECT_EQ(state.takeToClear().targets(), QVector<Target>{screen(0)});
+  EXPECT_TRUE(state.takeOrderChange()) << "the record has the picture without need";
+}
+
+TEST(WantedSyncTest, keeps_what_a_broker_without_memory_has_lost) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "line", "new", line(0, 1));
+  const WantedState::SyncOutcome outcome = state.endSync({});
+  EXPECT_TRUE(outcome.has_changed);
+  EXPECT_EQ(content(state), "picture=p line=new lamp=on");
+  ASSERT_EQ(outcome.lost_by_broker.size(), 2);
+  EXPECT_EQ(outcome.lost_by_broker[0].topic, "picture");
+  EXPECT_TRUE(outcome.lost_by_broker[0].is_retained);
+  EXPECT_EQ(outcome.lost_by_broker[1].topic, "lamp");
+  EXPECT_FALSE(outcome.lost_by_broker[1].is_retained);
+  EXPECT_TRUE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, takes_the_order_from_the_record_and_puts_the_rest_behind_it_as_it_came) {
+  WantedState state;
+  state.beginSync();
+  for (const char *topic : {"e", "d", "c", "b", "a"})
+    bring(state, topic, "x", part(0, 1));
+  EXPECT_TRUE(state.endSync("[\"unknown\",\"a\",\"b\",\"c\"]").has_changed);
+  EXPECT_EQ(content(state), "a=x b=x c=x e=x d=x");
+  EXPECT_TRUE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, a_record_that_cannot_be_read_is_a_memory_without_an_order) {
+  for (const QByteArray &record : {QByteArray("x"), QByteArray("{}"), QByteArray(3000000, 'x'), QByteArray("[7]")}) {
+    WantedState state = usual_state();
+    state.beginSync();
+    bring(state, "line", "l", line(0, 1));
+    bring(state, "late", "l", line(0, 1));
+    bring(state, "picture", "p", screen(0));
+    const WantedState::SyncOutcome outcome = state.endSync(record);
+    EXPECT_TRUE(outcome.lost_by_broker.isEmpty());
+    EXPECT_EQ(content(state), "picture=p line=l lamp=on late=l");
+    EXPECT_TRUE(state.takeOrderChange());
+    EXPECT_EQ(state.orderRecord(), "[\"picture\",\"line\"]");
+  }
+}
+
+TEST(WantedSyncTest, an_older_record_of_its_own_does_not_undo_the_order) {
+  WantedState state = usual_state();
+  state.set("picture", "p", screen(0), retained);
+  EXPECT_TRUE(state.takeOrderChange()); // and the connection broke before it was sent
+  state.beginSync();
+  bring(state, "line", "l", line(0, 1));
+  bring(state, "picture", "p", screen(0));
+  EXPECT_FALSE(state.endSync("[\"picture\"]").has_changed);
+  EXPECT_EQ(content(state), "line=l lamp=on picture=p");
+  EXPECT_TRUE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, what_comes_live_is_newer_than_what_is_old) {
+  WantedState state = usual_state();
+  state.beginSync();
+  state.set("picture", "live", screen(0), retained);
+  bring(state, "picture", "p", screen(0));
+  bring(state, "line", "l", line(0, 1));
+  state.set("lamp", "off", button(1), !retained);
+  state.set("new", "n", button(2), !retained);
+  EXPECT_TRUE(state.endSync("[\"picture\"]").has_changed);
+  EXPECT_EQ(content(state), "line=l lamp=off picture=live new=n");
+}
+
+TEST(WantedSyncTest, what_is_taken_back_live_is_gone) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "line", "l", line(0, 1));
+  bring(state, "picture", "p", screen(0));
+  EXPECT_EQ(state.remove("picture"), std::nullopt);
+  EXPECT_EQ(state.remove("lamp"), std::nullopt);
+  EXPECT_EQ(state.remove("never there"), std::nullopt);
+  bring(state, "picture", "p", screen(0));
+  EXPECT_TRUE(state.endSync("[\"picture\"]").has_changed);
+  EXPECT_EQ(content(state), "line=l");
+}
+
+TEST(WantedSyncTest, a_second_begin_forgets_what_was_collected) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "line", "other", line(0, 1));
+  state.beginSync();
+  bring(state, "line", "l", line(0, 1));
+  bring(state, "picture", "p", screen(0));
+  EXPECT_FALSE(state.endSync("[\"picture\"]").has_changed);
+  EXPECT_EQ(content(state), "picture=p line=l lamp=on");
+}
+
+TEST(WantedSyncTest, what_is_known_has_room_before_what_is_new) {
+  WantedState state;
+  for (int i = 0; i < 10; ++i)
+    state.set("known" + QByteArray::number(i), "x", button(i), !retained);
+  state.beginSync();
+  for (int i = 0; i < 1000; ++i)
+    EXPECT_EQ(state.set("new" + QByteArray::number(i), "x", part(0, 1), retained, old), WantedState::Change::none);
+  EXPECT_EQ(state.set("too many", "x", part(0, 1), retained, old), WantedState::Change::refused);
+  const WantedState::SyncOutcome outcome = state.endSync("[]");
+  EXPECT_EQ(state.entries().size(), 1000U);
+  ASSERT_EQ(outcome.refused.size(), 10);
+  EXPECT_EQ(outcome.refused.first(), "new990");
+}
+
+} // namespace buttondriver::bridge::test
