@@ -47,8 +47,12 @@ void PanelLink::takeAnswers() {
   char bytes[256];
   for (;;) {
     const qint64 count = _socket.read(bytes, sizeof bytes);
-    if (count <= 0 || !isActive())
+    if (count <= 0) {
+      // A connection that ends while it is read has no signal for that.
+      if (count < 0)
+        QMetaObject::invokeMethod(this, &PanelLink::checkSocket, Qt::QueuedConnection);
       return;
+    }
     const int answers = _answers.take(bytes, static_cast<std::size_t>(count));
     if (answers < 0 || answers > (_awaits_answer ? 1 : 0)) {
       breakOff(QStringLiteral("it sent something else than answers to pings"));
@@ -69,7 +73,8 @@ void PanelLink::takeAnswer() {
     _numbers.is_up = true;
     _numbers.reconnects += _was_up ? 1 : 0;
     _was_up = true;
-    QMetaObject::invokeMethod(this, [this] { Q_EMIT availabilityChanged(true); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { Q_EMIT availabilityChanged(true); }, Qt::QueuedConnection);
     restore();
     return;
   }
@@ -123,10 +128,13 @@ void PanelLink::breakOff(const QString &reason) {
   _socket.abort();
   _timer.start(_pause.next());
   if (was_up)
-    QMetaObject::invokeMethod(this, [this] { Q_EMIT availabilityChanged(false); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { Q_EMIT availabilityChanged(false); }, Qt::QueuedConnection);
   for (const QByteArray &topic : lost_topics)
-    QMetaObject::invokeMethod(this, [this, topic] { Q_EMIT lost(topic); }, Qt::QueuedConnection);
-  QMetaObject::invokeMethod(this, [this, reason] { Q_EMIT brokeOff(reason); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, topic] { Q_EMIT lost(topic); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this, reason] { Q_EMIT brokeOff(reason); }, Qt::QueuedConnection);
 }
 
 } // namespace buttondriver::bridge

@@ -32,9 +32,7 @@ inline Target screen_target(int screen, Target::Kind kind = Target::Kind::screen
   return target;
 }
 
-inline Command lamp(const QByteArray &message, int place = 0) {
-  return {framed(message), button_target(place), true};
-}
+inline Command lamp(const QByteArray &message, int place = 0) { return {framed(message), button_target(place), true}; }
 inline Command line(const QByteArray &message, int place = 0) {
   return {framed(message), screen_target(0, Target::Kind::line, place), true};
 }
@@ -49,14 +47,22 @@ protected:
   static PanelLink::Times shortPauses() { return {600000, 600000, 1, 20}; }
 
   void start(PanelLink::Times times = shortPauses(), const QString &host = QStringLiteral("127.0.0.1")) {
-    link = std::make_unique<PanelLink>(host, panel.port(), [this] { ++restores; return wanted; }, times);
+    link = std::make_unique<PanelLink>(
+        host, panel.port(),
+        [this] {
+          ++restores;
+          return wanted;
+        },
+        times);
     QObject::connect(link.get(), &PanelLink::availabilityChanged, link.get(), [this](bool is_up) {
       EXPECT_EQ(is_up, link->numbers().is_up);
       availability += is_up ? '+' : '-';
     });
     QObject::connect(link.get(), &PanelLink::restored, link.get(), [this] { ++restored; });
-    QObject::connect(link.get(), &PanelLink::lost, link.get(), [this](const QByteArray &topic) { lost.push_back(topic); });
-    QObject::connect(link.get(), &PanelLink::brokeOff, link.get(), [this](const QString &reason) { reasons += reason; });
+    QObject::connect(link.get(), &PanelLink::lost, link.get(),
+                     [this](const QByteArray &topic) { lost.push_back(topic); });
+    QObject::connect(link.get(), &PanelLink::brokeOff, link.get(),
+                     [this](const QString &reason) { reasons += reason; });
     link->start();
   }
   /// Until the panel is up and shows what is wanted.

@@ -5,8 +5,8 @@
 
 namespace buttondriver::bridge::test {
 
-using testing::ElementsAre;
 using testing::Each;
+using testing::ElementsAre;
 
 class PanelLinkBusyTest : public LinkFixture {
 protected:
