@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bridge/app/panel.h"
+
+#include "bridge/topics/topic_commands.h"
+#include "bridge/wanted/restore_list.h"
+
+#include <utility>
+
+namespace buttondriver::bridge {
+
+Panel::Panel(QByteArray name, const PanelAddress &address, PanelLink::Times times)
+    : _name(std::move(name)), _times(times) {
+  connectTo(address);
+}
+
+void Panel::moveTo(const PanelAddress &address) { connectTo(address); }
+
+void Panel::connectTo(const PanelAddress &address) {
+  const bool was_up = _link && _link->numbers().is_up;
+  _address = address;
+  _link = std::make_unique<PanelLink>(
+      address.host, address.port, [this] { return restore_list(_wanted, command_of); }, _times);
+  connect(_link.get(), &PanelLink::availabilityChanged, this, [this](bool is_up) {
+    _failure_is_told = _failure_is_told && !is_up;
+    Q_EMIT availabilityChanged(is_up);
+  });
+  connect(_link.get(), &PanelLink::brokeOff, this, &Panel::tellFailure);
+  connect(_link.get(), &PanelLink::restored, this, [this] { _wanted.confirmRestored(); });
+  connect(_link.get(), &PanelLink::lost, this, [this](const QByteArray &key) {
+    Q_EMIT refused(key, "the connection to the panel broke before this had left");
+  });
+  if (was_up)
+    Q_EMIT availabilityChanged(false);
+  _link->start();
+  if (_is_known)
+    _link->release();
+}
+
+void Panel::tellFailure(const QString &reason) {
+  if (!std::exchange(_failure_is_told, true))
+    Q_EMIT unreachable(reason);
+}
+
+void Panel::keep(const QByteArray &key, const QByteArray &payload, const Command &command, bool is_retained,
+                 bool is_old) {
+  switch (_wanted.set(key, payload, command.target, is_retained, is_old)) {
+  case WantedState::Change::none:
+    return;
+  case WantedState::Change::refused:
+    Q_EMIT refused(key, "too much is kept for this panel");
+    return;
+  case WantedState::Change::last:
+    if (_link->send(key, command, true) == PanelLink::Taken::no_room)
+      Q_EMIT refused(key, "too much waits for the panel; it will show this when it has caught up");
+    break;
+  case WantedState::Change::redraw:
+    redraw();
+    break;
+  }
+  Q_EMIT orderMayHaveChanged();
+}
+
+void Panel::takeBack(const QByteArray &key) {
+  if (!_wanted.remove(key))
+    return;
+  redraw();
+  Q_EMIT orderMayHaveChanged();
+}
+
+void Panel::takeBackAll(const QByteArray &beginning) {
+  QVector<QByteArray> keys;
+  for (const WantedState::Entry &entry : _wanted.entries())
+    if (entry.topic.startsWith(beginning))
+      keys.append(entry.topic);
+  for (const QByteArray &key : keys)
+    takeBack(key);
+}
+
+/// What does not get through is made good by a restoration.
+void Panel::redraw() {
+  for (const TopicCommand &each : redraw_list(_wanted, command_of))
+    if (_link->send(each.topic, each.command, true) != PanelLink::Taken::yes)
+      return;
+}
+
+void Panel::carryOut(const QByteArray &key, const Command &command) {
+  switch (_link->send(key, command, false)) {
+  case PanelLink::Taken::yes:
+    break;
+  case PanelLink::Taken::not_connected:
+    Q_EMIT refused(key, "the panel is not connected; what is not kept is not carried out later");
+    break;
+  case PanelLink::Taken::no_room:
+    Q_EMIT refused(key, "too much waits for the panel");
+    break;
+  }
+}
+
+void Panel::beginSync() {
+  _order_record.clear();
+  _wanted.beginSync();
+}
+
+void Panel::keepOrderRecord(const QByteArray &record) {
+  if (isSyncing())
+    _order_record = record;
+}
+
+QVector<WantedState::Entry> Panel::endSync() {
+  const WantedState::SyncOutcome outcome = _wanted.endSync(std::exchange(_order_record, {}));
+  for (const QByteArray &key : outcome.refused)
+    Q_EMIT refused(key, "too much is kept for this panel");
+  if (!std::exchange(_is_known, true))
+    _link->release();
+  else if (outcome.has_changed)
+    _link->restore();
+  Q_EMIT orderMayHaveChanged();
+  return outcome.lost_by_broker;
+}
+
+std::optional<QByteArray> Panel::takeOrderRecord() {
+  return !isSyncing() && _wanted.takeOrderChange() ? std::optional(_wanted.orderRecord()) : std::nullopt;
+}
+
+} // namespace buttondriver::bridge

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "bridge/configuration/configuration.h"
+#include "bridge/panels/panel_link.h"
+#include "bridge/topics/command.h"
+#include "bridge/wanted/wanted_state.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+#include <optional>
+
+namespace buttondriver::bridge {
+
+/// One panel: what it should show, and the connection to it. Keys are topics without the prefix, for example
+/// "hall/led/5". One thread, that of the event loop.
+class Panel : public QObject {
+  Q_OBJECT
+
+public:
+  Panel(QByteArray name, const PanelAddress &address, PanelLink::Times times);
+
+  const QByteArray &name() const { return _name; }
+  const PanelAddress &address() const { return _address; }
+  const PanelNumbers &numbers() const { return _link->numbers(); }
+  const WantedState &wanted() const { return _wanted; }
+
+  /// The panel is somewhere else now; it gets its wanted state there.
+  void moveTo(const PanelAddress &address);
+
+  /// `payload` was published to be kept, and means `command`. `is_old`: it was there before the subscription, and
+  /// counts only between beginSync() and endSync().
+  void keep(const QByteArray &key, const QByteArray &payload, const Command &command, bool is_retained, bool is_old);
+  /// What was kept is no longer wanted.
+  void takeBack(const QByteArray &key);
+  /// The same for all keys that begin with `beginning`.
+  void takeBackAll(const QByteArray &beginning);
+  /// To be carried out once, now or never.
+  void carryOut(const QByteArray &key, const Command &command);
+
+  /// The broker is about to deliver all that it keeps for this panel.
+  void beginSync();
+  /// The record of the order, as the broker keeps it.
+  void keepOrderRecord(const QByteArray &record);
+  /// It has delivered all. Returns what it has lost, which has to be published again.
+  QVector<WantedState::Entry> endSync();
+  bool isSyncing() const { return _wanted.isSyncing(); }
+  /// The record of the order if it has to be published; else nothing.
+  std::optional<QByteArray> takeOrderRecord();
+
+Q_SIGNALS:
+  /// What was published with `key` could not be done.
+  void refused(const QByteArray &key, const QByteArray &why);
+  /// takeOrderRecord() should be asked, at some time.
+  void orderMayHaveChanged();
+  void availabilityChanged(bool is_up);
+  /// The panel cannot be reached. Once, until it has been.
+  void unreachable(const QString &reason);
+
+private:
+  void connectTo(const PanelAddress &address);
+  void redraw();
+  void tellFailure(const QString &reason);
+
+  const QByteArray _name;
+  PanelAddress _address;
+  const PanelLink::Times _times;
+  WantedState _wanted;
+  QByteArray _order_record; // during a sync
+  bool _is_known = false;   // the wanted state was complete once
+  bool _failure_is_told = false;
+  std::unique_ptr<PanelLink> _link;
+};
+
+} // namespace buttondriver::bridge
