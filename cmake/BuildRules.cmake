@@ -90,21 +90,20 @@ function(buttondriver_library name)
   endif()
 endfunction()
 
-# buttondriver_program(<name> [DAEMON] SOURCES <files...> LINK <targets...>)
+# buttondriver_program(<name> [COMPONENT <component>] SOURCES <files...> LINK <targets...>)
 #
 # A program that ends up under bin/ of the build folder and of the installation. There it belongs to what a panel needs
-# if it is the DAEMON, otherwise to what people at a desk need.
+# with COMPONENT daemon, to the bridge with COMPONENT bridge, otherwise to what people at a desk need.
 function(buttondriver_program name)
-  cmake_parse_arguments(PARSE_ARGV 1 program "DAEMON" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 program "" "COMPONENT" "SOURCES;LINK")
   add_executable(${name} ${program_SOURCES})
   target_link_libraries(${name} PRIVATE ${program_LINK})
   target_compile_definitions(${name} PRIVATE BUTTONDRIVER_VERSION="${PROJECT_VERSION}")
   buttondriver_compile_rules(${name})
-  set(part desk)
-  if(program_DAEMON)
-    set(part daemon)
+  if(NOT program_COMPONENT)
+    set(program_COMPONENT desk)
   endif()
-  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${part})
+  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${program_COMPONENT})
 endfunction()
 
 # buttondriver_install_component(<name> [C] DESCRIPTION <text> [QT <modules...>] HEADERS <files...>)
