@@ -56,8 +56,7 @@ Bridge::Bridge(Times times) : _times(times), _broker(times.broker, nullptr), _fl
 
 Outcome<Done> Bridge::start(const Configuration &configuration) {
   _configuration = configuration;
-  if (const auto served = serveMetrics(configuration.metrics_port); !served)
-    return served.failure();
+  serveMetrics();
   _fleet.apply(configuration);
   log_event("drives " + QByteArray::number(static_cast<int>(_fleet.panels().size())) + " panels");
   if (configuration.statistics_seconds > 0)
@@ -73,8 +72,7 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
   const Configuration before = std::exchange(_configuration, next);
 
   if (before.metrics_port != next.metrics_port)
-    if (const auto served = serveMetrics(next.metrics_port); !served)
-      log_fault(served.failure().text.toUtf8());
+    serveMetrics();
   if (next.statistics_seconds > 0)
     _statistics_timer.start(next.statistics_seconds * 1000);
   else
@@ -287,15 +285,16 @@ void Bridge::publish(const QVector<Publication> &publications) {
     _broker.publish(one.topic, one.payload, one.is_retained, 0);
 }
 
-Outcome<Done> Bridge::serveMetrics(quint16 port) {
+/// A page that cannot be had is no reason not to drive panels.
+void Bridge::serveMetrics() {
   _metrics.reset();
-  if (port == 0)
-    return Done{};
+  if (_configuration.metrics_port == 0)
+    return;
   auto server = std::make_unique<MetricsServer>([this] { return metricsPage(); });
-  if (const auto started = server->start(port); !started)
-    return started.failure();
-  _metrics = std::move(server);
-  return Done{};
+  if (const auto started = server->start(_configuration.metrics_port); !started)
+    log_fault(started.failure().text.toUtf8());
+  else
+    _metrics = std::move(server);
 }
 
 QByteArray Bridge::ownTopic(const char *tail) const { return "bridge/" + _configuration.name + '/' + tail; }

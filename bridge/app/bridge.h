@@ -68,7 +68,7 @@ private:
   void clearPublished(const QByteArray &panel);
   void publish(const QByteArray &tail, const QByteArray &payload, bool is_retained, int quality_of_service = 1);
   void publish(const QVector<Publication> &publications);
-  Outcome<Done> serveMetrics(quint16 port);
+  void serveMetrics();
   QByteArray ownTopic(const char *tail) const;
   QByteArray metricsPage() const;
 

@@ -4,6 +4,10 @@
 #include "logging/standard_output.h"
 #include "logging/visible_text.h"
 
+#include <QMessageLogContext>
+#include <QString>
+#include <QtGlobal>
+
 namespace buttondriver::bridge {
 
 namespace {
@@ -17,9 +21,16 @@ void log(LogLevel level, const QByteArray &text) {
   print_error("buttondriver-mqtt: %s\n", visible.c_str());
 }
 
+void take_from_qt(QtMsgType type, const QMessageLogContext &, const QString &text) {
+  log(type == QtDebugMsg || type == QtInfoMsg ? LogLevel::all : LogLevel::faults, text.toUtf8().trimmed());
+}
+
 } // namespace
 
-void choose_log_level(LogLevel level) { chosen_level = level; }
+void choose_log_level(LogLevel level) {
+  chosen_level = level;
+  qInstallMessageHandler(take_from_qt);
+}
 
 void log_fault(const QByteArray &text) { log(LogLevel::faults, text); }
 void log_event(const QByteArray &text) { log(LogLevel::events, text); }

@@ -13,6 +13,7 @@ enum class LogLevel {
   all,    ///< and every message that was wrong
 };
 
+/// Takes what Qt and the libraries have to tell into this log as well: warnings as faults, the rest with LogLevel::all.
 void choose_log_level(LogLevel level);
 
 void log_fault(const QByteArray &text);
