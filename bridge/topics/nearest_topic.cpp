@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
 
 namespace buttondriver::bridge {
@@ -36,12 +35,10 @@ std::size_t slips_between(std::string_view typed, std::string_view meant) {
   return slips[meant.size()];
 }
 
-std::optional<std::size_t> slips_in_word(std::string_view typed, std::string_view meant) {
-  if (typed.empty() || typed.size() > longest_word)
-    return std::nullopt;
-  const std::size_t slips = slips_between(typed, meant);
+bool is_near(std::string_view typed, std::string_view meant) {
   // Of a short word, little would be left.
-  return slips <= std::min(most_slips, meant.size() / 2) ? std::optional<std::size_t>(slips) : std::nullopt;
+  return !typed.empty() && typed.size() <= longest_word &&
+         slips_between(typed, meant) <= std::min(most_slips, meant.size() / 2);
 }
 
 /// Nobody means a level without letters.
@@ -53,19 +50,13 @@ TopicLevels without_empty_levels(const TopicLevels &levels) {
   return result;
 }
 
-std::optional<std::size_t> slips_in(const TopicLevels &typed, const TopicLevels &pattern) {
+bool is_near(const TopicLevels &typed, const TopicLevels &pattern) {
   if (typed.count != pattern.count)
-    return std::nullopt;
-  std::size_t sum = 0;
-  for (std::size_t i = 0; i < pattern.count; ++i) {
-    if (is_placeholder(pattern.level[i]))
-      continue;
-    const std::optional<std::size_t> slips = slips_in_word(typed.level[i], pattern.level[i]);
-    if (!slips)
-      return std::nullopt;
-    sum += *slips;
-  }
-  return sum;
+    return false;
+  for (std::size_t i = 0; i < pattern.count; ++i)
+    if (!is_placeholder(pattern.level[i]) && !is_near(typed.level[i], pattern.level[i]))
+      return false;
+  return true;
 }
 
 /// `pattern` with what was typed in the place of what stands for others.
@@ -86,7 +77,7 @@ QString those_that_there_are(std::string_view first_level) {
   for (std::size_t i = 0; i < topic_patterns.size(); ++i) {
     const QLatin1String pattern(topic_table[i].pattern);
     all += (all.isEmpty() ? QLatin1String("") : QLatin1String(", ")) + pattern;
-    if (slips_in_word(first_level, topic_patterns[i].levels.level[0]))
+    if (is_near(first_level, topic_patterns[i].levels.level[0]))
       fitting += (fitting.isEmpty() ? QLatin1String("") : QLatin1String(", ")) + pattern;
   }
   return fitting.isEmpty() ? all : fitting;
@@ -97,19 +88,11 @@ QString those_that_there_are(std::string_view first_level) {
 QString no_such_topic(std::string_view tail) {
   const TopicLevels typed = TopicLevels::of(tail);
   const TopicLevels levels = without_empty_levels(typed);
-  const TopicLevels *nearest = nullptr;
-  std::size_t fewest = 0;
-  for (std::size_t i = 0; i < topic_patterns.size() && typed.count <= TopicLevels::most; ++i) {
-    const std::optional<std::size_t> slips = slips_in(levels, topic_patterns[i].levels);
-    if (slips && (!nearest || *slips < fewest)) {
-      nearest = &topic_patterns[i].levels;
-      fewest = *slips;
-    }
-  }
-  const QString text = QStringLiteral("there is no topic '%1'").arg(shown(tail));
-  if (nearest)
-    return text + QStringLiteral("; did you mean '%1'?").arg(filled_in(*nearest, levels));
-  return text + QStringLiteral("; there is %1").arg(those_that_there_are(levels.level[0]));
+  const QString text = QStringLiteral("there is no topic '%1'; ").arg(shown(tail));
+  for (const TopicPattern &pattern : topic_patterns)
+    if (typed.count <= TopicLevels::most && is_near(levels, pattern.levels))
+      return text + QStringLiteral("did you mean '%1'?").arg(filled_in(pattern.levels, levels));
+  return text + QStringLiteral("there is %1").arg(those_that_there_are(levels.level[0]));
 }
 
 } // namespace buttondriver::bridge

@@ -67,8 +67,8 @@ public:
 
   std::int32_t number(const char *key, int lowest, int highest) {
     const QJsonValue value = _object.value(QLatin1String(key));
-    const double number = value.toDouble(-1);
-    if (value.isDouble() && number >= lowest && number <= highest && std::floor(number) == number)
+    const double number = value.toDouble(lowest - 1);
+    if (number >= lowest && number <= highest && std::floor(number) == number)
       return static_cast<std::int32_t>(number);
     fail(QStringLiteral("'%1' must be a whole number from %2 to %3, not %4")
              .arg(QLatin1String(key))

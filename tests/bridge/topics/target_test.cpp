@@ -136,6 +136,13 @@ TEST(TargetTest, covers_what_is_not_seen_any_more_for_sure) {
           << later.name << " over " << earlier.name;
 }
 
+TEST(TargetTest, a_line_that_is_not_known_covers_nothing) {
+  const Target line{Kind::line, 0, all, false, {}};
+  for (const Named &earlier : targets)
+    EXPECT_FALSE(line.covers(earlier.target)) << earlier.name;
+  EXPECT_FALSE(line.covers(line));
+}
+
 TEST(TargetTest, that_covers_another_overlaps_it) {
   for (const Named &later : targets)
     for (const Named &earlier : targets)

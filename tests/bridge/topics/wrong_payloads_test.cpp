@@ -27,6 +27,8 @@ const Row word_rows[] = {
     {"led/5", "on\n", not_led + "'on\\x0a'"},
     {"led/5", "1", not_led + "'1'"},
     {"led/5", "blink", not_led + "'blink'"},
+    {"led/5", "blank 5", not_led + "'blank 5'"},
+    {"led/5", "\x1f ~\x7f", not_led + "'\\x1f ~\\x7f'"},
     {"led/5", "blink 0", not_led + "'blink 0'"},
     {"led/5", "blink -5", not_led + "'blink -5'"},
     {"led/5", "blink  5", not_led + "'blink  5'"},
@@ -122,6 +124,8 @@ const Row part_rows[] = {
      "'colour' must be a colour such as \"#ff8000\", not 'red'"},
     {"screen/0/part", R"({"line":0,"offset":0,"text":"x","colour":"ff8000"})",
      "'colour' must be a colour such as \"#ff8000\", not 'ff8000'"},
+    {"screen/0/part", R"({"line":0,"offset":0,"text":"x","colour":"0ff8000"})",
+     "'colour' must be a colour such as \"#ff8000\", not '0ff8000'"},
     {"screen/0/part", R"({"line":0,"offset":0,"text":"x","background":"#ff800g"})",
      "'background' must be a colour such as \"#ff8000\", not '#ff800g'"},
     {"screen/0/part", R"({"line":0,"offset":0,"text":"x","background":"#+12345"})",
@@ -145,6 +149,13 @@ template <std::size_t Count> void expect_texts(const Row (&rows)[Count]) {
 TEST(WrongPayloadsTest, of_words_are_told_with_what_would_be_right) { expect_texts(word_rows); }
 TEST(WrongPayloadsTest, of_lines_name_the_character) { expect_texts(text_rows); }
 TEST(WrongPayloadsTest, of_parts_name_the_key) { expect_texts(part_rows); }
+
+TEST(WrongPayloadsTest, of_lines_are_not_read_past_their_end) {
+  // The rest of the character is there, but not part of the payload.
+  const Outcome<Command> command = command_of("screen/0/line/0", QByteArray::fromRawData("\xE2\x82\xAC", 2));
+  ASSERT_FALSE(command);
+  EXPECT_EQ(command.failure().text.toStdString(), no_utf8("1"));
+}
 
 TEST(WrongPayloadsTest, what_is_nested_as_deep_as_it_can_be_is_refused) {
   for (const char *bytes : {"[", "{\"line\":", "{\"a\":["}) {

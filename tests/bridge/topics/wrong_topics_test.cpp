@@ -41,6 +41,8 @@ const Row rows[] = {
     {"screen/0/image/5", "there is no topic 'screen/0/image/5'; there is " + screen_topics},
     {"", "there is no topic ''; there is " + all_topics},
     {"/", "there is no topic '/'; there is " + all_topics},
+    {"bad/5", "there is no topic 'bad/5'; there is " + all_topics}, // two of three letters
+    {"screen/1/image/2/3/4", "there is no topic 'screen/1/image/2/3/4'; there is " + screen_topics},
     {"lamp/5", "there is no topic 'lamp/5'; there is " + all_topics},
     {"do/led/5", "there is no topic 'do/led/5'; there is " + all_topics},
     {"a-word-that-is-longer-than-all", "there is no topic 'a-word-that-is-longer-than-all'; there is " + all_topics},
