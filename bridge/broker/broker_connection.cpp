@@ -7,9 +7,6 @@
 #include <QFile>
 #include <QHostAddress>
 #include <QHostInfo>
-#include <QRandomGenerator>
-
-#include <algorithm>
 
 namespace buttondriver::bridge {
 
@@ -43,7 +40,8 @@ Outcome<Done> check(const BrokerSettings &settings) {
 
 BrokerConnection::BrokerConnection(QObject *parent) : BrokerConnection(Times(), parent) {}
 
-BrokerConnection::BrokerConnection(Times times, QObject *parent) : QObject(parent), _times(times) {
+BrokerConnection::BrokerConnection(Times times, QObject *parent)
+    : QObject(parent), _times(times), _growing_pause(times.first_pause_ms, times.longest_pause_ms) {
   _pause.setSingleShot(true);
   connect(&_pause, &QTimer::timeout, this, &BrokerConnection::lookUp);
 }
@@ -55,14 +53,12 @@ Outcome<Done> BrokerConnection::start(const BrokerSettings &settings) {
   if (auto outcome = check(settings); !outcome)
     return outcome;
   _settings = settings;
-  _is_started = true;
-  _next_pause_ms = _times.first_pause_ms;
+  _growing_pause.reset();
   _pause.start(0);
   return Done();
 }
 
 void BrokerConnection::stop(int most_ms) {
-  _is_started = false;
   _pause.stop();
   if (_lookup >= 0)
     QHostInfo::abortHostLookup(_lookup);
@@ -102,7 +98,7 @@ void BrokerConnection::opened() {
   if (_has_been_connected)
     ++_reconnects;
   _has_been_connected = true;
-  _next_pause_ms = _times.first_pause_ms;
+  _growing_pause.reset();
   Q_EMIT connected();
 }
 
@@ -117,9 +113,7 @@ void BrokerConnection::receive(const QByteArray &topic, const QByteArray &payloa
 
 void BrokerConnection::ended(const QString &reason) {
   dropSession();
-  // Not all clients of a broker at once.
-  _pause.start(_next_pause_ms / 2 + static_cast<int>(QRandomGenerator::global()->bounded(_next_pause_ms / 2 + 1)));
-  _next_pause_ms = std::min(2 * _next_pause_ms, _times.longest_pause_ms);
+  _pause.start(_growing_pause.next());
   Q_EMIT disconnected(reason);
 }
 
@@ -127,7 +121,7 @@ void BrokerConnection::dropSession() {
   if (!_session)
     return;
   // They may be what this is called from.
-  _dropped += _session->tooLarge();
+  _too_large += _session->tooLarge();
   _session->disconnect(this);
   _subscriptions->disconnect(this);
   _subscriptions.release()->deleteLater();
@@ -162,6 +156,10 @@ void BrokerConnection::askForEnd(const QByteArray &topic) {
 }
 
 quint64 BrokerConnection::reconnects() const { return _reconnects; }
+
+quint64 BrokerConnection::dropped() const { return _dropped; }
+
+quint64 BrokerConnection::tooLarge() const { return _too_large + (_session ? _session->tooLarge() : 0); }
 
 int BrokerConnection::waitingMessages() const { return _session ? _session->waiting().count() : 0; }
 

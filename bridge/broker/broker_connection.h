@@ -2,6 +2,7 @@
 #pragma once
 
 #include "bridge/broker/broker_settings.h"
+#include "bridge/broker/growing_pause.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>
@@ -18,7 +19,11 @@ class MosquittoSession;
 class Subscriptions;
 
 /// The connection to a broker, kept in the event loop: after a break it is tried again, after pauses that grow from
-/// half a second to 30 s. One thread, that of the event loop. No call waits, but for looking up the broker's name.
+/// half a second to 30 s. One thread, that of the event loop. No call waits, but for stop(), and with TLS for looking
+/// up a name that has just been found. All signals come from the event loop; in them every call is allowed, and to
+/// delete this object too.
+///
+/// Nothing of a connection lives on in the next one: what was not yet sent is not sent later.
 class BrokerConnection : public QObject {
   Q_OBJECT
 
@@ -32,35 +37,45 @@ public:
 
   explicit BrokerConnection(QObject *parent = nullptr);
   BrokerConnection(Times times, QObject *parent);
+  /// Without stop() before, that is a break: the broker publishes the last will.
   ~BrokerConnection() override;
 
-  /// Starts to connect. Fails for settings that cannot be right, such as a CA file that cannot be read.
+  /// Starts to connect, and goes on until stop(). Fails for settings that cannot be right, such as a CA file that
+  /// cannot be read.
   Outcome<Done> start(const BrokerSettings &settings);
-  /// Ends the connection as a client does that goes on purpose: no last will. Waits until what was published is sent,
-  /// `most_ms` at most.
+  /// Ends the connection as a client does that goes on purpose: no last will, and no signal any more. Waits until the
+  /// broker has what was published, `most_ms` at most.
   void stop(int most_ms);
 
   bool isConnected() const;
 
-  /// `is_retained` asks the broker to keep it. While there is no connection nothing is published, and false returned.
+  /// `is_retained` asks the broker to keep it. False when nothing is published: while there is no connection, or when a
+  /// broker that does not read has let too much wait. That is 1,000 messages or 1 MiB for quality of service 0, and
+  /// 50,000 or 32 MiB for 1.
   bool publish(const QByteArray &topic, const QByteArray &payload, bool is_retained, int quality_of_service);
-  /// Topic filters, with quality of service 1. What this client publishes itself does not come back (MQTT 5).
+  /// Topic filters, with quality of service 1. What this client publishes itself does not come back (MQTT 5). One that
+  /// the broker refuses is logged. Not too many topics should fit one filter: see Subscriptions.
   void subscribe(const QVector<QByteArray> &filters);
   void unsubscribe(const QVector<QByteArray> &filters);
   /// Calls everyRetainedHasCome() when all that the broker keeps for the filters so far has been delivered. `topic`:
-  /// one that this client subscribes and publishes for that, and nobody else uses.
+  /// one that this client subscribes and publishes for that, and nobody else uses. messageCame() does not tell of it.
+  /// When the broker does not send it back, that is logged, and taken for the end.
   void askForEnd(const QByteArray &topic);
 
-  quint64 reconnects() const;
-  /// Bytes or messages that wait to be sent to the broker.
+  quint64 reconnects() const; ///< connections that came up after the first one
+  /// Messages that wait for the broker: to be sent, or with quality of service 1 to be acknowledged.
   int waitingMessages() const;
+  quint64 dropped() const;  ///< messages that a connected broker was not sent, because too much waited
+  quint64 tooLarge() const; ///< messages of more than 8 MiB, which came and are not told
 
 Q_SIGNALS:
   /// Subscriptions have to be made now, each time.
   void connected();
+  /// Also when an attempt failed. `reason` is for people.
   void disconnected(const QString &reason);
   /// `is_retained`: the broker has kept it, or (MQTT 5) will keep it.
-  /// `is_old`: it was kept from before the subscription.
+  /// `is_old`: it was kept from before the subscription. With MQTT 5 that cannot be told from a new one that is to be
+  /// kept, as long as what was kept is still coming; then this is true for both.
   void messageCame(const QByteArray &topic, const QByteArray &payload, bool is_retained, bool is_old);
   void everyRetainedHasCome();
 
@@ -77,13 +92,13 @@ private:
   std::unique_ptr<MosquittoSession> _session;
   std::unique_ptr<Subscriptions> _subscriptions;
   QTimer _pause; ///< until the next attempt
-  int _next_pause_ms = 0;
+  GrowingPause _growing_pause;
   int _lookup = -1;
   int _attempts = 0;
-  bool _is_started = false;
   bool _has_been_connected = false;
   quint64 _reconnects = 0;
   quint64 _dropped = 0;
+  quint64 _too_large = 0; ///< in former connections
 };
 
 } // namespace buttondriver::bridge

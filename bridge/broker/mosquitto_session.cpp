@@ -82,7 +82,6 @@ struct MosquittoSession::Callbacks {
   static void disconnected(mosquitto *, void *object, int code, const mosquitto_property *properties) {
     MosquittoSession &session = of(object);
     session._has_gone = true;
-    session._errno = errno; // closing its socket may change it
     constexpr int first_refusal = 0x80;
     if (code >= first_refusal)
       session._refusal = QStringLiteral("the broker ends the connection: ") +
@@ -112,8 +111,9 @@ struct MosquittoSession::Callbacks {
   }
   static void unsubscribed(mosquitto *, void *object, int, const mosquitto_property *) { ++of(object)._packets; }
   static void logged(mosquitto *, void *object, int level, const char *text) {
-    if (level == MOSQ_LOG_ERR)
-      of(object)._last_error = QString::fromUtf8(text).trimmed();
+    // The first one says most.
+    if (level == MOSQ_LOG_ERR && of(object)._error.isEmpty())
+      of(object)._error = QString::fromUtf8(text).trimmed();
   }
 };
 
@@ -122,13 +122,15 @@ MosquittoSession::MosquittoSession(const BrokerSettings &settings, QObject *pare
   prepare_library();
   _limit.setSingleShot(true);
   connect(&_limit, &QTimer::timeout, this, [this] { fail(QStringLiteral("the broker does not answer")); });
+  _read_again.setSingleShot(true);
+  _read_again.setInterval(0);
+  connect(&_read_again, &QTimer::timeout, this, &MosquittoSession::read);
   // Only now and then, because all that it does is to look whether the time of keep-alive has come.
   constexpr int times = 4;
   _now_and_then.setInterval(std::max(1000, _settings.keep_alive_seconds * 1000 / times));
   connect(&_now_and_then, &QTimer::timeout, this, [this] {
-    if (const int code = mosquitto_loop_misc(_client.get()))
-      return fail(code);
-    read();
+    if (checked(mosquitto_loop_misc(_client.get())))
+      read();
   });
 }
 
@@ -169,8 +171,9 @@ bool MosquittoSession::prepareTls() {
     mosquitto_int_option(_client.get(), MOSQ_OPT_TLS_USE_OS_CERTS, 1);
   if (authority.isEmpty() && certificate.isEmpty())
     return true;
-  return mosquitto_tls_set(_client.get(), data_or_null(authority), nullptr, data_or_null(certificate),
-                           data_or_null(key), no_password) == MOSQ_ERR_SUCCESS;
+  // The library takes no certificate of its client without a place for those of authorities.
+  return mosquitto_tls_set(_client.get(), data_or_null(authority), authority.isEmpty() ? "/etc/ssl/certs" : nullptr,
+                           data_or_null(certificate), data_or_null(key), no_password) == MOSQ_ERR_SUCCESS;
 }
 
 void MosquittoSession::open(const QString &host, int most_ms) {
@@ -180,11 +183,11 @@ void MosquittoSession::open(const QString &host, int most_ms) {
   _limit.start(most_ms);
   const int code = mosquitto_connect_bind_async(_client.get(), host.toUtf8().constData(), _settings.port,
                                                 _settings.keep_alive_seconds, nullptr);
-  if (code > 0) // less than that: it goes on
-    return fail(code);
   const int descriptor = mosquitto_socket(_client.get());
-  if (descriptor < 0)
-    return fail(MOSQ_ERR_NO_CONN);
+  if (code > 0 || descriptor < 0) { // less than that: it goes on
+    _errno = errno;
+    return fail(reasonOf(code));
+  }
   _readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
   _writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
   connect(_readable.get(), &QSocketNotifier::activated, this, [this] { read(); });
@@ -199,18 +202,22 @@ void MosquittoSession::watch() {
 }
 
 void MosquittoSession::write() {
-  if (const int code = mosquitto_loop_write(_client.get(), 1))
-    return fail(code);
-  deliver();
+  if (checked(mosquitto_loop_write(_client.get(), 1)))
+    deliver();
 }
 
 bool MosquittoSession::readOnce() {
   const int packets = _packets;
-  if (const int code = mosquitto_loop_read(_client.get(), 1)) {
-    fail(code);
-    return false;
-  }
-  return packets != _packets;
+  return checked(mosquitto_loop_read(_client.get(), 1)) && packets != _packets;
+}
+
+bool MosquittoSession::checked(int code) {
+  _errno = errno;
+  // An end that the broker has announced is no failure of the call.
+  if (code == MOSQ_ERR_SUCCESS && !_has_gone)
+    return true;
+  fail(reasonOf(code));
+  return false;
 }
 
 void MosquittoSession::read() {
@@ -227,14 +234,9 @@ void MosquittoSession::read() {
     if (!self || !_client || !has_read)
       return;
   }
-  // There may be more, in the library, that the system does not know of.
-  QMetaObject::invokeMethod(
-      this, [this] { readAgain(); }, Qt::QueuedConnection);
-}
-
-void MosquittoSession::readAgain() {
-  if (_client)
-    read();
+  // There may be more in the library that the system does not know of.
+  if (_settings.has_tls)
+    _read_again.start();
 }
 
 void MosquittoSession::deliver() {
@@ -242,6 +244,7 @@ void MosquittoSession::deliver() {
   if (std::exchange(_is_to_tell_opened, false)) {
     _is_open = true;
     _limit.stop();
+    _error.clear();
     // It would write a text for each packet.
     mosquitto_log_callback_set(_client.get(), nullptr);
     Q_EMIT opened();
@@ -351,16 +354,18 @@ void MosquittoSession::close(int most_ms) {
 QString MosquittoSession::reasonOf(int code) const {
   if (!_refusal.isEmpty())
     return _refusal;
-  if (code == MOSQ_ERR_ERRNO)
+  if (!_error.isEmpty() && _settings.has_tls)
+    return QStringLiteral("TLS: ") + _error;
+  if (code == MOSQ_ERR_ERRNO && _errno != 0)
     return QString::fromLocal8Bit(std::strerror(_errno));
-  if (!_is_open && !_last_error.isEmpty() && _settings.has_tls)
-    return QStringLiteral("TLS: ") + _last_error;
-  if (code == MOSQ_ERR_CONN_LOST || code == MOSQ_ERR_NO_CONN)
-    return QStringLiteral("the broker has closed the connection");
+  if (code == MOSQ_ERR_KEEPALIVE)
+    return QStringLiteral("the broker does not answer any more");
+  // Without an error: it ends within a message.
+  for (const int end : {MOSQ_ERR_SUCCESS, MOSQ_ERR_ERRNO, MOSQ_ERR_CONN_LOST, MOSQ_ERR_NO_CONN})
+    if (code == end)
+      return QStringLiteral("the broker has closed the connection");
   return QString::fromUtf8(mosquitto_strerror(code));
 }
-
-void MosquittoSession::fail(int code) { fail(reasonOf(code)); }
 
 void MosquittoSession::fail(const QString &reason) {
   // What came before the end counts.
@@ -375,8 +380,8 @@ void MosquittoSession::fail(const QString &reason) {
 }
 
 void MosquittoSession::release() {
-  _limit.stop();
-  _now_and_then.stop();
+  for (QTimer *timer : {&_limit, &_now_and_then, &_read_again})
+    timer->stop();
   // Before their descriptor is closed. They may be what this is called from.
   for (auto *notifier : {&_readable, &_writable}) {
     if (!*notifier)

@@ -71,12 +71,13 @@ private:
   bool prepare();
   bool prepareTls();
   void read();
-  void readAgain();
+  /// Whether the library was called back for a packet.
   bool readOnce();
+  /// False, and all is told, if that is the end: `code` is what a call of the library has returned.
+  bool checked(int code);
   void deliver();
   void write();
   void watch();
-  void fail(int code);
   void fail(const QString &reason);
   void release();
   QString reasonOf(int code) const;
@@ -87,14 +88,15 @@ private:
   std::unique_ptr<QSocketNotifier> _writable;
   QTimer _now_and_then;
   QTimer _limit;
+  QTimer _read_again;
   WaitingMessages _waiting;
   quint64 _too_large = 0;
   bool _is_open = false;
   bool _has_gone = false; ///< the library says so
-  int _errno = 0;         ///< when it said so
+  int _errno = 0;         ///< after the last call
   int _packets = 0;       ///< read so far
   QString _refusal;       ///< why the broker does not want this client
-  QString _last_error;    ///< that the library has told while it connected
+  QString _error;         ///< that the library has told while it connected
   // What the library has called back for, told when it has returned.
   bool _is_to_tell_opened = false;
   std::vector<Message> _messages;
