@@ -299,6 +299,21 @@ void write_scenario(const filesystem::path &parent) {
     folder.write("file-" + std::to_string(++number), Seed(file).number(std::uint8_t{0}));
 }
 
+void write_bridge_configuration(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "bridge_configuration");
+  const char *const files[] = {
+      "[bridge]\nname = a\nprefix = b/c\nshare = 2/3\nstatistics = 0\nmetrics_port = 1\ndiscovery = on\n",
+      "[bridge]\ndiscovery_prefix = d\n[broker]\nhost = e\nport = 1884\nprotocol = 3.1.1\nkeep_alive = 60\n",
+      "[broker]\nuser = f\npassword_file = secret\ntls = on\ncert_file = secret\nkey_file = secret\n",
+      "[broker]\nca_file = pipe\npassword_file = absent\n",
+      "# comment\n; comment\r\n\n[panels]\na = b\nc = d:1\ne = [::1]\nf = [::1]:2\n[groups]\ng = a, c\nh = e,f\n",
+      "[panels]\ngroup = x\na b = y\nc = ::1\nc = d:0\n[groups]\nz = c, c, e\n",
+      "\xEF\xBB\xBF[panels\nx\n= 1\n[]\n[ panels ]\na =\n[other]\n[panels]\n"};
+  int number = 0;
+  for (const char *file : files)
+    folder.write("file-" + std::to_string(++number), Seed(file));
+}
+
 } // namespace
 
 } // namespace buttondriver::fuzz
@@ -310,8 +325,9 @@ int main(int count, char **arguments) {
     return 2;
   }
   try {
-    for (const auto write : {write_commands, write_connections, write_bmp, write_text, write_level_file,
-                             write_launcher_configuration, write_event_client, write_recording, write_scenario})
+    for (const auto write :
+         {write_commands, write_connections, write_bmp, write_text, write_level_file, write_launcher_configuration,
+          write_event_client, write_recording, write_scenario, write_bridge_configuration})
       write(arguments[1]);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "write_fuzz_seeds: %s\n", error.what());

@@ -106,6 +106,37 @@ TEST_P(BrokerMessagesTest, every_byte_of_a_payload_arrives) {
   EXPECT_TRUE(receiver.messages[0].payload == payload.toStdString());
 }
 
+TEST_P(BrokerMessagesTest, markers_of_others_are_not_taken_for_own_ones_nor_told) {
+  WatchedConnection other;
+  other.start(settings("other"));
+  EXPECT_TRUE(other.connection.publish("marker", "1", true, 1));
+  ASSERT_TRUE(other.waitUntilSent());
+  WatchedConnection receiver;
+  receiver.filters = {"a"};
+  receiver.marker_topic = "marker";
+  receiver.startAndCollect(settings("receiver"));
+  EXPECT_TRUE(other.connection.publish("marker", "2", false, 1));
+  EXPECT_TRUE(other.connection.publish("a", "3", false, 1));
+  ASSERT_TRUE(receiver.waitForMessages(1));
+  EXPECT_THAT(receiver.messages, ElementsAre(Arrival{"a", "3", false, false}));
+  EXPECT_EQ(receiver.ends, 1);
+}
+
+TEST_P(BrokerMessagesTest, too_large_ones_are_counted_and_not_told) {
+  WatchedConnection receiver;
+  receiver.filters = {"a"};
+  receiver.marker_topic = "marker";
+  receiver.startAndCollect(settings("receiver"));
+  WatchedConnection sender;
+  sender.start(settings("sender"));
+  constexpr int most = 8 * 1024 * 1024;
+  EXPECT_TRUE(sender.connection.publish("a", QByteArray(most + 1, 'x'), false, 1));
+  EXPECT_TRUE(sender.connection.publish("a", QByteArray(most, 'x'), false, 1));
+  ASSERT_TRUE(receiver.waitForMessages(1));
+  EXPECT_EQ(receiver.messages[0].payload.size(), std::size_t{most});
+  EXPECT_EQ(receiver.connection.tooLarge(), 1U);
+}
+
 TEST_P(BrokerMessagesTest, what_is_subscribed_no_more_does_not_come) {
   WatchedConnection receiver;
   receiver.filters = {"a", "b"};
@@ -120,6 +151,21 @@ TEST_P(BrokerMessagesTest, what_is_subscribed_no_more_does_not_come) {
   EXPECT_TRUE(sender.connection.publish("b", "2", false, 1));
   ASSERT_TRUE(receiver.waitForMessages(1));
   EXPECT_THAT(receiver.messages, ElementsAre(Arrival{"b", "2", false, false}));
+}
+
+TEST(ManyForOneFilterTest, all_come_with_mqtt_5) {
+  const MosquittoBroker broker;
+  WatchedConnection sender;
+  sender.start(settings_for(broker, "sender"));
+  constexpr int count = 5000;
+  for (int i = 0; i < count; ++i)
+    EXPECT_TRUE(sender.connection.publish("a/" + QByteArray::number(i), "x", true, 1));
+  ASSERT_TRUE(sender.waitUntilSent());
+  WatchedConnection receiver;
+  receiver.filters = {"a/#"};
+  receiver.marker_topic = "marker";
+  receiver.startAndCollect(settings_for(broker, "receiver"));
+  EXPECT_EQ(receiver.messages_at_end, std::size_t{count});
 }
 
 } // namespace

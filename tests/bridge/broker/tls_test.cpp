@@ -29,14 +29,14 @@ class BrokerTlsTest : public testing::TestWithParam<Row> {};
 
 const char *const not_trusted = "certificate verify failed";
 
-INSTANTIATE_TEST_SUITE_P(Each, BrokerTlsTest,
-                         testing::Values(Row{"good", "127.0.0.1", Authority::right, true, ""},
-                                         Row{"wrong_authority", "127.0.0.1", Authority::wrong, true, not_trusted},
-                                         Row{"not_an_authority_of_the_system", "127.0.0.1", Authority::of_the_system,
-                                             true, not_trusted},
-                                         Row{"wrong_host", "broker.example.org", Authority::right, true, "host name verification failed"},
-                                         Row{"no_client_certificate", "127.0.0.1", Authority::right, false, "TLS"}),
-                         [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Each, BrokerTlsTest,
+    testing::Values(Row{"good", "127.0.0.1", Authority::right, true, ""},
+                    Row{"wrong_authority", "127.0.0.1", Authority::wrong, true, not_trusted},
+                    Row{"not_an_authority_of_the_system", "127.0.0.1", Authority::of_the_system, true, not_trusted},
+                    Row{"wrong_host", "broker.example.org", Authority::right, true, "host name verification failed"},
+                    Row{"no_client_certificate", "127.0.0.1", Authority::right, false, "TLS"}),
+    [](const auto &row) { return row.param.name; });
 
 TEST_P(BrokerTlsTest, connects_only_to_who_it_should) {
   const Row &row = GetParam();
