@@ -114,7 +114,7 @@ private:
   AnswerCount _answers;
   QElapsedTimer _since_ping;
   QElapsedTimer _since_movement;
-  qint64 _handed = 0; // bytes of this connection
+  qint64 _handed = 0; // bytes, to all connections
   quint64 _restorations = 0;
   State _state = State::not_started;
   Proof _proof = Proof::none;

@@ -28,7 +28,6 @@ void PanelLink::greet() {
   _socket.setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, send_buffer_bytes);
   _state = State::greeting;
   _answers = {};
-  _handed = 0;
   ping();
 }
 

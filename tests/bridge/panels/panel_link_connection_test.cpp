@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bridge/panels/link_fixture.h"
+#include "support/scripted_peer.h"
 
 namespace buttondriver::bridge::test {
 
@@ -38,6 +39,8 @@ TEST_F(PanelLinkConnectionTest, tries_until_the_panel_is_there) {
 
 TEST_F(PanelLinkConnectionTest, comes_back_when_the_panel_hangs_up) {
   startReleased();
+  panel.write(QByteArray::fromHex("00000004")); // half an answer, which the next connection does not go on with
+  process_ready_events();
   panel.hangUp();
   ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
   EXPECT_EQ(link->numbers().reconnects, 1U);
@@ -53,13 +56,60 @@ TEST_F(PanelLinkConnectionTest, leaves_a_panel_that_does_not_answer_at_all) {
 }
 
 TEST_F(PanelLinkConnectionTest, leaves_a_panel_that_answers_no_more) {
-  start({1, 200, 1, 20});
+  start({1, 500, 1, 20});
   ASSERT_TRUE(process_events_until([this] { return panel.pings() >= 3; }));
   panel.answers_pings = false;
   ASSERT_TRUE(process_events_until([this] { return !reasons.isEmpty(); }));
   EXPECT_EQ(reasons.first(), "it does not answer any more");
   panel.answers_pings = true;
   ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
+}
+
+TEST_F(PanelLinkConnectionTest, leaves_a_panel_whose_connection_does_not_come_about) {
+  buttondriver::test::ScriptedPeer peer(buttondriver::test::ScriptedPeer::Door::jammed);
+  PanelLink jammed("127.0.0.1", peer.port(), [] { return QVector<TopicCommand>(); }, {600000, 20, 1, 1});
+  QStringList told;
+  QObject::connect(&jammed, &PanelLink::brokeOff, &jammed, [&](const QString &reason) { told += reason; });
+  jammed.start();
+  ASSERT_TRUE(process_events_until([&] { return told.size() == 2; }));
+  EXPECT_EQ(told, (QStringList{"it does not answer", "it does not answer"}));
+}
+
+TEST_F(PanelLinkConnectionTest, stays_with_a_panel_that_takes_commands_without_answering) {
+  constexpr int timeout_ms = 1000;
+  startReleased({1, timeout_ms, 1, 20});
+  panel.answers_pings = false;
+  jam(QByteArray(30000, 'p'));
+  while (link->send("picture", picture(QByteArray(30000, 'p')), true) == Taken::yes) {
+  }
+  // For longer than its patience, it sees every now and then that some has been taken.
+  int times_read = 0;
+  QTimer reading;
+  QObject::connect(&reading, &QTimer::timeout, &reading, [&] {
+    panel.readOnce();
+    ++times_read;
+  });
+  reading.start(timeout_ms / 50);
+  ASSERT_TRUE(process_events_until([&] { return times_read == 110; }));
+  reading.stop();
+  EXPECT_EQ(availability, "+");
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-"; }));
+  EXPECT_EQ(reasons, QStringList{"it does not answer any more"});
+}
+
+TEST_F(PanelLinkConnectionTest, the_first_pause_comes_again_when_the_panel_was_up) {
+  panel.close();
+  start({600000, 600000, 1, 1000000});
+  ASSERT_TRUE(process_events_until([this] { return reasons.size() == 9; }));
+  panel.openAgain();
+  ASSERT_TRUE(process_events_until([this] { return availability == "+"; }));
+  PanelStandIn other_panel;
+  other_panel.closes_at_once = true;
+  PanelLink steady("127.0.0.1", other_panel.port(), [] { return QVector<TopicCommand>(); }, {600000, 600000, 1, 1});
+  steady.start();
+  panel.hangUp();
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
+  EXPECT_LT(other_panel.connections(), 60) << "the pause had grown";
 }
 
 class PanelLinkWrongAnswerTest : public LinkFixture, public testing::WithParamInterface<const char *> {};

@@ -56,15 +56,19 @@ void PanelStandIn::take() {
 
 void PanelStandIn::read() {
   while (reads && _socket != nullptr && _socket->bytesAvailable() > 0)
-    for (const QByteArray &message : _cutter->take(_socket->readAll())) {
-      if (message != ping) {
-        _messages.push_back(message);
-        continue;
-      }
-      ++_pings;
-      if (answers_pings)
-        _socket->write(framed_answer);
+    readOnce();
+}
+
+void PanelStandIn::readOnce() {
+  for (const QByteArray &message : _cutter->take(_socket->readAll())) {
+    if (message != ping) {
+      _messages.push_back(message);
+      continue;
     }
+    ++_pings;
+    if (answers_pings)
+      _socket->write(framed_answer);
+  }
 }
 
 void PanelStandIn::readOn() {

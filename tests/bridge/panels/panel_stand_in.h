@@ -28,6 +28,8 @@ public:
 
   /// Reads again what was left lying while `reads` was false.
   void readOn();
+  /// Takes what is there now, if it does not read; more can come then.
+  void readOnce();
   void write(const QByteArray &bytes);
   /// Ends the connection at once, whatever waits in it.
   void hangUp();

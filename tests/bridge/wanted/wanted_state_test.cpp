@@ -216,6 +216,9 @@ TEST(WantedStateTest, has_a_record_to_publish_from_the_first_topic_on_and_whenev
   state.remove("l");
   EXPECT_TRUE(state.takeOrderChange());
   EXPECT_EQ(state.orderRecord(), "[\"p\"]");
+  state.remove("m");
+  EXPECT_TRUE(state.takeOrderChange());
+  EXPECT_EQ(state.orderRecord(), "[]");
 }
 
 } // namespace test

@@ -59,6 +59,15 @@ TEST(WantedSyncTest, takes_out_what_the_broker_no_longer_keeps) {
   EXPECT_TRUE(state.takeOrderChange()) << "the record has the picture without need";
 }
 
+TEST(WantedSyncTest, a_topic_that_was_retained_once_is_the_brokers_to_keep) {
+  WantedState state = usual_state();
+  state.set("line", "m", line(0, 1), !retained);
+  state.beginSync();
+  bring(state, "picture", "p", screen(0));
+  EXPECT_TRUE(state.endSync("[\"picture\"]").has_changed);
+  EXPECT_EQ(content(state), "picture=p lamp=on");
+}
+
 TEST(WantedSyncTest, keeps_what_a_broker_without_memory_has_lost) {
   WantedState state = usual_state();
   state.beginSync();
