@@ -11,6 +11,7 @@
 #include "bridge/topics/usual_font.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace buttondriver::bridge {
 

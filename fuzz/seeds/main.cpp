@@ -4,6 +4,7 @@
 //   write_fuzz_seeds FOLDER
 //
 // A target without seeds starts from its corpus alone.
+#include "bridge/topics/topic_table.h"
 #include "fuzz/seeds/seed.h"
 #include "fuzz/support/connections/steps.h"
 #include "protocol/catalogue.h"
@@ -314,6 +315,38 @@ void write_bridge_configuration(const filesystem::path &parent) {
     folder.write("file-" + std::to_string(++number), Seed(file));
 }
 
+void write_topics(const filesystem::path &parent) {
+  const SeedFolder folder(parent, "topics");
+  int number = 0;
+  const auto publish = [&](const std::string &topic, const std::string &payload) {
+    folder.write(std::to_string(++number), Seed(static_cast<char>(topic.size()) + topic + payload));
+  };
+  // After the BMPs, a PNG and a GIF of one pixel.
+  const std::string pictures[] = {
+      bmp(2, 2, std::string("\xff\0\0\xff\xff\xff\0\0\0\0\xff\0\xff\0\0\0", 16)),
+      bmp(128, 128, std::string(49152, '\x33')),
+      bmp(129, 1, std::string(388, '\x33')),
+      bmp(2, 1, std::string(8, '\x33'), 32),
+      std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1\x08\2\0\0\0\0\0\0\0"
+                  "\0\0\0\x0bIDAT\x78\1\1\4\0\xfb\xff\0\1\2\3\0\0\0\0\0\0\0\0IEND\0\0\0\0",
+                  68),
+      std::string("GIF89a\1\0\1\0\x80\0\0\xff\0\0\0\xff\0,\0\0\0\0\1\0\1\0\0\2\2\x44\1\0;", 35)};
+  for (const bridge::TopicRow &row : bridge::topic_table) {
+    publish(row.example, row.payload);
+    for (const std::string &picture : pictures)
+      if (row.form == bridge::PayloadForm::picture)
+        publish(row.example, picture);
+  }
+  publish("led/all", "on");
+  publish("status/31", "off");
+  publish("leds/5", "on");
+  publish("screen/all/lines/2", "on");
+  publish("screen/3/line/0", "on");
+  publish("screen/0/line/8", "\xC3\xA9\xE2\x82\xAC\n");
+  publish("screen/0/part", R"({"line":7,"offset":15,"text":"\u00e4\n","chars":2,"background":"#00ff00"})");
+  publish("screen/0/part", R"({"line":"7","offset":1.5,"text":null,"chars":[],"colour":{},"x":1})");
+}
+
 } // namespace
 
 } // namespace buttondriver::fuzz
@@ -327,7 +360,7 @@ int main(int count, char **arguments) {
   try {
     for (const auto write :
          {write_commands, write_connections, write_bmp, write_text, write_level_file, write_launcher_configuration,
-          write_event_client, write_recording, write_scenario, write_bridge_configuration})
+          write_event_client, write_recording, write_scenario, write_bridge_configuration, write_topics})
       write(arguments[1]);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "write_fuzz_seeds: %s\n", error.what());

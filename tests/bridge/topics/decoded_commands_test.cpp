@@ -10,8 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace buttondriver::bridge {
 namespace {
