@@ -11,7 +11,7 @@ inline constexpr const char *beginning = R"(# Topics
 
 `buttondriver-mqtt` stands between an MQTT broker and any number of panels. Programs publish what a panel should show;
 the bridge brings the panel to it, and keeps it there when the panel, its daemon, the broker or the bridge starts
-again.
+again. How it is set up, and how many panels are looked after, stands in [fleet.md](fleet.md).
 
 )";
 
@@ -103,6 +103,7 @@ Programs read these; only the bridge publishes them.
 | Topic | Retained | Payload |
 |---|---|---|
 | `buttondriver/PANEL/error` | no | what was wrong with something that was published, as JSON: `{"topic":"buttondriver/hall/led/24","error":"the button must be a number from 0 to 23, or 'all', not '24'"}`. It has changed nothing on the panel |
+| `buttondriver/group/GROUP/error` | no | the same, of a topic of a group |
 | `buttondriver/PANEL/availability` | yes | `online` while the bridge has a connection to the panel, else `offline` |
 | `buttondriver/PANEL/order` | yes | the kept topics of the panel in the order in which they are drawn, as JSON, for the bridge itself |
 | `buttondriver/PANEL/statistics/NUMBER` | yes | a number each: `ping_ms`, how long the panel's last answer took; `reconnects`; `waiting_commands` and `waiting_bytes`, now; `refused`, commands for which there was no room |
@@ -120,8 +121,8 @@ The bridge subscribes with quality of service 1. Publish with 1 what must not be
 that comes twice changes nothing, except that it is on top again.
 
 Publish kept topics retained (`-r`), always. The bridge keeps what was not retained as well, but nobody knows it any
-more when the bridge starts again. Topics below `do/` are never retained: the broker would hand them out again at each
-connection, and each time they would be carried out.
+more when the bridge starts again. Do not retain topics below `do/`: the broker would hand them out again at each
+connection, so the bridge answers those that it hands out with an error and does not carry them out.
 
 )";
 
