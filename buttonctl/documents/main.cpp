@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/command_table.h"
 #include "buttonctl/documents/bash_completion.h"
+#include "buttonctl/documents/commands_manual.h"
 #include "buttonctl/documents/commands_page.h"
 #include "buttonctl/session/exit_status.h"
 
@@ -29,29 +30,37 @@ Outcome<Done> write_file(const QString &name, const QString &text) {
   return Done{};
 }
 
-Outcome<Done> update(const QString &page_name, const QString &completion_name) {
+using Renewal = Outcome<QString> (*)(const QString &page, const buttonctl::CommandTable &commands);
+
+Outcome<Done> update(const QString &page_name, Renewal renewed) {
   const Outcome<QByteArray> page = read_file(page_name);
   if (!page)
     return page.failure();
-  const Outcome<QString> updated = buttonctl::with_commands(QString::fromUtf8(*page), buttonctl::command_table());
+  const Outcome<QString> updated = renewed(QString::fromUtf8(*page), buttonctl::command_table());
   if (!updated)
     return updated.failure();
-  if (auto written = write_file(page_name, *updated); !written)
-    return written;
-  return write_file(completion_name, buttonctl::bash_completion(buttonctl::command_table()));
+  return write_file(page_name, *updated);
+}
+
+Outcome<Done> update_all(const QStringList &names) {
+  if (auto updated = update(names.at(1), buttonctl::with_commands); !updated)
+    return updated;
+  if (auto updated = update(names.at(2), buttonctl::with_commands_manual); !updated)
+    return updated;
+  return write_file(names.at(3), buttonctl::bash_completion(buttonctl::command_table()));
 }
 
 } // namespace
 
-/// Puts the commands into the page PAGE, and writes their completion to COMPLETION.
+/// Puts the commands into the page PAGE and into the manual page MANUAL, and writes their completion to COMPLETION.
 int main(int argc, char **argv) {
   const QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
-  if (arguments.size() != 3) {
-    std::fputs("usage: buttonctl_documents PAGE COMPLETION\n", stderr);
+  if (arguments.size() != 4) {
+    std::fputs("usage: buttonctl_documents PAGE MANUAL COMPLETION\n", stderr);
     return buttonctl::exit_bad_usage;
   }
-  const Outcome<Done> updated = update(arguments.at(1), arguments.at(2));
+  const Outcome<Done> updated = update_all(arguments);
   if (!updated) {
     std::fprintf(stderr, "buttonctl_documents: %s\n", qUtf8Printable(updated.failure().text));
     return 1;

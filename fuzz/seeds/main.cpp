@@ -9,7 +9,7 @@
 #include "fuzz/support/connections/steps.h"
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
-#include "tools/reference/worked_examples.h"
+#include "tools/reference/contents/worked_examples.h"
 
 #include <cstdio>
 #include <exception>

@@ -4,7 +4,7 @@
 #include "protocol/catalogue.h"
 #include "protocol/field_text.h"
 #include "protocol/framing.h"
-#include "tools/reference/variable_part.h"
+#include "tools/reference/contents/variable_part.h"
 
 #include <cctype>
 #include <sstream>

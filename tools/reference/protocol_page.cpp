@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/reference/protocol_page.h"
 
-#include "protocol/field_text.h"
-#include "tools/reference/limits_section.h"
-#include "tools/reference/variable_part.h"
-#include "tools/reference/worked_examples.h"
+#include "tools/reference/contents/frame_form.h"
+#include "tools/reference/contents/limit_rows.h"
+#include "tools/reference/contents/message_words.h"
+#include "tools/reference/contents/odd_inputs.h"
+#include "tools/reference/contents/variable_part.h"
+#include "tools/reference/contents/worked_examples.h"
 
 #include <algorithm>
 #include <cctype>
@@ -21,51 +23,7 @@ constexpr const char *introduction = R"(# Command protocol
 
 Clients send binary messages to the daemon over TCP, to port )";
 
-constexpr const char *frames = R"( unless the daemon's command line says otherwise.
-
-## Frames
-
-Every message stands in a frame: its length in bytes, then the message.
-
-```
-offset   0   1   2   3   4   5   6   7   8                      L + 4
-       +---+---+---+---+---+---+---+---+---+---+-- - - - --+---+
-       |   length L    |    opcode     |  fields, then text,   |
-       |  of message   |               |  picture or ids       |
-       +---+---+---+---+---+---+---+---+---+---+-- - - - --+---+
-                       |<----------- message, L bytes -------->|
-```
-
-- All integers are big-endian; "i32" is in two's complement.
-- L counts the message only, not itself. There is no magic, version, checksum or terminator. How large it
-  may be stands with the other [limits](#limits).
-- Offsets below count from the first byte of the message, which is its opcode.
-- Frames follow each other directly; TCP may cut the stream anywhere.
-- The one reply that a client ever gets is `BMS_PingReply`. Whatever is wrong with a message is told in the daemon's
-  log; the connection stays open.
-
-)";
-
-constexpr const char *odd_input = R"(## Input that is no proper message
-
-Nothing that a client sends makes the daemon close the connection.
-
-| What arrives | What the daemon does |
-|---|---|
-| part of a frame | waits for the rest; what has arrived so far is not acted upon, and is dropped when the connection ends |
-| complete frames, then the end of the connection | acts on the frames first |
-| a length of 0 | takes it as an empty message, which reads as opcode 0 with a size of 0 |
-| a message shorter than its layout | acts on it as if zero bytes followed, in the opcode too |
-| a message longer than its layout | leaves the rest alone; of opcode 19 all that follows the head is the picture, of opcode 0 all bytes are logged |
-| a text count larger than the text that is there | takes the text up to its first NUL or the end of the message |
-| a text without a NUL | takes as many bytes as the count says |
-| an opcode that clients can build and the daemon does not handle | logs `ButtonSetterImpl::process_messages, unhandled switch case ` and the opcode at critical level |
-| an opcode that does not exist | the same |
-| a length of 0xFFFFFFFC or more | adds the 4 bytes of the length to it in 32 bits, which wraps to 0 to 3: does not wait, and takes all that has arrived after the length at that moment as one message |
-| a length that the bytes never reach | waits for good, takes what that connection goes on to send for the message, and serves the other connections |
-| a length beyond the [limit](#limits), up to 0xFFFFFFFB | is skipped, and what follows it is read as usual |
-
-)";
+constexpr std::size_t bytes_a_line = 16;
 
 const char *who_handles(Handling handling) {
   switch (handling) {
@@ -79,20 +37,6 @@ const char *who_handles(Handling handling) {
   return "nobody; the daemon reports it as unhandled";
 }
 
-std::string size_in_words(const MessageType &type) {
-  std::ostringstream size;
-  size << type.head_size;
-  if (type.counted == Counted::nothing)
-    return size.str();
-  size << " + ";
-  if (type.countedWidth() > 1)
-    size << type.countedWidth() << " x ";
-  size << '`' << type.countField().name << '`';
-  return size.str();
-}
-
-std::string title(const MessageType &type) { return std::to_string(type.opcode) + ' ' + type.name; }
-
 /// What Markdown makes of a title.
 std::string anchor(const MessageType &type) {
   std::string text = title(type);
@@ -100,23 +44,6 @@ std::string anchor(const MessageType &type) {
     return character == ' ' ? '-' : static_cast<char>(std::tolower(character));
   });
   return text;
-}
-
-std::string type_in_words(const Field &field) {
-  switch (field.kind) {
-  case FieldKind::bytes:
-    return std::to_string(field.width) + " bytes";
-  case FieldKind::signed_integer:
-    return "i" + std::to_string(8 * field.width);
-  case FieldKind::unsigned_integer:
-    break;
-  }
-  return "u" + std::to_string(8 * field.width);
-}
-
-std::string variable_type_in_words(const MessageType &type) {
-  const std::string count = std::string("`") + type.countField().name + '`';
-  return type.counted == Counted::image_ids ? count + " x u32" : count + " bytes";
 }
 
 void write_overview(std::ostream &page) {
@@ -132,10 +59,7 @@ void write_layout(std::ostream &page, const MessageType &type) {
   for (std::size_t i = 0; i < type.fieldCount(); ++i) {
     const Field &field = type.fields[i];
     page << "| " << field.offset << " | " << type_in_words(field) << " | `" << field.name << "` | "
-         << field_text(field);
-    if (i == 0)
-      page << ": " << type.opcode;
-    page << " |\n";
+         << meaning_of(type, field) << " |\n";
   }
   if (type.counted != Counted::nothing) {
     const VariablePart part = variable_part(type.counted);
@@ -145,67 +69,38 @@ void write_layout(std::ostream &page, const MessageType &type) {
   page << '\n';
 }
 
-constexpr std::size_t bytes_a_line = 16;
-constexpr std::size_t hex_column_width = 3 * bytes_a_line + 2;
-
-std::string hex(ByteView bytes) {
-  static constexpr char digits[] = "0123456789abcdef";
-  std::string text;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    if (i > 0)
-      text += ' ';
-    text += digits[bytes.u8(i) >> 4];
-    text += digits[bytes.u8(i) & 0xF];
-  }
-  return text;
+void write_frames(std::ostream &page) {
+  page << " unless the daemon's command line says otherwise.\n\n## Frames\n\n"
+       << frame_introduction << "\n\n```\n"
+       << frame_drawing << "```\n\n";
+  for (const char *note : frame_notes)
+    page << "- " << note << '\n';
+  page << '\n';
 }
 
-void write_hex_lines(std::ostream &page, ByteView bytes, const std::string &legend) {
-  for (std::size_t start = 0; start < bytes.size(); start += bytes_a_line) {
-    const ByteView line(bytes.data() + start, std::min(bytes_a_line, bytes.size() - start));
-    std::string text = hex(line);
-    if (start == 0) {
-      text.resize(hex_column_width, ' ');
-      text += legend;
-    }
-    page << text << '\n';
-  }
+void write_limits(std::ostream &page) {
+  page << "## Limits\n\nNothing of this is told to a client. Whoever waits loses nothing.\n\n"
+          "| What | How much | What happens beyond it |\n|---|---|---|\n";
+  for (const LimitRow &row : limit_rows())
+    page << "| " << row.what << " | " << row.how_much << " | " << row.beyond << " |\n";
+  page << '\n';
 }
 
-std::string value_in_words(const Field &field, ByteView message) {
-  if (field.kind == FieldKind::bytes)
-    return "";
-  const std::uint32_t value = field.width == 1 ? message.u8(field.offset) : message.bigEndian32(field.offset);
-  if (field.kind == FieldKind::signed_integer)
-    return " = " + std::to_string(static_cast<std::int32_t>(value));
-  std::ostringstream text;
-  text << " = " << value;
-  if (value > 0xFF)
-    text << std::hex << " (0x" << value << ')';
-  return text.str();
-}
-
-void write_example(std::ostream &page, const MessageType &type, const WorkedExample &example) {
-  const HexBytes bytes(example.frame);
-  const ByteView frame = bytes.view();
-  const ByteView message = frame.from(frame_prefix_size);
-  page << "Example: " << example.asks << ".\n\n```\n";
-  write_hex_lines(page, ByteView(frame.data(), frame_prefix_size), "length = " + std::to_string(message.size()));
-  for (std::size_t i = 0; i < type.fieldCount(); ++i) {
-    const Field &field = type.fields[i];
-    write_hex_lines(page, ByteView(message.data() + field.offset, field.width),
-                    field.name + value_in_words(field, message));
-  }
-  if (type.counted != Counted::nothing)
-    write_hex_lines(page, message.from(type.head_size), variable_part(type.counted).field);
-  page << "```\n\n" << example.effect << "\n\n";
+void write_odd_inputs(std::ostream &page) {
+  page << "## " << odd_inputs_title << "\n\n"
+       << odd_inputs_introduction << "\n\n| What arrives | What the daemon does |\n|---|---|\n";
+  for (const OddInput &row : odd_inputs)
+    page << "| " << row.arrives << " | " << row.happens << " |\n";
+  page << '\n';
 }
 
 void write_message(std::ostream &page, const MessageType &type) {
   page << "## " << title(type) << "\n\nMeaning: " << type.meaning << ".\n\n";
   write_layout(page, type);
   if (const WorkedExample *example = find_worked_example(type.opcode))
-    write_example(page, type, *example);
+    page << "Example: " << example->asks << ".\n\n```\n"
+         << example_lines(type, *example, bytes_a_line) << "```\n\n"
+         << example->effect << "\n\n";
   else if (type.handling == Handling::server_ignores)
     page << "The daemon reports it as unhandled and does nothing else.\n\n";
 }
@@ -214,9 +109,11 @@ void write_message(std::ostream &page, const MessageType &type) {
 
 std::string protocol_page() {
   std::ostringstream page;
-  page << introduction << DEFAULT_PORT << frames;
+  page << introduction << DEFAULT_PORT;
+  write_frames(page);
   write_overview(page);
-  page << limits_section() << odd_input;
+  write_limits(page);
+  write_odd_inputs(page);
   for (const MessageType &type : catalogue)
     write_message(page, type);
   std::string text = page.str();

@@ -5,8 +5,8 @@
 #include "protocol/catalogue.h"
 #include "protocol/field_text.h"
 #include "protocol/framing.h"
-#include "tools/reference/limits_section.h"
-#include "tools/reference/variable_part.h"
+#include "tools/reference/contents/limit_rows.h"
+#include "tools/reference/contents/variable_part.h"
 
 #include <sstream>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "buttonctl/command_table.h"
 #include "buttonctl/documents/bash_completion.h"
+#include "buttonctl/documents/commands_manual.h"
 #include "buttonctl/documents/commands_page.h"
 #include "support/first_difference.h"
 
@@ -30,6 +31,15 @@ TEST(CommittedDocumentsTest, the_page_has_the_commands_as_their_rows_are) {
   EXPECT_EQ(first_difference("the page", page.toStdString(), updated->toStdString()), "") << renewal;
 }
 
+TEST(CommittedDocumentsTest, the_manual_page_has_the_commands_as_their_rows_are) {
+  const QString page = read(BUTTONCTL_MANUAL);
+  const Outcome<QString> updated = with_commands_manual(page, command_table());
+  ASSERT_TRUE(updated) << updated.failure().text.toStdString();
+  EXPECT_EQ(first_difference("the manual page", page.toStdString(), updated->toStdString()), "") << renewal;
+  for (const Command &command : command_table())
+    EXPECT_TRUE(page.contains(QStringLiteral("\n.SS %1\n").arg(QLatin1String(command.name)))) << command.name;
+}
+
 TEST(CommittedDocumentsTest, the_completion_is_what_the_rows_make_of_it) {
   EXPECT_EQ(first_difference("the completion", read(BUTTONCTL_COMPLETION).toStdString(),
                              bash_completion(command_table()).toStdString()),
@@ -37,42 +47,80 @@ TEST(CommittedDocumentsTest, the_completion_is_what_the_rows_make_of_it) {
       << renewal;
 }
 
+CommandTable waving() {
+  return {{"wave",
+           "HAND --with FLAG",
+           "wave a hand",
+           QStringLiteral("HAND is left|right, not *both*.\n\n  like this\n  or so\nAnd on.\n"),
+           "buttonctl wave left\n",
+           {{"with", "FLAG", "what is <in> it"}, {"s,speed", "X", "1|2"}, {"up", nullptr, "high"}},
+           send_nothing}};
+}
+
 TEST(CommandsPageTest, tells_all_of_a_row) {
-  const CommandTable table = {{"wave",
-                               "HAND --with FLAG",
-                               "wave a hand",
-                               QStringLiteral("HAND is left|right, not *both*.\n\n  like this\n  or so\nAnd on.\n"),
-                               "buttonctl wave left\n",
-                               {{"with", "FLAG", "what is <in> it"}, {"s,speed", "X", "1|2"}, {"up", nullptr, "high"}},
-                               send_nothing}};
-  EXPECT_EQ(commands_section(table).toStdString(), "### wave\n"
-                                                   "\n"
-                                                   "    buttonctl wave HAND --with FLAG [-s X] [--up]\n"
-                                                   "\n"
-                                                   "Wave a hand.\n"
-                                                   "\n"
-                                                   "HAND is left|right, not \\*both\\*.\n"
-                                                   "\n"
-                                                   "```text\n"
-                                                   "like this\n"
-                                                   "or so\n"
-                                                   "```\n"
-                                                   "And on.\n"
-                                                   "\n"
-                                                   "| Option | Meaning |\n"
-                                                   "|---|---|\n"
-                                                   "| `--with FLAG` | what is \\<in> it |\n"
-                                                   "| `-s X`, `--speed X` | 1\\|2 |\n"
-                                                   "| `--up` | high |\n"
-                                                   "\n"
-                                                   "```sh\n"
-                                                   "buttonctl wave left\n"
-                                                   "```\n"
-                                                   "\n");
+  EXPECT_EQ(commands_section(waving()).toStdString(), "### wave\n"
+                                                      "\n"
+                                                      "    buttonctl wave HAND --with FLAG [-s X] [--up]\n"
+                                                      "\n"
+                                                      "Wave a hand.\n"
+                                                      "\n"
+                                                      "HAND is left|right, not \\*both\\*.\n"
+                                                      "\n"
+                                                      "```text\n"
+                                                      "like this\n"
+                                                      "or so\n"
+                                                      "```\n"
+                                                      "And on.\n"
+                                                      "\n"
+                                                      "| Option | Meaning |\n"
+                                                      "|---|---|\n"
+                                                      "| `--with FLAG` | what is \\<in> it |\n"
+                                                      "| `-s X`, `--speed X` | 1\\|2 |\n"
+                                                      "| `--up` | high |\n"
+                                                      "\n"
+                                                      "```sh\n"
+                                                      "buttonctl wave left\n"
+                                                      "```\n"
+                                                      "\n");
+}
+
+TEST(CommandsManualTest, tells_all_of_a_row) {
+  EXPECT_EQ(commands_manual(waving()), ".SS wave\n"
+                                       "\\%\\fBbuttonctl wave\\fR \\fIHAND\\fR \\%\\fB\\-\\-with\\fR \\fIFLAG\\fR "
+                                       "[\\fB\\-s\\fR \\fIX\\fR] [\\fB\\-\\-up\\fR]\n"
+                                       ".PP\n"
+                                       "Wave a hand.\n"
+                                       ".PP\n"
+                                       "\\fIHAND\\fR is left|right, not *both*.\n"
+                                       ".PP\n"
+                                       ".RS 4\n"
+                                       ".EX\n"
+                                       "like this\n"
+                                       "or so\n"
+                                       ".EE\n"
+                                       ".RE\n"
+                                       ".PP\n"
+                                       "And on.\n"
+                                       ".TP\n"
+                                       "\\fB\\-\\-with\\fR \\fIFLAG\\fR\n"
+                                       "what is <in> it\n"
+                                       ".TP\n"
+                                       "\\fB\\-s\\fR, \\fB\\-\\-speed\\fR \\fIX\\fR\n"
+                                       "1|2\n"
+                                       ".TP\n"
+                                       "\\fB\\-\\-up\\fR\n"
+                                       "high\n"
+                                       ".PP\n"
+                                       ".RS 4\n"
+                                       ".EX\n"
+                                       "buttonctl wave left\n"
+                                       ".EE\n"
+                                       ".RE\n");
 }
 
 TEST(CommandsPageTest, is_refused_without_its_marks) {
   EXPECT_FALSE(with_commands(QStringLiteral("# buttonctl\n"), {}));
+  EXPECT_FALSE(with_commands_manual(QStringLiteral(".SH COMMANDS\n"), {}));
 }
 
 } // namespace

@@ -23,7 +23,10 @@ set(expected
   share/doc/buttondriver/examples/journal.conf
   share/doc/buttondriver/examples/launcher.cfg
   share/doc/buttondriver/examples/network.conf
-  share/doc/buttondriver/examples/port.conf)
+  share/doc/buttondriver/examples/port.conf
+  share/man/man5/buttonlevel.5
+  share/man/man5/launcher.cfg.5
+  share/man/man8/buttondriver.8)
 file(GLOB_RECURSE files RELATIVE "${TREE}/usr" "${TREE}/usr/*")
 if(NOT files STREQUAL expected)
   message(SEND_ERROR "installed: ${files}")

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/reference/dissector.h"
+#include "tools/reference/protocol_manual.h"
 #include "tools/reference/protocol_page.h"
 #include "tools/reference/python_layouts.h"
 
@@ -30,6 +31,13 @@ TEST(CommittedDocumentsTest, hold_what_the_generator_prints) {
   EXPECT_EQ(staleness("docs/protocol.md", protocol_page()), "");
   EXPECT_EQ(staleness("tools/wireshark/buttondriver.lua", wireshark_dissector()), "");
   EXPECT_EQ(staleness("python/buttondriver/catalogue.py", python_layouts()), "");
+  EXPECT_EQ(staleness("packaging/manual/buttondriver-protocol.7", protocol_manual()), "");
+}
+
+TEST(CommittedDocumentsTest, have_the_daemons_limits_in_its_manual_page) {
+  const auto page = with_limits(committed("packaging/manual/buttondriver.8"));
+  ASSERT_TRUE(page);
+  EXPECT_EQ(staleness("packaging/manual/buttondriver.8", *page), "");
 }
 
 TEST(CommittedDocumentsTest, count_as_stale_when_a_line_differs_is_missing_or_too_much) {

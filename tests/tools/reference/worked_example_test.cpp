@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/reference/worked_example.h"
+#include "tools/reference/contents/worked_example.h"
 
 #include <gtest/gtest.h>
 

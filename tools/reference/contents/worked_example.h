@@ -3,7 +3,7 @@
 
 #include "protocol/catalogue.h"
 #include "protocol/framing.h"
-#include "tools/reference/hex_bytes.h"
+#include "tools/reference/contents/hex_bytes.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "tools/reference/worked_example.h"
+#include "tools/reference/contents/worked_example.h"
 
 #include <iterator>
 
