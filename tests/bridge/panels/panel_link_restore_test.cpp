@@ -64,6 +64,18 @@ TEST_F(PanelLinkRestoreTest, takes_the_place_of_what_waits_and_is_kept) {
   EXPECT_THAT(end, ElementsAre("once", "newer", "B"));
 }
 
+TEST_F(PanelLinkRestoreTest, is_told_when_the_panel_has_all_of_it) {
+  startReleased();
+  panel.reads = false;
+  wanted = QVector<TopicCommand>(100, {"p", picture(QByteArray(30000, 'p'))});
+  link->restore();
+  process_ready_events();
+  EXPECT_GT(link->numbers().waiting_commands, 0);
+  panel.readOn();
+  ASSERT_TRUE(process_events_until([this] { return restored == 2; }));
+  EXPECT_EQ(panel.messagesBeforeLastPing(), 100U);
+}
+
 TEST_F(PanelLinkRestoreTest, an_older_restoration_does_not_count_for_a_newer_one) {
   startReleased();
   panel.answers_pings = false;

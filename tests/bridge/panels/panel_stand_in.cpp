@@ -66,6 +66,7 @@ void PanelStandIn::readOnce() {
       continue;
     }
     ++_pings;
+    _messages_before_last_ping = _messages.size();
     if (answers_pings)
       _socket->write(framed_answer);
   }

@@ -37,6 +37,8 @@ public:
   bool hasConnection() const { return _socket != nullptr; }
   int connections() const { return _connections; }
   int pings() const { return _pings; }
+  /// How many messages of the present connection had come before the last ping.
+  std::size_t messagesBeforeLastPing() const { return _messages_before_last_ping; }
   /// Messages of the present connection but for pings.
   const std::vector<QByteArray> &messages() const { return _messages; }
   /// Bytes of a message of the present connection that is not whole.
@@ -53,6 +55,7 @@ private:
   std::vector<QByteArray> _messages;
   int _connections = 0;
   int _pings = 0;
+  std::size_t _messages_before_last_ping = 0;
 };
 
 } // namespace buttondriver::bridge::test
