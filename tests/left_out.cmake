@@ -6,6 +6,7 @@ include_guard(GLOBAL)
 # Folders below tests/ and bench/ that are not even built.
 set(left_out_folders
   "bench: times and counted instructions would be the emulator's"
+  "documents: what the pages say is tried with this machine's programs"
   "package: other projects use the installed package with this machine's compilers"
   "python: the package is the same, and what it talks to is tested"
   "scripts: looks at the sources, which are the same"

@@ -56,7 +56,7 @@ QString prose(const QString &lines) {
   for (const QString &line : rest) {
     const bool is_kept = line.startsWith(QLatin1String("  "));
     if (is_kept != in_block)
-      text += QLatin1String(is_kept ? "```text\n" : "```\n");
+      text += QLatin1String(is_kept ? "<!-- not run: of the help -->\n```text\n" : "```\n");
     in_block = is_kept;
     text += (is_kept ? line.mid(2) : escaped(line)) + QLatin1Char('\n');
   }

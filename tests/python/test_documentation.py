@@ -1,9 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""docs/python.md, done as it says, and the example.
-
-A block of Python begins with the name of its file. A line of shell that ends with "# ..." is run, and its output has
-what stands there.
-"""
+"""The table of docs/python.md, and the example. What stands in its blocks is run in tests/documents/."""
 
 import os
 import re
@@ -25,22 +21,6 @@ def run(command: str, folder: Path) -> str:
         ["sh", "-c", command], cwd=folder, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True
     )
     return result.stdout
-
-
-def test_does_what_the_page_says(tmp_path: Path) -> None:
-    commands = 0
-    for language, block in re.findall(r"^```(\w+)\n(.*?)^```$", PAGE.partition("## A test that")[2], re.M | re.S):
-        if language == "python":
-            name = re.match(r"# (\w+\.py)\n", block)
-            assert name, block
-            (tmp_path / name[1]).write_text(block)
-            continue
-        for line in block.splitlines():
-            command, _, expected = line.partition("     # ")
-            output = run(command, tmp_path)
-            assert expected.strip() and expected.strip() in output, f"{line}\n{output}"
-            commands += 1
-    assert commands == 8
 
 
 def test_names_every_method_of_a_panel() -> None:

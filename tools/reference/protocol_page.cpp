@@ -71,7 +71,7 @@ void write_layout(std::ostream &page, const MessageType &type) {
 
 void write_frames(std::ostream &page) {
   page << " unless the daemon's command line says otherwise.\n\n## Frames\n\n"
-       << frame_introduction << "\n\n```\n"
+       << frame_introduction << "\n\n<!-- not run: a drawing -->\n```text\n"
        << frame_drawing << "```\n\n";
   for (const char *note : frame_notes)
     page << "- " << note << '\n';
@@ -98,7 +98,7 @@ void write_message(std::ostream &page, const MessageType &type) {
   page << "## " << title(type) << "\n\nMeaning: " << type.meaning << ".\n\n";
   write_layout(page, type);
   if (const WorkedExample *example = find_worked_example(type.opcode))
-    page << "Example: " << example->asks << ".\n\n```\n"
+    page << "Example: " << example->asks << ".\n\n```hex\n"
          << example_lines(type, *example, bytes_a_line) << "```\n\n"
          << example->effect << "\n\n";
   else if (type.handling == Handling::server_ignores)

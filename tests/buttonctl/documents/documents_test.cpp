@@ -66,6 +66,7 @@ TEST(CommandsPageTest, tells_all_of_a_row) {
                                                       "\n"
                                                       "HAND is left|right, not \\*both\\*.\n"
                                                       "\n"
+                                                      "<!-- not run: of the help -->\n"
                                                       "```text\n"
                                                       "like this\n"
                                                       "or so\n"

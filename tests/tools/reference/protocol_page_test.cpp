@@ -50,7 +50,7 @@ TEST(ProtocolPageTest, names_the_limits_with_their_numbers) {
 }
 
 TEST(ProtocolPageTest, takes_an_example_apart_field_by_field) {
-  EXPECT_THAT(protocol_page(), HasSubstr("```\n"
+  EXPECT_THAT(protocol_page(), HasSubstr("```hex\n"
                                          "00 00 00 25                                       length = 37\n"
                                          "00 00 00 12                                       opcode = 18\n"
                                          "00 00 00 01                                       _screen_id = 1\n"

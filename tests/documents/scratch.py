@@ -1,0 +1,49 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The folder in which the commands of a page are run: the tree as far as they need it, and the build's programs."""
+
+import os
+import shutil
+import sys
+from pathlib import Path
+from typing import Dict
+
+COPIED = ("examples", "python")
+# What a build leaves in the tree, and what runs of the examples leave.
+LEFT_OVER = shutil.ignore_patterns("__pycache__", "failures", "results.xml", "*.egg-info", "build")
+
+
+class Scratch:
+    def __init__(self, folder: Path, tree: Path, build: Path, package: Path) -> None:
+        self.folder = folder
+        self.home = folder / "tree"
+        for name in COPIED:
+            shutil.copytree(tree / name, self.home / name, ignore=LEFT_OVER)
+        for preset in ("qt6", "release"):
+            (self.home / "build" / preset).mkdir(parents=True)
+            for name in ("bin", "lib", "share"):
+                (self.home / "build" / preset / name).symlink_to(build / name)
+        for name in ("outputs", "steps", "tmp", "user"):
+            (folder / name).mkdir()
+        os.mkfifo(folder / "outputs" / "nothing")
+        # Places of the machine, and where they are for the test.
+        self._places = {
+            "/usr/lib/x86_64-linux-gnu/buttondriver/": f"{build}/lib/buttondriver/",
+            "/opt/buttondriver/": f"{package}/",
+            "=/opt/buttondriver\n": f"={package}\n",
+            "/tmp/": f"{folder}/tmp/",
+        }
+        self._build = build
+
+    def with_places(self, text: str) -> str:
+        for place, here in self._places.items():
+            text = text.replace(place, here)
+        return text
+
+    def environment(self, page: str) -> Dict[str, str]:
+        """That of a reader who has installed the programs; nothing else that the caller has set for them."""
+        kept = {name: value for name, value in os.environ.items() if not name.startswith(("BUTTON", "PYTEST", "CTEST"))}
+        path = f"{self._build}/bin:{Path(sys.executable).parent}:{os.environ['PATH']}"
+        return dict(
+            kept, PATH=path, HOME=str(self.folder / "user"), TMPDIR=str(self.folder / "tmp"), LC_ALL="C.UTF-8",
+            outputs=str(self.folder / "outputs"), page=page, PYTHONDONTWRITEBYTECODE="1",
+        )
