@@ -23,6 +23,14 @@ install(FILES
     "${PROJECT_BINARY_DIR}/buttondriverConfigVersion.cmake"
   DESTINATION "${package_folder}" COMPONENT development)
 
-# The pages.
-file(GLOB pages CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/*.md")
-install(FILES ${pages} DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk)
+# The pages with all that they lead to. What git ignores, and what tells it so, stays in the tree.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk
+  USE_SOURCE_PERMISSIONS
+  PATTERN .gitignore EXCLUDE PATTERN __pycache__ EXCLUDE PATTERN failures EXCLUDE PATTERN results.xml EXCLUDE)
+set(pages "${CMAKE_INSTALL_DOCDIR}")
+if(NOT IS_ABSOLUTE "${pages}")
+  string(PREPEND pages "\${CMAKE_INSTALL_PREFIX}/")
+endif()
+install(CODE "execute_process(COMMAND \"${PROJECT_SOURCE_DIR}/scripts/parts/fit-links\" \"\$ENV{DESTDIR}${pages}\"
+  COMMAND_ERROR_IS_FATAL ANY)" COMPONENT desk)
