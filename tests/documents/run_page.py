@@ -6,7 +6,6 @@
 PAGE is relative to TREE; BUILD has the programs, PACKAGE is where they are installed.
 """
 
-import json
 import os
 import re
 import shlex
@@ -68,8 +67,6 @@ class Script:
             if any(ports_of(line) for line in text.split("\n") if re.search(r"&(\s+#.*)?$", line)):
                 self.lines.append("end_programs")
             self.lines.append(f". {self._step(block, script_of(text, block.line))} >$outputs/printed 2>&1")
-        elif block.language == "json":
-            json.loads(text)
         elif block.language == "ini":
             self.lines.append(f"sh {HERE}/ini.sh {self._step(block, text)} {block.place} >&3 || exit")
         elif block.language == "hex":

@@ -32,7 +32,7 @@ class Scratch:
             "=/opt/buttondriver\n": f"={package}\n",
             "/tmp/": f"{folder}/tmp/",
         }
-        self._build = build
+        self._tree, self._build = tree, build
 
     def with_places(self, text: str) -> str:
         for place, here in self._places.items():
@@ -45,5 +45,6 @@ class Scratch:
         path = f"{self._build}/bin:{Path(sys.executable).parent}:{os.environ['PATH']}"
         return dict(
             kept, PATH=path, HOME=str(self.folder / "user"), TMPDIR=str(self.folder / "tmp"), LC_ALL="C.UTF-8",
-            outputs=str(self.folder / "outputs"), page=page, PYTHONDONTWRITEBYTECODE="1",
+            outputs=str(self.folder / "outputs"),
+            page=page, page_file=str(self._tree / page), PYTHONDONTWRITEBYTECODE="1",
         )

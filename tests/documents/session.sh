@@ -2,15 +2,21 @@
 # SPDX-License-Identifier: Apache-2.0
 # What is around the blocks of a page: run_page.py runs it in bash before them. $outputs is a folder of the test.
 set -eE
-: "${page:?} ${outputs:?}"
+: "${page:?} ${page_file:?} ${outputs:?}"
 
-# What the shell says of the command that failed; bash counts lines as the page does.
+# failed LINE WHAT: LINE is one of the page, which bash counts as the page does.
 failed() {
     echo "FAILED: $page:$1: $2" >&3
     [ ! -s "$outputs/printed" ] || tail -n 15 "$outputs/printed" >&3
     exit 1
 }
-trap 'failed "$LINENO" "status $?: $BASH_COMMAND"' ERR
+# A function may have failed that a line of the page has called.
+command_failed() {
+    local status=$? frame=0
+    until [[ ${BASH_SOURCE[frame + 1]} == */steps/[0-9]* || -z ${BASH_SOURCE[frame + 1]} ]]; do frame=$((frame + 1)); done
+    failed "${BASH_LINENO[frame]}" "status $status: $(sed -n "${BASH_LINENO[frame]}p" "$page_file")"
+}
+trap command_failed ERR
 
 succeeded() { failed "${BASH_LINENO[0]}" "has not failed"; }
 

@@ -44,7 +44,7 @@ PAGES = [
 
 # A page, and the end of its run: nothing, or what the test says.
 RUNS = [
-    ("Text\n\n```sh\nfalse; true\n```\n", "FAILED: page.md:4: status 1: false"),
+    ("Text\n\n```sh\nfalse; true\n```\n", "FAILED: page.md:4: status 1: false; true\n"),
     ("```sh\ntrue\nno-such-command 2>/dev/null\n```\n", "FAILED: page.md:3: status 127: no-such-command"),
     ("```sh\necho a \\\n  b     # prints a b\n```\n", ""),
     ("```sh\ntrue\necho a     # prints b\n```\n", "FAILED: page.md:3: does not print: b\na\n"),
@@ -55,7 +55,8 @@ RUNS = [
     ("```sh\necho a\necho b\n```\n\n<!-- printed -->\n```text\nb\n```\n", ""),
     ("```sh\necho a\n```\n\n<!-- printed -->\n```text\nb\n```\n", "FAILED: page.md:7: this is not what is printed:\nb\n"),
     ("<!-- file: d/a -->\n```text\nhello\n```\n\n```sh\ncat d/a     # prints hello\n```\n", ""),
-    ("<!-- file: a; grep b a -->\n```text\nhello\n```\n", "FAILED: page.md:3: status 1: grep b a"),
+    ("<!-- file: a; grep b a -->\n```text\nhello\n```\n", "FAILED: page.md:3: status 1: hello\n"),
+    ("```sh\nwrong() { true; false; }\ntrue\nwrong\n```\n", "FAILED: page.md:2: status 1: wrong() {"),
     ("```ini\n[font]\nwidth=10\nheight=20\n```\n", ""),
     ("```ini\n[font]\nwidth=10\nheight=21\n```\n", "FAILED: page.md:2: the font is not as the program wants it:"),
     ("```hex\n00 00 00 04   length = 4\n00 00 00 0c   opcode = 12\n```\n", ""),

@@ -9,7 +9,9 @@ while_it_runs() {
 
 # This machine has neither a panel nor its account.
 buttonctl() {
-    command buttonctl "$@" || case "$* $?" in 'doctor 1' | 'doctor --user buttondriver 2') ;; *) return 1 ;; esac
+    local status=0
+    command buttonctl "$@" || status=$?
+    case "$* $status" in 'doctor 1' | 'doctor --user buttondriver 2') ;; *) return "$status" ;; esac
 }
 sudo() { "$@"; }
 
