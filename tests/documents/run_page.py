@@ -49,6 +49,10 @@ class Script:
         path.write_text(text, encoding="utf-8")
         return shlex.quote(str(path))
 
+    def _check(self, block: Block, interpreter: str, program: str, *arguments: str) -> None:
+        words = [interpreter, shlex.quote(str(HERE / program)), self._step(block, block.text), block.place, *arguments]
+        self.lines.append(f"{' '.join(words)} >&3 || exit")
+
     def add(self, block: Block) -> None:
         if block.mark == "not run":
             return
@@ -62,15 +66,15 @@ class Script:
                 step = self._step(block, "\n" * (block.line - 1) + command + "\n")
                 self.lines.append(f". {step} >$outputs/printed 2>&1")
         elif block.mark == "printed":
-            self.lines.append(f"python3 {HERE}/printed.py {self._step(block, text)} $outputs/printed {block.place} >&3 || exit")
+            self._check(block, "python3", "printed.py", "$outputs/printed")
         elif block.language == "sh":
             if any(ports_of(line) for line in text.split("\n") if re.search(r"&(\s+#.*)?$", line)):
                 self.lines.append("end_programs")
             self.lines.append(f". {self._step(block, script_of(text, block.line))} >$outputs/printed 2>&1")
         elif block.language == "ini":
-            self.lines.append(f"sh {HERE}/ini.sh {self._step(block, text)} {block.place} >&3 || exit")
+            self._check(block, "sh", "ini.sh")
         elif block.language == "hex":
-            self.lines.append(f"python3 {HERE}/hex.py {self._step(block, text)} {block.place} >&3 || exit")
+            self._check(block, "python3", "hex.py")
 
     def run(self) -> int:
         steps = self._scratch.folder / "steps"

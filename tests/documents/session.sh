@@ -13,7 +13,9 @@ failed() {
 # A function may have failed that a line of the page has called.
 command_failed() {
     local status=$? frame=0
-    until [[ ${BASH_SOURCE[frame + 1]} == */steps/[0-9]* || -z ${BASH_SOURCE[frame + 1]} ]]; do frame=$((frame + 1)); done
+    until [[ ${BASH_SOURCE[frame + 1]} == */steps/[0-9]* || -z ${BASH_SOURCE[frame + 1]} ]]; do
+        frame=$((frame + 1))
+    done
     failed "${BASH_LINENO[frame]}" "status $status: $(sed -n "${BASH_LINENO[frame]}p" "$page_file")"
 }
 trap command_failed ERR
