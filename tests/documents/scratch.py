@@ -2,6 +2,7 @@
 """The folder in which the commands of a page are run: the tree as far as they need it, and the build's programs."""
 
 import os
+import re
 import shutil
 import sys
 from pathlib import Path
@@ -27,17 +28,15 @@ class Scratch:
         os.mkfifo(folder / "outputs" / "nothing")
         # Places of the machine, and where they are for the test.
         self._places = {
-            "/usr/lib/x86_64-linux-gnu/buttondriver/": f"{build}/lib/buttondriver/",
-            "/opt/buttondriver/": f"{package}/",
-            "=/opt/buttondriver\n": f"={package}\n",
-            "/tmp/": f"{folder}/tmp/",
+            "/usr/lib/x86_64-linux-gnu/buttondriver": f"{build}/lib/buttondriver",
+            "/opt/buttondriver": str(package),
+            "/tmp": f"{folder}/tmp",
         }
         self._tree, self._build = tree, build
 
     def with_places(self, text: str) -> str:
-        for place, here in self._places.items():
-            text = text.replace(place, here)
-        return text
+        # All at once: what stands in the place of one may lie in another.
+        return re.sub(rf"(?<![\w./-])({'|'.join(self._places)})(?![\w.-])", lambda place: self._places[place[1]], text)
 
     def environment(self, page: str) -> Dict[str, str]:
         """That of a reader who has installed the programs; nothing else that the caller has set for them."""
