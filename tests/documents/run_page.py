@@ -54,8 +54,6 @@ class Script:
         self.lines.append(f"{' '.join(words)} >&3 || exit")
 
     def add(self, block: Block) -> None:
-        if block.mark == "not run":
-            return
         text = self._scratch.with_places(block.text)
         name = file_name(block)
         if name:
@@ -96,6 +94,9 @@ class Script:
 
 def main(arguments: List[str]) -> int:
     page, tree, build, package = arguments[0], *(Path(name).resolve() for name in arguments[1:4])
+    blocks = [block for block in read(tree, page) if block.mark != "not run"]
+    if not blocks:
+        return 0
     if len(arguments) == 4:
         way_in = network.way_in()
         if not way_in:
@@ -105,7 +106,7 @@ def main(arguments: List[str]) -> int:
     network.set_up()
     with tempfile.TemporaryDirectory(prefix="page-") as folder:
         script = Script(Scratch(Path(folder).resolve(), tree, build, package), page)
-        for block in read(tree, page):
+        for block in blocks:
             script.add(block)
         return script.run()
 
