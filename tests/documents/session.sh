@@ -36,7 +36,7 @@ await_ports() {
     local program=$! port line=${BASH_LINENO[0]}
     for port in "$@"; do
         port=$(printf '%04X' "$port")
-        until grep -q "^ *[0-9]*: [0-9A-F]*:$port [0-9A-F]*:0000 0A " /proc/net/tcp /proc/net/tcp6; do
+        until grep -sq "^ *[0-9]*: [0-9A-F]*:$port [0-9A-F]*:0000 0A " /proc/net/tcp /proc/net/tcp6; do
             kill -0 "$program" 2>/dev/null || failed "$line" "has ended"
             poll
         done
