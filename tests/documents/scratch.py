@@ -41,7 +41,8 @@ class Scratch:
     def environment(self, page: str) -> Dict[str, str]:
         """That of a reader who has installed the programs; nothing else that the caller has set for them."""
         kept = {name: value for name, value in os.environ.items() if not name.startswith(("BUTTON", "PYTEST", "CTEST"))}
-        path = f"{self._build}/bin:{Path(sys.executable).parent}:{os.environ['PATH']}"
+        # A broker is in /usr/sbin, which is not in everybody's PATH.
+        path = f"{self._build}/bin:{Path(sys.executable).parent}:{os.environ['PATH']}:/usr/sbin"
         return dict(
             kept, PATH=path, HOME=str(self.folder / "user"), TMPDIR=str(self.folder / "tmp"), LC_ALL="C.UTF-8",
             outputs=str(self.folder / "outputs"),

@@ -5,14 +5,15 @@
     COMMAND    # prints TEXT        what is printed has TEXT
     COMMAND    # fails              the status is not 0
     COMMAND    # fails, prints TEXT
-    buttonctl record, watch         ends with ctrl-C, once it has printed something
+    buttonctl record, watch, and mosquitto_sub
+                                    ends with ctrl-C, once it has printed something
 """
 
 import re
 from typing import List
 
 COMMENT = re.compile(r"(?:^|\s)\s*#\s+(.*)$")
-ENDLESS = re.compile(r"\s*buttonctl (record\b|watch\b(?!.*--once))")
+ENDLESS = re.compile(r"\s*(buttonctl (record\b|watch\b(?!.*--once))|mosquitto_sub\b(?!.* -C ))")
 
 
 def split_comment(line: str) -> "tuple[str, str]":
@@ -28,6 +29,9 @@ def ports_of(command: str) -> List[int]:
     """Where a program that is started in the background will listen."""
     port = re.search(r"(?:--port[= ]|map '' )(\d+)", command)
     page = re.search(r"--http[= ](\d+)", command)
+    broker = re.match(r"mosquitto -p (\d+)", command)
+    if broker:
+        return [int(broker[1])]
     daemon = [int(port[1]) if port else 3003]
     if "buttondriver-sim" not in command:
         return daemon if re.search(r"\bbuttondriver map\b", command) else []
