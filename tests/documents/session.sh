@@ -62,9 +62,18 @@ until_it_prints() {
 }
 while_it_runs() { :; }
 
+# Of a program that was started and listens nowhere: its number, and the line.
+remember() { started+=("$! ${BASH_LINENO[0]}"); }
+started=()
+
 # A block that starts programs finds none of those that blocks before it have left running.
 end_programs() {
-    local programs
+    local programs program line
+    for line in "${started[@]}"; do
+        program=${line% *}
+        kill -0 "$program" 2>/dev/null || wait "$program" || failed "${line#* }" "has ended with status $?"
+    done
+    started=()
     programs=$(jobs -p)
     # shellcheck disable=SC2086 # several
     [ -z "$programs" ] || { kill $programs 2>/dev/null || true; wait $programs 2>/dev/null || true; }

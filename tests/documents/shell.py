@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 """Makes of a page's shell block what bash runs: the same lines, at the same numbers, with what a reader does beside.
 
-    PROGRAM &                       waits until the program listens, as a reader does who reads what it prints
+    PROGRAM &                       waits until the program listens, as a reader does who reads what it prints;
+                                    where it listens nowhere, it must not have failed in the end
     COMMAND    # prints TEXT        what is printed has TEXT
     COMMAND    # fails              the status is not 0
     COMMAND    # fails, prints TEXT
@@ -44,7 +45,7 @@ def statement(command: str, comment: str, line: int) -> str:
     fails, text = (told[1], told[2]) if comment and told else (None, None)
     if command.rstrip().endswith("&"):
         ports = " ".join(str(port) for port in ports_of(command))
-        return f"{command} await_ports {ports}" if ports else command
+        return f"{command} await_ports {ports}" if ports else f"{command} remember"
     if ENDLESS.match(command):
         return f"until_it_prints {command.strip()}"
     if text is None:

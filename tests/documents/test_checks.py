@@ -66,6 +66,9 @@ RUNS = [
     ("```sh\nbuttondriver-sim &     # the panel\nbuttonctl ping     # prints 127.0.0.1 port 3003\n```\n", ""),
     ("```sh\nbuttondriver-sim --port 3004 &\n```\n\n```sh\nbuttondriver-sim --http 8081 --port 3004 &\n```\n", ""),
     ("```sh\nbuttondriver-sim --http 99999 &\n```\n", "FAILED: page.md:2: has ended"),
+    ("```sh\ntrue &\nsleep 60 &\n```\n", ""),
+    ("```sh\nfalse &\nuntil ! kill -0 $! 2>/dev/null; do read -t 0.01 <>$outputs/nothing || true; done\n```\n",
+     "FAILED: page.md:2: has ended with status 1\n"),
     ("```sh\nbuttonctl record a --listen 3009\n```\n", ""),
     ("```sh\nbuttonctl record a --listen 3009 --to :x\n```\n", "FAILED: page.md:2: has ended"),
 ]
