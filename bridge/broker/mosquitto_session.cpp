@@ -357,7 +357,7 @@ QString MosquittoSession::reasonOf(int code) const {
   if (!_error.isEmpty() && _settings.has_tls)
     return QStringLiteral("TLS: ") + _error;
   if (code == MOSQ_ERR_ERRNO && _errno != 0)
-    return QString::fromLocal8Bit(std::strerror(_errno));
+    return QString::fromLatin1(_errno == EPROTO ? "TLS: " : "") + QString::fromLocal8Bit(std::strerror(_errno));
   if (code == MOSQ_ERR_KEEPALIVE)
     return QStringLiteral("the broker does not answer any more");
   // Without an error: it ends within a message.

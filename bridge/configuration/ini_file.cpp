@@ -10,6 +10,8 @@ namespace buttondriver::bridge {
 
 namespace {
 
+bool is_control_character(char byte) { return static_cast<unsigned char>(byte) < ' ' && byte != '\t'; }
+
 class IniReader {
 public:
   explicit IniReader(Problems &problems) : _problems(problems) {}
@@ -17,7 +19,7 @@ public:
   void take(int number, const QByteArray &text) {
     if (text.isEmpty() || text.startsWith('#') || text.startsWith(';'))
       return;
-    if (std::any_of(text.begin(), text.end(), [](char byte) { return byte >= 0 && byte < ' ' && byte != '\t'; }))
+    if (std::any_of(text.begin(), text.end(), is_control_character))
       return _problems.add(number, QStringLiteral("a control character"));
     if (text.startsWith('['))
       return takeSection(number, text);

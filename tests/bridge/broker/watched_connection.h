@@ -33,9 +33,10 @@ inline std::ostream &operator<<(std::ostream &stream, const Arrival &arrival) {
                 << (arrival.is_old ? ", old" : "");
 }
 
-/// Pauses that a test can wait for.
+/// Pauses that a test can wait for; and no way out for a marker that does not come back.
 inline BrokerConnection::Times short_times() {
   BrokerConnection::Times times;
+  times.quiet_ms = 600'000;
   times.first_pause_ms = 10;
   times.longest_pause_ms = 100;
   return times;
