@@ -2,9 +2,12 @@
 #include "fleet/panels/held_port.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <stdexcept>
+#include <sys/select.h>
 #include <sys/socket.h>
+#include <utility>
 
 namespace buttondriver::fleet {
 
@@ -21,7 +24,7 @@ OwnedDescriptor bound_socket(std::uint16_t port) {
   address.sin_port = htons(port);
   if (::bind(descriptor.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
     throw std::runtime_error("no port of 127.0.0.1 can be had");
-  return descriptor;
+  return out_of_the_way(std::move(descriptor));
 }
 
 } // namespace
@@ -38,6 +41,11 @@ OwnedDescriptor HeldPort::listen() const {
   if (::listen(descriptor.get(), 4) != 0)
     throw std::runtime_error("a port cannot be listened on");
   return descriptor;
+}
+
+OwnedDescriptor out_of_the_way(OwnedDescriptor descriptor) {
+  OwnedDescriptor higher(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, FD_SETSIZE));
+  return higher ? std::move(higher) : std::move(descriptor);
 }
 
 } // namespace buttondriver::fleet

@@ -24,4 +24,8 @@ private:
   std::uint16_t _number = 0;
 };
 
+/// The same under a number that is too high for select(2), where there are such: thousands of descriptors then leave
+/// the low numbers to those who need them, such as libmosquitto.
+OwnedDescriptor out_of_the_way(OwnedDescriptor descriptor);
+
 } // namespace buttondriver::fleet

@@ -127,7 +127,7 @@ void PanelFleet::accept(std::size_t index) {
     return;
   if (!panel.connection)
     ++_counts.connected;
-  panel.connection = std::move(connection);
+  panel.connection = out_of_the_way(std::move(connection));
   panel.unread.clear();
   watch(panel.connection, mark_of(index, true));
 }

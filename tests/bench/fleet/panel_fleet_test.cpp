@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+
 namespace buttondriver::fleet {
 namespace {
 
@@ -138,6 +140,15 @@ TEST_F(PanelFleetTest, ends_a_connection_with_a_length_beyond_all_messages) {
     EXPECT_EQ(asked(socket, test::from_hex(length), 1), "") << length;
     EXPECT_FALSE(socket.isOpen()) << length;
   }
+}
+
+TEST_F(PanelFleetTest, leaves_the_low_descriptors_to_others) {
+  const LoopbackSocket first = connected(0);
+  const OwnedDescriptor before(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+  const PanelFleet many(20);
+  const LoopbackSocket second(many.port(0));
+  const OwnedDescriptor after(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+  EXPECT_LT(after.get(), before.get() + 10);
 }
 
 TEST_F(PanelFleetTest, waits_no_longer_than_it_may) {
