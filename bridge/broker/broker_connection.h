@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bridge/broker/broker_settings.h"
-#include "bridge/broker/growing_pause.h"
+#include "bridge/pauses/growing_pause.h"
 #include "outcome/outcome.h"
 
 #include <QByteArray>

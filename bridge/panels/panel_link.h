@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bridge/panels/answer_count.h"
-#include "bridge/panels/growing_pause.h"
+#include "bridge/pauses/growing_pause.h"
 #include "bridge/panels/panel_numbers.h"
 #include "bridge/panels/sent_tail.h"
 #include "bridge/panels/waiting_commands.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bridge/panels/growing_pause.h"
+#include "bridge/pauses/growing_pause.h"
 
 #include <QRandomGenerator>
 

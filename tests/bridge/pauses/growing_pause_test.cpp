@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bridge/panels/growing_pause.h"
+#include "bridge/pauses/growing_pause.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 namespace buttondriver::bridge::test {
 
-TEST(GrowingPauseTest, doubles_up_to_the_longest_and_begins_anew) {
+TEST(GrowingPauseTest, doubles_up_to_the_longest_and_begins_again) {
   GrowingPause pause(500, 30000);
   for (int round = 0; round < 2; ++round) {
     for (const int longest : {500, 1000, 2000, 4000, 8000, 16000, 30000, 30000}) {
