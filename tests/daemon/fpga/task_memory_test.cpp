@@ -82,7 +82,11 @@ public:
   }
 
   int open(const char *) override { return 0; }
-  int transfer(int, unsigned long, panel::TransferRecord &, std::uint16_t *) override { return ::sem_post(&_done); }
+  int transfer(int, unsigned long, panel::TransferRecord &record, std::uint16_t *) override {
+    ++(record.count == 1 ? single_words : blocks);
+    block_words += record.count == 1 ? 0 : record.count;
+    return ::sem_post(&_done);
+  }
 
   void waitFor(int transfers) {
     for (int i = 0; i < transfers; ++i)
@@ -90,33 +94,64 @@ public:
       }
   }
 
+  // Of transfers, so far. To be read when the worker has nothing to do with the device.
+  std::size_t single_words = 0;
+  std::size_t blocks = 0;
+  std::size_t block_words = 0;
+
 private:
   sem_t _done{};
 };
 
-TEST(TaskMemoryTest, led_commands_take_none_on_their_way_to_the_device) {
-  LogChannels::ofProcess(); // made when somebody first needs it
-  const test::TestRoot root;
-  CountingDevice device;
-  QueueMarks marks;
-  marks.high_time = std::chrono::hours(1); // to tell of a pause takes memory
-  FPGA fpga(root.paths(), marks);
-  const auto queue = [&fpga](int count) {
-    for (int i = 0; i < count; ++i)
-      fpga.setLEDStatusIndicator(1, 1);
+struct CommandRow {
+  const char *name;
+  std::function<void(FPGA &)> queue;
+  std::size_t single_words; // transfers of one word that it makes
+  std::size_t blocks;       // and of more, which have 128 x 16 pixels
+};
+
+TEST(TaskMemoryTest, commands_take_none_on_their_way_to_the_device) {
+  constexpr int commands = 200;
+  constexpr int rounds = 20;
+  // A register of a screen takes three transfers, and opening a window for pixels eight.
+  const CommandRow rows[] = {
+      {"status LED", [](FPGA &fpga) { fpga.setLEDStatusIndicator(1, 1); }, 1, 0},
+      {"white line", [](FPGA &fpga) { fpga.textLine(0, 2, "Ready", true); }, 8 + 6, 1},
+      {"black line", [](FPGA &fpga) { fpga.textLine(0, 2, "Ready", false); }, 8 + 6 + 6, 1},
   };
-  device.waitFor(12); // the blackout
-  {
-    const test::BusyWorker busy(fpga);
-    queue(300);
+  LogChannels::ofProcess(); // made when somebody first needs it
+  for (const CommandRow &row : rows) {
+    SCOPED_TRACE(row.name);
+    const test::TestRoot root;
+    root.writeLauncherConfiguration("[font]\nwidth=8\nheight=16\n");
+    CountingDevice device;
+    QueueMarks marks;
+    marks.high_time = std::chrono::hours(1); // to tell of a pause takes memory
+    FPGA fpga(root.paths(), marks);
+    device.waitFor(12); // the blackout
+    const auto queue = [&](int count) {
+      for (int i = 0; i < count; ++i)
+        row.queue(fpga);
+    };
+    const int transfers = static_cast<int>(row.single_words + row.blocks);
+    {
+      const test::BusyWorker busy(fpga);
+      queue(300);
+    }
+    device.waitFor(300 * transfers);
+    const std::size_t before = test::allocations();
+    for (int round = 0; round < rounds; ++round) {
+      queue(commands);
+      device.waitFor(commands * transfers);
+    }
+    EXPECT_EQ(test::allocations() - before, 0U);
+
+    const test::BusyWorker last(fpga); // all before it are done
+    constexpr std::size_t all = 300 + commands * rounds;
+    EXPECT_EQ(device.single_words - 11, all * row.single_words) << "without those of the blackout";
+    EXPECT_EQ(device.blocks - 1, all * row.blocks);
+    EXPECT_EQ(device.block_words - 128 * 128, all * row.blocks * 128 * 16);
   }
-  device.waitFor(300);
-  const std::size_t before = test::allocations();
-  for (int round = 0; round < 20; ++round) {
-    queue(200);
-    device.waitFor(200);
-  }
-  EXPECT_EQ(test::allocations() - before, 0U);
 }
 
 } // namespace
