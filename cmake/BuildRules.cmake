@@ -121,6 +121,11 @@ function(buttondriver_install_component name)
   # A public header may hold such a type, as those of stopwatch do.
   target_compile_definitions(buttondriver_${name} INTERFACE ${BUTTONDRIVER_WIDE_TYPES})
   set_property(GLOBAL APPEND PROPERTY BUTTONDRIVER_COMPONENTS ${name})
+  cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME room)
+  list(TRANSFORM component_HEADERS PREPEND "${room}/" OUTPUT_VARIABLE headers)
+  list(JOIN headers ", " headers)
+  set_property(GLOBAL APPEND_STRING PROPERTY BUTTONDRIVER_COMPONENT_ROWS
+    "| ${name} | ${component_DESCRIPTION} | ${headers} |\n")
   set_property(GLOBAL PROPERTY BUTTONDRIVER_QT_MODULES_${name} ${component_QT})
   buttondriver_install_pkg_config(${name} "${component_DESCRIPTION}" ${component_QT})
 endfunction()
@@ -137,6 +142,8 @@ endfunction()
 # Headers of the current room that other public headers include.
 function(buttondriver_install_headers)
   cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME room)
+  list(TRANSFORM ARGV PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/" OUTPUT_VARIABLE headers)
+  set_property(GLOBAL APPEND PROPERTY BUTTONDRIVER_PUBLIC_HEADERS ${headers})
   install(FILES ${ARGV} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/buttondriver/${room}" COMPONENT development)
 endfunction()
 

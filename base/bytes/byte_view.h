@@ -16,12 +16,17 @@ public:
   constexpr ByteView() = default;
   /// Borrows `size` bytes at `data`; `data` may be null, then there are no bytes.
   constexpr ByteView(const std::uint8_t *data, std::size_t size) : _data(data), _size(data ? size : 0) {}
+  /// The same for text.
   ByteView(const char *data, std::size_t size) : ByteView(reinterpret_cast<const std::uint8_t *>(data), size) {}
 
+  /// The first of them; may be null when there are none.
   constexpr const std::uint8_t *data() const { return _data; }
+  /// How many bytes there are.
   constexpr std::size_t size() const { return _size; }
+  /// Whether there are none.
   constexpr bool empty() const { return _size == 0; }
 
+  /// One byte.
   constexpr std::uint8_t u8(std::uint64_t offset) const { return offset < _size ? _data[offset] : std::uint8_t{0}; }
 
   /// 32 bits, most significant byte first.

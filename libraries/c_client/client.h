@@ -3,6 +3,7 @@
 
 #include "messages.h"
 
+/// @file
 /// Drives the panel from any C or C++ program:
 ///
 ///     buttondriver_client panel;
@@ -34,11 +35,11 @@ extern "C" {
 /// A connection to a daemon. It lives where the caller puts it. What is in it is the library's own. A client that is
 /// all zeros is closed; a copy of an open one must not be used.
 typedef struct buttondriver_client {
-  int place;
-  int32_t timeout_ms;
-  uint32_t answers_owed;
-  uint32_t answer_size;
-  uint8_t answer[8];
+  int place;             ///< its descriptor and 1; 0 while it is closed
+  int32_t timeout_ms;    ///< how long a call may wait
+  uint32_t answers_owed; ///< pings that are not answered yet
+  uint32_t answer_size;  ///< bytes of the next answer that are there
+  uint8_t answer[8];     ///< these
 } buttondriver_client;
 
 /// Connects to the daemon at `host`, an IPv4 address in dotted form, and `port`, 1 to 65535. Whatever was in `client`
@@ -63,6 +64,7 @@ buttondriver_result buttondriver_send(buttondriver_client *client, const buttond
 buttondriver_result buttondriver_ping(buttondriver_client *client, int32_t timeout_ms, double *milliseconds);
 
 /// These send what their namesakes in messages.h build; arguments, ranges and errors stand there.
+/// @{
 buttondriver_result buttondriver_text(buttondriver_client *client, int32_t screen, int32_t line, const char *text);
 buttondriver_result buttondriver_text_inverse(buttondriver_client *client, int32_t screen, int32_t line,
                                               const char *text);
@@ -78,6 +80,7 @@ buttondriver_result buttondriver_toggle(buttondriver_client *client, int32_t ind
 buttondriver_result buttondriver_image(buttondriver_client *client, int32_t image_id, const void *image, size_t size);
 buttondriver_result buttondriver_reconfig(buttondriver_client *client);
 buttondriver_result buttondriver_null(buttondriver_client *client);
+/// @}
 
 #ifdef __cplusplus
 }

@@ -6,6 +6,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+/// @file
 /// Every message that the daemon acts on, built in memory of the caller, for C and C++. client.h sends the same
 /// messages directly and is what most programs want; these are for those that prepare a message once and send it often,
 /// have a connection of their own, or use btc_send() of event_client.h:
@@ -25,28 +26,36 @@ extern "C" {
 #endif
 
 /// How many there are. Ids count from 0.
+/// @{
 #define BUTTONDRIVER_SCREENS 3
 #define BUTTONDRIVER_BUTTONS 24
 #define BUTTONDRIVER_STATUS_LEDS 32
 #define BUTTONDRIVER_TOGGLES 2
+/// @}
 /// In place of one screen, or of one button.
+/// @{
 #define BUTTONDRIVER_ALL_SCREENS (-1)
 #define BUTTONDRIVER_ALL_BUTTONS (-1)
+/// @}
 
 /// States of LEDs and indicators.
+/// @{
 #define BUTTONDRIVER_OFF 0
 #define BUTTONDRIVER_ON 1
+/// @}
 
 /// Colours are 0xRRGGBB.
+/// @{
 #define BUTTONDRIVER_BLACK UINT32_C(0x000000)
 #define BUTTONDRIVER_WHITE UINT32_C(0xFFFFFF)
+/// @}
 
 /// Bytes of a button image: 24 rows of 40 one-bit pixels, 5 bytes a row, the most significant bit leftmost.
 #define BUTTONDRIVER_IMAGE_BYTES 120
 
-/// Bytes of the longest message without a text or a picture. Those have up to BUTTONDRIVER_LARGEST_HEAD bytes before
-/// them; a text has one more after it, its NUL.
+/// Bytes of the longest message without a text or a picture.
 #define BUTTONDRIVER_LARGEST_FIXED_MESSAGE 132
+/// Bytes that stand before a text or a picture, at most. A text has one more after it, its NUL.
 #define BUTTONDRIVER_LARGEST_HEAD 32
 /// Bytes of the longest message that the daemon takes, 16 MiB.
 #define BUTTONDRIVER_LARGEST_MESSAGE 16777216

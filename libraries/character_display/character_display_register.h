@@ -7,7 +7,9 @@
 /// The register through which the two-line character displays get their characters.
 namespace buttondriver::character_display {
 
+/// Characters of a line.
 inline constexpr int columns = 20;
+/// Lines of a display.
 inline constexpr int lines = 2;
 
 /// The character that takes the display back to the start of its first line.
@@ -19,11 +21,13 @@ inline constexpr std::size_t data_register_offset = 0x8054;
 /// One display's share of the data register: eight data bits, and a strobe that is high at rest. The display takes the
 /// character while the strobe is pulsed low.
 struct Lane {
-  unsigned data_shift;
-  std::uint32_t strobe;
+  unsigned data_shift;  ///< bits below the data
+  std::uint32_t strobe; ///< the one bit of the strobe
 };
 
+/// The display of channel 0.
 inline constexpr Lane channel_0{0, 0x0000'0100};
+/// The display of all other channels.
 inline constexpr Lane other_channel{16, 0x0100'0000};
 
 /// Both displays at rest.

@@ -36,6 +36,7 @@ Q_SIGNALS:
   void text_signal(int channel, QString text);
 
 protected:
+  /// The thread: writes the texts until the object goes.
   void run() override;
 
 private:

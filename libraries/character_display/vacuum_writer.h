@@ -32,6 +32,7 @@ public Q_SLOTS:
   void text(int channel, QString text);
 
 protected:
+  /// Never called.
   void run() override;
 
 private:

@@ -3,6 +3,7 @@
 
 #include <stdint.h>
 
+/// @file
 /// Drives the panel from any C or C++ program over one plain TCP connection, without an event loop.
 ///
 /// There is no object: the connection, the server's address and the cache belong to the process. Nothing is guarded;
@@ -32,6 +33,7 @@
 extern "C" {
 #endif
 
+/// In place of one button.
 #define BTC_ALL_BUTTONS UINT32_C(0xFFFFFFFF)
 
 /// Names the server and tries to connect to it, at the pace described above. `host` is an IPv4 address in dotted form,

@@ -15,6 +15,7 @@
 /// after the 4-byte length that frames it on the stream (framing.h).
 namespace buttondriver {
 
+/// How the bytes of a field are to be read.
 enum class FieldKind : std::uint8_t {
   unsigned_integer, ///< one byte, or four in network order
   signed_integer,   ///< four bytes in network order, two's complement
@@ -24,30 +25,32 @@ enum class FieldKind : std::uint8_t {
 /// Values of a field that stand for something of their own, inside of its range or outside of it: one value as a rule,
 /// otherwise all from the first to the last.
 struct NamedValue {
-  std::int64_t first;
-  std::int64_t last;
-  const char *name; ///< null marks an unused place of the table
+  std::int64_t first; ///< the lowest of them
+  std::int64_t last;  ///< the highest of them, `first` when it is one value
+  const char *name;   ///< null marks an unused place of the table
 };
 
 /// Room for the named values of any field.
 inline constexpr std::size_t most_named_values = 3;
 
+/// A field of the fixed part of a message.
 struct Field {
   std::uint16_t offset; ///< bytes from the start of the message
   std::uint16_t width;  ///< bytes; 0 marks an unused place of the table
-  FieldKind kind;
-  const char *name;
+  FieldKind kind;       ///< how its bytes are to be read
+  const char *name;     ///< as its record in records.h has it
   /// Without the range and the named values; null when they say it all. field_text() puts them together.
   const char *meaning;
   /// The values, from the lowest to the highest, that mean something to the daemon, or to the clients for which a
   /// message is there that it ignores. Nobody is kept from sending others.
   std::int64_t lowest = 0;
-  std::int64_t highest = 0;
-  NamedValue named[most_named_values] = {};
+  std::int64_t highest = 0;                 ///< the other end of that range
+  NamedValue named[most_named_values] = {}; ///< those that stand for something of their own, the used places first
   /// What all other values stand for; null when that is nothing.
   const char *others = nullptr;
   bool is_colour = false; ///< 0xRRGGBB
 
+  /// Places of `named` that are used.
   constexpr std::size_t namedCount() const {
     std::size_t count = 0;
     while (count < most_named_values && named[count].name)
@@ -55,10 +58,11 @@ struct Field {
     return count;
   }
 
-  /// The least and the largest number that there is room for. A field of bytes is no number: both are 0.
+  /// The least number that there is room for. A field of bytes is no number: 0.
   constexpr std::int64_t leastPossible() const {
     return kind == FieldKind::signed_integer ? std::int64_t{std::numeric_limits<std::int32_t>::min()} : 0;
   }
+  /// The largest number that there is room for, as leastPossible().
   constexpr std::int64_t largestPossible() const {
     if (kind == FieldKind::bytes)
       return 0;
@@ -69,8 +73,9 @@ struct Field {
   }
 };
 
-/// Buttons that a client can name in the messages that the daemon ignores: ids from 0 on, and one for all of them.
+/// Buttons that a client can name in the messages that the daemon ignores: ids from 0 on.
 inline constexpr std::uint32_t client_button_count = 300;
+/// In these messages, the id for all of them.
 inline constexpr std::uint32_t client_all_buttons = 0xFFFFFFFF;
 
 /// What the last field of a head counts.
@@ -81,6 +86,7 @@ enum class Counted : std::uint8_t {
   image_ids,   ///< 32-bit integers
 };
 
+/// Who does something with a message.
 enum class Handling : std::uint8_t {
   server_handles, ///< clients send it, the daemon acts on it
   server_ignores, ///< clients can build it, the daemon reports it as unhandled
@@ -90,15 +96,17 @@ enum class Handling : std::uint8_t {
 /// Room for the fields of the longest row.
 inline constexpr std::size_t most_fields = 12;
 
+/// A row of the catalogue: a message, with its fields in the order of the wire.
 struct MessageType {
-  std::uint32_t opcode;
-  const char *name;
-  std::uint32_t head_size; ///< bytes up to and including the last fixed field
-  Counted counted;
-  Handling handling;
-  const char *meaning;
-  Field fields[most_fields];
+  std::uint32_t opcode;      ///< the number that each such message starts with
+  const char *name;          ///< of its record in records.h
+  std::uint32_t head_size;   ///< bytes up to and including the last fixed field
+  Counted counted;           ///< what follows the fixed fields
+  Handling handling;         ///< who does something with it
+  const char *meaning;       ///< what it does, to follow its name
+  Field fields[most_fields]; ///< the used places first
 
+  /// Places of `fields` that are used.
   constexpr std::size_t fieldCount() const {
     std::size_t count = 0;
     while (count < most_fields && fields[count].width > 0)

@@ -22,15 +22,18 @@ void network_to_host(const MessageType &type, void *destination, const void *sou
 /// Converts the head alone, in either direction: swaps its integers and copies its bytes. Both places hold a head.
 void swap_head(const MessageType &type, void *destination, const void *source);
 
+/// The same for the message that `Record` is the head of.
 template <class Record> void host_to_network(void *destination, const void *source) {
   host_to_network(type_of<Record>, destination, source);
 }
+/// The same for the message that `Record` is the head of.
 template <class Record> void network_to_host(void *destination, const void *source) {
   network_to_host(type_of<Record>, destination, source);
 }
 
-// The published names. A message added to them needs none: its record is converted with the templates above.
 // clang-format off
+/// The published names of host_to_network(). A message added to them needs none: the templates above convert its record.
+/// @{
 inline void hton_BMS_PingReply(void *destination, const void *source) { host_to_network<BMS_PingReply>(destination, source); }
 inline void hton_BMS_SetButtonColour(void *destination, const void *source) { host_to_network<BMS_SetButtonColour>(destination, source); }
 inline void hton_BMS_SetButtonText(void *destination, const void *source) { host_to_network<BMS_SetButtonText>(destination, source); }
@@ -49,7 +52,10 @@ inline void hton_BMS_TFTSubTextLine(void *destination, const void *source) { hos
 inline void hton_BMS_DrawTFTImage(void *destination, const void *source) { host_to_network<BMS_DrawTFTImage>(destination, source); }
 inline void hton_BMS_SetLEDStatusIndicator(void *destination, const void *source) { host_to_network<BMS_SetLEDStatusIndicator>(destination, source); }
 inline void hton_BMS_SetLEDToggleIndicator(void *destination, const void *source) { host_to_network<BMS_SetLEDToggleIndicator>(destination, source); }
+/// @}
 
+/// The published names of network_to_host().
+/// @{
 inline void ntoh_BMS_PingReply(void *destination, const void *source) { network_to_host<BMS_PingReply>(destination, source); }
 inline void ntoh_BMS_SetButtonColour(void *destination, const void *source) { network_to_host<BMS_SetButtonColour>(destination, source); }
 inline void ntoh_BMS_SetButtonText(void *destination, const void *source) { network_to_host<BMS_SetButtonText>(destination, source); }
@@ -68,13 +74,16 @@ inline void ntoh_BMS_TFTSubTextLine(void *destination, const void *source) { net
 inline void ntoh_BMS_DrawTFTImage(void *destination, const void *source) { network_to_host<BMS_DrawTFTImage>(destination, source); }
 inline void ntoh_BMS_SetLEDStatusIndicator(void *destination, const void *source) { network_to_host<BMS_SetLEDStatusIndicator>(destination, source); }
 inline void ntoh_BMS_SetLEDToggleIndicator(void *destination, const void *source) { network_to_host<BMS_SetLEDToggleIndicator>(destination, source); }
+/// @}
 // clang-format on
 
 /// As the functions of the same names, for whole records: `not_transmitted`, which lies after the message's 24 bytes,
 /// is swapped with the rest. A place that holds the 24 bytes alone is passed to those above, by a pointer to anything
 /// else.
+/// @{
 void hton_BMS_SetButtonColourPair(BMS_SetButtonColourPair *destination, const BMS_SetButtonColourPair *source);
 void ntoh_BMS_SetButtonColourPair(BMS_SetButtonColourPair *destination, const BMS_SetButtonColourPair *source);
+/// @}
 
 /// Bytes of a whole message: a constant for the fixed types, head and `n` counted things for the others.
 template <class Record> constexpr std::uint64_t message_size(std::uint32_t n = 0) { return type_of<Record>.size(n); }

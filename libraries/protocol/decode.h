@@ -24,6 +24,7 @@ template <class Record, std::size_t Index> void decode_field(ByteView message, R
   }
 }
 
+/// All fields of the head, by their places in the row.
 template <class Record, std::size_t... Indices>
 Record decode_fields(ByteView message, std::index_sequence<Indices...>) {
   Record record{};

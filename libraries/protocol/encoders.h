@@ -67,6 +67,8 @@ std::vector<QByteArray> hton_BMS_SetButtonAnimation(std::uint32_t button_id, con
 template <class First, class Second>
 using EncodedIntegers = std::enable_if_t<std::is_integral_v<First> && std::is_integral_v<Second>, QByteArray>;
 
+/// As the function of the same name above; integers that do not fit are cut to 32 bits.
+/// @{
 template <class Button, class State>
 EncodedIntegers<Button, State> hton_BMS_SetLEDStatusIndicator(Button button_id, State state) {
   return hton_BMS_SetLEDStatusIndicator(static_cast<std::int32_t>(button_id), static_cast<std::int32_t>(state));
@@ -79,5 +81,6 @@ template <class Button, class Image>
 EncodedIntegers<Button, Image> hton_BMS_SetButtonImage(Button button_id, Image image_id) {
   return hton_BMS_SetButtonImage(static_cast<std::uint32_t>(button_id), static_cast<std::uint32_t>(image_id));
 }
+/// @}
 
 } // namespace buttondriver

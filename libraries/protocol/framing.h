@@ -12,6 +12,7 @@ namespace buttondriver {
 /// The TCP port of a daemon that was not given another one.
 inline constexpr std::uint16_t DEFAULT_PORT = 3003;
 
+/// Bytes of the length that stands before a message.
 inline constexpr std::uint32_t frame_prefix_size = 4;
 
 /// The length that stands before a message of `message_size` bytes.

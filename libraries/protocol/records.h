@@ -36,6 +36,7 @@ using records_detail::RecordField;
 /// The fields of a record that are on the wire, in the order of its row. It is what type_of compares with the row.
 template <class Record> struct FieldsOf;
 
+/// A field of `Record` in its list.
 #define BMS_FIELD(field)                                                                                               \
   RecordField {                                                                                                        \
 #field, offsetof(Record, field), sizeof(Record::field), records_detail::kind_of < decltype(Record::field)>()       \

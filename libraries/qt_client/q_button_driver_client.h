@@ -36,6 +36,7 @@ class QButtonDriverClient : public QObject {
   Q_OBJECT
 
 public:
+  /// So that the slot msg has the signature that SLOT() names.
   template <typename T> using vector = std::vector<T>;
 
   /// Starts to connect to the default port of this machine, 3003, without waiting.
@@ -54,12 +55,14 @@ public:
   /// gives up), when nothing waits to leave, and when the connection breaks.
   bool waitForBytesWritten(int msecs);
 
+  /// Milliseconds, for connectWait().
   static constexpr int default_connect_wait = 1000;
   /// How many milliseconds a message waits for a connection that is not up.
   int connectWait() const { return _connect_wait; }
   /// `msecs` below 1: messages do not wait at all.
   void setConnectWait(int msecs) { _connect_wait = msecs; }
 
+  /// Bytes, for sendLimit().
   static constexpr qint64 default_send_limit = 1024 * 1024;
   /// How many bytes may wait to be taken by the server while messages are still accepted.
   qint64 sendLimit() const { return _send_limit; }
@@ -82,6 +85,7 @@ public Q_SLOTS:
   void msg(QByteArray message);
   /// Sends several messages in their order; blocks as for one. An empty list sends nothing.
   void msg(vector<QByteArray> messages);
+  /// Does nothing, for programs that connect it; connectionChanged() tells of connections.
   void connected();
 
 private:

@@ -48,8 +48,11 @@ public:
   std::int32_t type() const { return _type; }
   /// Whether the event was started and has not been stopped since.
   bool running() const { return _running; }
+  /// As setVerbose() has it.
   bool verbose() const { return _verbose; }
+  /// As setHeaderPending() has it.
   bool headerPending() const { return _header_pending; }
+  /// As setAutoReport() has it.
   bool autoReport() const { return _auto_report; }
 
   /// Whether start and stop print on standard output what they do.
@@ -73,13 +76,13 @@ protected:
   /// What a completed stop prints when auto report is set.
   void reportAutomatically() const;
 
-  bool _verbose;
-  std::string _name;
-  std::string _description;
-  std::int32_t _type;
-  bool _header_pending = false;
-  bool _auto_report = false;
-  bool _running = false;
+  bool _verbose;                ///< verbose()
+  std::string _name;            ///< name()
+  std::string _description;     ///< description()
+  std::int32_t _type;           ///< type()
+  bool _header_pending = false; ///< headerPending()
+  bool _auto_report = false;    ///< autoReport()
+  bool _running = false;        ///< running()
 
 private:
   Clock _clock;

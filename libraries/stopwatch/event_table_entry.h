@@ -23,6 +23,7 @@ public:
 
   /// One of LogMode.
   std::int32_t logMode() const { return _log_mode; }
+  /// Any other value prints nowhere.
   void setLogMode(std::int32_t log_mode) { _log_mode = log_mode; }
 
   /// Takes an entry that nobody destroys any more, so that its event stays valid until the process ends, whoever still
