@@ -5,7 +5,7 @@ option(BUTTONDRIVER_BENCH "Build the benchmarks" OFF)
 option(BUTTONDRIVER_FUZZ "Build the fuzzers, with the tests; takes clang, as the preset fuzz has it" OFF)
 option(BUTTONDRIVER_WERROR "Treat compiler warnings as errors" OFF)
 set(BUTTONDRIVER_LINKER "" CACHE STRING "A linker as in -fuse-ld=, taken where it is installed, for example gold")
-option(BUTTONDRIVER_COVERAGE "Count which lines and branches the tests reach; see scripts/coverage" OFF)
+option(BUTTONDRIVER_COVERAGE "Count which lines and branches the tests reach; see scripts/parts/coverage" OFF)
 set(BUTTONDRIVER_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=, for example address,undefined")
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
