@@ -152,7 +152,7 @@ TEST(BadBrokerTest, that_sends_very_much_at_once_leaves_others_their_turns) {
 }
 
 TEST(RefusedSubscriptionTest, is_logged) {
-  const ScriptedBroker broker({accepted_5, QByteArray::fromHex("900500010001") + '\x87'});
+  const ScriptedBroker broker(QVector<QByteArray>{accepted_5, QByteArray::fromHex("900500010001") + '\x87'});
   CapturedLog log;
   WatchedConnection connection;
   connection.filters = {"a/#", "b/#"};

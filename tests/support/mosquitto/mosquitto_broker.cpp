@@ -65,7 +65,7 @@ void MosquittoBroker::writeConfiguration() {
   QByteArray lines = "log_dest stderr\nlog_type error\nlog_type warning\nlog_type notice\nlog_type information\n";
   // Root would else become a user who may not read the folder.
   if (const passwd *const user = ::getpwuid(::getuid()))
-    lines += QByteArray("user ") + user->pw_name + '\n';
+    lines += "user " + QByteArray(user->pw_name) + '\n';
   lines += "allow_anonymous " + QByteArray(_options.users.isEmpty() ? "true" : "false") + '\n';
   if (_options.has_persistence)
     lines += "persistence true\npersistence_location " + QByteArray::fromStdString(_folder.path("")) + '\n';
