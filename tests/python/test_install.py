@@ -14,7 +14,8 @@ ROOT = Path(__file__).resolve().parents[2]
 
 
 def run(*command: str) -> str:
-    environment = {name: value for name, value in os.environ.items() if name != "PYTHONPATH"}
+    ours = ("PYTHONPATH", "PYTEST_DISABLE_PLUGIN_AUTOLOAD")
+    environment = {name: value for name, value in os.environ.items() if name not in ours}
     result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, env=environment)
     assert result.returncode == 0, result.stdout
     return result.stdout
