@@ -22,6 +22,7 @@ set(left_out_tests
   "logging.Each/LogGatheringEndTest.writes_what_is_there/terminate: ${itself}"
   "stand_in.StandInTest.everything_else_goes_on_to_the_system: the emulator answers requests that it does not know itself"
   "unixsignalhandler.UnixSignalHandlerDeathTest.a_signal_before_the_first_bridge_is_harmless: ${itself}"
+  "buttonctl_documents.completion_in_zsh_offers_what_it_should: asks a shell of this machine"
   "buttonctl_documents.completion_offers_what_it_should: asks a shell of this machine"
   "dissector.shows_what_is_in_a_capture: asks a program of this machine"
   "stand_in.serves_a_program_of_a_32_bit_machine: the tests of device do that with this build's programs")

@@ -2,8 +2,8 @@
 #include "buttonctl/documents/bash_completion.h"
 
 #include "buttonctl/commands/command_help.h"
+#include "buttonctl/documents/completion_words.h"
 #include "buttonctl/messages/by_name/message_fields.h"
-#include "dimensions/panel_dimensions.h"
 
 #include <QStringList>
 
@@ -85,35 +85,6 @@ complete -F _buttonctl buttonctl
 
 constexpr QLatin1String file_words("<file>");
 
-QStringList names_of(const CommandOption &option) {
-  QStringList names;
-  for (const QString &name : QString::fromLatin1(option.names).split(QLatin1Char(',')))
-    names += dashed(name);
-  return names;
-}
-
-QStringList names_of(const std::vector<CommandOption> &options) {
-  QStringList names;
-  for (const CommandOption &option : options)
-    names += names_of(option);
-  return names;
-}
-
-/// All options of the tool that take a value: what the value is called, and their names.
-std::map<QString, QStringList> valued_options(const CommandTable &commands) {
-  std::map<QString, QStringList> options;
-  const auto add = [&options](const std::vector<CommandOption> &more) {
-    for (const CommandOption &option : more)
-      for (const QString &name : names_of(option))
-        if (option.value && !options[QLatin1String(option.value)].contains(name))
-          options[QLatin1String(option.value)] += name;
-  };
-  add(general_options());
-  for (const Command &command : commands)
-    add(command.options);
-  return options;
-}
-
 /// One case of a bash function.
 QString case_of(const QString &pattern, const QString &does) {
   return QStringLiteral("    %1) %2 ;;\n").arg(pattern, does);
@@ -127,53 +98,57 @@ QString function(const char *comment, const char *name, const char *subject, con
       .arg(QLatin1String(comment), QLatin1String(name), QLatin1String(subject), cases, QLatin1String(end));
 }
 
-QStringList numbers_and_all(int count) {
-  QStringList words;
-  for (int i = 0; i < count; ++i)
-    words += QString::number(i);
-  return words + QStringList(QStringLiteral("all"));
+/// All options of the tool that take a value.
+std::vector<CommandOption> valued_options(const CommandTable &commands) {
+  std::vector<CommandOption> options;
+  const auto add = [&options](const std::vector<CommandOption> &more) {
+    for (const CommandOption &option : more)
+      if (option.value)
+        options.push_back(option);
+  };
+  add(general_options());
+  for (const Command &command : commands)
+    add(command.options);
+  return options;
 }
 
-QStringList message_names() {
-  QStringList names;
-  for (const MessageType &type : catalogue)
-    names += QLatin1String(type.name);
-  return names;
-}
-
-/// What can stand for an argument such as "SCREEN" or "on|off"; nothing when that is for the user to know.
-QStringList words_of(const QString &argument) {
-  if (argument == QLatin1String("SCREEN"))
-    return numbers_and_all(dimensions::screen_count);
-  if (argument == QLatin1String("BUTTON"))
-    return numbers_and_all(dimensions::button_count);
-  if (argument == QLatin1String("ID"))
-    return {QStringLiteral("all")};
-  if (argument == QLatin1String("NAME"))
-    return message_names();
-  if (argument == QLatin1String("FILE"))
-    return {file_words};
-  return argument.contains(QLatin1Char('|')) ? argument.split(QLatin1Char('|')) : QStringList();
+/// What a function does to complete $2 so; nothing when that is for the user to know.
+QString completing(const Completion &completion) {
+  switch (completion.kind) {
+  case Completion::Kind::words:
+    return QStringLiteral("_buttonctl_reply '%1' \"$2\"").arg(completion.words.join(QLatin1Char(' ')));
+  case Completion::Kind::file:
+    return QStringLiteral("_buttonctl_reply_files -f \"$2\"");
+  case Completion::Kind::folder:
+    return QStringLiteral("_buttonctl_reply_files -d \"$2\"");
+  case Completion::Kind::host:
+    return QStringLiteral("mapfile -t COMPREPLY < <(compgen -A hostname -- \"$2\")");
+  case Completion::Kind::user:
+    return QStringLiteral("mapfile -t COMPREPLY < <(compgen -A user -- \"$2\")");
+  case Completion::Kind::unknown:
+    break;
+  }
+  return {};
 }
 
 QString value_function(const CommandTable &commands) {
+  std::map<QString, QStringList> names_by_action;
+  for (const CommandOption &option : valued_options(commands))
+    names_by_action[completing(value_of(option))] += names_of(option);
   QString cases;
-  for (const auto &[value, names] : valued_options(commands)) {
-    const QString pattern = names.join(QLatin1String(" | "));
-    if (value == QLatin1String("DIR"))
-      cases += case_of(pattern, QStringLiteral("_buttonctl_reply_files -d \"$2\""));
-    else if (value.startsWith(QLatin1String("HOST")))
-      cases += case_of(pattern, QStringLiteral("mapfile -t COMPREPLY < <(compgen -A hostname -- \"$2\")"));
+  for (auto &[action, names] : names_by_action) {
+    names.removeDuplicates();
+    if (!action.isEmpty())
+      cases += case_of(names.join(QLatin1String(" | ")), action);
   }
   return function("Completes $2, the value of the option $1.", "_buttonctl_value", "$1", cases);
 }
 
 QString takes_value_function(const CommandTable &commands) {
-  QStringList all;
-  for (const auto &[value, names] : valued_options(commands))
-    all += names;
+  QStringList names = names_of(valued_options(commands));
+  names.removeDuplicates();
   return function("Whether the option $1 takes a value.", "_buttonctl_takes_value", "$1",
-                  case_of(all.join(QLatin1String(" | ")), QStringLiteral("return 0")), "  return 1\n");
+                  case_of(names.join(QLatin1String(" | ")), QStringLiteral("return 0")), "  return 1\n");
 }
 
 QString options_function(const CommandTable &commands) {
@@ -191,13 +166,12 @@ QString words_function(const CommandTable &commands) {
   QString cases;
   for (const Command &command : commands) {
     int position = 0;
-    for (QString argument : QString::fromLatin1(command.arguments).split(QLatin1Char(' '))) {
-      if (argument.startsWith(QLatin1String("--")))
-        break;
-      argument.remove(QLatin1Char('[')).remove(QLatin1Char(']'));
-      const QStringList words = words_of(argument);
+    for (const CompletedArgument &argument : arguments_of(command)) {
+      const QString place = argument.repeats ? QStringLiteral("*") : QString::number(position);
+      const QStringList words =
+          argument.completion.kind == Completion::Kind::file ? QStringList(file_words) : argument.completion.words;
       if (!words.isEmpty())
-        cases += case_of(QStringLiteral("%1:%2").arg(QLatin1String(command.name)).arg(position), print_of(words));
+        cases += case_of(QLatin1String(command.name) + QLatin1Char(':') + place, print_of(words));
       ++position;
     }
   }

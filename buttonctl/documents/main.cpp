@@ -3,6 +3,7 @@
 #include "buttonctl/documents/bash_completion.h"
 #include "buttonctl/documents/commands_manual.h"
 #include "buttonctl/documents/commands_page.h"
+#include "buttonctl/documents/zsh_completion.h"
 #include "buttonctl/session/exit_status.h"
 
 #include <QCoreApplication>
@@ -47,17 +48,22 @@ Outcome<Done> update_all(const QStringList &names) {
     return updated;
   if (auto updated = update(names.at(2), buttonctl::with_commands_manual); !updated)
     return updated;
-  return write_file(names.at(3), buttonctl::bash_completion(buttonctl::command_table()));
+  if (auto written =
+          write_file(names.at(3) + QLatin1String("/buttonctl"), buttonctl::bash_completion(buttonctl::command_table()));
+      !written)
+    return written;
+  return write_file(names.at(3) + QLatin1String("/_buttonctl"), buttonctl::zsh_completion(buttonctl::command_table()));
 }
 
 } // namespace
 
-/// Puts the commands into the page PAGE and into the manual page MANUAL, and writes their completion to COMPLETION.
+/// Puts the commands into the page PAGE and into the manual page MANUAL, and writes their completion for each shell
+/// into the folder COMPLETIONS.
 int main(int argc, char **argv) {
   const QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
   if (arguments.size() != 4) {
-    std::fputs("usage: buttonctl_documents PAGE MANUAL COMPLETION\n", stderr);
+    std::fputs("usage: buttonctl_documents PAGE MANUAL COMPLETIONS\n", stderr);
     return buttonctl::exit_bad_usage;
   }
   const Outcome<Done> updated = update_all(arguments);

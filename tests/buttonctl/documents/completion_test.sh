@@ -7,6 +7,8 @@ here=$(mktemp -d) && cd "$here" || exit 2
 trap 'rm -r "$here"' EXIT
 mkdir folder
 touch picture.png 'two words.png' folder/only.raw
+printf '127.0.0.1 %s\n' panel-left panel-right >hosts
+export HOSTFILE=$here/hosts
 
 failures=0
 # expect OFFERS WORD... : what is offered for the last word, when bash has split the line into these words
@@ -39,13 +41,20 @@ expect 'on|off' led 5 o
 expect 'blink' led 5 b
 expect 'all' led a
 expect 'on|off' status 3 ''
-expect 'all' status ''
+expect '3|30|31' status 3
+expect '0|1|all' toggle ''
+expect '0|1|2|3|4|5|6|7' text all ''
+expect '0|1|2|3|4|5|6|7' subtext 1 ''
 expect 'on|off' --dry-run toggle -p 3003 1 ''
-expect '' text 0 ''
+expect '' text 0 1 ''
 expect 'picture.png' image 1 pi
 expect 'two words.png' upload 4 tw
 expect 'picture.png' batch p
 expect 'picture.png' decode p
+expect '' decode picture.png p
+expect 'picture.png' run folder/only.raw p
+expect 'folder' test f
+expect 'folder' test picture.png f
 # Options.
 expect '--version' --v
 expect '--black-on-white' text 0 0 --b
@@ -56,6 +65,13 @@ expect '--host|--help' reconfig --h
 expect 'folder' doctor --root f
 expect 'folder' doctor --root = f
 expect '' ping --count ''
+expect 'picture.png' test --junit p
+expect 'picture.png' test --client = x --simulator p
+expect '0|1|2' screenshot --screen ''
+expect 'auto|none|256|24bit' watch --colours ''
+expect 'root' doctor --user roo
+expect 'panel-left|panel-right' -H panel-
+expect 'panel-right' record a --to = panel-r
 # Messages and their fields.
 expect 'BMS_SetLEDState|BMS_SetLEDStatusIndicator' message BMS_SetLEDSt
 expect 'button_id=|state=|time=' message BMS_SetLEDState ''

@@ -3,6 +3,7 @@
 #include "buttonctl/documents/bash_completion.h"
 #include "buttonctl/documents/commands_manual.h"
 #include "buttonctl/documents/commands_page.h"
+#include "buttonctl/documents/zsh_completion.h"
 #include "support/first_difference.h"
 
 #include <QFile>
@@ -40,9 +41,13 @@ TEST(CommittedDocumentsTest, the_manual_page_has_the_commands_as_their_rows_are)
     EXPECT_TRUE(page.contains(QStringLiteral("\n.SS %1\n").arg(QLatin1String(command.name)))) << command.name;
 }
 
-TEST(CommittedDocumentsTest, the_completion_is_what_the_rows_make_of_it) {
-  EXPECT_EQ(first_difference("the completion", read(BUTTONCTL_COMPLETION).toStdString(),
+TEST(CommittedDocumentsTest, the_completions_are_what_the_rows_make_of_them) {
+  EXPECT_EQ(first_difference("the completion for bash", read(BUTTONCTL_COMPLETIONS "/buttonctl").toStdString(),
                              bash_completion(command_table()).toStdString()),
+            "")
+      << renewal;
+  EXPECT_EQ(first_difference("the completion for zsh", read(BUTTONCTL_COMPLETIONS "/_buttonctl").toStdString(),
+                             zsh_completion(command_table()).toStdString()),
             "")
       << renewal;
 }
