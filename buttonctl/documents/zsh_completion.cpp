@@ -46,7 +46,7 @@ const char *const main_begin = R"zsh(_buttonctl() {
   general=(
 %1  )
   _arguments -C -s -S $general \
-%2    '(-)1:command:_buttonctl_commands' '(-)*:: :->arguments' && ret=0
+%2    '(-)1:command:_buttonctl_commands' '*:: :->arguments' && ret=0
   [[ $state == arguments ]] || return ret
   curcontext=${curcontext%:*:*}:buttonctl-$words[1]:
   case $words[1] in

@@ -102,7 +102,7 @@ expect 'picture.png' 'test --junit p'
 expect 'picture.png' 'test --client=x --simulator p'
 expect '0 1 2' 'screenshot --screen '
 expect 'auto none 256 24bit' 'watch --colours '
-expect '--colors=256' 'watch --colors=256'
+expect '--colors=none' 'watch --colors=n'
 expect '' 'ping --count '
 # Messages and their fields.
 expect 'BMS_SetLEDState BMS_SetLEDStatusIndicator' 'message BMS_SetLEDSt'

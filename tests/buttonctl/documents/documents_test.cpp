@@ -129,5 +129,21 @@ TEST(CommandsPageTest, is_refused_without_its_marks) {
   EXPECT_FALSE(with_commands_manual(QStringLiteral(".SH COMMANDS\n"), {}));
 }
 
+TEST(ZshCompletionTest, characters_of_the_rows_have_no_meaning_to_zsh) {
+  const CommandTable table = {{"wave",
+                               "HAND [A:B]...",
+                               "wave a: a 'hand'",
+                               QString(),
+                               "",
+                               {{"s,speed", "HOST[:X]", "it's [fast], \\"}, {"up", nullptr, "$HOME: `high`"}},
+                               send_nothing}};
+  const std::string text = zsh_completion(table).toStdString();
+  for (const char *line :
+       {R"(    'wave:wave a: a '\''hand'\''')", R"( '(-s --speed)-s+[it'\''s \[fast\], \\]:HOST[\:X]:_hosts' )",
+        R"( '(-s --speed)--speed=[it'\''s \[fast\], \\]:HOST[\:X]:_hosts' )", R"( '--up[$HOME: `high`]' )",
+        R"( '1:HAND: ' )", R"( '*:A\:B: ' && ret=0 ;;)"})
+    EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+}
+
 } // namespace
 } // namespace buttondriver::buttonctl
