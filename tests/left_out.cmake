@@ -24,6 +24,8 @@ set(left_out_tests
   "unixsignalhandler.UnixSignalHandlerDeathTest.a_signal_before_the_first_bridge_is_harmless: ${itself}"
   "buttonctl_documents.completion_in_zsh_offers_what_it_should: asks a shell of this machine"
   "buttonctl_documents.completion_offers_what_it_should: asks a shell of this machine"
+  "simulator_app.completion_in_zsh_offers_what_it_should: asks a shell of this machine"
+  "simulator_app.completion_offers_what_it_should: asks a shell of this machine"
   "dissector.shows_what_is_in_a_capture: asks a program of this machine"
   "stand_in.serves_a_program_of_a_32_bit_machine: the tests of device do that with this build's programs")
 foreach(test

@@ -2,32 +2,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Whether the completion in the file $1 offers what it should.
 set -u
-source "$1" || exit 2
-here=$(mktemp -d) && cd "$here" || exit 2
-trap 'rm -r "$here"' EXIT
-mkdir folder
-touch picture.png 'two words.png' folder/only.raw
-printf '127.0.0.1 %s\n' panel-left panel-right >hosts
-export HOSTFILE=$here/hosts
-
-failures=0
-# expect OFFERS WORD... : what is offered for the last word, when bash has split the line into these words
-expect() {
-  local offers=$1
-  shift
-  COMP_WORDS=(buttonctl "$@")
-  COMP_CWORD=$#
-  COMPREPLY=(left over)
-  _buttonctl
-  local got
-  got=$(IFS='|'; echo "${COMPREPLY[*]}")
-  if [[ $got != "$offers" ]]; then
-    printf '%s: offers "%s", not "%s"\n' "$*" "$got" "$offers"
-    failures=1
-  fi
-}
-
-[[ $(complete -p buttonctl) == 'complete -F _buttonctl buttonctl' ]] || { echo 'not registered'; failures=1; }
+# shellcheck source=tests/support/completion/completion.sh
+. "$(dirname "$0")/../../support/completion/completion.sh" buttonctl _buttonctl "$1"
 
 # Commands, after options with and without values.
 expect 'reconfig|record|replay' re
@@ -82,4 +58,5 @@ expect 'picture.png' message BMS_DrawTFTImage _screen_id = 0 image = p
 expect '' message BMS_Ping ''
 cd folder
 expect 'only.raw' message BMS_UploadImage image =
+# shellcheck disable=SC2154 # completion.sh sets it
 exit $failures
