@@ -2,10 +2,10 @@
 #pragma once
 
 #include "bridge/panels/answer_count.h"
-#include "bridge/pauses/growing_pause.h"
 #include "bridge/panels/panel_numbers.h"
 #include "bridge/panels/sent_tail.h"
 #include "bridge/panels/waiting_commands.h"
+#include "bridge/pauses/growing_pause.h"
 #include "bridge/topics/topic_command.h"
 
 #include <QByteArray>
