@@ -4,6 +4,7 @@
 #include <csignal>
 #include <filesystem>
 #include <pwd.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -23,7 +24,9 @@ BrokerProcess::BrokerProcess(const std::string &more_lines) {
 void BrokerProcess::start() {
   _process = std::make_unique<bench::ChildProcess>(
       std::vector<std::string>{BUTTONDRIVER_MOSQUITTO, "-c", _configuration}, std::vector<std::string>{});
-  _process->waitForPort();
+  // Until it runs its own program it has the descriptors of this one, among them panels that listen.
+  while (_process->waitForPort() != port())
+    std::this_thread::yield();
 }
 
 void BrokerProcess::restart() {
