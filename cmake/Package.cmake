@@ -23,8 +23,9 @@ install(FILES
     "${PROJECT_BINARY_DIR}/buttondriverConfigVersion.cmake"
   DESTINATION "${package_folder}" COMPONENT development)
 
-# The pages with all that they lead to. What git ignores, and what tells it so, stays in the tree.
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk)
+# The pages with all that they lead to; pictures without what they are made of. What git ignores, and what tells it so, stays in the tree.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk
+  PATTERN drawings EXCLUDE)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT desk
   USE_SOURCE_PERMISSIONS
   PATTERN .gitignore EXCLUDE PATTERN __pycache__ EXCLUDE PATTERN failures EXCLUDE PATTERN results.xml EXCLUDE)
