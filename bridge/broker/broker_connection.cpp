@@ -19,7 +19,9 @@ Outcome<Done> readable(const QString &name) {
   return Failure{name + QStringLiteral(": ") + file.errorString()};
 }
 
-Outcome<Done> check(const BrokerSettings &settings) {
+} // namespace
+
+Outcome<Done> BrokerConnection::check(const BrokerSettings &settings) {
   if (settings.host.isEmpty() || settings.port == 0)
     return Failure{QStringLiteral("the broker has no host or no port")};
   constexpr int least_keep_alive_seconds = 5; // the library's
@@ -35,8 +37,6 @@ Outcome<Done> check(const BrokerSettings &settings) {
       return outcome;
   return Done();
 }
-
-} // namespace
 
 BrokerConnection::BrokerConnection(QObject *parent) : BrokerConnection(Times(), parent) {}
 
@@ -91,6 +91,7 @@ void BrokerConnection::open(const QString &host) {
   connect(_session.get(), &MosquittoSession::opened, this, &BrokerConnection::opened);
   connect(_session.get(), &MosquittoSession::closed, this, &BrokerConnection::ended);
   connect(_session.get(), &MosquittoSession::messageCame, this, &BrokerConnection::receive);
+  connect(_session.get(), &MosquittoSession::tooLargeCame, this, &BrokerConnection::tooLargeCame);
   _session->open(host, _times.most_connecting_ms);
 }
 

@@ -40,8 +40,9 @@ public:
   /// Without stop() before, that is a break: the broker publishes the last will.
   ~BrokerConnection() override;
 
-  /// Starts to connect, and goes on until stop(). Fails for settings that cannot be right, such as a CA file that
-  /// cannot be read.
+  /// Fails for settings that cannot be right, such as a CA file that cannot be read.
+  static Outcome<Done> check(const BrokerSettings &settings);
+  /// Starts to connect, and goes on until stop(). Fails as check() does.
   Outcome<Done> start(const BrokerSettings &settings);
   /// Ends the connection as a client does that goes on purpose: no last will, and no signal any more. Waits until the
   /// broker has what was published, `most_ms` at most.
@@ -77,6 +78,8 @@ Q_SIGNALS:
   /// `is_old`: it was kept from before the subscription. With MQTT 5 that cannot be told from a new one that is to be
   /// kept, as long as what was kept is still coming; then this is true for both.
   void messageCame(const QByteArray &topic, const QByteArray &payload, bool is_retained, bool is_old);
+  /// A message of more than 8 MiB came, and goes no further.
+  void tooLargeCame(const QByteArray &topic);
   void everyRetainedHasCome();
 
 private:

@@ -92,11 +92,12 @@ struct MosquittoSession::Callbacks {
     ++session._packets;
     if (message->payloadlen > most_payload_bytes) {
       ++session._too_large;
+      session._messages.push_back({QByteArray(message->topic), QByteArray(), false, true});
       return;
     }
     session._messages.push_back({QByteArray(message->topic),
                                  QByteArray(static_cast<const char *>(message->payload), message->payloadlen),
-                                 message->retain});
+                                 message->retain, false});
   }
   static void published(mosquitto *, void *object, int number, int code, const mosquitto_property *) {
     ++of(object)._packets;
@@ -254,7 +255,10 @@ void MosquittoSession::deliver() {
   for (const Message &message : messages) {
     if (!self || !_client)
       return;
-    Q_EMIT messageCame(message.topic, message.payload, message.is_retained);
+    if (message.is_too_large)
+      Q_EMIT tooLargeCame(message.topic);
+    else
+      Q_EMIT messageCame(message.topic, message.payload, message.is_retained);
   }
   if (!self || !_client)
     return;

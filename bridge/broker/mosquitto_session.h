@@ -52,6 +52,7 @@ Q_SIGNALS:
   void opened();
   void closed(const QString &reason);
   void messageCame(const QByteArray &topic, const QByteArray &payload, bool is_retained);
+  void tooLargeCame(const QByteArray &topic);
   /// `code`: 0 or more than 127 with MQTT 5, when the broker did not take it.
   void published(int number, int code);
   /// The codes of the filters; those from 128 on are refusals.
@@ -66,6 +67,7 @@ private:
     QByteArray topic;
     QByteArray payload;
     bool is_retained;
+    bool is_too_large; ///< without its payload
   };
 
   bool prepare();
