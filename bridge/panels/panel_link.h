@@ -53,6 +53,8 @@ public:
 
   /// Connects, and goes on until the object is gone. No command is sent before the wanted state is known: release().
   void start();
+  /// The panel is somewhere else now: connects there at once. What waited and is not kept is lost().
+  void moveTo(const QString &host, quint16 port);
   /// The wanted state is known now. Restores it if the connection is up, and from now on whenever it comes up.
   void release();
   /// Has the panel brought to its wanted state in one pass: at once if it is up, else when it is. Commands that wait
@@ -99,10 +101,11 @@ private:
   void takeAnswer();
   void checkSocket();
   void breakOff(const QString &reason);
+  void drop();
   void timeIsUp();
 
-  const QString _host;
-  const quint16 _port;
+  QString _host;
+  quint16 _port;
   const Restore _restore;
   const Times _times;
   PanelNumbers _numbers;

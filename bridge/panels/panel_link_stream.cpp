@@ -115,6 +115,24 @@ void PanelLink::checkSocket() {
 }
 
 void PanelLink::breakOff(const QString &reason) {
+  drop();
+  _timer.start(_pause.next());
+  QMetaObject::invokeMethod(
+      this, [this, reason] { Q_EMIT brokeOff(reason); }, Qt::QueuedConnection);
+}
+
+void PanelLink::moveTo(const QString &host, quint16 port) {
+  _host = host;
+  _port = port;
+  if (_state == State::not_started)
+    return;
+  drop();
+  _pause.reset();
+  connectToPanel();
+}
+
+/// The connection and what waits for it.
+void PanelLink::drop() {
   _sent_tail.left(_handed - _socket.bytesToWrite());
   const QVector<QByteArray> lost_topics = _sent_tail.take() + _waiting.clear();
   _state = State::pausing;
@@ -125,15 +143,12 @@ void PanelLink::breakOff(const QString &reason) {
   _numbers.waiting_commands = 0;
   _numbers.waiting_bytes = 0;
   _socket.abort();
-  _timer.start(_pause.next());
   if (was_up)
     QMetaObject::invokeMethod(
         this, [this] { Q_EMIT availabilityChanged(false); }, Qt::QueuedConnection);
   for (const QByteArray &topic : lost_topics)
     QMetaObject::invokeMethod(
         this, [this, topic] { Q_EMIT lost(topic); }, Qt::QueuedConnection);
-  QMetaObject::invokeMethod(
-      this, [this, reason] { Q_EMIT brokeOff(reason); }, Qt::QueuedConnection);
 }
 
 } // namespace buttondriver::bridge

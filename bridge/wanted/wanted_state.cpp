@@ -64,6 +64,24 @@ std::optional<Target> WantedState::remove(const QByteArray &topic) {
   return target;
 }
 
+bool WantedState::removeAll(const QByteArray &beginning) {
+  bool has_changed = false;
+  for (auto entry = _entries.begin(); entry != _entries.end();) {
+    const Place here = entry++;
+    if (!here->topic.startsWith(beginning))
+      continue;
+    forget(here->target);
+    takeOut(here);
+    has_changed = true;
+  }
+  return has_changed;
+}
+
+QByteArray WantedState::payloadOf(const QByteArray &topic) const {
+  const auto found = _by_topic.constFind(topic);
+  return found == _by_topic.constEnd() ? QByteArray() : (*found)->payload;
+}
+
 QVector<const WantedState::Entry *> WantedState::visibleEntries() const {
   QVector<const Entry *> visible;
   for (auto entry = _entries.begin(); entry != _entries.end(); ++entry) {

@@ -48,6 +48,13 @@ public:
   /// Nothing if there was none, and between beginSync() and endSync(), when it is only collected.
   std::optional<Target> remove(const QByteArray &topic);
 
+  /// Takes back all topics that begin with `beginning`, also between beginSync() and endSync(): nobody asks the broker
+  /// for them any more. False if there were none.
+  bool removeAll(const QByteArray &beginning);
+
+  /// The last payload of `topic`; empty if it is not wanted.
+  QByteArray payloadOf(const QByteArray &topic) const;
+
   /// In the order in which they are drawn.
   const std::list<Entry> &entries() const { return _entries; }
   /// Only those of which something is seen in the end, in the order in which they are drawn. The pointers hold until
