@@ -2,7 +2,6 @@
 #include "bridge/app/bridge.h"
 
 #include "bridge/app/log.h"
-#include "bridge/seen/discovery.h"
 #include "bridge/topics/topic_commands.h"
 
 #include <QJsonDocument>
@@ -39,23 +38,38 @@ BrokerSettings settings_of(const Configuration &configuration) {
 
 Bridge::Bridge() : Bridge(Times()) {}
 
-Bridge::Bridge(Times times) : _times(times), _broker(times.broker, nullptr), _fleet(times.panel) {
+Bridge::Bridge(Times times) : _times(times), _broker(times.broker, nullptr), _fleet(times.panel), _discovery(_broker) {
   _order_timer.setSingleShot(true);
   _order_timer.setInterval(times.order_pause_ms);
   connect(&_order_timer, &QTimer::timeout, this, &Bridge::publishOrders);
   connect(&_statistics_timer, &QTimer::timeout, this, &Bridge::publishStatistics);
   connect(&_fleet, &Fleet::panelCame, this, &Bridge::adopt);
-  connect(&_broker, &BrokerConnection::connected, this, &Bridge::subscribeAll);
+  connect(&_broker, &BrokerConnection::connected, this, [this] {
+    log_event("connected to the broker");
+    _told_reason.clear();
+    _statistics.forget();
+    _lost = std::make_unique<LostTopics>(_broker, _configuration.prefix, !_configuration.broker.is_mqtt_5,
+                                         [this](const QByteArray &panel, const QByteArray &topic) {
+                                           const Panel *const wanting = _fleet.find(panel);
+                                           return wanting ? wanting->wanted().payloadOf(topic) : QByteArray();
+                                         });
+    subscribeAll();
+  });
   connect(&_broker, &BrokerConnection::disconnected, this, [this](const QString &reason) {
     _is_comparing = false;
-    log_event("no connection to the broker: " + reason.toUtf8());
+    _lost.reset();
+    // Of a broker that is away for days, once is enough.
+    if (std::exchange(_told_reason, reason) != reason)
+      log_event("no connection to the broker: " + reason.toUtf8());
   });
   connect(&_broker, &BrokerConnection::messageCame, this, &Bridge::take);
+  connect(&_broker, &BrokerConnection::tooLargeCame, this, &Bridge::refuseTooLarge);
   connect(&_broker, &BrokerConnection::everyRetainedHasCome, this, &Bridge::finishSync);
 }
 
 Outcome<Done> Bridge::start(const Configuration &configuration) {
   _configuration = configuration;
+  _discovery.setNames(configuration.prefix, configuration.name);
   serveMetrics();
   _fleet.apply(configuration);
   log_event("drives " + QByteArray::number(static_cast<int>(_fleet.panels().size())) + " panels");
@@ -69,6 +83,9 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
   const bool keeps_names = next.prefix == _configuration.prefix && next.name == _configuration.name;
   next.prefix = _configuration.prefix;
   next.name = _configuration.name;
+  const BrokerSettings settings = settings_of(next);
+  if (auto outcome = BrokerConnection::check(settings); !outcome)
+    return outcome;
   const Configuration before = std::exchange(_configuration, next);
 
   if (before.metrics_port != next.metrics_port)
@@ -78,17 +95,18 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
   else
     _statistics_timer.stop();
 
-  if (before.discovery_prefix != next.discovery_prefix) {
-    for (const QByteArray &panel : std::as_const(_discovered))
-      publish(discovery_removal(before.discovery_prefix, next.prefix, next.name, panel));
-    _discovered.clear();
-  }
+  if (before.discovery_prefix != next.discovery_prefix)
+    for (const auto &panel : _fleet.panels())
+      _discovery.takeBack(before.discovery_prefix, panel.first);
   const Fleet::Difference difference = _fleet.apply(next);
   for (const QByteArray &panel : difference.went)
     clearPublished(panel);
   if (!(before.broker == next.broker)) {
-    _broker.stop(longest_goodbye_ms);
-    if (const auto started = _broker.start(settings_of(next)); !started)
+    sayGoodbye();
+    _is_comparing = false;
+    _discovery.forgetAll();
+    _to_clear.clear();
+    if (const auto started = _broker.start(settings); !started)
       return started.failure();
   } else if (_broker.isConnected()) {
     QVector<QByteArray> ended;
@@ -101,18 +119,23 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
     else if (!difference.filters_to_make.isEmpty())
       compare(difference.panels_to_sync, difference.filters_to_make);
     for (const auto &panel : _fleet.panels())
-      publishDiscovery(panel.first);
+      announce(panel.first);
   }
   if (!keeps_names)
     return Failure{QStringLiteral("the prefix and the name of the bridge change only when it is started again")};
   return Done{};
 }
 
-void Bridge::end() {
+void Bridge::end() { sayGoodbye(); }
+
+void Bridge::sayGoodbye() {
+  if (!_is_comparing)
+    publishOrders();
   for (const auto &panel : _fleet.panels())
     publish(panel.first + "/availability", offline, true);
   publish(ownTopic("availability"), offline, true);
   _broker.stop(longest_goodbye_ms);
+  _lost.reset();
 }
 
 BridgeNumbers Bridge::numbers() const {
@@ -143,8 +166,6 @@ void Bridge::adopt(Panel *panel) {
 }
 
 void Bridge::subscribeAll() {
-  log_event("connected to the broker");
-  _statistics.forget();
   QVector<Panel *> panels;
   for (const auto &panel : _fleet.panels())
     panels.append(panel.second.get());
@@ -165,19 +186,23 @@ void Bridge::compare(const QVector<Panel *> &panels, const QVector<QByteArray> &
 
 void Bridge::finishSync() {
   _is_comparing = false;
-  QSet<QByteArray> published;
   for (const auto &each : _fleet.panels()) {
     Panel &panel = *each.second;
     if (!panel.isSyncing())
       continue;
-    const auto lost = panel.endSync();
-    if (!lost.isEmpty()) {
-      publishAgain(lost, published);
-      _discovered.remove(panel.name());
-    }
+    const QVector<WantedState::Entry> lost = panel.endSync();
+    for (const WantedState::Entry &entry : lost)
+      if (entry.is_retained)
+        _lost->add(panel.name(), entry.topic);
+    if (!panel.isKnownToBroker())
+      _discovery.forget(_configuration.discovery_prefix, panel.name());
     publishAvailability(panel);
-    publishDiscovery(panel.name());
+    announce(panel.name());
   }
+  for (const QByteArray &panel : std::exchange(_to_clear, {}))
+    if (_fleet.find(panel) == nullptr)
+      clearPublished(panel);
+  _lost->publish();
   publish(ownTopic("availability"), online, true);
   Q_EMIT synced();
 }
@@ -191,8 +216,12 @@ void Bridge::take(const QByteArray &topic, const QByteArray &payload, bool is_re
       _fleet.find(route.name)->keepOrderRecord(payload);
     return;
   }
+  const QByteArray key = topic.mid(_configuration.prefix.size() + 1);
+  if (!is_old && _lost && _lost->takeEcho(key, payload))
+    return;
   ++_messages;
-  act(route, topic.mid(_configuration.prefix.size() + 1), payload, is_retained, is_old);
+  // With MQTT 3.1.1 nobody can see whether a message that has just been published is retained. It should be.
+  act(route, key, payload, is_retained || !_configuration.broker.is_mqtt_5, is_old);
 }
 
 void Bridge::act(const TopicRoute &route, const QByteArray &key, const QByteArray &payload, bool is_retained,
@@ -224,6 +253,17 @@ void Bridge::act(const TopicRoute &route, const QByteArray &key, const QByteArra
   });
 }
 
+void Bridge::refuseTooLarge(const QByteArray &topic) {
+  const TopicRoute route = route_of(_configuration.prefix, topic);
+  if (route.kind == TopicRoute::Kind::none || !_fleet.knows(route))
+    return;
+  ++_messages;
+  ++_wrong_messages;
+  const bool is_group = route.kind == TopicRoute::Kind::group;
+  refuse(is_group ? "group/" + route.name : QByteArray(route.name), topic.mid(_configuration.prefix.size() + 1),
+         "the payload is larger than 8 MiB");
+}
+
 void Bridge::refuse(const QByteArray &root, const QByteArray &key, const QByteArray &why) {
   log_detail(key + ": " + why);
   publish(root + "/error", error_text(_configuration.prefix + '/' + key, why), false, 0);
@@ -234,7 +274,7 @@ void Bridge::publishAvailability(const Panel &panel) {
 }
 
 void Bridge::publishOrders() {
-  if (!_broker.isConnected() || _is_comparing) {
+  if (!_broker.isConnected() || _is_comparing || !_lost->isEmpty()) {
     _order_timer.start();
     return;
   }
@@ -244,45 +284,41 @@ void Bridge::publishOrders() {
         publish(name + "/order", *record, true);
 }
 
-/// Topics of groups are wanted by several panels.
-void Bridge::publishAgain(const QVector<WantedState::Entry> &lost, QSet<QByteArray> &published) {
-  for (const WantedState::Entry &entry : lost)
-    if (entry.is_retained && !published.contains(entry.topic)) {
-      published.insert(entry.topic);
-      publish(entry.topic, entry.payload, true);
-    }
-}
-
 void Bridge::publishStatistics() {
   if (!_broker.isConnected() || _is_comparing)
     return;
-  publish(_statistics.changesOf(_configuration.prefix + '/' + ownTopic("").chopped(1), numbers()));
+  bool has_room = publish(_statistics.changesOf(_configuration.prefix + '/' + ownTopic("").chopped(1), numbers()));
   for (const auto &panel : _fleet.panels())
-    publish(_statistics.changesOf(_configuration.prefix + '/' + panel.first, panel.second->numbers()));
+    has_room &= publish(_statistics.changesOf(_configuration.prefix + '/' + panel.first, panel.second->numbers()));
+  if (!has_room)
+    _statistics.forget(); // nobody knows which are old at the broker
 }
 
-void Bridge::publishDiscovery(const QByteArray &panel) {
-  if (_configuration.discovery_prefix.isEmpty() || _discovered.contains(panel) || !_broker.isConnected())
-    return;
-  _discovered.insert(panel);
-  publish(discovery_messages(_configuration.discovery_prefix, _configuration.prefix, _configuration.name, panel));
+void Bridge::announce(const QByteArray &panel) {
+  if (!_configuration.discovery_prefix.isEmpty())
+    _discovery.announce(_configuration.discovery_prefix, panel);
 }
 
 /// What the bridge itself has published of a panel that it does not drive any more. What the panel should show stays:
 /// another bridge may drive it.
 void Bridge::clearPublished(const QByteArray &panel) {
-  publish(panel + "/availability", offline, true);
-  if (_discovered.remove(panel))
-    publish(discovery_removal(_configuration.discovery_prefix, _configuration.prefix, _configuration.name, panel));
+  _discovery.takeBack(_configuration.discovery_prefix, panel);
+  if (!publish(panel + "/availability", offline, true)) {
+    _to_clear.insert(panel);
+    return;
+  }
+  publish(_statistics.removalOf(_configuration.prefix + '/' + panel));
 }
 
-void Bridge::publish(const QByteArray &tail, const QByteArray &payload, bool is_retained, int quality_of_service) {
-  _broker.publish(_configuration.prefix + '/' + tail, payload, is_retained, quality_of_service);
+bool Bridge::publish(const QByteArray &tail, const QByteArray &payload, bool is_retained, int quality_of_service) {
+  return _broker.publish(_configuration.prefix + '/' + tail, payload, is_retained, quality_of_service);
 }
 
-void Bridge::publish(const QVector<Publication> &publications) {
+bool Bridge::publish(const QVector<Publication> &publications) {
+  bool has_room = true;
   for (const Publication &one : publications)
-    _broker.publish(one.topic, one.payload, one.is_retained, 0);
+    has_room &= _broker.publish(one.topic, one.payload, one.is_retained, 1);
+  return has_room;
 }
 
 /// A page that cannot be had is no reason not to drive panels.

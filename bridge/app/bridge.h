@@ -2,6 +2,8 @@
 #pragma once
 
 #include "bridge/app/fleet.h"
+#include "bridge/app/publishing/discovery_queue.h"
+#include "bridge/app/publishing/lost_topics.h"
 #include "bridge/app/topic_route.h"
 #include "bridge/broker/broker_connection.h"
 #include "bridge/configuration/configuration.h"
@@ -55,6 +57,8 @@ Q_SIGNALS:
 private:
   void adopt(Panel *panel);
   void subscribeAll();
+  void sayGoodbye();
+  void refuseTooLarge(const QByteArray &topic);
   void compare(const QVector<Panel *> &panels, const QVector<QByteArray> &filters);
   void finishSync();
   void take(const QByteArray &topic, const QByteArray &payload, bool is_retained, bool is_old);
@@ -62,12 +66,11 @@ private:
   void refuse(const QByteArray &root, const QByteArray &key, const QByteArray &why);
   void publishAvailability(const Panel &panel);
   void publishOrders();
-  void publishAgain(const QVector<WantedState::Entry> &lost, QSet<QByteArray> &published);
   void publishStatistics();
-  void publishDiscovery(const QByteArray &panel);
+  void announce(const QByteArray &panel);
   void clearPublished(const QByteArray &panel);
-  void publish(const QByteArray &tail, const QByteArray &payload, bool is_retained, int quality_of_service = 1);
-  void publish(const QVector<Publication> &publications);
+  bool publish(const QByteArray &tail, const QByteArray &payload, bool is_retained, int quality_of_service = 1);
+  bool publish(const QVector<Publication> &publications);
   void serveMetrics();
   QByteArray ownTopic(const char *tail) const;
   QByteArray metricsPage() const;
@@ -76,12 +79,15 @@ private:
   Configuration _configuration;
   BrokerConnection _broker;
   Fleet _fleet;
+  DiscoveryQueue _discovery;
+  std::unique_ptr<LostTopics> _lost; // of the present connection to the broker
   Statistics _statistics;
   std::unique_ptr<MetricsServer> _metrics;
   QTimer _order_timer;
   QTimer _statistics_timer;
   QSet<QByteArray> _orders_to_look_at; // names of panels
-  QSet<QByteArray> _discovered;        // names of panels
+  QSet<QByteArray> _to_clear;          // names of panels that went while there was no connection
+  QString _told_reason;                // why there is no connection to the broker
   quint64 _messages = 0;
   quint64 _wrong_messages = 0;
   bool _is_comparing = false;

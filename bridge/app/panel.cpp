@@ -9,31 +9,25 @@
 namespace buttondriver::bridge {
 
 Panel::Panel(QByteArray name, const PanelAddress &address, PanelLink::Times times)
-    : _name(std::move(name)), _times(times) {
-  connectTo(address);
-}
-
-void Panel::moveTo(const PanelAddress &address) { connectTo(address); }
-
-void Panel::connectTo(const PanelAddress &address) {
-  const bool was_up = _link && _link->numbers().is_up;
-  _address = address;
-  _link = std::make_unique<PanelLink>(
-      address.host, address.port, [this] { return restore_list(_wanted, command_of); }, _times);
-  connect(_link.get(), &PanelLink::availabilityChanged, this, [this](bool is_up) {
+    : _name(std::move(name)), _address(address),
+      _link(
+          address.host, address.port, [this] { return restore_list(_wanted, command_of); }, times) {
+  connect(&_link, &PanelLink::availabilityChanged, this, [this](bool is_up) {
     _failure_is_told = _failure_is_told && !is_up;
     Q_EMIT availabilityChanged(is_up);
   });
-  connect(_link.get(), &PanelLink::brokeOff, this, &Panel::tellFailure);
-  connect(_link.get(), &PanelLink::restored, this, [this] { _wanted.confirmRestored(); });
-  connect(_link.get(), &PanelLink::lost, this, [this](const QByteArray &key) {
+  connect(&_link, &PanelLink::brokeOff, this, &Panel::tellFailure);
+  connect(&_link, &PanelLink::restored, this, [this] { _wanted.confirmRestored(); });
+  connect(&_link, &PanelLink::lost, this, [this](const QByteArray &key) {
     Q_EMIT refused(key, "the connection to the panel broke before this had left");
   });
-  if (was_up)
-    Q_EMIT availabilityChanged(false);
-  _link->start();
-  if (_is_known)
-    _link->release();
+  _link.start();
+}
+
+void Panel::moveTo(const PanelAddress &address) {
+  _address = address;
+  _failure_is_told = false;
+  _link.moveTo(address.host, address.port);
 }
 
 void Panel::tellFailure(const QString &reason) {
@@ -43,6 +37,9 @@ void Panel::tellFailure(const QString &reason) {
 
 void Panel::keep(const QByteArray &key, const QByteArray &payload, const Command &command, bool is_retained,
                  bool is_old) {
+  // What is kept for a group is delivered again when another panel comes to it. That puts nothing on top.
+  if (is_old && !isSyncing() && key.startsWith("group/") && _wanted.payloadOf(key) == payload)
+    return;
   switch (_wanted.set(key, payload, command.target, is_retained, is_old)) {
   case WantedState::Change::none:
     return;
@@ -50,7 +47,7 @@ void Panel::keep(const QByteArray &key, const QByteArray &payload, const Command
     Q_EMIT refused(key, "too much is kept for this panel");
     return;
   case WantedState::Change::last:
-    if (_link->send(key, command, true) == PanelLink::Taken::no_room)
+    if (_link.send(key, command, true) == PanelLink::Taken::no_room)
       Q_EMIT refused(key, "too much waits for the panel; it will show this when it has caught up");
     break;
   case WantedState::Change::redraw:
@@ -68,23 +65,21 @@ void Panel::takeBack(const QByteArray &key) {
 }
 
 void Panel::takeBackAll(const QByteArray &beginning) {
-  QVector<QByteArray> keys;
-  for (const WantedState::Entry &entry : _wanted.entries())
-    if (entry.topic.startsWith(beginning))
-      keys.append(entry.topic);
-  for (const QByteArray &key : keys)
-    takeBack(key);
+  if (!_wanted.removeAll(beginning))
+    return;
+  redraw();
+  Q_EMIT orderMayHaveChanged();
 }
 
 /// What does not get through is made good by a restoration.
 void Panel::redraw() {
   for (const TopicCommand &each : redraw_list(_wanted, command_of))
-    if (_link->send(each.topic, each.command, true) != PanelLink::Taken::yes)
+    if (_link.send(each.topic, each.command, true) != PanelLink::Taken::yes)
       return;
 }
 
 void Panel::carryOut(const QByteArray &key, const Command &command) {
-  switch (_link->send(key, command, false)) {
+  switch (_link.send(key, command, false)) {
   case PanelLink::Taken::yes:
     break;
   case PanelLink::Taken::not_connected:
@@ -107,13 +102,14 @@ void Panel::keepOrderRecord(const QByteArray &record) {
 }
 
 QVector<WantedState::Entry> Panel::endSync() {
+  _is_known_to_broker = !_order_record.isEmpty();
   const WantedState::SyncOutcome outcome = _wanted.endSync(std::exchange(_order_record, {}));
   for (const QByteArray &key : outcome.refused)
     Q_EMIT refused(key, "too much is kept for this panel");
   if (!std::exchange(_is_known, true))
-    _link->release();
+    _link.release();
   else if (outcome.has_changed)
-    _link->restore();
+    _link.restore();
   Q_EMIT orderMayHaveChanged();
   return outcome.lost_by_broker;
 }

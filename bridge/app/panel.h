@@ -11,7 +11,6 @@
 #include <QString>
 #include <QVector>
 
-#include <memory>
 #include <optional>
 
 namespace buttondriver::bridge {
@@ -26,7 +25,7 @@ public:
 
   const QByteArray &name() const { return _name; }
   const PanelAddress &address() const { return _address; }
-  const PanelNumbers &numbers() const { return _link->numbers(); }
+  const PanelNumbers &numbers() const { return _link.numbers(); }
   const WantedState &wanted() const { return _wanted; }
 
   /// The panel is somewhere else now; it gets its wanted state there.
@@ -49,6 +48,8 @@ public:
   /// It has delivered all. Returns what it has lost, which has to be published again.
   QVector<WantedState::Entry> endSync();
   bool isSyncing() const { return _wanted.isSyncing(); }
+  /// Whether the broker had a record of the order when it was asked last.
+  bool isKnownToBroker() const { return _is_known_to_broker; }
   /// The record of the order if it has to be published; else nothing.
   std::optional<QByteArray> takeOrderRecord();
 
@@ -62,18 +63,17 @@ Q_SIGNALS:
   void unreachable(const QString &reason);
 
 private:
-  void connectTo(const PanelAddress &address);
   void redraw();
   void tellFailure(const QString &reason);
 
   const QByteArray _name;
   PanelAddress _address;
-  const PanelLink::Times _times;
   WantedState _wanted;
   QByteArray _order_record; // during a sync
   bool _is_known = false;   // the wanted state was complete once
+  bool _is_known_to_broker = false;
   bool _failure_is_told = false;
-  std::unique_ptr<PanelLink> _link;
+  PanelLink _link;
 };
 
 } // namespace buttondriver::bridge

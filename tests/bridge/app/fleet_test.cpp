@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bridge/app/fleet.h"
 
+#include "bridge/topics/topic_commands.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -123,6 +125,25 @@ TEST(Fleet, keeps_the_panels_that_are_as_they_were) {
   EXPECT_EQ(panel, fleet.find("a"));
   EXPECT_EQ(2, panel->address().port);
   EXPECT_EQ(nullptr, fleet.find("b"));
+}
+
+TEST(Fleet, a_panel_out_of_a_group_wants_nothing_of_it_even_while_it_is_compared) {
+  Fleet fleet(PanelLink::Times{});
+  fleet.apply(configuration_of({"a", "b"}, {{"g", {"a", "b"}}, {"gg", {"a"}}}));
+  Panel &panel = *fleet.find("a");
+  panel.beginSync();
+  panel.endSync();
+  for (const char *topic : {"group/g/led/1", "group/gg/led/2", "a/led/3"})
+    panel.keep(topic, "on", *command_of("led/1", "on"), false, false);
+  ASSERT_EQ(3U, panel.wanted().entries().size());
+  panel.beginSync();
+  fleet.apply(configuration_of({"a", "b"}, {{"g", {"b"}}, {"gg", {"a"}}}));
+  panel.beginSync(); // as after each change meanwhile
+  panel.endSync();
+  Names topics;
+  for (const WantedState::Entry &entry : panel.wanted().entries())
+    topics.append(entry.topic);
+  EXPECT_EQ((Names{"group/gg/led/2", "a/led/3"}), topics);
 }
 
 } // namespace

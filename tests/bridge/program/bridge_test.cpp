@@ -132,6 +132,7 @@ TEST_F(BridgeTest, what_is_wrong_is_answered_and_reaches_no_panel) {
 TEST_F(BridgeTest, what_is_done_once_does_not_come_back) {
   const auto bridge = startBridge(both);
   expectLast("hall/availability", "online");
+  expectLast("bridge/1/availability", "online");
   keep("hall/led/5", "on");
   publish("hall/do/led/6", "on", false);
   hall.expect("wait-until expect-led 5 on and expect-led 6 on");
