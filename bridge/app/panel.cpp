@@ -42,10 +42,10 @@ void Panel::keep(const QByteArray &key, const QByteArray &payload, const Command
     return;
   switch (_wanted.set(key, payload, command.target, is_retained, is_old)) {
   case WantedState::Change::none:
-    return;
-  case WantedState::Change::refused:
-    Q_EMIT refused(key, "too much is kept for this panel");
-    return;
+    // Something that is not kept may have changed the panel meanwhile.
+    if (isSyncing())
+      return;
+    [[fallthrough]];
   case WantedState::Change::last:
     if (_link.send(key, command, true) == PanelLink::Taken::no_room)
       Q_EMIT refused(key, "too much waits for the panel; it will show this when it has caught up");
@@ -53,6 +53,9 @@ void Panel::keep(const QByteArray &key, const QByteArray &payload, const Command
   case WantedState::Change::redraw:
     redraw();
     break;
+  case WantedState::Change::refused:
+    Q_EMIT refused(key, "too much is kept for this panel");
+    return;
   }
   Q_EMIT orderMayHaveChanged();
 }

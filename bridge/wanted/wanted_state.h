@@ -69,7 +69,8 @@ public:
   bool takeOrderChange();
 
   // A connection to a broker begins with all that it keeps, in any order. Between begin and end, set() and remove()
-  // collect; what is not old is newer than all that is. A second beginSync() begins anew.
+  // collect; what is not old is newer than all that is. A second beginSync() begins again: what has come until then
+  // counts, and nothing is missing because it has not come.
   void beginSync();
   struct SyncOutcome {
     bool has_changed = false; ///< anything that can be seen differs from what it was before beginSync()
@@ -116,7 +117,8 @@ private:
   std::optional<Sync> _sync;
 
   bool _order_may_differ = false;
-  QByteArray _broker_record;                           // as far as is known; empty: none
+  bool _was_cut_short = false; // a sync before the present one has changed something that the panel was not told
+  QByteArray _broker_record;   // as far as is known; empty: none
   QVector<decltype(qHash(QByteArray()))> _own_records; // hashes of the last ones that were to be published
   TargetSet _to_redraw;
   TargetSet _to_clear;

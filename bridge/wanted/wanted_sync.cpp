@@ -8,7 +8,22 @@
 
 namespace buttondriver::bridge {
 
-void WantedState::beginSync() { _sync.emplace(); }
+void WantedState::beginSync() {
+  // The connection broke before all had come. What did come is true; what did not come says nothing.
+  if (const std::optional<Sync> cut_short = std::exchange(_sync, std::nullopt)) {
+    SyncOutcome outcome;
+    for (const Entry &entry : cut_short->old.entries()) {
+      const auto known = _by_topic.constFind(entry.topic);
+      const bool is_same =
+          known != _by_topic.constEnd() && (*known)->payload == entry.payload && (*known)->target == entry.target;
+      if (!is_same) // what is the same keeps its place
+        outcome.has_changed |= set(entry.topic, entry.payload, entry.target, entry.is_retained) != Change::refused;
+    }
+    applyLive(cut_short->live, outcome);
+    _was_cut_short |= outcome.has_changed;
+  }
+  _sync.emplace();
+}
 
 WantedState::SyncOutcome WantedState::endSync(const QByteArray &record) {
   SyncOutcome outcome;
@@ -28,7 +43,7 @@ WantedState::SyncOutcome WantedState::endSync(const QByteArray &record) {
   applyLive(sync.live, outcome);
 
   // The same entries with the same record are drawn alike.
-  outcome.has_changed |= orderRecord() != order_before;
+  outcome.has_changed |= orderRecord() != order_before || std::exchange(_was_cut_short, false);
   _broker_record = record;
   _order_may_differ = true;
   return outcome;

@@ -143,6 +143,11 @@ TEST_F(BridgeTest, what_is_done_once_does_not_come_back) {
   hall.startAgain();
   hall.expect("expect-led 5 on");
   hall.expect("expect-led 6 off");
+  // What is kept can be said again.
+  publish("hall/do/led/5", "off", false);
+  hall.expect("expect-led 5 off");
+  keep("hall/led/5", "on");
+  hall.expect("expect-led 5 on");
 }
 
 TEST_F(BridgeTest, what_is_taken_back_is_not_shown_any_more) {

