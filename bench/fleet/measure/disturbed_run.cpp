@@ -47,10 +47,9 @@ public:
               // What a bridge has not brought back to the broker before it ends is lost, and nobody can know it.
               const auto missing = TopicWatch(_broker.port(), _wanted.topics()).missingAfter(limit);
               if (!missing.empty())
-                throw std::runtime_error("the bridge does not publish again what the broker has lost: " +
-                                         std::to_string(missing.size()) + " of " +
-                                         std::to_string(_wanted.topics().size()) + " topics, such as " +
-                                         missing.begin()->first);
+                throw std::runtime_error(
+                    "the bridge does not publish again what the broker has lost: " + std::to_string(missing.size()) +
+                    " of " + std::to_string(_wanted.topics().size()) + " topics, such as " + missing.begin()->first);
             }) &&
         add("bridge", "the bridge is ended, all panels are switched off and on, and it is started again", [this] {
           _bridge.stop();
