@@ -37,22 +37,6 @@ TEST_F(BridgeChangeTest, of_a_panel_that_went_nothing_stays_but_that_it_is_not_t
   expectLast("p/yard/availability", "offline");
 }
 
-TEST_F(BridgeChangeTest, what_a_broker_that_was_away_kept_of_a_panel_that_went_meanwhile_is_cleared_later) {
-  configuration.discovery_prefix = "d";
-  startBridge();
-  expectLast("p/yard/availability", "online");
-  ASSERT_TRUE(process_events_until([this] { return topicsBelow("d/") == 2 * 84; }));
-  broker.end(SIGKILL);
-  ASSERT_TRUE(process_events_until([this] { return !bridge->numbers().is_connected; }));
-  configuration.panels.remove("yard");
-  ASSERT_TRUE(bridge->change(configuration));
-  forget();
-  ASSERT_TRUE(broker.start());
-  waitForClient();
-  expectLast("p/yard/availability", "offline");
-  expectLast("d/switch/p__yard/button_0/config", QByteArray());
-}
-
 TEST_F(BridgeChangeTest, another_broker_is_another_memory_and_the_first_one_is_told) {
   const buttondriver::test::MosquittoBroker other;
   startBridge();

@@ -88,6 +88,22 @@ TEST_F(LastingBrokerTest, what_is_there_is_not_published_again) {
   EXPECT_EQ(0, count("p/hall/order"));
 }
 
+TEST_F(LastingBrokerTest, what_a_broker_that_was_away_kept_of_a_panel_that_went_meanwhile_is_cleared_later) {
+  configuration.discovery_prefix = "d";
+  startBridge();
+  expectLast("p/yard/availability", "online");
+  ASSERT_TRUE(process_events_until([this] { return topicsBelow("d/") == 2 * 84; }));
+  broker.end();
+  ASSERT_TRUE(process_events_until([this] { return !bridge->numbers().is_connected; }));
+  configuration.panels.remove("yard");
+  ASSERT_TRUE(bridge->change(configuration));
+  forget();
+  ASSERT_TRUE(broker.start());
+  waitForClient();
+  expectLast("p/yard/availability", "offline");
+  EXPECT_TRUE(process_events_until([this] { return topicsBelow("d/switch/p__yard/") == 0; }));
+}
+
 TEST_F(LastingBrokerTest, what_was_taken_back_while_the_bridge_was_away_is_gone) {
   startBridge();
   keep("hall/led/5", "on");
@@ -165,6 +181,31 @@ TEST_F(BridgeBrokerTest, rubbish_is_answered_or_passed_over_and_stops_nothing) {
   EXPECT_EQ(2, count("p/hall/error"));
   EXPECT_EQ(1, count("p/group/doors/error"));
   EXPECT_EQ(3U, bridge->numbers().wrong_messages);
+}
+
+TEST_F(BridgeBrokerTest, a_broker_that_came_back_is_told_all_numbers_again) {
+  configuration.statistics_seconds = 1;
+  startBridge();
+  expectCount("p/hall/statistics/refused", 1);
+  broker.end(SIGKILL);
+  forget();
+  ASSERT_TRUE(broker.start());
+  waitForClient();
+  expectCount("p/hall/statistics/refused", 1);
+}
+
+TEST_F(BridgeBrokerTest, the_record_of_the_order_comes_after_all_that_was_lost) {
+  startBridge();
+  for (int i = 0; i < 500; ++i)
+    keep("hall/screen/0/part/" + QByteArray::number(i), R"({"line":0,"offset":0,"text":"x"})");
+  ASSERT_TRUE(process_events_until([this] { return wanted("hall").size() == 500; }));
+  expectCount("p/hall/order", 1);
+  broker.end(SIGKILL);
+  forget();
+  ASSERT_TRUE(broker.start());
+  waitForClient();
+  expectCount("p/hall/order", 1);
+  EXPECT_EQ(500, topicsBelow("p/hall/screen/"));
 }
 
 class OldProtocolTest : public BridgeFixture {
