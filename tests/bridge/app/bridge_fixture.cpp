@@ -59,6 +59,11 @@ void BridgeFixture::waitForClient() {
   ASSERT_TRUE(process_events_until([this] { return _client.isConnected(); }));
 }
 
+void BridgeFixture::endBroker() {
+  broker.end(SIGKILL);
+  ASSERT_TRUE(process_events_until([this] { return !_client.isConnected(); }));
+}
+
 void BridgeFixture::startBridge() {
   bridge = std::make_unique<Bridge>(times);
   syncs = 0;

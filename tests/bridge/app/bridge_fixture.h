@@ -29,6 +29,8 @@ protected:
   /// Takes over `configuration`, and waits until the panels that it concerns are compared.
   void changeAndSync();
   void waitForClient();
+  /// As a crash of the broker, until the client knows.
+  void endBroker();
 
   void keep(const QByteArray &tail, const QByteArray &payload) { publish(tail, payload, true); }
   void publish(const QByteArray &tail, const QByteArray &payload, bool is_retained = false);

@@ -104,6 +104,19 @@ TEST_F(LastingBrokerTest, what_a_broker_that_was_away_kept_of_a_panel_that_went_
   EXPECT_TRUE(process_events_until([this] { return topicsBelow("d/switch/p__yard/") == 0; }));
 }
 
+TEST_F(LastingBrokerTest, what_was_published_while_the_bridge_was_away_is_shown) {
+  startBridge();
+  keep("hall/led/5", "on");
+  ASSERT_TRUE(process_events_until([this] { return hall.messages().size() == 1; }));
+  expectCount("p/hall/order", 1);
+  bridge->end();
+  keep("hall/led/6", "on");
+  expectLast("p/hall/led/6", "on");
+  ASSERT_TRUE(bridge->start(configuration));
+  EXPECT_TRUE(process_events_until([this] { return hall.messages().size() == 3; })) << hall.messages().size();
+  EXPECT_EQ(1, hall.connections());
+}
+
 TEST_F(LastingBrokerTest, what_was_taken_back_while_the_bridge_was_away_is_gone) {
   startBridge();
   keep("hall/led/5", "on");
@@ -200,10 +213,14 @@ TEST_F(BridgeBrokerTest, the_record_of_the_order_comes_after_all_that_was_lost) 
     keep("hall/screen/0/part/" + QByteArray::number(i), R"({"line":0,"offset":0,"text":"x"})");
   ASSERT_TRUE(process_events_until([this] { return wanted("hall").size() == 500; }));
   expectCount("p/hall/order", 1);
-  broker.end(SIGKILL);
-  forget();
+  endBroker();
+  bridge->end();
   ASSERT_TRUE(broker.start());
   waitForClient();
+  publish("bridge/x", "x"); // the client has subscribed when this comes back
+  expectLast("p/bridge/x", "x");
+  forget();
+  ASSERT_TRUE(bridge->start(configuration));
   expectCount("p/hall/order", 1);
   EXPECT_EQ(500, topicsBelow("p/hall/screen/"));
 }
