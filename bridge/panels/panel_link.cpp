@@ -80,11 +80,24 @@ PanelLink::Taken PanelLink::send(const QByteArray &topic, const Command &command
 bool PanelLink::hasRoomInSocket() const { return _socket.bytesToWrite() < most_in_socket; }
 
 void PanelLink::hand(const QByteArray &topic, const Command &command, bool is_kept) {
-  _socket.write(command.frame);
-  _handed += command.frame.size();
+  const bool is_written = write(command.frame);
   ++_numbers.sent;
-  if (!is_kept && _socket.bytesToWrite() > 0)
+  if (!is_kept && (!is_written || _socket.bytesToWrite() > 0))
     _sent_tail.add(_handed, topic);
+}
+
+/// An end that shows when something is written has no signal, and the system does not tell of it again.
+bool PanelLink::write(const QByteArray &frame) {
+  _handed += frame.size();
+  if (!_has_failed && _socket.write(frame) < 0) {
+    _has_failed = true;
+    _unwritten = frame.size();
+    QMetaObject::invokeMethod(this, &PanelLink::checkSocket, Qt::QueuedConnection);
+    return false;
+  }
+  if (_has_failed)
+    _unwritten += frame.size();
+  return !_has_failed;
 }
 
 void PanelLink::beginRestoration() {
@@ -97,7 +110,7 @@ void PanelLink::beginRestoration() {
 void PanelLink::goOn() {
   if (_state != State::up)
     return;
-  _sent_tail.left(_handed - _socket.bytesToWrite());
+  _sent_tail.left(_handed - unsent());
   do {
     while (!_waiting.isEmpty() && hasRoomInSocket()) {
       const WaitingCommands::Item &item = _waiting.first();

@@ -17,6 +17,7 @@ constexpr int read_buffer_bytes = 4 * 1024;
 void PanelLink::connectToPanel() {
   _state = State::connecting;
   _has_failed = false;
+  _unwritten = 0;
   _timer.start(_times.ping_timeout_ms);
   // Without buffers, for most of the time nothing is there to be buffered, and a thousand of them are many.
   _socket.setReadBufferSize(read_buffer_bytes);
@@ -32,8 +33,7 @@ void PanelLink::greet() {
 }
 
 void PanelLink::ping() {
-  _socket.write(ping_frame());
-  _handed += ping_frame().size();
+  write(ping_frame());
   _awaits_answer = true;
   if (_proof == Proof::with_next_ping)
     _proof = Proof::with_this_ping;
@@ -133,7 +133,7 @@ void PanelLink::moveTo(const QString &host, quint16 port) {
 
 /// The connection and what waits for it.
 void PanelLink::drop() {
-  _sent_tail.left(_handed - _socket.bytesToWrite());
+  _sent_tail.left(_handed - unsent());
   const QVector<QByteArray> lost_topics = _sent_tail.take() + _waiting.clear();
   _state = State::pausing;
   _proof = Proof::none;

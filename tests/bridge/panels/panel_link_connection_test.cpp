@@ -137,4 +137,15 @@ TEST_F(PanelLinkConnectionTest, waits_longer_and_longer_for_a_panel_that_closes_
   EXPECT_GT(panel.connections(), 3);
 }
 
+/// The system tells of an end only once: here, whoever writes.
+TEST_F(PanelLinkConnectionTest, a_panel_that_went_is_noticed_also_when_something_is_sent_before_the_event_comes) {
+  startReleased();
+  panel.hangUp();
+  EXPECT_EQ(link->send("a", lamp("A"), true), Taken::yes);
+  EXPECT_EQ(link->send("once", lamp("B", 1), false), Taken::yes);
+  ASSERT_TRUE(process_events_until([this] { return restored == 2; }));
+  EXPECT_EQ(availability, "+-+");
+  EXPECT_EQ(lost, std::vector<QByteArray>{"once"});
+}
+
 } // namespace buttondriver::bridge::test
