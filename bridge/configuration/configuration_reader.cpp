@@ -26,14 +26,9 @@ bool is_section(const QByteArray &name) {
 ConfigurationReader::ConfigurationReader(QDir folder, Problems &problems)
     : _folder(std::move(folder)), _problems(problems) {}
 
-ConfigurationReader::Take ConfigurationReader::takerOf(const IniLine &line) {
+const std::array<ConfigurationReader::Key, 19> &ConfigurationReader::keys() {
   using Reader = ConfigurationReader;
-  struct Key {
-    const char *section;
-    const char *key; ///< null: any
-    Take take;
-  };
-  static const std::array<Key, 19> keys = {{
+  static const std::array<Key, 19> all = {{
       {"bridge", "name", &Reader::takeName},
       {"bridge", "prefix", &Reader::takePrefix},
       {"bridge", "share", &Reader::takeShare},
@@ -54,7 +49,11 @@ ConfigurationReader::Take ConfigurationReader::takerOf(const IniLine &line) {
       {"panels", nullptr, &Reader::takePanel},
       {"groups", nullptr, &Reader::takeGroup},
   }};
-  for (const Key &key : keys)
+  return all;
+}
+
+ConfigurationReader::Take ConfigurationReader::takerOf(const IniLine &line) {
+  for (const Key &key : keys())
     if (line.section == key.section && (!key.key || line.key == key.key))
       return key.take;
   return nullptr;

@@ -21,8 +21,16 @@ public:
   /// Looks at what can only be seen in all lines together. No take() after this.
   Configuration finish();
 
-private:
   using Take = void (ConfigurationReader::*)(const IniLine &line);
+  struct Key {
+    const char *section;
+    const char *key; ///< null: any
+    Take take;
+  };
+  /// All that a file can have.
+  static const std::array<Key, 19> &keys();
+
+private:
   static Take takerOf(const IniLine &line);
 
   void takeName(const IniLine &line);
