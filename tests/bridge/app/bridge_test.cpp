@@ -3,6 +3,8 @@
 
 #include "bridge_fixture.h"
 
+#include "pictures/bmp_file.h"
+#include "pictures/picture.h"
 #include "support/event_loop.h"
 
 namespace buttondriver::bridge {
@@ -194,6 +196,31 @@ TEST_F(BridgeBrokerTest, rubbish_is_answered_or_passed_over_and_stops_nothing) {
   EXPECT_EQ(2, count("p/hall/error"));
   EXPECT_EQ(1, count("p/group/doors/error"));
   EXPECT_EQ(3U, bridge->numbers().wrong_messages);
+}
+
+QByteArray blue_screen(int blue) {
+  return write_screen_bmp(Picture(QSize(128, 128), {0, 0, static_cast<std::uint8_t>(blue)}));
+}
+
+TEST_F(BridgeBrokerTest, what_a_slow_panel_has_no_room_for_is_answered_and_shown_when_it_has_caught_up) {
+  startBridge();
+  hall.reads = false;
+  constexpr int pictures = 500; // 24 MB: the sockets take some, and 8 MiB may wait
+  for (int i = 0; i < pictures; ++i)
+    keep("hall/screen/0/image", blue_screen(i % 250));
+  keep("hall/screen/0/image", blue_screen(255));
+  keep("yard/led/5", "on");
+  expectWanted("yard", {"yard/led/5"});
+  expectCount("p/hall/error", 1);
+  EXPECT_TRUE(last("p/hall/error").contains("too much waits for the panel")) << last("p/hall/error").toStdString();
+  const PanelNumbers &numbers = bridge->fleet().find("hall")->numbers();
+  EXPECT_GT(numbers.waiting_bytes, PanelLink::most_waiting_bytes / 2); // the sockets go on taking some
+  EXPECT_LE(numbers.waiting_bytes, PanelLink::most_waiting_bytes);
+
+  hall.readOn();
+  EXPECT_TRUE(process_events_until(
+      [this] { return !hall.messages().empty() && hall.messages().back().endsWith(blue_screen(255)); }));
+  EXPECT_EQ(0, numbers.waiting_bytes);
 }
 
 TEST_F(BridgeBrokerTest, a_broker_that_came_back_is_told_all_numbers_again) {
