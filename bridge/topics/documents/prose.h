@@ -31,7 +31,7 @@ the bridge's configuration gives it, as it does `buttondriver`, the first level 
 | Topic | What happens |
 |---|---|
 | `buttondriver/PANEL/TAIL` | the wish is kept: it is carried out, and again whenever the panel has to be brought to its state. Publish it retained, so that the broker keeps it too |
-| `buttondriver/PANEL/do/TAIL` | it is carried out once and not kept: when the panel is next brought to its state, nothing is seen of it. When the panel is not connected, that is an [error](#what-the-bridge-publishes) |
+| `buttondriver/PANEL/do/TAIL` | it is carried out once and not kept: when the panel is next brought to its state, what is kept for that place is seen again. A place for which nothing is kept stays as it is until the panel's daemon starts again. When the panel is not connected, that is an [error](#what-the-bridge-publishes) |
 | `buttondriver/group/GROUP/TAIL` | as the first one, for all panels of a group |
 | `buttondriver/group/GROUP/do/TAIL` | as the second one, for all panels of a group |
 
@@ -105,15 +105,15 @@ Programs read these; only the bridge publishes them.
 | `buttondriver/PANEL/error` | no | what was wrong with something that was published, as JSON: `{"topic":"buttondriver/hall/led/24","error":"the button must be a number from 0 to 23, or 'all', not '24'"}`. It has changed nothing on the panel |
 | `buttondriver/group/GROUP/error` | no | the same, of a topic of a group |
 | `buttondriver/PANEL/availability` | yes | `online` while the bridge has a connection to the panel, else `offline` |
-| `buttondriver/PANEL/order` | yes | the kept topics of the panel in the order in which they are drawn, as JSON, for the bridge itself |
+| `buttondriver/PANEL/order` | yes | those kept topics of the panel over which others lie, in the order in which they are drawn, as JSON, for the bridge itself |
 | `buttondriver/PANEL/statistics/NUMBER` | yes | a number each: `ping_ms`, how long the panel's last answer took; `reconnects`; `waiting_commands` and `waiting_bytes`, now; `refused`, commands for which there was no room |
 | `buttondriver/bridge/NAME/availability` | yes | `online` while the bridge NAME runs, else `offline`, which the broker publishes as its last will |
 | `buttondriver/bridge/NAME/statistics/NUMBER` | yes | `reconnects` to the broker; `messages` that came; `wrong_messages` of them; `waiting_messages` for the broker, now |
 | `buttondriver/bridge/NAME/sync` | no | the bridge's own: it comes back when the broker has sent all that it keeps |
 | `DISCOVERY/...` | yes | lamps, lines and availability of each panel for home automation, in the form that Home Assistant reads; only where the configuration names a DISCOVERY prefix, often `homeassistant` |
 
-A command arrives while both availabilities are `online`: the last will speaks for all panels of a bridge that is
-gone.
+What is published reaches a panel while both availabilities are `online`, the panel's and that of its bridge. When a
+bridge has gone, its panels still say what they said last: the broker has only one last will for all of them.
 
 ## Quality of service, and what is retained
 
@@ -121,7 +121,7 @@ The bridge subscribes with quality of service 1. Publish with 1 what must not be
 that comes twice changes nothing, except that it is on top again.
 
 Publish kept topics retained (`-r`), always. The bridge keeps what was not retained as well, but nobody knows it any
-more when the bridge starts again. Do not retain topics below `do/`: the broker would hand them out again at each
+more when the bridge starts again; with `protocol = 3.1.1`, not even when it connects to the broker again. Do not retain topics below `do/`: the broker would hand them out again at each
 connection, so the bridge answers those that it hands out with an error and does not carry them out.
 
 )";
