@@ -51,8 +51,8 @@ TEST(ConfigurationDocuments, the_page_has_the_keys_that_there_are) {
 }
 
 TEST(ConfigurationDocuments, the_manual_page_has_the_keys_that_there_are) {
-  EXPECT_EQ(known_keys(), keys_in(BUTTONDRIVER_CONFIGURATION_MANUAL, "^\\.S[HS] (?:\\[(\\w+)\\])?", "^\\.BR? ([a-z].*)$",
-                                  "([a-z_]{3,})"));
+  EXPECT_EQ(known_keys(), keys_in(BUTTONDRIVER_CONFIGURATION_MANUAL, "^\\.S[HS] (?:\\[(\\w+)\\])?",
+                                  "^\\.BR? ([a-z].*)$", "([a-z_]{3,})"));
 }
 
 } // namespace
