@@ -11,7 +11,7 @@ inline constexpr const char *beginning = R"(# Topics
 
 `buttondriver-mqtt` stands between an MQTT broker and any number of panels. Programs publish what a panel should show;
 the bridge brings the panel to it, and keeps it there when the panel, its daemon, the broker or the bridge starts
-again. How it is set up, and how many panels are looked after, stands in [fleet.md](fleet.md).
+again. [fleet.md](fleet.md) tells how to set it up, and what to do when something is wrong.
 
 )";
 
