@@ -121,8 +121,9 @@ The bridge subscribes with quality of service 1. Publish with 1 what must not be
 that comes twice changes nothing, except that it is on top again.
 
 Publish kept topics retained (`-r`), always. The bridge keeps what was not retained as well, but nobody knows it any
-more when the bridge starts again; with `protocol = 3.1.1`, not even when it connects to the broker again. Do not retain topics below `do/`: the broker would hand them out again at each
-connection, so the bridge answers those that it hands out with an error and does not carry them out.
+more when the bridge starts again; with `protocol = 3.1.1`, not even when it connects to the broker again. Do not
+retain topics below `do/`: the broker would hand them out again at each connection, so the bridge answers those that
+it hands out with an error and does not carry them out.
 
 )";
 
