@@ -72,7 +72,7 @@ Outcome<Done> Bridge::start(const Configuration &configuration) {
   _discovery.setNames(configuration.prefix, configuration.name);
   serveMetrics();
   _fleet.apply(configuration);
-  log_event("drives " + QByteArray::number(static_cast<int>(_fleet.panels().size())) + " panels");
+  log_event("drives " + counted(static_cast<int>(_fleet.panels().size()), "panel"));
   if (configuration.statistics_seconds > 0)
     _statistics_timer.start(configuration.statistics_seconds * 1000);
   return _broker.start(settings_of(configuration));

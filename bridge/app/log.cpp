@@ -32,6 +32,10 @@ void choose_log_level(LogLevel level) {
   qInstallMessageHandler(take_from_qt);
 }
 
+QByteArray counted(int number, const QByteArray &name) {
+  return QByteArray::number(number) + ' ' + name + (number == 1 ? "" : "s");
+}
+
 void log_fault(const QByteArray &text) { log(LogLevel::faults, text); }
 void log_event(const QByteArray &text) { log(LogLevel::events, text); }
 void log_detail(const QByteArray &text) { log(LogLevel::all, text); }

@@ -16,6 +16,9 @@ enum class LogLevel {
 /// Takes what Qt and the libraries have to tell into this log as well: warnings as faults, the rest with LogLevel::all.
 void choose_log_level(LogLevel level);
 
+/// "1 panel", "2 panels".
+QByteArray counted(int number, const QByteArray &name);
+
 void log_fault(const QByteArray &text);
 void log_event(const QByteArray &text);
 void log_detail(const QByteArray &text);

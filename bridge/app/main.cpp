@@ -27,7 +27,9 @@ QString configuration_file;
 void reload() {
   const auto configuration = read_configuration_file(configuration_file);
   if (!configuration) {
-    log_fault("the configuration stays as it was:\n" + configuration.failure().text.toUtf8());
+    log_fault("the configuration stays as it was:");
+    for (const QByteArray &line : configuration.failure().text.toUtf8().split('\n'))
+      log_fault(line);
     return;
   }
   log_event("the configuration is read again");
@@ -82,8 +84,9 @@ int main(int argc, char **argv) {
     return status_fault;
   }
   if (options.only_checks) {
-    std::printf("%s: %d panels, %d groups\n", configuration_file.toLocal8Bit().constData(),
-                static_cast<int>(configuration->panels.size()), static_cast<int>(configuration->groups.size()));
+    std::printf("%s: %s, %s\n", configuration_file.toLocal8Bit().constData(),
+                counted(static_cast<int>(configuration->panels.size()), "panel").constData(),
+                counted(static_cast<int>(configuration->groups.size()), "group").constData());
     return 0;
   }
   return run(*configuration);

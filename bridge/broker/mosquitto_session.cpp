@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -189,8 +190,12 @@ void MosquittoSession::open(const QString &host, int most_ms) {
     _errno = errno;
     return fail(reasonOf(code));
   }
-  _readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-  _writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
+  // The library closes its own in the middle of calls, and another socket may have that number at once.
+  _descriptor.reset(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+  if (!_descriptor)
+    return fail(QString::fromLocal8Bit(std::strerror(errno)));
+  _readable = std::make_unique<QSocketNotifier>(_descriptor.get(), QSocketNotifier::Read);
+  _writable = std::make_unique<QSocketNotifier>(_descriptor.get(), QSocketNotifier::Write);
   connect(_readable.get(), &QSocketNotifier::activated, this, [this] { read(); });
   connect(_writable.get(), &QSocketNotifier::activated, this, [this] { write(); });
   _now_and_then.start();
@@ -198,6 +203,9 @@ void MosquittoSession::open(const QString &host, int most_ms) {
 }
 
 void MosquittoSession::watch() {
+  // Closed, in a call that is not told of it.
+  if (_is_open && mosquitto_socket(_client.get()) < 0)
+    QMetaObject::invokeMethod(this, &MosquittoSession::read, Qt::QueuedConnection);
   if (_writable)
     _writable->setEnabled(mosquitto_want_write(_client.get()));
 }
@@ -222,6 +230,8 @@ bool MosquittoSession::checked(int code) {
 }
 
 void MosquittoSession::read() {
+  if (!_client)
+    return;
   const QPointer<MosquittoSession> self(this);
   acknowledge_at_once(mosquitto_socket(_client.get()));
   for (int round = 0; round < most_packets_in_a_round; ++round) {
@@ -393,6 +403,7 @@ void MosquittoSession::release() {
     (*notifier)->setEnabled(false);
     notifier->release()->deleteLater();
   }
+  _descriptor.reset();
   _is_open = false;
   _client.reset();
 }

@@ -3,6 +3,7 @@
 
 #include "bridge/broker/broker_settings.h"
 #include "bridge/broker/waiting_messages.h"
+#include "files/owned_descriptor.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -86,6 +87,7 @@ private:
 
   BrokerSettings _settings;
   std::unique_ptr<mosquitto, DestroyClient> _client;
+  OwnedDescriptor _descriptor; // of the same socket as the client's
   std::unique_ptr<QSocketNotifier> _readable;
   std::unique_ptr<QSocketNotifier> _writable;
   QTimer _now_and_then;

@@ -2,6 +2,7 @@
 #include "watched_connection.h"
 
 #include <QTcpServer>
+#include <QTcpSocket>
 
 #include <gmock/gmock.h>
 
@@ -66,6 +67,25 @@ TEST_P(BrokerConnectionTest, comes_back_when_the_broker_does) {
   EXPECT_TRUE(sender.connection.publish("a/b", "1", false, 1));
   ASSERT_TRUE(connection.waitForMessages(1));
   EXPECT_THAT(connection.messages, ElementsAre(Arrival{"a/b", "1", false, false}));
+}
+
+/// The library closes its socket when it cannot write. Another one may have its number by the next event.
+TEST_P(BrokerConnectionTest, an_end_that_shows_when_something_is_published_is_noticed_at_once) {
+  WatchedConnection connection;
+  BrokerSettings settings = this->settings("one");
+  settings.keep_alive_seconds = 65535; // nothing else tells in time
+  connection.start(settings);
+  broker.end(SIGKILL);
+  for (int i = 0; i < 10; ++i)
+    connection.connection.publish("a", "1", false, 1);
+  QTcpServer other; // with the number that has become free
+  ASSERT_TRUE(other.listen(QHostAddress::LocalHost));
+  connection.connection.publish("a", "1", false, 1);
+  ASSERT_TRUE(process_events_until([&] { return !connection.reasons.isEmpty(); }));
+  EXPECT_FALSE(connection.connection.isConnected());
+  QTcpSocket client;
+  client.connectToHost(QHostAddress::LocalHost, other.serverPort());
+  EXPECT_TRUE(process_events_until([&] { return other.hasPendingConnections(); }));
 }
 
 TEST_P(BrokerConnectionTest, nothing_of_a_former_connection_is_sent_later) {
