@@ -3,6 +3,7 @@
 
 #include "counted_allocations.h"
 #include "logging/channels/log_channels.h"
+#include "panel/panel_lib.h"
 #include "panel/registers/register_device.h"
 #include "support/device/busy_worker.h"
 #include "support/test_root.h"
@@ -103,6 +104,11 @@ private:
   sem_t _done{};
 };
 
+/// The facade leaves the font open until the process ends; here there are several facades.
+struct LibraryEnd {
+  ~LibraryEnd() { panel::panel_lib_done(); }
+};
+
 struct CommandRow {
   const char *name;
   std::function<void(FPGA &)> queue;
@@ -124,6 +130,7 @@ TEST(TaskMemoryTest, commands_take_none_on_their_way_to_the_device) {
     SCOPED_TRACE(row.name);
     const test::TestRoot root;
     root.writeLauncherConfiguration("[font]\nwidth=8\nheight=16\n");
+    const LibraryEnd end;
     CountingDevice device;
     QueueMarks marks;
     marks.high_time = std::chrono::hours(1); // to tell of a pause takes memory
