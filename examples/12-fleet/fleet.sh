@@ -33,7 +33,8 @@ panel() {
 # shows SCENARIO: waits until the panel that was asked for last shows it.
 shows() { buttonctl run "$here/$1.scenario" --port "$daemon" --panel "http://127.0.0.1:$http"; }
 
-publish() { mosquitto_pub -p "$BROKER_PORT" -r "$@"; }
+# Not by the name localhost, which not every small system knows.
+publish() { mosquitto_pub -h 127.0.0.1 -p "$BROKER_PORT" -r "$@"; }
 
 panel hall
 hall=$daemon hall_http=$http hall_process=$process
@@ -47,7 +48,12 @@ buttondriver-mqtt --quiet --config "$work/fleet.ini" &
 programs="$programs $!"
 
 # The broker may not listen yet.
-until publish -t buttondriver/hall/screen/0/line/1 -m "Hello, hall" 2>/dev/null; do sleep 0.05; done
+tries=0
+until publish -t buttondriver/hall/screen/0/line/1 -m "Hello, hall" 2>"$work/publish.log"; do
+    tries=$((tries + 1))
+    [ "$tries" -lt 400 ] || { cat "$work/publish.log" "$work/mosquitto.log" >&2; exit 1; }
+    sleep 0.05
+done
 publish -t buttondriver/yard/screen/0/line/1 -m "Hello, yard"
 publish -t buttondriver/group/doors/led/5 -m "blink 500"
 shows yard
