@@ -119,7 +119,15 @@ TEST_F(LastingBrokerTest, what_was_published_while_the_bridge_was_away_is_shown)
   EXPECT_EQ(1, hall.connections());
 }
 
-TEST_F(LastingBrokerTest, what_was_taken_back_while_the_bridge_was_away_is_gone) {
+class EachProtocolTest : public BridgeFixture, public testing::WithParamInterface<bool> {
+protected:
+  EachProtocolTest() { configuration.broker.is_mqtt_5 = GetParam(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, EachProtocolTest, testing::Values(true, false),
+                         [](const auto &row) { return row.param ? "mqtt_5" : "mqtt_3_1_1"; });
+
+TEST_P(EachProtocolTest, what_was_taken_back_while_the_bridge_was_away_is_gone) {
   startBridge();
   keep("hall/led/5", "on");
   keep("hall/led/6", "on");
@@ -305,21 +313,6 @@ TEST_F(OldProtocolTest, what_comes_back_of_a_group_changes_no_order) {
   expectLast("p/yard/order", R"(["yard/led/all"])");
   EXPECT_EQ(in_hall, wanted("hall"));
   EXPECT_EQ(in_yard, wanted("yard"));
-}
-
-TEST_F(OldProtocolTest, what_was_taken_back_while_the_bridge_was_away_is_gone) {
-  startBridge();
-  keep("hall/led/5", "on");
-  keep("hall/led/6", "on");
-  expectWanted("hall", {"hall/led/5", "hall/led/6"});
-  bridge->end();
-  expectCount("p/hall/order", 1);
-  keep("hall/led/5", "");
-  expectLast("p/hall/led/5", "");
-  const int before = syncs;
-  ASSERT_TRUE(bridge->start(configuration));
-  ASSERT_TRUE(process_events_until([&] { return syncs > before; }));
-  EXPECT_EQ((QVector<QByteArray>{"hall/led/6"}), wanted("hall"));
 }
 
 } // namespace
