@@ -55,15 +55,20 @@ async function start() {
     if (lamps) panel.showLamps(lamps);
     if (blinking) panel.showBlinking(blinking);
     if (counters) showCounters(counters);
-    if (!screens) return;
-    const changes = panel.showTexts(screens);
+    const changes = screens ? panel.showTexts(screens) : [];
     if (!isFirst) announcer.say(changes);
-    isFirst = false;
+    // Before its first lamps there may be rows of the screens, which are no whole panel yet.
+    else if (lamps) showLive();
   });
+
+  // From here on, what is seen is the panel, and what comes is a change.
+  function showLive() {
+    isFirst = false;
+    showLink('live', hasDaemon ? `Live, daemon on port ${daemonPort}` : 'Live, driven from outside');
+  }
 
   link.onopen = (welcome) => {
     hasDaemon = welcome.daemon_port !== null;
-    showLink('live', hasDaemon ? `Live, daemon on port ${welcome.daemon_port}` : 'Live, driven from outside');
     showDriver(hasDaemon);
     panel.setPassive(!hasDaemon);
     daemonPort = welcome.daemon_port;
@@ -75,7 +80,10 @@ async function start() {
     messages.clear();
     log.clear();
   };
-  link.onlost = () => showLink('lost', 'Connection lost, trying again');
+  link.onlost = () => {
+    news.forget();
+    showLink('lost', 'Connection lost, trying again');
+  };
   link.onrows = (screen, firstRow, pixels) => {
     panel.takeRows(screen, firstRow, pixels);
     news.add({});

@@ -77,3 +77,20 @@ test('a click waits until nothing lies over what is clicked', async (t) => {
   await page.getByRole('button', { name: 'Press' }).click();
   assert.equal(await page.locator('button').textContent(), 'Pressed');
 });
+
+test('a click waits until what is clicked has come to rest', async (t) => {
+  const page = await (await startBrowser(t)).newPage();
+  await page.evaluate(() => {
+    document.body.innerHTML = '<button style="position: fixed; top: 0; width: 60px">Press</button>';
+    const button = document.querySelector('button');
+    button.onclick = () => { button.textContent = 'Pressed'; };
+    let frames = 20;
+    const next = () => {
+      button.style.left = `${frames * 70}px`;
+      if (frames-- > 0) requestAnimationFrame(next);
+    };
+    next();
+  });
+  await page.getByRole('button', { name: 'Press' }).click();
+  assert.equal(await page.locator('button').textContent(), 'Pressed');
+});

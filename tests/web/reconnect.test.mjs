@@ -43,3 +43,46 @@ test('without the simulator a reset and a demonstration are told not to have bee
   await page.locator('[data-state=live]').waitFor();
   assert.equal(await page.locator('#told').isVisible(), false);
 });
+
+// Keeps back what the page of a simulator wants to do in its next frame, until `frame()` is called in it. The promise
+// `isTold` is kept when it has been told of the whole panel.
+async function openWithoutFrames(t, simulator) {
+  const page = await (await startBrowser(t)).newPage();
+  await page.call('Page.addScriptToEvaluateOnNewDocument', { source: `
+    const held = [];
+    window.requestAnimationFrame = (action) => held.push(action);
+    window.frame = () => held.splice(0).forEach((action) => action(performance.now()));
+    window.isTold = new Promise((resolve) => {
+      window.WebSocket = class extends WebSocket {
+        constructor(url) {
+          super(url);
+          this.addEventListener('message', ({ data }) => /"lamps"/.test(data) && setTimeout(resolve));
+        }
+      };
+    });` });
+  await page.goto(simulator.url);
+  await page.evaluate(() => window.isTold);
+  return page;
+}
+
+test('the page is live once it shows the panel, and not before', async (t) => {
+  const simulator = await startSimulator(t);
+  await buttonctl(simulator, 'led', '7', 'on');
+  const page = await openWithoutFrames(t, simulator);
+  const seen = () => page.evaluate(() => [document.getElementById('link').dataset.state,
+    document.querySelector('[aria-label="Button LED 7"]').getAttribute('aria-pressed')]);
+  assert.deepEqual(await seen(), ['connecting', 'false']);
+  await page.evaluate(() => window.frame());
+  assert.deepEqual(await seen(), ['live', 'true']);
+});
+
+test('a page that has lost its simulator before it showed the panel is not live', async (t) => {
+  const simulator = await startSimulator(t);
+  const page = await openWithoutFrames(t, simulator);
+  await simulator.stop();
+  await page.evaluate(async () => {
+    while (document.getElementById('link').dataset.state !== 'lost') await new Promise((resolve) => setTimeout(resolve, 5));
+    window.frame();
+  });
+  assert.equal(await page.locator('#link-text').textContent(), 'Connection lost, trying again');
+});

@@ -2,9 +2,9 @@
 // What runs in the page itself, sent there as text: each function stands alone.
 
 // Looks for elements step by step and does `action` with the first ones that there are; waits for them until `limit`
-// milliseconds have gone. With `isSeen`, the first one is also to be seen, and with `isEnabled` not disabled; with
-// `isPatient`, the action is tried again as long as it throws.
-export async function act({ steps, isSeen, isEnabled, isPatient, isAtOnce, limit }, action, argument) {
+// milliseconds have gone. With `isSeen`, the first one is also to be seen, with `isEnabled` not disabled, and with
+// `isStill` in the same place for two frames; with `isPatient`, the action is tried again as long as it throws.
+export async function act({ steps, isSeen, isEnabled, isStill, isPatient, isAtOnce, limit }, action, argument) {
   const flat = (text) => text.replace(/\s+/g, ' ').trim();
   const fits = (text, { pattern, flags, wanted, isExact }) => {
     if (pattern !== undefined) return new RegExp(pattern, flags).test(flat(text));
@@ -27,7 +27,16 @@ export async function act({ steps, isSeen, isEnabled, isPatient, isAtOnce, limit
     }
     return found;
   };
-  const isReady = ([first]) => first !== undefined && (!isSeen || first.checkVisibility({ checkVisibilityCSS: true })) && !(isEnabled && first.disabled);
+  let lastBox = '';
+  let framesInPlace = 0;
+  const rests = (element) => {
+    const box = JSON.stringify(element.getBoundingClientRect());
+    framesInPlace = box === lastBox ? framesInPlace + 1 : 0;
+    lastBox = box;
+    return framesInPlace >= 2;
+  };
+  const isReady = ([first]) => first !== undefined && (!isSeen || first.checkVisibility({ checkVisibilityCSS: true }))
+    && !(isEnabled && first.disabled) && (!isStill || rests(first));
   const start = performance.now();
   for (;;) {
     const found = find();

@@ -59,7 +59,7 @@ class Locator extends Finder {
   }
 
   async click({ force = false } = {}) {
-    const { x, y } = await this.#act(middleOf, force, { isSeen: true, isEnabled: !force, isPatient: true });
+    const { x, y } = await this.#act(middleOf, force, { isSeen: true, isEnabled: !force, isStill: true, isPatient: true });
     await this.page.clickAt(x, y);
   }
 
