@@ -7,7 +7,7 @@ set -eu
 mutate=$1
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
-mkdir -p "$tree/scripts" "$tree/tests/mutations"
+mkdir -p "$tree/scripts" "$tree/tests/mutations/numbers"
 cp "$mutate" "$tree/scripts/mutate"
 cd "$tree"
 
@@ -38,7 +38,7 @@ expect() {
     fi
 }
 
-cat >tests/mutations/arithmetic.txt <<'TABLE'
+cat >tests/mutations/numbers/arithmetic.txt <<'TABLE'
 # A comment.
 tests: sum_test
 
@@ -52,16 +52,17 @@ sum.cpp
 ? nobody calls it
 TABLE
 git add .
-expect 0 "arithmetic" --list
+expect 0 "numbers/arithmetic" --list
 expect 0 "2 edits, 0 do not fit" --check
+expect 0 "2 edits, 0 do not fit" --check numbers
 expect 0 "2 edits, 1 noticed (0 of them by the compiler), 1 explained, 0 unnoticed, 0 that do not fit"
 expect 2 "there is no room other" other
 
-sed -i '/^? /d' tests/mutations/arithmetic.txt
-expect 1 "arithmetic.txt:8: sum.cpp: NOTICED BY NO TEST" arithmetic
+sed -i '/^? /d' tests/mutations/numbers/arithmetic.txt
+expect 1 "numbers/arithmetic.txt:8: sum.cpp: NOTICED BY NO TEST" numbers/arithmetic
 
-printf '\nsum.cpp\n- return a * b;\n+ return 0;\n' >>tests/mutations/arithmetic.txt
-expect 1 "arithmetic.txt:12: sum.cpp: its text is there 0 times" --check
+printf '\nsum.cpp\n- return a * b;\n+ return 0;\n' >>tests/mutations/numbers/arithmetic.txt
+expect 1 "numbers/arithmetic.txt:12: sum.cpp: its text is there 0 times" --check
 
-printf '\nsum.cpp\nno edit\n' >>tests/mutations/arithmetic.txt
+printf '\nsum.cpp\nno edit\n' >>tests/mutations/numbers/arithmetic.txt
 expect 2 "cannot be read: no edit" --check
