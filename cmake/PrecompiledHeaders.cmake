@@ -4,6 +4,7 @@
 # namespaces must differ. A source that forgets one of these includes then compiles all the same; the builds where it is
 # off find that.
 option(BUTTONDRIVER_PRECOMPILE "Read the headers that most sources include only once; for a quick build from scratch" OFF)
+option(BUTTONDRIVER_PRECOMPILE_TESTS "The same for test programs, which are two thirds of a build" ${BUTTONDRIVER_PRECOMPILE})
 
 set(precompiled_of_cxx
   <algorithm> <array> <chrono> <cstdint> <fstream> <functional> <map> <memory> <optional> <sstream> <string>
@@ -18,7 +19,12 @@ set(precompiled_of_gtest <gmock/gmock.h>)
 # Gives a target of C++ sources what fits what it is linked with so far: headers of Qt only where that is Qt as well.
 # GTEST is for a test program, whose own sources are not optimised.
 function(buttondriver_precompile target)
-  if(NOT BUTTONDRIVER_PRECOMPILE)
+  if("GTEST" IN_LIST ARGN)
+    set(is_wanted ${BUTTONDRIVER_PRECOMPILE_TESTS})
+  else()
+    set(is_wanted ${BUTTONDRIVER_PRECOMPILE})
+  endif()
+  if(NOT is_wanted)
     return()
   endif()
   get_target_property(sources ${target} SOURCES)

@@ -1,19 +1,30 @@
 # SPDX-License-Identifier: Apache-2.0
-# What is not tested in a build for another machine, and why: all of it, in one place. Each line is told as a test that
-# was skipped.
+# What some builds do not test, and why: all of it, in one place. Each line is told as a test that was skipped.
 include_guard(GLOBAL)
 
-# Folders below tests/ and bench/ that are not even built.
-set(left_out_folders
-  "bench: times and counted instructions would be the emulator's"
-  "documents: what the pages say is tried with this machine's programs"
-  "package: other projects use the installed package with this machine's compilers"
-  "python: the package is the same, and what it talks to is tested"
-  "scripts: looks at the sources, which are the same"
-  "soak: memory and load would be the emulator's"
-  "web: the page is the same, and its server is tested")
+# Folders below tests/ and bench/ that are not even built. The build with Qt 6 and without a sanitizer has them all.
+set(left_out_folders "")
+if(CMAKE_CROSSCOMPILING)
+  set(left_out_folders
+    "bench: times and counted instructions would be the emulator's"
+    "documents: what the pages say is tried with this machine's programs"
+    "package: other projects use the installed package with this machine's compilers"
+    "python: the package is the same, and what it talks to is tested"
+    "scripts: looks at the sources, which are the same"
+    "soak: memory and load would be the emulator's"
+    "web: the page is the same, and its server is tested")
+elseif(BUTTONDRIVER_SANITIZE)
+  set(left_out_folders
+    "bench: times and counted instructions would be the sanitizer's"
+    "package: what is installed has no sanitizer"
+    "scripts: looks at the sources, which are the same"
+    "web: the page is the same, and its server is tested")
+elseif(NOT QT_IN_USE STREQUAL "Qt6")
+  set(left_out_folders
+    "scripts: looks at the sources, which are the same")
+endif()
 
-# Single tests, by their names.
+# Single tests that the emulator cannot run, by their names.
 set(itself "GoogleTest would have to start this program again, which takes the emulator")
 set(left_out_tests
   "event_client.EventClientMessagesTest.text_for_which_there_is_no_memory_is_not_sent: the emulator has no limit of memory"
@@ -52,27 +63,35 @@ foreach(test
   list(APPEND left_out_tests "buttonctl.${test}: buttonctl cannot start programs under the emulator, which refuses its way to")
 endforeach()
 
+# buttondriver_is_left_out(<folder> <variable>)
+function(buttondriver_is_left_out folder result)
+  set(found FALSE)
+  foreach(line IN LISTS left_out_folders)
+    if(line MATCHES "^${folder}: ")
+      set(found TRUE)
+    endif()
+  endforeach()
+  set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
 # buttondriver_tests_below(<folder>)
 #
 # add_subdirectory(), unless the folder is left out here.
 function(buttondriver_tests_below folder)
-  if(CMAKE_CROSSCOMPILING)
-    foreach(line IN LISTS left_out_folders)
-      if(line MATCHES "^${folder}: ")
-        return()
-      endif()
-    endforeach()
+  buttondriver_is_left_out(${folder} is_left_out)
+  if(NOT is_left_out)
+    add_subdirectory(${folder})
   endif()
-  add_subdirectory(${folder})
 endfunction()
 
 # Tells what is left out, and has ctest leave the single tests out.
 function(buttondriver_tell_what_is_left_out)
-  if(NOT CMAKE_CROSSCOMPILING)
-    return()
+  set(lines ${left_out_folders})
+  if(CMAKE_CROSSCOMPILING)
+    list(APPEND lines ${left_out_tests})
   endif()
   set(names "")
-  foreach(line IN LISTS left_out_folders left_out_tests)
+  foreach(line IN LISTS lines)
     string(REGEX MATCH "^([^:]*): (.*)$" match "${line}")
     add_test(NAME left_out.${CMAKE_MATCH_1} COMMAND "${CMAKE_COMMAND}" -E echo "left out: ${CMAKE_MATCH_2}")
     set_tests_properties(left_out.${CMAKE_MATCH_1} PROPERTIES SKIP_REGULAR_EXPRESSION "^left out: ")
