@@ -21,6 +21,17 @@ bool TopicCollection::put(WantedEntry entry) {
   return true;
 }
 
+void TopicCollection::removeAll(const QByteArray &beginning) {
+  for (auto entry = _entries.begin(); entry != _entries.end();) {
+    const auto here = entry++;
+    if (!here->topic.startsWith(beginning))
+      continue;
+    _bytes -= here->bytes();
+    _by_topic.remove(here->topic);
+    _entries.erase(here);
+  }
+}
+
 const WantedEntry *TopicCollection::find(const QByteArray &topic) const {
   const auto found = _by_topic.constFind(topic);
   return found == _by_topic.constEnd() ? nullptr : &**found;

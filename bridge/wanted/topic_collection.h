@@ -16,7 +16,9 @@ public:
 
   /// False when there is no room for it; what was there before stays. An entry without a payload always has room.
   bool put(WantedEntry entry);
-  /// Null when it has not come. Holds until the next put().
+  /// Takes out all whose topic begins with `beginning`.
+  void removeAll(const QByteArray &beginning);
+  /// Null when it has not come. Holds until the next put() or removeAll().
   const WantedEntry *find(const QByteArray &topic) const;
   const std::list<WantedEntry> &entries() const { return _entries; }
 

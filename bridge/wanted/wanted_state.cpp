@@ -65,6 +65,10 @@ std::optional<Target> WantedState::remove(const QByteArray &topic) {
 }
 
 bool WantedState::removeAll(const QByteArray &beginning) {
+  if (_sync) {
+    _sync->old.removeAll(beginning);
+    _sync->live.removeAll(beginning);
+  }
   bool has_changed = false;
   for (auto entry = _entries.begin(); entry != _entries.end();) {
     const Place here = entry++;

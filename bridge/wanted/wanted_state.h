@@ -49,7 +49,7 @@ public:
   std::optional<Target> remove(const QByteArray &topic);
 
   /// Takes back all topics that begin with `beginning`, also between beginSync() and endSync(): nobody asks the broker
-  /// for them any more. False if there were none.
+  /// for them any more; those that have been collected as well. False if none was wanted.
   bool removeAll(const QByteArray &beginning);
 
   /// The last payload of `topic`; empty if it is not wanted.

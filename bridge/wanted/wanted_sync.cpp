@@ -43,7 +43,8 @@ WantedState::SyncOutcome WantedState::endSync(const QByteArray &record) {
   applyLive(sync.live, outcome);
 
   // The same entries with the same record are drawn alike.
-  outcome.has_changed |= orderRecord() != order_before || std::exchange(_was_cut_short, false);
+  outcome.has_changed |= orderRecord() != order_before;
+  outcome.has_changed |= std::exchange(_was_cut_short, false);
   _broker_record = record;
   _order_may_differ = true;
   return outcome;
@@ -79,9 +80,10 @@ QVector<WantedState::Entry> WantedState::merge(const Sync &sync, bool has_memory
       outcome.has_changed = true;
       continue;
     }
-    if (!is_live && !has_memory)
+    if (!add(known))
+      forget(known.target);
+    else if (!is_live && !has_memory)
       outcome.lost_by_broker.append(known);
-    add(known);
   }
   for (const Entry &came : sync.old.entries())
     if (!_by_topic.contains(came.topic))

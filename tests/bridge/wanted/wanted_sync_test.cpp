@@ -54,7 +54,8 @@ TEST(WantedSyncTest, that_is_cut_short_is_not_lost) {
   bring(state, "picture", "p", screen(0)); // under the line, as before
   bring(state, "status", "on", status(3));
   state.set("lamp", "off", button(1), !retained);
-  state.beginSync(); // the broker has gone, and has lost its memory
+  state.beginSync(); // the broker has gone
+  state.beginSync(); // and again, and has lost its memory
   const WantedState::SyncOutcome outcome = state.endSync({});
   EXPECT_TRUE(outcome.has_changed);
   EXPECT_EQ(content(state), "picture=p line=l lamp=off status=on");
@@ -64,6 +65,46 @@ TEST(WantedSyncTest, that_is_cut_short_is_not_lost) {
   bring(state, "picture", "p", screen(0));
   state.beginSync();
   EXPECT_FALSE(state.endSync({}).has_changed);
+}
+
+TEST(WantedSyncTest, that_was_cut_short_is_told_once) {
+  WantedState state = usual_state();
+  state.beginSync();
+  state.set("lamp", "off", button(1), !retained);
+  for (const bool has_changed : {true, false}) { // and the record puts the line below the picture
+    state.beginSync();
+    bring(state, "picture", "p", screen(0));
+    bring(state, "line", "l", line(0, 1));
+    EXPECT_EQ(state.endSync("[\"line\"]").has_changed, has_changed);
+  }
+}
+
+TEST(WantedSyncTest, that_has_not_begun_does_not_end) {
+  WantedState state = usual_state();
+  EXPECT_FALSE(state.endSync("[\"line\"]").has_changed);
+  EXPECT_EQ(content(state), "picture=p line=l lamp=on");
+  EXPECT_FALSE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, leaves_no_record_to_publish_where_nothing_is_wanted) {
+  WantedState state;
+  state.beginSync();
+  EXPECT_FALSE(state.endSync({}).has_changed);
+  EXPECT_FALSE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, forgets_what_was_collected_of_a_group_that_is_taken_back) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "group/doors/status", "on", status(3));
+  bring(state, "group/door/status", "on", status(4));
+  state.set("group/doors/toggle", "on", toggle(1), retained);
+  EXPECT_FALSE(state.removeAll("group/doors/"));
+  state.beginSync();
+  state.set("group/doors/toggle", "on", toggle(1), retained);
+  EXPECT_FALSE(state.removeAll("group/doors/"));
+  state.endSync({});
+  EXPECT_EQ(content(state), "picture=p line=l lamp=on group/door/status=on");
 }
 
 TEST(WantedSyncTest, takes_out_what_the_broker_no_longer_keeps) {
@@ -136,6 +177,47 @@ TEST(WantedSyncTest, an_older_record_of_its_own_does_not_undo_the_order) {
   bring(state, "picture", "p", screen(0));
   EXPECT_FALSE(state.endSync("[\"picture\"]").has_changed);
   EXPECT_EQ(content(state), "line=l lamp=on picture=p");
+  EXPECT_TRUE(state.takeOrderChange());
+}
+
+TEST(WantedSyncTest, knows_the_last_8_records_of_its_own) {
+  for (const int newer_records : {7, 8}) {
+    SCOPED_TRACE(newer_records);
+    WantedState state = usual_state(); // with the record of the picture
+    for (int i = 0; i < newer_records; ++i) {
+      state.set("lamp" + QByteArray::number(i), "on", button(1), !retained);
+      EXPECT_TRUE(state.takeOrderChange());
+    }
+    state.set("picture", "p", screen(0), retained);
+    state.beginSync();
+    bring(state, "picture", "p", screen(0));
+    bring(state, "line", "l", line(0, 1));
+    state.endSync("[\"picture\"]");
+    EXPECT_EQ(state.entries().front().topic, newer_records == 7 ? "line" : "picture");
+  }
+}
+
+TEST(WantedSyncTest, what_a_record_does_not_know_stays_in_its_order) {
+  WantedState state;
+  state.beginSync();
+  QByteArray expected;
+  for (int i = 0; i < 200; ++i) {
+    const QByteArray topic = QByteArray::number((i * 77) % 200);
+    bring(state, topic, "x", part(0, 1));
+    expected += topic + "=x ";
+  }
+  state.endSync("[]");
+  EXPECT_EQ(content(state), expected.trimmed());
+}
+
+TEST(WantedSyncTest, has_no_record_to_publish_before_its_end) {
+  WantedState state = usual_state();
+  state.set("picture", "p", screen(0), retained);
+  state.beginSync();
+  EXPECT_FALSE(state.takeOrderChange());
+  bring(state, "line", "l", line(0, 1));
+  bring(state, "picture", "p", screen(0));
+  state.endSync("[\"picture\"]");
   EXPECT_TRUE(state.takeOrderChange());
 }
 
