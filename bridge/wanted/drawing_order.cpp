@@ -62,7 +62,6 @@ bool DrawingOrder::takeOut(WantedEntry &entry) {
         has_changed |= --(*earlier)->overlapped_by == 0;
     part.erase(std::next(place).base());
   });
-  entry.overlapped_by = 0;
   return has_changed;
 }
 

@@ -54,10 +54,6 @@ void TargetSet::add(const TargetSet &other) {
   _has_all_buttons |= other._has_all_buttons;
 }
 
-bool TargetSet::isEmpty() const {
-  return _buttons == 0 && _status == 0 && _toggles == 0 && _screens == 0 && !_has_all_buttons;
-}
-
 QVector<Target> TargetSet::targets() const {
   QVector<Target> targets;
   if (_has_all_buttons)

@@ -15,7 +15,6 @@ public:
   /// A line and an area count as their screen.
   void add(const Target &target);
   void add(const TargetSet &other);
-  bool isEmpty() const;
   /// Each one a single lamp or screen, but for all buttons at once.
   QVector<Target> targets() const;
 

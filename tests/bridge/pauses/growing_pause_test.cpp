@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <set>
 
 namespace buttondriver::bridge::test {
@@ -26,10 +27,31 @@ TEST(GrowingPauseTest, is_another_one_for_each) {
   EXPECT_GT(pauses.size(), 500U);
 }
 
-TEST(GrowingPauseTest, is_never_none) {
-  GrowingPause pause(0, 0);
-  EXPECT_EQ(pause.next(), 1);
-  EXPECT_EQ(pause.next(), 1);
+TEST(GrowingPauseTest, takes_any_part_between_a_half_and_all) {
+  struct Row {
+    int first_ms;
+    int longest_ms;
+    std::set<int> pauses;
+  };
+  const Row rows[] = {
+      {1, 9, {1}},        {2, 9, {1, 2}}, {3, 9, {2, 3}}, {8, 9, {4, 5, 6, 7, 8}},
+      {20, 4, {2, 3, 4}}, // no pause is longer than the longest
+      {0, 9, {1}},        // nor is any none
+      {0, 0, {1}},
+  };
+  for (const Row &row : rows) {
+    std::set<int> pauses;
+    for (int i = 0; i < 1000; ++i)
+      pauses.insert(GrowingPause(row.first_ms, row.longest_ms).next());
+    EXPECT_EQ(pauses, row.pauses) << row.first_ms << ' ' << row.longest_ms;
+  }
+}
+
+TEST(GrowingPauseTest, stays_the_longest_also_where_twice_of_it_is_no_number) {
+  constexpr int longest_ms = std::numeric_limits<int>::max();
+  GrowingPause pause(longest_ms / 2 + 1, longest_ms);
+  for (int i = 0; i < 3; ++i)
+    EXPECT_GT(pause.next(), longest_ms / 5);
 }
 
 } // namespace buttondriver::bridge::test

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bridge/wanted/order_record.h"
+#include "bridge/wanted/wanted_state.h"
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,15 @@ TEST(OrderRecordTest, gives_each_topic_its_place) {
   ASSERT_TRUE(places);
   EXPECT_EQ(places->size(), 2);
   EXPECT_LT(places->value("b"), places->value("a"));
+}
+
+TEST(OrderRecordTest, can_be_read_with_as_many_topics_as_a_panel_can_have) {
+  QVector<QByteArray> topics;
+  for (int i = 0; i < WantedState::most_topics; ++i)
+    topics.append(QByteArray::number(i) + QByteArray(WantedState::longest_topic - 4, '\\'));
+  const auto places = read_order_record(make_order_record(topics));
+  ASSERT_TRUE(places);
+  EXPECT_EQ(places->size(), topics.size());
 }
 
 TEST(OrderRecordTest, is_nothing_when_it_cannot_be_read) {

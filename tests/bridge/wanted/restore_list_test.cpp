@@ -97,6 +97,31 @@ TEST(RestoreListTest, leaves_out_what_cannot_be_decoded_and_clears_its_screen) {
   EXPECT_EQ(tails, (QVector<QByteArray>{"screen/0/image", "screen/0/line/1"}));
 }
 
+TEST(RestoreListTest, clears_the_screen_of_what_cannot_be_decoded_but_no_lamp) {
+  struct Row {
+    Target target;
+    const char *commands;
+  };
+  const Row rows[] = {{line(0, 1), "-"}, {area(0, {0, 0, 8, 16}), "-"},
+                      {screen(0), "-"},  {button(1), ""},
+                      {status(1), ""},   {toggle(1), ""},
+                      {{}, ""}};
+  for (const Row &row : rows) {
+    WantedState state;
+    set(state, "topic", row.target);
+    const Decode decode = [](const QByteArray &, const QByteArray &) { return Failure{"not any more"}; };
+    EXPECT_EQ(names(restore_list(state, decode)), row.commands) << static_cast<int>(row.target.kind);
+  }
+}
+
+TEST(RedrawListTest, has_nothing_to_draw_again_after_all_was_restored) {
+  WantedState state;
+  set(state, "lamp", button(3));
+  state.remove("lamp");
+  EXPECT_EQ(names(restore_list(state, decoded)), "-");
+  EXPECT_TRUE(redraw_list(state, decoded).isEmpty());
+}
+
 TEST(RedrawListTest, draws_only_what_is_concerned) {
   WantedState state;
   set(state, "picture", screen(0));

@@ -124,6 +124,11 @@ const Sequence sequences[] = {
      "l t",
      "l t",
      "[\"l\"]"},
+    {"a_part_that_is_published_again_as_it_was_leaves_nothing",
+     {{"t", part(0, 1), "t", Change::last}, {"u", part(0, 1), "u", Change::last}, {"t", part(0, 1), "t", Change::last}},
+     "u t",
+     "u t",
+     "[\"u\"]"},
     {"what_is_taken_back_is_gone",
      {{"p", screen(0), "p", Change::last},
       {"l", line(0, 1), "x", Change::last},
@@ -188,6 +193,8 @@ TEST(WantedStateTest, refuses_what_makes_more_than_8_mebibytes) {
   EXPECT_EQ(state.entries().front().payload, half);
   EXPECT_EQ(state.set("a", "x", screen(0), true), Change::last);
   EXPECT_EQ(state.set("c", "x", screen(2), true), Change::last);
+  state.remove("b");
+  EXPECT_EQ(state.set("d", half, screen(1), true), Change::last);
 }
 
 TEST(WantedStateTest, refuses_a_topic_of_513_bytes) {
@@ -219,6 +226,40 @@ TEST(WantedStateTest, has_a_record_to_publish_from_the_first_topic_on_and_whenev
   state.remove("m");
   EXPECT_TRUE(state.takeOrderChange());
   EXPECT_EQ(state.orderRecord(), "[]");
+}
+
+TEST(WantedStateTest, has_a_record_to_publish_when_a_part_goes_from_a_line_to_another_one) {
+  WantedState state;
+  state.set("under", "x", part(0, 1), true);
+  state.set("goes", "x", part(0, 1), true);
+  state.set("elsewhere", "x", part(0, 3), true);
+  EXPECT_TRUE(state.takeOrderChange());
+  EXPECT_EQ(state.orderRecord(), "[\"under\"]");
+  state.set("goes", "y", part(0, 2), true);
+  EXPECT_TRUE(state.takeOrderChange());
+  EXPECT_EQ(state.orderRecord(), "[]");
+  state.set("goes", "z", part(0, 3), true);
+  EXPECT_TRUE(state.takeOrderChange());
+  EXPECT_EQ(state.orderRecord(), "[\"elsewhere\"]");
+}
+
+TEST(WantedStateTest, has_no_record_to_publish_when_nothing_is_left_before_the_first_one) {
+  WantedState state;
+  state.set("l", "x", line(0, 1), true);
+  state.remove("l");
+  EXPECT_FALSE(state.takeOrderChange());
+}
+
+TEST(WantedStateTest, takes_back_all_of_a_group_and_tells_what_has_to_be_drawn_again) {
+  WantedState state;
+  state.set("group/doors/led/1", "on", button(1), true);
+  state.set("group/door/led/2", "on", button(2), true);
+  state.set("group/doors/toggle/1", "on", toggle(1), true);
+  EXPECT_TRUE(state.removeAll("group/doors/"));
+  EXPECT_EQ(topics(state), "group/door/led/2");
+  EXPECT_TRUE(state.takeToRedraw().targets() == (QVector<Target>{button(1), toggle(1)}));
+  EXPECT_TRUE(state.takeToClear().targets() == (QVector<Target>{button(1), toggle(1)}));
+  EXPECT_FALSE(state.removeAll("group/doors/"));
 }
 
 } // namespace test
