@@ -38,7 +38,10 @@ Outcome<Configuration> read_configuration_file(const QString &file) {
   QFile opened;
   if (!opened.open(descriptor.get(), QIODevice::ReadOnly))
     return Failure{QStringLiteral("%1: %2").arg(file, opened.errorString())};
-  return read_configuration(opened.read(most_configuration_bytes + 1), file);
+  const QByteArray text = opened.read(most_configuration_bytes + 1);
+  if (opened.error() != QFileDevice::NoError)
+    return Failure{QStringLiteral("%1: %2").arg(file, opened.errorString())};
+  return read_configuration(text, file);
 }
 
 } // namespace buttondriver::bridge

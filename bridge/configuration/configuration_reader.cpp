@@ -110,7 +110,7 @@ void ConfigurationReader::takeShare(const IniLine &line) {
   const auto slash = line.value.indexOf('/');
   const std::optional<int> shares = number_of(line.value.mid(slash + 1), 1, most_shares);
   const std::optional<int> share = number_of(line.value.left(slash), 1, shares.value_or(1));
-  if (slash < 0 || !shares || !share)
+  if (!shares || !share) // where there is no slash, nothing is left of it
     return _problems.add(line.line,
                          QStringLiteral("share is written 1/3, up to 1000/1000, not %1").arg(quoted(line.value)));
   _read.share = *share;

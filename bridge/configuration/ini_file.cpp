@@ -86,11 +86,12 @@ IniFile ini_file(const QByteArray &text, Problems &problems) {
 
 QString quoted(const QByteArray &text) {
   constexpr int most_shown = 60;
-  QString shown = QString::fromUtf8(text.left(4 * most_shown)).left(most_shown);
+  const QString beginning = QString::fromUtf8(text.left(4 * (most_shown + 1))); // one more than is shown, if there is
+  QString shown = beginning.left(most_shown);
   for (QChar &character : shown)
     if (!character.isPrint())
       character = QLatin1Char('?');
-  if (text.size() > shown.toUtf8().size())
+  if (beginning.size() > most_shown)
     shown += QStringLiteral("...");
   return QLatin1Char('"') + shown + QLatin1Char('"');
 }

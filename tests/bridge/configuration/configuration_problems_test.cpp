@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bridge/configuration/configuration_file.h"
+#include "bridge/configuration/ini_file.h"
 
 #include "support/temporary_folder.h"
 
@@ -36,6 +37,8 @@ std::string problems_of(const QByteArray &text) {
   permissions(folder.write("open", "a\n"), perms::owner_read | perms::owner_write | perms::others_read);
   permissions(folder.write("secret", "a\n"), perms::owner_read | perms::owner_write | perms::group_read);
   permissions(folder.write("empty", "\n"), perms::owner_read);
+  permissions(folder.write("nul", std::string("a\0b\n", 4)), perms::owner_read);
+  permissions(folder.write("executable", "a\n"), perms::owner_read | perms::others_exec);
   permissions(folder.write("long", std::string(4096, 'a')), perms::owner_read);
   ::mkfifo(folder.path("pipe").c_str(), 0600);
   const std::string file = folder.path("mqtt.ini");
@@ -58,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[bridge]\nname\n", "2: neither \"key = value\" nor a section nor a comment"},
         Row{"[bridge]\n= 1\n", "2: neither \"key = value\" nor a section nor a comment"},
         Row{"[bridge]\nname =\n", "2: \"name\" has no value"}, Row{"[bridge\n", "1: a section is written [name]"},
-        Row{"[]\nname = 1\n", "1: a section is written [name]"},
+        Row{"[]\nname = 1\n", "1: a section is written [name]"}, Row{"[]\nname =\n", "1: a section is written [name]"},
         Row{"[bridges]\n", "1: there is no section \"bridges\""},
         Row{"[bridges]\nname = 1\n", "1: there is no section \"bridges\""},
         Row{"[bridge]\n[broker]\n[bridge]\n", "3: section \"bridge\" for the second time, after line 1"},
@@ -67,6 +70,16 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[bridge]\nname = 1\n\nname = 2\n", "4: \"name\" for the second time, after line 2"},
         Row{"[panels]\na = b\na = c\n", "3: \"a\" for the second time, after line 2"},
         Row{"[bridge]\nname = a\x01\n", "2: a control character"},
+        Row{"[bridge]\na\tb = 1\n", "2: there is no key \"a?b\" in [bridge]"},
+        Row{"[bridge]\n\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4"
+            "\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4 = 1\n",
+            "2: there is no key "
+            "\"\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4"
+            "\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\" in "
+            "[bridge]"},
+        Row{"[bridge]\na\u200Bb = 1\n", "2: there is no key \"a?b\" in [bridge]"},
+        Row{"[panels]\na = b:0\n[groups]\ng = a\n",
+            "2: a panel's address is HOST, HOST:PORT, or [IPV6-ADDRESS]:PORT, not \"b:0\""},
         Row{"[bridge]\n"
             "key-of-70-characters-or-so-that-nobody-would-want-to-read-to-its-end-1 = 1\n",
             "2: there is no key \"key-of-70-characters-or-so-that-nobody-would-want-to-read-to...\" in [bridge]"}));
@@ -80,6 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[bridge]\nprefix = /a\n", "2: \"/a\" cannot stand at the beginning of a topic"},
         Row{"[bridge]\nprefix = a/\n", "2: \"a/\" cannot stand at the beginning of a topic"},
         Row{"[bridge]\nprefix = a//b\n", "2: \"a//b\" cannot stand at the beginning of a topic"},
+        Row{"[bridge]\nprefix = \xFF\n", "2: \"\uFFFD\" cannot stand at the beginning of a topic"},
         Row{"[bridge]\nprefix = $SYS\n", "2: \"$SYS\" cannot stand at the beginning of a topic"},
         Row{"[bridge]\ndiscovery_prefix = #\n", "2: \"#\" cannot stand at the beginning of a topic"},
         Row{"[bridge]\nshare = 0/3\n", "2: share is written 1/3, up to 1000/1000, not \"0/3\""},
@@ -90,9 +104,12 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[bridge]\nstatistics = 86401\n", "2: statistics is a number of 0 to 86400, not \"86401\""},
         Row{"[bridge]\nstatistics = 99999999999999999999\n",
             "2: statistics is a number of 0 to 86400, not \"99999999999999999999\""},
+        Row{"[bridge]\nstatistics = 4294967296\n", "2: statistics is a number of 0 to 86400, not \"4294967296\""},
+        Row{"[bridge]\nstatistics = +5\n", "2: statistics is a number of 0 to 86400, not \"+5\""},
         Row{"[bridge]\nmetrics_port = 65536\n", "2: metrics_port is a number of 0 to 65535, not \"65536\""},
         Row{"[bridge]\ndiscovery = yes\n", "2: discovery is on or off, not \"yes\""},
         Row{"[broker]\nhost = a b\n", "2: \"a b\" is not the name or address of a host"},
+        Row{"[broker]\nhost = 192.0.2.7:1\n", "2: \"192.0.2.7:1\" is not the name or address of a host"},
         Row{"[broker]\nhost = a:1\n", "2: \"a:1\" is not the name or address of a host"},
         Row{"[broker]\nport = 0\n", "2: port is a number of 1 to 65535, not \"0\""},
         Row{"[broker]\nprotocol = 3\n", "2: protocol is 5 or 3.1.1, not \"3\""},
@@ -118,10 +135,16 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[broker]\nuser = a\npassword_file = absent\n", "3: FOLDER/absent: No such file or directory"},
         Row{"[broker]\nuser = a\npassword_file = pipe\n", "3: FOLDER/pipe: not a regular file"},
         Row{"[broker]\nuser = a\npassword_file = open\n", "3: FOLDER/open is open to everybody: chmod o= FOLDER/open"},
+        Row{"[broker]\nuser = a\npassword_file = executable\n",
+            "3: FOLDER/executable is open to everybody: chmod o= FOLDER/executable"},
+        Row{"[broker]\nuser = a\npassword_file = nul\n", "3: FOLDER/nul: its first line is not a password"},
+        Row{"[broker]\nuser = a\npassword_file = /proc/self/mem\n", "3: /proc/self/mem: Input/output error"},
         Row{"[broker]\nuser = a\npassword_file = empty\n", "3: FOLDER/empty: its first line is not a password"},
         Row{"[broker]\nuser = a\npassword_file = long\n", "3: FOLDER/long: its first line is too long for a password"},
         Row{"[broker]\npassword_file = secret\n", "2: password_file is of no use without user"},
         Row{"[broker]\nca_file = open\n", "2: ca_file is of no use without tls = on"},
+        Row{"[broker]\ncert_file = open\nkey_file = secret\n",
+            "2: cert_file is of no use without tls = on\n3: key_file is of no use without tls = on"},
         Row{"[broker]\ntls = on\nca_file = pipe\n", "3: FOLDER/pipe: not a regular file"},
         Row{"[broker]\ntls = on\ncert_file = open\n", "3: cert_file is of no use without key_file"},
         Row{"[broker]\ntls = on\nkey_file = secret\n", "3: key_file is of no use without cert_file"},
@@ -141,6 +164,40 @@ TEST(ConfigurationBoundsTest, are_told_up_to_a_bound) {
   EXPECT_THAT(problems, testing::EndsWith("\n and 1950 more"));
 }
 
+TEST(ConfigurationBoundsTest, of_one_line_are_told_in_their_order) {
+  QByteArray group;
+  std::string expected;
+  for (int i = 0; i < 40; ++i) {
+    group += (i == 0 ? "" : ",") + QByteArray::number(i);
+    expected += (i == 0 ? "" : "\n") + ("2: there is no panel \"" + std::to_string(i)) + "\"";
+  }
+  EXPECT_EQ(problems_of("[groups]\na = " + group), expected);
+}
+
+TEST(ConfigurationBoundsTest, of_names_and_numbers_are_where_they_are_said_to_be) {
+  struct Bound {
+    QByteArray before;
+    QByteArray longest;
+    QByteArray after;
+  };
+  const Bound bounds[] = {
+      {"[bridge]\nname = ", QByteArray(64, 'n'), "n"},
+      {"[bridge]\nprefix = ", QByteArray(1000, 'p'), "p"},
+      {"[bridge]\ndiscovery_prefix = ", QByteArray(1000, 'p'), "p"},
+      {"[broker]\nhost = ", QByteArray(253, 'h'), "h"},
+      {"[panels]\na = ", QByteArray(253, 'h'), "h"},
+      {"[panels]\na = b:", "65535", "0"},
+      {"[bridge]\nshare = ", "1000/1000", "0"},
+      {"[bridge]\nshare = ", "999/1000", "0"},
+      {"[broker]\nkeep_alive = ", "65535", "0"},
+  };
+  for (const Bound &bound : bounds) {
+    EXPECT_EQ(problems_of(bound.before + bound.longest), "") << bound.before.constData();
+    EXPECT_THAT(problems_of(bound.before + bound.longest + bound.after), testing::StartsWith("2: "))
+        << bound.before.constData();
+  }
+}
+
 TEST(ConfigurationBoundsTest, a_group_of_very_many_panels_takes_no_long_time) {
   EXPECT_THAT(problems_of("[groups]\na = " + QByteArray("b,").repeated(100'000)), testing::HasSubstr("more"));
 }
@@ -157,6 +214,20 @@ TEST(ConfigurationBoundsTest, a_file_has_to_be_there_and_not_too_large) {
   EXPECT_EQ(problem("large"), "");
   folder.write("larger", std::string(4 * 1024 * 1024 + 1, '#'));
   EXPECT_EQ(problem("larger"), "FILE: larger than 4 MiB");
+}
+
+TEST(ConfigurationBoundsTest, a_file_that_cannot_be_read_is_not_an_empty_one) {
+  const auto read = read_configuration_file(QStringLiteral("/proc/self/mem")); // nothing is at its beginning
+  ASSERT_FALSE(read);
+  EXPECT_EQ(read.failure().text.toStdString(), "/proc/self/mem: Input/output error");
+}
+
+TEST(ConfigurationBoundsTest, a_text_that_is_cut_says_so_in_any_encoding) {
+  const QString unknown(60, QChar(0xFFFD));
+  for (const int bytes : {60, 61, 240, 241, 245, 1000})
+    EXPECT_EQ(quoted(QByteArray(bytes, '\xFF')).toStdString(),
+              (QLatin1Char('"') + unknown + QLatin1String(bytes > 60 ? "...\"" : "\"")).toStdString())
+        << bytes;
 }
 
 } // namespace

@@ -67,7 +67,7 @@ TEST_F(ConfigurationTest, takes_every_key) {
                                "[groups]\n"
                                "doors = hall , kitchen.2\n"
                                "[ broker ]\n"
-                               "host = broker.example.org\n"
+                               "host\t=\tbroker.example.org\n"
                                "port = 8884\n"
                                "protocol = 3.1.1\n"
                                "user = j\xC3\xBCrgen\n"
@@ -109,6 +109,15 @@ TEST_F(ConfigurationTest, takes_every_key) {
   broker.key_file = path("bridge.key");
   broker.keep_alive_seconds = 5;
   EXPECT_EQ(read->broker, broker);
+}
+
+TEST_F(ConfigurationTest, the_same_key_may_stand_in_two_sections) {
+  const auto read = this->read("[panels]\nhall = ::7\n[groups]\nhall = hall\n[broker]\nhost = ::1\n");
+  EXPECT_FALSE(read) << "an address of a panel stands in brackets, for its port";
+  const auto right = this->read("[panels]\nhall = [::7]\n[groups]\nhall = hall\n[broker]\nhost = ::1\n");
+  expect_value(right);
+  EXPECT_EQ(right->groups.value("hall"), QVector<QByteArray>{"hall"});
+  EXPECT_EQ(right->broker.host, QStringLiteral("::1"));
 }
 
 TEST_F(ConfigurationTest, tls_has_a_port_of_its_own) {
