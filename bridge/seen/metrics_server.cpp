@@ -7,9 +7,9 @@ namespace buttondriver::bridge {
 
 namespace {
 
-/// Whoever collects numbers asks with one connection at a time, now and then. Some 30,000 panels fit on a page.
-constexpr HttpLimits few = {/*request_ms=*/2'000, /*answer_ms=*/10'000, /*farewell_ms=*/1'000,
-                            /*most_connections=*/8, /*most_unsent_bytes=*/16 * 1024 * 1024};
+/// Whoever collects numbers asks with one connection at a time, now and then. A page is written in one piece, of any
+/// size.
+constexpr HttpLimits few = {/*request_ms=*/2'000, /*answer_ms=*/10'000, /*farewell_ms=*/1'000, /*most_connections=*/8};
 
 } // namespace
 

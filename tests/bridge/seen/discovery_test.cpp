@@ -96,6 +96,7 @@ TEST(DiscoveryTest, speaks_of_each_thing_once) {
   QSet<QString> ids;
   for (const Publication &message : messages_of("hall")) {
     EXPECT_TRUE(message.is_retained);
+    EXPECT_FALSE(message.payload.contains('\n')) << "nobody reads it with his own eyes";
     ++counts[message.topic.split('/').at(1)];
     topics.insert(message.topic);
     ids.insert(QJsonDocument::fromJson(message.payload).object().value(QStringLiteral("unique_id")).toString());

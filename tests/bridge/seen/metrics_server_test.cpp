@@ -109,6 +109,37 @@ TEST_F(MetricsServerTest, lets_the_oldest_unfinished_request_give_way) {
   EXPECT_EQ(third->state(), QAbstractSocket::ConnectedState);
 }
 
+TEST_F(MetricsServerTest, is_there_on_one_address_of_this_machine) {
+  MetricsServer server([] { return QByteArray("page"); });
+  ASSERT_TRUE(server.start(0));
+  // The whole of 127.0.0.0/8 belongs to the machine itself.
+  struct Row {
+    const char *address;
+    bool is_there;
+  };
+  for (const Row &row : {Row{"127.0.0.1", true}, Row{"127.0.0.2", false}}) {
+    QTcpSocket socket;
+    bool is_over = false;
+    QObject::connect(&socket, &QTcpSocket::stateChanged, [&](QAbstractSocket::SocketState state) {
+      is_over |= state == QAbstractSocket::ConnectedState || state == QAbstractSocket::UnconnectedState;
+    });
+    socket.connectToHost(QHostAddress(QString::fromLatin1(row.address)), server.port());
+    EXPECT_TRUE(process_events_until([&] { return is_over; }));
+    EXPECT_EQ(socket.state() == QAbstractSocket::ConnectedState, row.is_there) << row.address;
+  }
+}
+
+TEST_F(MetricsServerTest, serves_a_page_of_20_mebibytes) {
+  MetricsServer server([] { return QByteArray(20 * 1024 * 1024, 'x'); });
+  ASSERT_TRUE(server.start(0));
+  QTcpSocket socket;
+  socket.connectToHost(QHostAddress(QHostAddress::LocalHost), server.port());
+  socket.write("GET /metrics HTTP/1.1\r\nHost: localhost\r\n\r\n");
+  const QByteArray answer = received(socket);
+  EXPECT_GT(answer.size(), 20 * 1024 * 1024);
+  EXPECT_TRUE(answer.startsWith("HTTP/1.1 200 OK\r\n"));
+}
+
 TEST_F(MetricsServerTest, says_which_port_cannot_be_had) {
   QTcpServer other;
   ASSERT_TRUE(other.listen(QHostAddress(QHostAddress::LocalHost)));
