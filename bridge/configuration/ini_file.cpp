@@ -36,8 +36,7 @@ private:
       return _problems.add(number, QStringLiteral("a section is written [name]"));
     int &first = _sections[_section];
     if (first != 0)
-      return _problems.add(
-          number, QStringLiteral("section %1 for the second time, after line %2").arg(quoted(_section)).arg(first));
+      return tellTwice(number, QStringLiteral("section ") + quoted(_section), first);
     first = number;
     file.sections.push_back({number, _section});
   }
@@ -55,10 +54,14 @@ private:
     if (int &first = _keys[qMakePair(_section, key)]; first == 0)
       first = number;
     else
-      return _problems.add(number, QStringLiteral("%1 for the second time, after line %2").arg(quoted(key)).arg(first));
+      return tellTwice(number, quoted(key), first);
     if (value.isEmpty())
       return _problems.add(number, QStringLiteral("%1 has no value").arg(quoted(key)));
     file.lines.push_back({number, _section, key, value});
+  }
+
+  void tellTwice(int number, const QString &what, int first) {
+    _problems.add(number, QStringLiteral("%1 for the second time, after line %2").arg(what, QString::number(first)));
   }
 
   Problems &_problems;

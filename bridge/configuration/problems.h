@@ -31,11 +31,10 @@ public:
     QString result;
     for (std::size_t i = 0; i < std::min(_problems.size(), most_told); ++i)
       result += QStringLiteral("%1%2:%3: %4")
-                    .arg(result.isEmpty() ? QString() : QStringLiteral("\n"), file)
-                    .arg(_problems[i].first)
-                    .arg(_problems[i].second);
+                    .arg(result.isEmpty() ? QString() : QStringLiteral("\n"), file, QString::number(_problems[i].first),
+                         _problems[i].second);
     if (_problems.size() > most_told)
-      result += QStringLiteral("\n%1: and %2 more").arg(file).arg(_problems.size() - most_told + _more);
+      result += QStringLiteral("\n%1: and %2 more").arg(file, QString::number(_problems.size() - most_told + _more));
     return result;
   }
 

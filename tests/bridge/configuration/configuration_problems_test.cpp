@@ -4,6 +4,8 @@
 
 #include "support/temporary_folder.h"
 
+#include <QStringList>
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -69,6 +71,11 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[broker]\nName = 1\n", "2: there is no key \"Name\" in [broker]"},
         Row{"[bridge]\nname = 1\n\nname = 2\n", "4: \"name\" for the second time, after line 2"},
         Row{"[panels]\na = b\na = c\n", "3: \"a\" for the second time, after line 2"},
+        Row{"[groups]\n%1 = a\n%1 = a\n[panels]\na = b\n",
+            "2: \"%1\": a name has 1 to 64 letters, digits, \"_\", \".\" and \"-\"\n"
+            "3: \"%1\" for the second time, after line 2"},
+        Row{"[%2%1]\n[%2%1]\n",
+            "1: there is no section \"%2%1\"\n2: section \"%2%1\" for the second time, after line 1"},
         Row{"[bridge]\nname = a\x01\n", "2: a control character"},
         Row{"[bridge]\na\tb = 1\n", "2: there is no key \"a?b\" in [bridge]"},
         Row{"[bridge]\n\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4"
@@ -162,6 +169,16 @@ TEST(ConfigurationBoundsTest, are_told_up_to_a_bound) {
   const std::string problems = problems_of("[bridge]\n" + QByteArray("?\n").repeated(2000));
   EXPECT_EQ(std::count(problems.begin(), problems.end(), '\n'), 50);
   EXPECT_THAT(problems, testing::EndsWith("\n and 1950 more"));
+}
+
+TEST(ConfigurationBoundsTest, have_the_name_of_the_file_as_it_is) {
+  const QString file = QStringLiteral("/100%1%2%3%4/mqtt.ini");
+  const auto read = read_configuration("[bridge]\n" + QByteArray("?\n").repeated(51), file);
+  ASSERT_FALSE(read);
+  const QStringList lines = read.failure().text.split(QLatin1Char('\n'));
+  ASSERT_EQ(lines.size(), 51);
+  EXPECT_EQ(lines.first(), file + QStringLiteral(":2: neither \"key = value\" nor a section nor a comment"));
+  EXPECT_EQ(lines.last(), file + QStringLiteral(": and 1 more"));
 }
 
 TEST(ConfigurationBoundsTest, of_one_line_are_told_in_their_order) {
