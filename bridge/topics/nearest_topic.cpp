@@ -37,8 +37,7 @@ std::size_t slips_between(std::string_view typed, std::string_view meant) {
 
 bool is_near(std::string_view typed, std::string_view meant) {
   // Of a short word, little would be left.
-  return !typed.empty() && typed.size() <= longest_word &&
-         slips_between(typed, meant) <= std::min(most_slips, meant.size() / 2);
+  return typed.size() <= longest_word && slips_between(typed, meant) <= std::min(most_slips, meant.size() / 2);
 }
 
 /// Nobody means a level without letters.

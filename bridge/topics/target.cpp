@@ -48,7 +48,7 @@ bool Target::covers(const Target &earlier) const {
   case Kind::line:
     return !is_part && earlier.kind == Kind::line && place >= 0 && place == earlier.place;
   case Kind::area:
-    return earlier.kind == Kind::area && box.isKnown() && earlier.box.isKnown() && box.contains(earlier.box);
+    return earlier.kind == Kind::area && earlier.box.isKnown() && box.contains(earlier.box);
   default:
     return false;
   }

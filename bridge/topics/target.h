@@ -34,7 +34,7 @@ struct Target {
       return left < other.left + other.width && other.left < left + width && top < other.top + other.height &&
              other.top < top + height;
     }
-    /// Both are known.
+    /// `other` is known.
     constexpr bool contains(const Box &other) const {
       return left <= other.left && top <= other.top && left + width >= other.left + other.width &&
              top + height >= other.top + other.height;

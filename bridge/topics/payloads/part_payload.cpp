@@ -142,11 +142,10 @@ Outcome<LinePart> line_part(const QByteArray &payload) {
   part.line = reader.number("line", 0, highest_line);
   part.offset = reader.number("offset", 0, highest_offset);
   const QString text = reader.text("text");
-  const bool has_chars = reader.has("chars");
-  part.chars = has_chars ? reader.number("chars", 1, most_chars) : static_cast<std::int32_t>(text.size());
+  part.chars = reader.has("chars") ? reader.number("chars", 1, most_chars) : static_cast<std::int32_t>(text.size());
   part.colour = reader.colour("colour", part.colour);
   part.background = reader.colour("background", part.background);
-  if (!has_chars && (part.chars < 1 || part.chars > most_chars))
+  if (part.chars < 1 || part.chars > most_chars)
     reader.fail(QStringLiteral("'text' must have 1 to %1 characters, not %2; 'chars' says how many to write")
                     .arg(most_chars)
                     .arg(part.chars));

@@ -48,6 +48,10 @@ const Row rows[] = {
      true},
     {"screen/all/line/127/inverse", "\xC2\xB0\xC3\xBF", // a degree sign, and the last letter of Latin-1
      "00000017 0000000f ffffffff 0000007f 00000000 00000003 b0ff00", line(-1, 127), true},
+    {"screen/2/line/0", " ~\xC2\xA0", // the first and the last on this side of each range of control characters
+     "00000018 0000000f 00000002 00000000 00000001 00000004 207ea000", line(2, 0), true},
+    {"screen/0/part/AZaz09-_.", R"({"line":0,"offset":0,"text":"x"})",
+     "00000022 00000012 00000000 00000000 00000000 00000001 00ffffff 00000000 00000002 7800", part(0, 0), false},
     {"screen/1/part", R"({"line":0,"offset":3,"text":"12.5","colour":"#ff0000"})",
      "00000025 00000012 00000001 00000000 00000003 00000004 00ff0000 00000000 00000005 31322e3500", part(1, 0), false},
     {"screen/all/part/a-name_1.x", R"({"background":"#0a0B0c","chars":2,"text":"\u00e9","offset":14,"line":7})",

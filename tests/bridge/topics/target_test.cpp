@@ -136,6 +136,14 @@ TEST(TargetTest, covers_what_is_not_seen_any_more_for_sure) {
           << later.name << " over " << earlier.name;
 }
 
+TEST(TargetTest, is_another_one_when_anything_differs) {
+  for (const Named &one : targets)
+    for (const Named &other : targets) {
+      EXPECT_EQ(one.target == other.target, &one == &other) << one.name << " and " << other.name;
+      EXPECT_EQ(one.target != other.target, &one != &other) << one.name << " and " << other.name;
+    }
+}
+
 TEST(TargetTest, a_line_that_is_not_known_covers_nothing) {
   const Target line{Kind::line, 0, all, false, {}};
   for (const Named &earlier : targets)

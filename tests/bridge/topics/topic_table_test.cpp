@@ -51,6 +51,15 @@ TEST(TopicTableTest, takes_its_ranges_from_the_catalogue) {
   }
 }
 
+TEST(TopicTableTest, minus_one_is_all_only_where_it_is_no_number_of_the_field) {
+  const MessageType &led = *find_message_type(BMS_SetLEDState::code);
+  EXPECT_TRUE(range_of(led.fields[1], "<button>").takes_all);
+  const LevelRange state = range_of(led.fields[2], "<state>"); // -1 is a state: blinking
+  EXPECT_FALSE(state.takes_all);
+  EXPECT_EQ(state.lowest, 0);
+  EXPECT_EQ(state.highest, 1);
+}
+
 TEST(TopicTableTest, a_topic_has_five_levels_at_most) {
   EXPECT_EQ(TopicLevels::of("").count, 1U);
   EXPECT_EQ(TopicLevels::of("a/b").count, 2U);

@@ -42,6 +42,8 @@ const Row word_rows[] = {
     {"toggle/1", "true", not_lamp + "'true'"},
     {"toggle/1", "\xC3\xA4", not_lamp + "'\\xc3\\xa4'"},
     {"blackout", "on", "the payload must be 'now', not 'on'"},
+    {"blackout", "now\n", "the payload must be 'now', not 'now\\x0a'"},
+    {"blackout", "not", "the payload must be 'now', not 'not'"},
     {"screen/1/blackout", "NOW", "the payload must be 'now', not 'NOW'"},
     {"reconfig", "1", "the payload must be 'now', not '1'"},
     {"reconfig", std::string(100000, '1'), "the payload has 100000 bytes; here it may have 64 at most"},
@@ -75,6 +77,9 @@ const Row text_rows[] = {
     {"screen/0/line/0", "\xED\xA0\x80", no_utf8("1")},     // half of a pair
     {"screen/0/line/0", "\xF4\x90\x80\x80", no_utf8("1")}, // past the last character
     {"screen/0/line/0", "\xF5\x80\x80\x80", no_utf8("1")},
+    {"screen/0/line/0", "\xF8\x90\x80\x80", no_utf8("1")},
+    {"screen/0/line/0", "\xED\xBF\xBF", no_utf8("1")}, // the last half of a pair, and what comes after it
+    {"screen/0/line/0", "\xEE\x80\x80", "character 1 of the text is U+E000" + beyond},
     {"screen/0/line/0", "\xE2\x82", no_utf8("1")},
     {"screen/0/line/0/inverse", std::string(200, 'x') + "\n", "character 201" + no_line_feed},
     {"screen/0/line/0", std::string(4097, 'x'), "the payload has 4097 bytes; here it may have 4096 at most"},
@@ -113,6 +118,8 @@ const Row part_rows[] = {
     {"screen/0/part", R"({"line":0,"offset":0,"text":"a\ud83d\ude00"})",
      "'text': character 2 of the text is U+1F600" + beyond},
     {"screen/0/part", R"({"line":0,"offset":0,"text":"\ud83d"})", "'text': character 1 of the text is U+D83D" + beyond},
+    {"screen/0/part", R"({"line":0,"offset":0,"text":"\ud83dx"})",
+     "'text': character 1 of the text is U+D83D" + beyond},
     {"screen/0/part", R"({"line":0,"offset":0,"text":""})",
      "'text' must have 1 to 128 characters, not 0; 'chars' says how many to write"},
     {"screen/0/part", R"({"line":0,"offset":0,"text":")" + std::string(129, 'x') + R"("})",

@@ -43,6 +43,8 @@ const Row rows[] = {
     {"/", "there is no topic '/'; there is " + all_topics},
     {"bad/5", "there is no topic 'bad/5'; there is " + all_topics}, // two of three letters
     {"screen/1/image/2/3/4", "there is no topic 'screen/1/image/2/3/4'; there is " + screen_topics},
+    {"blckt", "there is no topic 'blckt'; there is " + all_topics}, // three of eight are missing
+    {"my-screen/1/image", "there is no topic 'my-screen/1/image'; there is " + all_topics}, // three too many
     {"lamp/5", "there is no topic 'lamp/5'; there is " + all_topics},
     {"do/led/5", "there is no topic 'do/led/5'; there is " + all_topics},
     {"a-word-that-is-longer-than-all", "there is no topic 'a-word-that-is-longer-than-all'; there is " + all_topics},
@@ -58,6 +60,7 @@ const Row rows[] = {
     {"led/5\n", "the button must be a number from 0 to 23, or 'all', not '5\\x0a'"},
     {"led/4294967296", "the button must be a number from 0 to 23, or 'all', not '4294967296'"},
     {"led/99999999999999999999", "the button must be a number from 0 to 23, or 'all', not '99999999999999999999'"},
+    {"led/18446744073709551621", "the button must be a number from 0 to 23, or 'all', not '18446744073709551621'"},
     {"status/32", "the led must be a number from 0 to 31, not '32'"},
     {"status/all", "the led must be a number from 0 to 31, not 'all'"},
     {"toggle/2", "the indicator must be a number from 0 to 1, not '2'"},
@@ -70,6 +73,11 @@ const Row rows[] = {
     // A name is.
     {"screen/0/part/", "a name has 1 to 64 letters, digits, '-', '_' and '.', not ''"},
     {"screen/0/part/a b", "a name has 1 to 64 letters, digits, '-', '_' and '.', not 'a b'"},
+    {"screen/0/part/@", "a name has 1 to 64 letters, digits, '-', '_' and '.', not '@'"},
+    {"screen/0/part/[", "a name has 1 to 64 letters, digits, '-', '_' and '.', not '['"},
+    {"screen/0/part/`", "a name has 1 to 64 letters, digits, '-', '_' and '.', not '`'"},
+    {"screen/0/part/{", "a name has 1 to 64 letters, digits, '-', '_' and '.', not '{'"},
+    {"screen/0/part/:", "a name has 1 to 64 letters, digits, '-', '_' and '.', not ':'"},
     {"screen/0/part/" + std::string(65, 'n'),
      "a name has 1 to 64 letters, digits, '-', '_' and '.', not '" + std::string(60, 'n') + "...'"},
 };
