@@ -64,5 +64,17 @@ expect 1 "numbers/arithmetic.txt:8: sum.cpp: NOTICED BY NO TEST" numbers/arithme
 printf '\nsum.cpp\n- return a * b;\n+ return 0;\n' >>tests/mutations/numbers/arithmetic.txt
 expect 1 "numbers/arithmetic.txt:12: sum.cpp: its text is there 0 times" --check
 
+# What a run broke last is whole in the next one, also where that edits another file.
+printf 'tests: sum_test\n\nsum.cpp\n- return a + b;\n+ return a - b;\n' >tests/mutations/numbers/sum.txt
+printf 'tests: sum_test\n\nproduct.cpp\n- return a * b;\n+ return 0;\n' >tests/mutations/numbers/product.txt
+sed -i 's/sum.cpp/& product.cpp/' CMakeLists.txt
+printf 'int product(int a, int b);\nint product(int a, int b) { return a * b; }\n' >product.cpp
+git add .
+expect 0 "1 edits, 1 noticed" numbers/sum
+expect 1 "product.cpp: NOTICED BY NO TEST" numbers/product
+
+sed -i 's/== 5/== 6/' sum.cpp
+expect 2 "a test fails in the unbroken tree: sum_test, which ended with 1" numbers/product
+
 printf '\nsum.cpp\nno edit\n' >>tests/mutations/numbers/arithmetic.txt
 expect 2 "cannot be read: no edit" --check
