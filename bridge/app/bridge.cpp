@@ -56,7 +56,6 @@ Bridge::Bridge(Times times) : _times(times), _broker(times.broker, nullptr), _fl
     subscribeAll();
   });
   connect(&_broker, &BrokerConnection::disconnected, this, [this](const QString &reason) {
-    _is_comparing = false;
     _lost.reset();
     // Of a broker that is away for days, once is enough.
     if (std::exchange(_told_reason, reason) != reason)
@@ -103,7 +102,6 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
     clearPublished(panel);
   if (!(before.broker == next.broker)) {
     sayGoodbye();
-    _is_comparing = false;
     _discovery.forgetAll();
     _to_clear.clear();
     if (const auto started = _broker.start(settings); !started)
@@ -114,9 +112,7 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
       ended.append(next.prefix + '/' + filter);
     if (!ended.isEmpty())
       _broker.unsubscribe(ended);
-    if (_is_comparing)
-      subscribeAll(); // what was asked for last counts
-    else if (!difference.filters_to_make.isEmpty())
+    if (!difference.filters_to_make.isEmpty())
       compare(difference.panels_to_sync, difference.filters_to_make);
     for (const auto &panel : _fleet.panels())
       announce(panel.first);
@@ -129,8 +125,7 @@ Outcome<Done> Bridge::change(const Configuration &configuration) {
 void Bridge::end() { sayGoodbye(); }
 
 void Bridge::sayGoodbye() {
-  if (!_is_comparing)
-    publishOrders();
+  publishOrders();
   for (const auto &panel : _fleet.panels())
     publish(panel.first + "/availability", offline, true);
   publish(ownTopic("availability"), offline, true);

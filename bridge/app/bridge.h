@@ -90,7 +90,7 @@ private:
   QString _told_reason;                // why there is no connection to the broker
   quint64 _messages = 0;
   quint64 _wrong_messages = 0;
-  bool _is_comparing = false;
+  bool _is_comparing = false; // counts while there is a connection, which begins with a comparison
 };
 
 } // namespace buttondriver::bridge

@@ -51,7 +51,6 @@ Fleet::Difference Fleet::apply(const Configuration &configuration) {
     auto &panel = _panels[name];
     panel = std::make_unique<Panel>(name, *address, _times);
     _by_name.insert(name, panel.get());
-    difference.came.append(name);
     difference.filters_to_make.append(panel_filter(name));
     difference.panels_to_sync.append(panel.get());
     Q_EMIT panelCame(panel.get());
@@ -65,29 +64,22 @@ Fleet::Difference Fleet::apply(const Configuration &configuration) {
   _members.clear();
   for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
     const QVector<QByteArray> before = _groups.value(group.key());
-    bool is_larger = false;
     for (const QByteArray &name : *group) {
       Panel *const panel = _by_name.value(name);
       _members[group.key()].append(panel);
-      const bool is_new = !before.contains(name) || difference.came.contains(name);
-      is_larger = is_larger || is_new;
-      if (is_new && !difference.panels_to_sync.contains(panel)) {
+      if (!before.contains(name) && !difference.panels_to_sync.contains(panel)) {
         // What the broker keeps for it is compared as a whole.
         difference.panels_to_sync.append(panel);
         difference.filters_to_make.append(panel_filter(name));
       }
     }
-    if (is_larger)
-      difference.filters_to_make.append(group_filter(group.key()));
   }
   // A panel that is compared needs all of its groups.
   for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-    const QByteArray filter = group_filter(group.key());
     const auto &members = _members[group.key()];
-    if (!difference.filters_to_make.contains(filter) &&
-        std::any_of(members.cbegin(), members.cend(),
+    if (std::any_of(members.cbegin(), members.cend(),
                     [&](Panel *panel) { return difference.panels_to_sync.contains(panel); }))
-      difference.filters_to_make.append(filter);
+      difference.filters_to_make.append(group_filter(group.key()));
   }
   _groups = groups;
   return difference;

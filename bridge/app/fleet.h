@@ -24,8 +24,7 @@ public:
 
   /// What another configuration means for subscriptions. Names without the prefix.
   struct Difference {
-    QVector<QByteArray> came; ///< panels
-    QVector<QByteArray> went;
+    QVector<QByteArray> went; ///< panels
     QVector<QByteArray> filters_to_end;
     /// Those that are new, and those of panels that are now in a group that they were not in: the broker has to deliver
     /// again what it keeps.

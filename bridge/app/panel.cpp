@@ -13,7 +13,7 @@ Panel::Panel(QByteArray name, const PanelAddress &address, PanelLink::Times time
       _link(
           address.host, address.port, [this] { return restore_list(_wanted, command_of); }, times) {
   connect(&_link, &PanelLink::availabilityChanged, this, [this](bool is_up) {
-    _failure_is_told = _failure_is_told && !is_up;
+    _failure_is_told = false;
     Q_EMIT availabilityChanged(is_up);
   });
   connect(&_link, &PanelLink::brokeOff, this, &Panel::tellFailure);
@@ -99,10 +99,7 @@ void Panel::beginSync() {
   _wanted.beginSync();
 }
 
-void Panel::keepOrderRecord(const QByteArray &record) {
-  if (isSyncing())
-    _order_record = record;
-}
+void Panel::keepOrderRecord(const QByteArray &record) { _order_record = record; }
 
 QVector<WantedState::Entry> Panel::endSync() {
   _is_known_to_broker = !_order_record.isEmpty();

@@ -69,7 +69,7 @@ private:
   const QByteArray _name;
   PanelAddress _address;
   WantedState _wanted;
-  QByteArray _order_record; // during a sync
+  QByteArray _order_record; // counts at the end of a sync
   bool _is_known = false;   // the wanted state was complete once
   bool _is_known_to_broker = false;
   bool _failure_is_told = false;

@@ -22,6 +22,8 @@ TEST_F(BridgeChangeTest, a_panel_that_joins_a_group_changes_no_order_of_its_othe
   changeAndSync();
   EXPECT_EQ((QVector<QByteArray>{"group/doors/led/all"}), wanted("yard"));
   EXPECT_EQ((QVector<QByteArray>{"group/doors/led/all", "hall/led/5"}), wanted("hall"));
+  buttondriver::test::process_ready_events();
+  EXPECT_EQ(1, hall.connections());
 }
 
 TEST_F(BridgeChangeTest, of_a_panel_that_went_nothing_stays_but_that_it_is_not_there) {

@@ -3,9 +3,12 @@
 
 #include "bridge_fixture.h"
 
+#include "bridge/broker/watched_connection.h"
 #include "pictures/bmp_file.h"
 #include "pictures/picture.h"
 #include "support/event_loop.h"
+
+#include <algorithm>
 
 namespace buttondriver::bridge {
 namespace {
@@ -41,7 +44,13 @@ TEST_F(BridgeBrokerTest, discovery_of_many_panels_is_whole) {
     configuration.panels.insert("panel-" + QByteArray::number(i), PanelAddress{QStringLiteral("127.0.0.1"), 1});
   configuration.discovery_prefix = "d";
   startBridge();
-  EXPECT_TRUE(process_events_until([this] { return topicsBelow("d/") == 300 * 84; })) << topicsBelow("d/");
+  int most_waiting = 0;
+  EXPECT_TRUE(process_events_until([&] {
+    most_waiting = std::max(most_waiting, bridge->numbers().waiting_for_broker);
+    return topicsBelow("d/") == 300 * 84;
+  })) << topicsBelow("d/");
+  EXPECT_GT(most_waiting, 0);
+  EXPECT_LE(most_waiting, 1000); // others have to get through too
 }
 
 TEST_F(BridgeBrokerTest, discovery_comes_again_where_a_broker_has_lost_it_and_only_there) {
@@ -179,6 +188,12 @@ TEST_F(BridgeBrokerTest, a_payload_beyond_all_bounds_is_answered) {
   expectCount("p/hall/error", 1);
   EXPECT_TRUE(last("p/hall/error").contains("p/hall/screen/0/image")) << last("p/hall/error").toStdString();
   EXPECT_EQ(1U, bridge->numbers().wrong_messages);
+  EXPECT_EQ(1U, bridge->numbers().messages);
+  WatchedConnection late;
+  late.filters = {"p/hall/error"};
+  late.marker_topic = "marker";
+  late.startAndCollect(settings_for(broker, "late"));
+  EXPECT_TRUE(late.messages.empty()) << "an error is not kept";
 }
 
 TEST_F(BridgeBrokerTest, rubbish_is_answered_or_passed_over_and_stops_nothing) {
@@ -240,6 +255,32 @@ TEST_F(BridgeBrokerTest, a_broker_that_came_back_is_told_all_numbers_again) {
   ASSERT_TRUE(broker.start());
   waitForClient();
   expectCount("p/hall/statistics/refused", 1);
+  EXPECT_EQ(1U, bridge->numbers().broker_reconnects);
+}
+
+TEST_F(BridgeBrokerTest, a_broker_that_lost_its_memory_is_given_what_it_kept_alone) {
+  startBridge();
+  keep("hall/led/5", "on");
+  publish("hall/led/6", "on");
+  expectWanted("hall", {"hall/led/5", "hall/led/6"});
+  endBroker();
+  forget();
+  ASSERT_TRUE(broker.start());
+  waitForClient();
+  expectCount("p/hall/order", 1); // after all that was lost
+  EXPECT_EQ("on", last("p/hall/led/5"));
+  EXPECT_EQ(0, count("p/hall/led/6"));
+}
+
+TEST_F(BridgeBrokerTest, an_order_that_changes_all_the_time_is_published_now_and_then) {
+  times.order_pause_ms = 300;
+  startBridge();
+  QTimer changing;
+  int changes = 0;
+  QObject::connect(&changing, &QTimer::timeout, [&] { keep("hall/led/all", ++changes % 2 == 0 ? "on" : "off"); });
+  changing.start(10);
+  keep("hall/led/5", "on");
+  expectCount("p/hall/order", 1);
 }
 
 TEST_F(BridgeBrokerTest, the_record_of_the_order_comes_after_all_that_was_lost) {

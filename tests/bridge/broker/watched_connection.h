@@ -67,18 +67,18 @@ struct WatchedConnection {
   /// Starts, and waits until it is connected.
   void start(const BrokerSettings &settings) {
     ASSERT_TRUE(connection.start(settings));
-    ASSERT_TRUE(test::process_events_until([this] { return connects > 0; })) << reasons.join("\n").toStdString();
+    ASSERT_TRUE(buttondriver::test::process_events_until([this] { return connects > 0; })) << reasons.join("\n").toStdString();
   }
   /// Starts, and waits until all that is kept has come.
   void startAndCollect(const BrokerSettings &settings) {
     start(settings);
-    ASSERT_TRUE(test::process_events_until([this] { return ends > 0; }));
+    ASSERT_TRUE(buttondriver::test::process_events_until([this] { return ends > 0; }));
   }
   bool waitForMessages(std::size_t count) {
-    return test::process_events_until([&] { return messages.size() >= count; });
+    return buttondriver::test::process_events_until([&] { return messages.size() >= count; });
   }
   bool waitUntilSent() {
-    return test::process_events_until([&] { return connection.waitingMessages() == 0; });
+    return buttondriver::test::process_events_until([&] { return connection.waitingMessages() == 0; });
   }
   std::string lastReason() const { return reasons.isEmpty() ? std::string() : reasons.last().toStdString(); }
 
@@ -93,7 +93,7 @@ struct WatchedConnection {
 };
 
 /// How to reach `broker`.
-inline BrokerSettings settings_for(const test::MosquittoBroker &broker, const QByteArray &client_id,
+inline BrokerSettings settings_for(const buttondriver::test::MosquittoBroker &broker, const QByteArray &client_id,
                                    bool is_mqtt_5 = true) {
   BrokerSettings settings;
   settings.port = broker.port();
