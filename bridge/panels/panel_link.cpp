@@ -91,12 +91,8 @@ bool PanelLink::write(const QByteArray &frame) {
   _handed += frame.size();
   if (!_has_failed && _socket.write(frame) < 0) {
     _has_failed = true;
-    _unwritten = frame.size();
     QMetaObject::invokeMethod(this, &PanelLink::checkSocket, Qt::QueuedConnection);
-    return false;
   }
-  if (_has_failed)
-    _unwritten += frame.size();
   return !_has_failed;
 }
 
@@ -110,7 +106,8 @@ void PanelLink::beginRestoration() {
 void PanelLink::goOn() {
   if (_state != State::up)
     return;
-  _sent_tail.left(_handed - unsent());
+  if (!_has_failed) // after that nothing leaves, and the socket may have dropped what was to
+    _sent_tail.left(_handed - _socket.bytesToWrite());
   do {
     while (!_waiting.isEmpty() && hasRoomInSocket()) {
       const WaitingCommands::Item &item = _waiting.first();

@@ -90,8 +90,6 @@ private:
   bool takesCommands() const { return _state == State::up && _is_released; }
   bool hasRoomInSocket() const;
   bool write(const QByteArray &frame);
-  /// Bytes of this connection that have not left.
-  qint64 unsent() const { return _socket.bytesToWrite() + _unwritten; }
   void hand(const QByteArray &topic, const Command &command, bool is_kept);
   void beginRestoration();
   void goOn();
@@ -120,8 +118,7 @@ private:
   AnswerCount _answers;
   QElapsedTimer _since_ping;
   QElapsedTimer _since_movement;
-  qint64 _unwritten = 0; // bytes that came when the connection had failed
-  qint64 _handed = 0;    // bytes, to all connections
+  qint64 _handed = 0; // bytes, to all connections
   quint64 _restorations = 0;
   State _state = State::not_started;
   Proof _proof = Proof::none;

@@ -17,7 +17,6 @@ constexpr int read_buffer_bytes = 4 * 1024;
 void PanelLink::connectToPanel() {
   _state = State::connecting;
   _has_failed = false;
-  _unwritten = 0;
   _timer.start(_times.ping_timeout_ms);
   // Without buffers, for most of the time nothing is there to be buffered, and a thousand of them are many.
   _socket.setReadBufferSize(read_buffer_bytes);
@@ -133,12 +132,8 @@ void PanelLink::moveTo(const QString &host, quint16 port) {
 
 /// The connection and what waits for it.
 void PanelLink::drop() {
-  _sent_tail.left(_handed - unsent());
   const QVector<QByteArray> lost_topics = _sent_tail.take() + _waiting.clear();
   _state = State::pausing;
-  _proof = Proof::none;
-  _awaits_answer = false;
-  _had_no_room = false;
   const bool was_up = std::exchange(_numbers.is_up, false);
   _numbers.waiting_commands = 0;
   _numbers.waiting_bytes = 0;

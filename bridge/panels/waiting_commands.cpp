@@ -21,7 +21,7 @@ WaitingCommands::Added WaitingCommands::add(const QByteArray &topic, const Comma
   }
 
   const Place place = *found;
-  if (place->command.target != command.target || isOverlappedLater(place, command.target)) {
+  if (isOverlappedLater(place, command.target)) {
     take(place);
     append({topic, command, is_kept, false});
   } else {

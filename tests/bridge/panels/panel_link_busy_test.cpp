@@ -78,8 +78,12 @@ TEST_F(PanelLinkBusyTest, a_connection_that_breaks_in_a_frame_loses_what_is_not_
   EXPECT_EQ(link->send("kept", lamp("k"), true), Taken::yes);
   EXPECT_EQ(link->send("do/two", lamp("2", 2), false), Taken::yes);
   wanted = {{"a", lamp("A")}};
-  panel.hangUp();
+  panel.close();
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-"; }));
+  EXPECT_EQ(link->numbers().waiting_commands, 0);
+  EXPECT_EQ(link->numbers().waiting_bytes, 0);
   panel.reads = true;
+  panel.openAgain();
   ASSERT_TRUE(process_events_until([this] { return restored == 2; }));
   EXPECT_THAT(panel.messages(), ElementsAre("A"));
   EXPECT_EQ(panel.unfinished(), 0);

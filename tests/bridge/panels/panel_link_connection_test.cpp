@@ -141,11 +141,59 @@ TEST_F(PanelLinkConnectionTest, waits_longer_and_longer_for_a_panel_that_closes_
 TEST_F(PanelLinkConnectionTest, a_panel_that_went_is_noticed_also_when_something_is_sent_before_the_event_comes) {
   startReleased();
   panel.hangUp();
-  EXPECT_EQ(link->send("a", lamp("A"), true), Taken::yes);
+  EXPECT_EQ(link->send("a", lamp("A"), true), Taken::yes); // the system takes it
   EXPECT_EQ(link->send("once", lamp("B", 1), false), Taken::yes);
+  EXPECT_EQ(link->send("c", lamp("C, which is longer", 2), true), Taken::yes);
   ASSERT_TRUE(process_events_until([this] { return restored == 2; }));
   EXPECT_EQ(availability, "+-+");
   EXPECT_EQ(lost, std::vector<QByteArray>{"once"});
+  EXPECT_EQ(reasons.size(), 1);
+}
+
+TEST_F(PanelLinkConnectionTest, what_has_left_is_not_lost) {
+  startReleased();
+  panel.reads = false;
+  const QByteArray message(4'000'000, 'p'); // which the system does not take at once
+  EXPECT_EQ(link->send("do/picture", picture(message), false), Taken::yes);
+  panel.readOn();
+  ASSERT_TRUE(process_events_until([&] { return panel.messages().size() == 1; }));
+  process_ready_events();
+  panel.hangUp();
+  ASSERT_TRUE(process_events_until([this] { return availability == "+-+"; }));
+  EXPECT_TRUE(lost.empty());
+}
+
+TEST_F(PanelLinkConnectionTest, is_started_once) {
+  startReleased();
+  link->start();
+  EXPECT_EQ(link->send("a", lamp("A"), true), Taken::yes);
+}
+
+TEST_F(PanelLinkConnectionTest, a_panel_may_move_before_the_start) {
+  PanelStandIn other_place;
+  PanelLink moved("127.0.0.1", panel.port(), [] { return QVector<TopicCommand>(); }, shortPauses());
+  moved.moveTo("127.0.0.1", other_place.port());
+  process_ready_events();
+  EXPECT_EQ(other_place.connections(), 0);
+  moved.start();
+  ASSERT_TRUE(process_events_until([&] { return moved.numbers().is_up; }));
+  EXPECT_EQ(other_place.connections(), 1);
+  EXPECT_EQ(panel.connections(), 0);
+}
+
+TEST_F(PanelLinkConnectionTest, the_first_pause_comes_again_at_another_place) {
+  panel.close();
+  start({600000, 600000, 1, 1000000});
+  ASSERT_TRUE(process_events_until([this] { return reasons.size() == 9; }));
+  PanelStandIn other_place;
+  other_place.closes_at_once = true;
+  PanelStandIn steady_panel;
+  steady_panel.closes_at_once = true;
+  PanelLink steady("127.0.0.1", steady_panel.port(), [] { return QVector<TopicCommand>(); }, {600000, 600000, 1, 1});
+  steady.start();
+  link->moveTo("127.0.0.1", other_place.port());
+  ASSERT_TRUE(process_events_until([&] { return other_place.connections() == 3; }));
+  EXPECT_LT(steady_panel.connections(), 60) << "the pause had grown";
 }
 
 } // namespace buttondriver::bridge::test

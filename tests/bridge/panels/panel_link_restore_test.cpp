@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 namespace buttondriver::bridge::test {
 
 using testing::ElementsAre;
@@ -85,6 +87,37 @@ TEST_F(PanelLinkRestoreTest, an_older_restoration_does_not_count_for_a_newer_one
   panel.write(QByteArray::fromHex("0000000400000001"));
   ASSERT_TRUE(process_events_until([this] { return panel.pings() == 4; }));
   process_ready_events();
+  EXPECT_EQ(restored, 1);
+  panel.write(QByteArray::fromHex("0000000400000001"));
+  ASSERT_TRUE(process_events_until([this] { return restored == 2; }));
+}
+
+/// Restores before the first event of the link that comes next.
+class Restorer : public QObject {
+public:
+  explicit Restorer(PanelLink &link) : _link(link) { _link.installEventFilter(this); }
+  bool eventFilter(QObject *, QEvent *event) override {
+    if (event->type() == QEvent::MetaCall && !std::exchange(_has_restored, true))
+      _link.restore();
+    return false;
+  }
+  bool hasRestored() const { return _has_restored; }
+
+private:
+  PanelLink &_link;
+  bool _has_restored = false;
+};
+
+TEST_F(PanelLinkRestoreTest, is_not_told_of_one_that_is_over_when_another_has_begun) {
+  startReleased();
+  panel.answers_pings = false;
+  link->restore();
+  ASSERT_TRUE(process_events_until([this] { return panel.pings() == 3; }));
+  Restorer restorer(*link); // between the answer and the signal
+  panel.write(QByteArray::fromHex("0000000400000001"));
+  ASSERT_TRUE(process_events_until([this] { return panel.pings() == 4; }));
+  process_ready_events();
+  EXPECT_TRUE(restorer.hasRestored());
   EXPECT_EQ(restored, 1);
   panel.write(QByteArray::fromHex("0000000400000001"));
   ASSERT_TRUE(process_events_until([this] { return restored == 2; }));

@@ -75,14 +75,15 @@ TEST(WaitingCommandsTest, a_restoration_takes_the_place_of_what_is_kept_and_does
 
 TEST(WaitingCommandsTest, has_bounds_that_count_what_was_added_alone) {
   WaitingCommands waiting;
-  waiting.restore(QVector<TopicCommand>(2000, {"x", picture("x")}));
+  waiting.restore(QVector<TopicCommand>(2000, {"x", picture("x")}) + QVector<TopicCommand>{{"restored lamp", lamp("3", 4)}});
   waiting.add("lamp", lamp("1"), true);
   for (int i = 1; i < WaitingCommands::most_commands; ++i)
     ASSERT_EQ(waiting.add("p", picture("p"), true), Added::yes);
   EXPECT_EQ(waiting.add("p", picture("p"), true), Added::no_room);
   EXPECT_EQ(waiting.add("other lamp", lamp("1"), true), Added::no_room);
   EXPECT_EQ(waiting.add("lamp", lamp("2"), true), Added::replaced);
-  EXPECT_EQ(waiting.count(), 3000);
+  EXPECT_EQ(waiting.count(), 3001);
+  EXPECT_EQ(waiting.add("restored lamp", lamp("4", 4), true), Added::no_room);
 }
 
 TEST(WaitingCommandsTest, has_bounds_in_bytes) {
@@ -94,6 +95,34 @@ TEST(WaitingCommandsTest, has_bounds_in_bytes) {
   EXPECT_EQ(waiting.add("a", lamp(half + 'x', 1), true), Added::no_room);
   EXPECT_EQ(waiting.add("a", lamp(half.left(8), 1), true), Added::replaced);
   EXPECT_EQ(waiting.add("c", lamp("c", 3), true), Added::yes);
+}
+
+TEST(WaitingCommandsTest, has_bounds_in_bytes_that_count_what_was_added_alone) {
+  WaitingCommands waiting;
+  const QByteArray half(WaitingCommands::most_bytes / 2 - 4, 'x');
+  const auto expect_room = [&] {
+    EXPECT_EQ(waiting.add("a", lamp(half, 1), true), Added::yes);
+    EXPECT_EQ(waiting.add("b", lamp(half, 2), true), Added::yes);
+    EXPECT_EQ(waiting.add("c", lamp("c", 3), true), Added::no_room);
+  };
+  waiting.restore({{"restored", lamp(half, 4)}, {"x", picture(half + half)}});
+  expect_room();
+  EXPECT_EQ(waiting.add("restored", lamp(half, 4), true), Added::no_room);
+  waiting.clear();
+  expect_room();
+  waiting.restore({{"restored", lamp("r", 4)}});
+  EXPECT_EQ(waiting.add("restored", lamp(half, 4), true), Added::replaced);
+  waiting.removeFirst();
+  expect_room();
+}
+
+TEST(WaitingCommandsTest, one_of_a_restoration_is_replaced_also_when_an_older_one_of_its_topic_has_gone) {
+  WaitingCommands waiting;
+  waiting.add("a", lamp("a1", 1), false);
+  waiting.restore({{"a", lamp("A", 1)}});
+  waiting.removeFirst();
+  EXPECT_EQ(waiting.add("a", lamp("a2", 1), true), Added::replaced);
+  EXPECT_EQ(taken(waiting), "a2");
 }
 
 TEST(WaitingCommandsTest, tells_what_is_not_kept_when_it_goes) {
