@@ -73,6 +73,9 @@ void BrokerConnection::lookUp() {
     return open(_settings.host);
   // The library would wait for the answer.
   _lookup = QHostInfo::lookupHost(_settings.host, this, [this](const QHostInfo &answer) {
+    // What Qt still knew of a name comes even if the lookup is aborted.
+    if (answer.lookupId() != _lookup)
+      return;
     _lookup = -1;
     const QList<QHostAddress> addresses = answer.addresses();
     if (addresses.isEmpty())

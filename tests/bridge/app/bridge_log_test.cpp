@@ -23,11 +23,10 @@ struct Row {
 
 class BrokerThatGoesTest : public testing::TestWithParam<Row> {};
 
-INSTANTIATE_TEST_SUITE_P(
-    Each, BrokerThatGoesTest,
-    testing::Values(Row{"before_it_has_been_there", QByteArray(), Manner::close_at_once, false},
-                    Row{"after_it_was_there", accepted_5, Manner::answer_and_close, true}),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Each, BrokerThatGoesTest,
+                         testing::Values(Row{"before_it_has_been_there", QByteArray(), Manner::close_at_once, false},
+                                         Row{"after_it_was_there", accepted_5, Manner::answer_and_close, true}),
+                         [](const auto &row) { return row.param.name; });
 
 TEST_P(BrokerThatGoesTest, is_logged_once_until_it_has_been_there) {
   const ScriptedBroker broker(GetParam().answer, GetParam().manner);

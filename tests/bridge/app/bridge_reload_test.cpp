@@ -32,9 +32,7 @@ protected:
 
 /// A port that the system has given, and that nobody else gets as long as this lives.
 struct HeldPort {
-  HeldPort() {
-    EXPECT_TRUE(socket.bind(QHostAddress(QHostAddress::LocalHost), 0, QAbstractSocket::ReuseAddressHint));
-  }
+  HeldPort() { EXPECT_TRUE(socket.bind(QHostAddress(QHostAddress::LocalHost), 0, QAbstractSocket::ReuseAddressHint)); }
   quint16 number() const { return socket.localPort(); }
   /// The page of numbers there; empty if nobody is.
   QByteArray page() const {

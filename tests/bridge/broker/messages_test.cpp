@@ -135,6 +135,8 @@ TEST_P(BrokerMessagesTest, too_large_ones_are_counted_and_not_told) {
   ASSERT_TRUE(receiver.waitForMessages(1));
   EXPECT_EQ(receiver.messages[0].payload.size(), std::size_t{most});
   EXPECT_EQ(receiver.connection.tooLarge(), 1U);
+  receiver.connection.stop(60'000);
+  EXPECT_EQ(receiver.connection.tooLarge(), 1U);
 }
 
 TEST_P(BrokerMessagesTest, what_is_subscribed_no_more_does_not_come) {

@@ -13,7 +13,7 @@ using buttondriver::test::TestCertificates;
 namespace buttondriver::bridge {
 namespace {
 
-enum class Authority { right, wrong, of_the_system };
+enum class Authority { right, wrong, of_the_system, known_to_the_system };
 
 struct Row {
   const char *name;
@@ -21,6 +21,7 @@ struct Row {
   Authority authority;
   bool has_client_certificate;
   const char *reason; ///< empty: it works
+  const char *host = "127.0.0.1";
 };
 
 std::ostream &operator<<(std::ostream &stream, const Row &row) { return stream << row.name; }
@@ -33,6 +34,8 @@ const char *const not_trusted = "certificate verify failed";
 INSTANTIATE_TEST_SUITE_P(
     Each, BrokerTlsTest,
     testing::Values(Row{"good", "127.0.0.1", Authority::right, true, ""},
+                    Row{"good_by_its_name", "localhost", Authority::right, true, "", "localhost"},
+                    Row{"authority_that_the_system_knows", "127.0.0.1", Authority::known_to_the_system, true, ""},
                     Row{"wrong_authority", "127.0.0.1", Authority::wrong, true, not_trusted},
                     Row{"not_an_authority_of_the_system", "127.0.0.1", Authority::of_the_system, true, not_trusted},
                     Row{"wrong_host", "broker.example.org", Authority::right, true, "host name verification failed"},
@@ -53,8 +56,12 @@ TEST_P(BrokerTlsTest, connects_only_to_who_it_should) {
 
   BrokerSettings settings = settings_for(broker, "one");
   settings.has_tls = true;
-  if (row.authority != Authority::of_the_system)
+  settings.host = QString::fromLatin1(row.host);
+  if (row.authority == Authority::right || row.authority == Authority::wrong)
     settings.ca_file = row.authority == Authority::right ? certificates.authority() : others.authority();
+  if (row.authority == Authority::known_to_the_system)
+    qputenv("SSL_CERT_FILE", certificates.authority().toLocal8Bit()); // OpenSSL's own name for where it looks
+  const auto forget = qScopeGuard([] { qunsetenv("SSL_CERT_FILE"); });
   if (row.has_client_certificate) {
     settings.cert_file = of_client.certificate;
     settings.key_file = of_client.key;

@@ -67,7 +67,8 @@ struct WatchedConnection {
   /// Starts, and waits until it is connected.
   void start(const BrokerSettings &settings) {
     ASSERT_TRUE(connection.start(settings));
-    ASSERT_TRUE(buttondriver::test::process_events_until([this] { return connects > 0; })) << reasons.join("\n").toStdString();
+    ASSERT_TRUE(buttondriver::test::process_events_until([this] { return connects > 0; }))
+        << reasons.join("\n").toStdString();
   }
   /// Starts, and waits until all that is kept has come.
   void startAndCollect(const BrokerSettings &settings) {

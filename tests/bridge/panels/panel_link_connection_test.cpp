@@ -171,7 +171,8 @@ TEST_F(PanelLinkConnectionTest, is_started_once) {
 
 TEST_F(PanelLinkConnectionTest, a_panel_may_move_before_the_start) {
   PanelStandIn other_place;
-  PanelLink moved("127.0.0.1", panel.port(), [] { return QVector<TopicCommand>(); }, shortPauses());
+  PanelLink moved(
+      "127.0.0.1", panel.port(), [] { return QVector<TopicCommand>(); }, shortPauses());
   moved.moveTo("127.0.0.1", other_place.port());
   process_ready_events();
   EXPECT_EQ(other_place.connections(), 0);

@@ -75,7 +75,8 @@ TEST(WaitingCommandsTest, a_restoration_takes_the_place_of_what_is_kept_and_does
 
 TEST(WaitingCommandsTest, has_bounds_that_count_what_was_added_alone) {
   WaitingCommands waiting;
-  waiting.restore(QVector<TopicCommand>(2000, {"x", picture("x")}) + QVector<TopicCommand>{{"restored lamp", lamp("3", 4)}});
+  waiting.restore(QVector<TopicCommand>(2000, {"x", picture("x")}) +
+                  QVector<TopicCommand>{{"restored lamp", lamp("3", 4)}});
   waiting.add("lamp", lamp("1"), true);
   for (int i = 1; i < WaitingCommands::most_commands; ++i)
     ASSERT_EQ(waiting.add("p", picture("p"), true), Added::yes);

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+// When a connection to a broker is tried, and when no more.
+#include "scripted_broker.h"
+#include "watched_connection.h"
+
+#include <QHostInfo>
+
+using buttondriver::test::process_events_until;
+using buttondriver::test::process_ready_events;
+
+namespace buttondriver::bridge {
+namespace {
+
+using Manner = ScriptedBroker::Manner;
+
+BrokerConnection::Times pauses(int longest_ms) {
+  BrokerConnection::Times times = short_times();
+  times.first_pause_ms = 1;
+  times.longest_pause_ms = longest_ms;
+  return times;
+}
+
+BrokerSettings settings_at(const ScriptedBroker &broker) {
+  BrokerSettings settings;
+  settings.port = broker.port();
+  return settings;
+}
+
+/// Goes on at the same pace, to compare with.
+struct SteadyAttempts {
+  SteadyAttempts() { EXPECT_TRUE(connection.connection.start(settings_at(broker))); }
+  int count() const { return broker.clients(); }
+
+  const ScriptedBroker broker{"", Manner::close_at_once};
+  WatchedConnection connection{pauses(1)};
+};
+
+TEST(AttemptsTest, come_after_longer_and_longer_pauses_until_a_start_or_a_connection) {
+  const ScriptedBroker closing("", Manner::close_at_once);
+  WatchedConnection connection(pauses(1'000'000));
+  {
+    const SteadyAttempts steady;
+    ASSERT_TRUE(connection.connection.start(settings_at(closing)));
+    // The pauses of 1 to 2^n milliseconds take as long as 2^n of the others, about.
+    ASSERT_TRUE(process_events_until([&] { return steady.count() >= 200; }));
+    EXPECT_LT(closing.clients(), 20);
+  }
+  ASSERT_TRUE(process_events_until([&] { return closing.clients() >= 10; }));
+  const ScriptedBroker accepting(accepted_5, Manner::answer_and_close);
+  const SteadyAttempts steady;
+  ASSERT_TRUE(connection.connection.start(settings_at(accepting)));
+  ASSERT_TRUE(process_events_until([&] { return accepting.clients() >= 10; }));
+  EXPECT_GT(connection.connects, 5);
+  EXPECT_LT(steady.count(), 200) << "the pause had grown";
+}
+
+TEST(AttemptsTest, begin_anew_with_a_start) {
+  const ScriptedBroker closing("", Manner::close_at_once);
+  WatchedConnection connection(pauses(1'000'000));
+  ASSERT_TRUE(connection.connection.start(settings_at(closing)));
+  ASSERT_TRUE(process_events_until([&] { return closing.clients() >= 10; }));
+  const ScriptedBroker other("", Manner::close_at_once);
+  const SteadyAttempts steady;
+  ASSERT_TRUE(connection.connection.start(settings_at(other)));
+  ASSERT_TRUE(process_events_until([&] { return other.clients() >= 3; }));
+  EXPECT_LT(steady.count(), 100) << "the pause had grown";
+}
+
+TEST(AttemptsTest, end_with_stop_wherever_they_are) {
+  const ScriptedBroker broker(accepted_5);
+  BrokerSettings settings = settings_at(broker);
+  for (const char *host : {"127.0.0.1", "localhost"}) {
+    settings.host = QString::fromLatin1(host);
+    for (int rounds = 0; rounds < 6; ++rounds) {
+      WatchedConnection connection(pauses(1));
+      ASSERT_TRUE(connection.connection.start(settings));
+      for (int i = 0; i < rounds; ++i)
+        QCoreApplication::processEvents();
+      connection.connection.stop(0);
+      const int connects = connection.connects;
+      const auto reasons = connection.reasons; // "localhost" may mean ::1 first
+      bool is_found = false;
+      QObject context;
+      QHostInfo::lookupHost(settings.host, &context, [&](const QHostInfo &) { is_found = true; });
+      ASSERT_TRUE(process_events_until([&] { return is_found; }));
+      for (int i = 0; i < 10; ++i)
+        process_ready_events();
+      EXPECT_EQ(connection.connects, connects);
+      EXPECT_FALSE(connection.connection.isConnected());
+      EXPECT_EQ(connection.reasons, reasons);
+    }
+  }
+}
+
+TEST(AttemptsTest, at_a_start_the_former_connection_is_over) {
+  const ScriptedBroker broker(accepted_5);
+  WatchedConnection connection;
+  connection.start(settings_at(broker));
+  ASSERT_TRUE(connection.connection.start(settings_at(broker)));
+  EXPECT_FALSE(connection.connection.isConnected());
+  ASSERT_TRUE(process_events_until([&] { return connection.connects == 2; }));
+}
+
+} // namespace
+} // namespace buttondriver::bridge
