@@ -219,8 +219,9 @@ TEST_F(BridgeReloadTest, a_change_in_the_middle_of_a_comparison_is_compared_too)
   ASSERT_TRUE(process_events_until([this] { return bridge->numbers().is_connected; }));
   configuration.panels = panels;
   configuration.groups = {{"doors", {"hall", "yard"}}};
+  const int before = syncs;
   ASSERT_TRUE(bridge->change(configuration));
-  ASSERT_TRUE(process_events_until([this] { return syncs > 0; }));
+  ASSERT_TRUE(process_events_until([&] { return syncs > before; }));
   EXPECT_THAT(wanted("yard"), testing::UnorderedElementsAre("group/doors/led/7", "yard/led/6"));
   EXPECT_THAT(wanted("hall"), testing::UnorderedElementsAre("group/doors/led/7", "hall/led/5"));
   EXPECT_FALSE(bridge->fleet().find("hall")->isSyncing());
