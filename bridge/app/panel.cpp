@@ -115,7 +115,7 @@ QVector<WantedState::Entry> Panel::endSync() {
 }
 
 std::optional<QByteArray> Panel::takeOrderRecord() {
-  return !isSyncing() && _wanted.takeOrderChange() ? std::optional(_wanted.orderRecord()) : std::nullopt;
+  return _wanted.takeOrderChange() ? std::optional(_wanted.orderRecord()) : std::nullopt;
 }
 
 } // namespace buttondriver::bridge
