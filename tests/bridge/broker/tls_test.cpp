@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QScopeGuard>
+
 #include <ostream>
 
 using buttondriver::test::MosquittoBroker;
