@@ -59,7 +59,7 @@ export async function startSimulator(t, { httpPort = 0, root, device } = {}) {
 // A daemon on a free port that has the socket `device` in place of the device.
 export function startDriver(t, device) {
   const env = { ...process.env, LD_PRELOAD: DRIVER_PRELOAD, BUTTONDRIVER_DEVICE: device,
-    BUTTONDRIVER_TEST_ROOT: temporaryFolder(t), ASAN_OPTIONS: 'verify_asan_link_order=0' };
+    BUTTONDRIVER_TEST_ROOT: temporaryFolder(t) };
   const child = spawn(BUTTONDRIVER, ['map', '127.0.0.1', '0'],
     { stdio: 'ignore', env });
   const ended = new Promise((resolve) => child.once('exit', resolve));

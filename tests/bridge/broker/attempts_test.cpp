@@ -54,7 +54,7 @@ TEST(AttemptsTest, come_after_longer_and_longer_pauses_until_a_start_or_a_connec
   EXPECT_LT(steady.count(), 200) << "the pause had grown";
 }
 
-TEST(AttemptsTest, begin_anew_with_a_start) {
+TEST(AttemptsTest, begin_again_with_a_start) {
   const ScriptedBroker closing("", Manner::close_at_once);
   WatchedConnection connection(pauses(1'000'000));
   ASSERT_TRUE(connection.connection.start(settings_at(closing)));

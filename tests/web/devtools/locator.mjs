@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Elements of a page, by how they are found. They are looked for anew each time, and waited for.
+// Elements of a page, by how they are found. They are looked for again each time, and waited for.
 import { act, enter, middleOf } from './in_page.mjs';
 
 // What a text is to be like: contained, small or capital; the same; or a regular expression.
