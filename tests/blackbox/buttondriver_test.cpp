@@ -127,22 +127,24 @@ std::unique_ptr<Program> daemon_with_log(const test::LogPipe &output, const test
 const char *const status_led = "0000000c 00000015 00000003 00000001";
 const std::string logged_status_led = "buttondriver: opcode =  21 , size =  12 \n";
 
-TEST(ButtondriverProgramTest, sixty_four_commands_at_once_cost_one_write_for_each_place_of_the_log) {
+TEST(ButtondriverProgramTest, sixty_four_messages_at_once_cost_one_write_for_each_place_of_the_log) {
+  // Pings: what takes the device's time may end a turn earlier, depending on how long that took so far.
+  const QByteArray ping = "00000004 0000000c";
+  const std::string logged_ping = "buttondriver: opcode =  12 , size =  4 \n";
   for (const bool has_two_places : {true, false}) {
     const test::LogPipe first;
     const test::LogPipe second;
     const auto daemon = daemon_with_log(first, has_two_places ? second : first);
     const auto client = daemon->connectTo();
     ASSERT_TRUE(test::answered_ping(*client));
-    const std::string logged_ping = "size =  4 \n";
     EXPECT_NE((has_two_places ? second : first).takeUpTo(logged_ping), "");
     first.takeAll();
     // Reading the levels again prints a line.
     const std::string logged_reconfig = "buttondriver: opcode =  10 , size =  8 \n";
-    test::send_frames(*client, QByteArray(status_led).repeated(63) + "00000008 0000000a 00000000");
+    test::send_frames(*client, ping.repeated(63) + "00000008 0000000a 00000000");
     std::string events;
     for (int i = 0; i < 63; ++i)
-      events += logged_status_led;
+      events += logged_ping;
     events += logged_reconfig;
     const std::string printed = "buttondriver:reconfig \n";
     if (has_two_places) {
@@ -151,7 +153,6 @@ TEST(ButtondriverProgramTest, sixty_four_commands_at_once_cost_one_write_for_eac
     } else {
       EXPECT_THAT(first.takeWritesUpTo(printed), ElementsAre(events + printed));
     }
-    ASSERT_TRUE(test::answered_ping(*client));
   }
 }
 
