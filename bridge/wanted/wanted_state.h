@@ -118,7 +118,8 @@ private:
 
   bool _order_may_differ = false;
   bool _was_cut_short = false; // a sync before the present one has changed something that the panel was not told
-  QByteArray _broker_record;   // as far as is known; empty: none
+  QVector<QByteArray> _refused_before;                 // by such a sync, and not told yet
+  QByteArray _broker_record;                           // as far as is known; empty: none
   QVector<decltype(qHash(QByteArray()))> _own_records; // hashes of the last ones that were to be published
   TargetSet _to_redraw;
   TargetSet _to_clear;

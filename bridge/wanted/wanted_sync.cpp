@@ -21,6 +21,10 @@ void WantedState::beginSync() {
     }
     applyLive(cut_short->live, outcome);
     _was_cut_short |= outcome.has_changed;
+    // What the broker keeps comes again, and may find room then.
+    for (const QByteArray &topic : outcome.refused)
+      if (!cut_short->live.find(topic)->is_retained)
+        _refused_before.append(topic);
   }
   _sync.emplace();
 }
@@ -29,6 +33,7 @@ WantedState::SyncOutcome WantedState::endSync(const QByteArray &record) {
   SyncOutcome outcome;
   if (!_sync)
     return outcome;
+  outcome.refused = std::exchange(_refused_before, {});
   const Sync sync = *std::exchange(_sync, std::nullopt);
   const QByteArray order_before = orderRecord();
 

@@ -79,6 +79,20 @@ TEST(WantedSyncTest, that_was_cut_short_is_told_once) {
   }
 }
 
+TEST(WantedSyncTest, that_was_cut_short_tells_what_found_no_room_and_does_not_come_again) {
+  WantedState state;
+  const QByteArray third(WantedState::most_bytes / 3, 'x');
+  state.set("picture", third + third, screen(0), !retained);
+  state.beginSync();
+  state.set("line", third, line(0, 1), retained);
+  state.set("lamp", third, button(1), !retained);
+  state.beginSync(); // with the names of the topics, there is no room for three thirds
+  bring(state, "line", "l", line(0, 1));
+  EXPECT_EQ(state.endSync({}).refused, QVector<QByteArray>{"lamp"});
+  state.beginSync();
+  EXPECT_TRUE(state.endSync({}).refused.isEmpty());
+}
+
 TEST(WantedSyncTest, that_has_not_begun_does_not_end) {
   WantedState state = usual_state();
   EXPECT_FALSE(state.endSync("[\"line\"]").has_changed);
