@@ -207,8 +207,11 @@ void Bridge::take(const QByteArray &topic, const QByteArray &payload, bool is_re
   if (route.kind == TopicRoute::Kind::none || !_fleet.knows(route))
     return;
   if (route.kind == TopicRoute::Kind::order) {
-    if (is_old)
-      _fleet.find(route.name)->keepOrderRecord(payload);
+    Panel &panel = *_fleet.find(route.name);
+    if (payload.isEmpty())
+      panel.forgetOrderRecord();
+    else if (is_old)
+      panel.keepOrderRecord(payload);
     return;
   }
   const QByteArray key = topic.mid(_configuration.prefix.size() + 1);
@@ -227,9 +230,12 @@ void Bridge::act(const TopicRoute &route, const QByteArray &key, const QByteArra
     refuse(is_group ? "group/" + route.name : QByteArray(route.name), key, why);
   };
   if (payload.isEmpty()) {
-    if (route.is_kept)
-      _fleet.visit(route, [&](Panel &panel) { panel.takeBack(key); });
-    return; // below "do/", somebody has taken a retained message away that should not have been one
+    bool is_taken_back = true;
+    if (route.is_kept) // below "do/", somebody has taken a retained message away that should not have been one
+      _fleet.visit(route, [&](Panel &panel) { is_taken_back &= panel.takeBack(key, is_retained); });
+    if (!is_taken_back)
+      refuse_all("the broker goes on keeping this: an empty payload takes it back when it is retained");
+    return;
   }
   if (!route.is_kept && is_old) {
     refuse_all("what is below do/ is carried out once: it must not be retained");
@@ -238,6 +244,8 @@ void Bridge::act(const TopicRoute &route, const QByteArray &key, const QByteArra
   const auto command = command_of(route.tail, payload);
   if (!command) {
     refuse_all(command.failure().text.toUtf8());
+    if (is_old && route.is_kept)
+      _fleet.visit(route, [&](Panel &panel) { panel.keepFormer(key); });
     return;
   }
   _fleet.visit(route, [&](Panel &panel) {
@@ -255,8 +263,10 @@ void Bridge::refuseTooLarge(const QByteArray &topic) {
   ++_messages;
   ++_wrong_messages;
   const bool is_group = route.kind == TopicRoute::Kind::group;
-  refuse(is_group ? "group/" + route.name : QByteArray(route.name), topic.mid(_configuration.prefix.size() + 1),
-         "the payload is larger than 8 MiB");
+  const QByteArray key = topic.mid(_configuration.prefix.size() + 1);
+  refuse(is_group ? "group/" + route.name : QByteArray(route.name), key, "the payload is larger than 8 MiB");
+  if (route.is_kept)
+    _fleet.visit(route, [&](Panel &panel) { panel.keepFormer(key); });
 }
 
 void Bridge::refuse(const QByteArray &root, const QByteArray &key, const QByteArray &why) {

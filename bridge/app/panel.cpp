@@ -21,12 +21,14 @@ Panel::Panel(QByteArray name, const PanelAddress &address, PanelLink::Times time
   connect(&_link, &PanelLink::lost, this, [this](const QByteArray &key) {
     Q_EMIT refused(key, "the connection to the panel broke before this had left");
   });
+  _wanted.forgetPanel(); // another bridge, or this one before, may have left something there
   _link.start();
 }
 
 void Panel::moveTo(const PanelAddress &address) {
   _address = address;
   _failure_is_told = false;
+  _wanted.forgetPanel();
   _link.moveTo(address.host, address.port);
 }
 
@@ -60,11 +62,14 @@ void Panel::keep(const QByteArray &key, const QByteArray &payload, const Command
   Q_EMIT orderMayHaveChanged();
 }
 
-void Panel::takeBack(const QByteArray &key) {
+bool Panel::takeBack(const QByteArray &key, bool is_retained) {
+  if (!is_retained && _wanted.isRetained(key))
+    return false;
   if (!_wanted.remove(key))
-    return;
+    return true;
   redraw();
   Q_EMIT orderMayHaveChanged();
+  return true;
 }
 
 void Panel::takeBackAll(const QByteArray &beginning) {
@@ -100,6 +105,11 @@ void Panel::beginSync() {
 }
 
 void Panel::keepOrderRecord(const QByteArray &record) { _order_record = record; }
+
+void Panel::forgetOrderRecord() {
+  _wanted.forgetOrderRecord();
+  Q_EMIT orderMayHaveChanged();
+}
 
 QVector<WantedState::Entry> Panel::endSync() {
   _is_known_to_broker = !_order_record.isEmpty();

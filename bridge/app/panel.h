@@ -34,8 +34,11 @@ public:
   /// `payload` was published to be kept, and means `command`. `is_old`: it was there before the subscription, and
   /// counts only between beginSync() and endSync().
   void keep(const QByteArray &key, const QByteArray &payload, const Command &command, bool is_retained, bool is_old);
-  /// What was kept is no longer wanted.
-  void takeBack(const QByteArray &key);
+  /// What is kept for `key` cannot be shown. What was known of it before a sync stays.
+  void keepFormer(const QByteArray &key) { _wanted.stay(key); }
+  /// What was kept is no longer wanted. False, and nothing changes, if the broker goes on keeping it: it was told so by
+  /// a message that is not retained while it is.
+  bool takeBack(const QByteArray &key, bool is_retained);
   /// The same for all keys that begin with `beginning`.
   void takeBackAll(const QByteArray &beginning);
   /// To be carried out once, now or never.
@@ -45,6 +48,8 @@ public:
   void beginSync();
   /// The record of the order, as the broker keeps it.
   void keepOrderRecord(const QByteArray &record);
+  /// Somebody has removed that from the broker.
+  void forgetOrderRecord();
   /// It has delivered all. Returns what it has lost, which has to be published again.
   QVector<WantedState::Entry> endSync();
   bool isSyncing() const { return _wanted.isSyncing(); }

@@ -22,7 +22,18 @@ Target lamp(Target::Kind kind, std::int16_t place) {
   return target;
 }
 
+constexpr std::uint32_t first_bits(int count) { return static_cast<std::uint32_t>((std::uint64_t{1} << count) - 1); }
+
 } // namespace
+
+TargetSet TargetSet::wholePanel() {
+  TargetSet all;
+  all._buttons = first_bits(dimensions::button_count);
+  all._status = first_bits(dimensions::led_count);
+  all._toggles = first_bits(dimensions::toggle_indicator_count);
+  all._screens = first_bits(dimensions::screen_count);
+  return all;
+}
 
 void TargetSet::add(const Target &target) {
   switch (target.kind) {
@@ -39,7 +50,7 @@ void TargetSet::add(const Target &target) {
   case Target::Kind::line:
   case Target::Kind::area:
   case Target::Kind::screen:
-    _screens |= target.screen == Target::everything ? (1U << dimensions::screen_count) - 1 : bit_of(target.screen);
+    _screens |= target.screen == Target::everything ? first_bits(dimensions::screen_count) : bit_of(target.screen);
     break;
   case Target::Kind::no_place:
     break;

@@ -12,6 +12,9 @@ namespace buttondriver::bridge {
 /// Places of a panel that can be cleared: lamps, and whole screens. Of a size that does not grow.
 class TargetSet {
 public:
+  /// Every lamp and every screen of a panel.
+  static TargetSet wholePanel();
+
   /// A line and an area count as their screen.
   void add(const Target &target);
   void add(const TargetSet &other);

@@ -13,12 +13,8 @@ WantedState::Change WantedState::set(const QByteArray &topic, const QByteArray &
                                      bool is_retained, bool is_old) {
   if (topic.size() > longest_topic)
     return Change::refused;
-  if (_sync) {
-    if (is_old && _sync->live.find(topic) != nullptr)
-      return Change::none;
-    TopicCollection &collection = is_old ? _sync->old : _sync->live;
-    return collection.put({topic, payload, target, is_retained, 0}) ? Change::none : Change::refused;
-  }
+  if (_sync)
+    return collect({topic, payload, target, is_retained, 0}, is_old);
 
   const auto found = _by_topic.constFind(topic);
   if (found == _by_topic.constEnd()) {
@@ -47,6 +43,28 @@ WantedState::Change WantedState::set(const QByteArray &topic, const QByteArray &
     _order_may_differ |= _order.append(entry);
   }
   return may_leave_rest ? Change::redraw : Change::last;
+}
+
+/// A broker sends what it keeps for a topic before what is published then. So what it says that it keeps has just been
+/// published when the topic has come before.
+WantedState::Change WantedState::collect(Entry entry, bool is_old) {
+  const Entry *const live = _sync->live.find(entry.topic);
+  const Entry *const old = _sync->old.find(entry.topic);
+  const bool is_first = live == nullptr && old == nullptr;
+  if (is_old && !is_first && entry.topic.startsWith("group/")) {
+    const bool is_taken_back = live != nullptr && live->payload.isEmpty();
+    const QByteArray known = old != nullptr ? old->payload : payloadOf(entry.topic);
+    if (!is_taken_back && entry.payload == known)
+      return Change::none;
+  }
+  TopicCollection &collection = is_old && is_first ? _sync->old : _sync->live;
+  return collection.put(std::move(entry)) ? Change::none : Change::refused;
+}
+
+void WantedState::stay(const QByteArray &topic) {
+  const auto found = _by_topic.constFind(topic);
+  if (_sync && found != _by_topic.constEnd() && !_sync->old.find(topic))
+    _sync->old.put(**found);
 }
 
 std::optional<Target> WantedState::remove(const QByteArray &topic) {
@@ -86,6 +104,11 @@ QByteArray WantedState::payloadOf(const QByteArray &topic) const {
   return found == _by_topic.constEnd() ? QByteArray() : (*found)->payload;
 }
 
+bool WantedState::isRetained(const QByteArray &topic) const {
+  const auto found = _by_topic.constFind(topic);
+  return (_sync && _sync->old.find(topic)) || (found != _by_topic.constEnd() && (*found)->is_retained);
+}
+
 QVector<const WantedState::Entry *> WantedState::visibleEntries() const {
   QVector<const Entry *> visible;
   for (auto entry = _entries.begin(); entry != _entries.end(); ++entry) {
@@ -117,6 +140,11 @@ bool WantedState::takeOrderChange() {
     _own_records.removeFirst();
   _own_records.append(qHash(record));
   return true;
+}
+
+void WantedState::forgetOrderRecord() {
+  _broker_record.clear();
+  _order_may_differ = true;
 }
 
 TargetSet WantedState::takeToRedraw() { return std::exchange(_to_redraw, {}); }

@@ -44,6 +44,9 @@ public:
   Change set(const QByteArray &topic, const QByteArray &payload, const Target &target, bool is_retained,
              bool is_old = false);
 
+  /// What the broker keeps for `topic` cannot be shown: what is known of it stays, also over endSync().
+  void stay(const QByteArray &topic);
+
   /// `topic` was taken back. The target that it had, which then has to be drawn again: redraw_list(), restore_list().
   /// Nothing if there was none, and between beginSync() and endSync(), when it is only collected.
   std::optional<Target> remove(const QByteArray &topic);
@@ -54,6 +57,8 @@ public:
 
   /// The last payload of `topic`; empty if it is not wanted.
   QByteArray payloadOf(const QByteArray &topic) const;
+  /// Whether the broker is known to keep `topic`.
+  bool isRetained(const QByteArray &topic) const;
 
   /// In the order in which they are drawn.
   const std::list<Entry> &entries() const { return _entries; }
@@ -67,10 +72,13 @@ public:
   /// Whether the record has to be published, because it differs from the one that the broker keeps. Costs little when
   /// nothing has changed, else as much as the record; who gets very many publications asks now and then only.
   bool takeOrderChange();
+  /// The broker does not keep the record any more.
+  void forgetOrderRecord();
 
   // A connection to a broker begins with all that it keeps, in any order. Between begin and end, set() and remove()
-  // collect; what is not old is newer than all that is. A second beginSync() begins again: what has come until then
-  // counts, and nothing is missing because it has not come.
+  // collect. What is not old is newer than all that is; so is what comes for a topic again, old or not, but for what a
+  // group keeps, which comes to all of its panels again when one more joins it. A second beginSync() begins again: what
+  // has come until then counts, and nothing is missing because it has not come.
   void beginSync();
   struct SyncOutcome {
     bool has_changed = false; ///< anything that can be seen differs from what it was before beginSync()
@@ -88,6 +96,8 @@ public:
   bool isSyncing() const { return _sync.has_value(); }
 
   // What was drawn on the panel and is not wanted any more.
+  /// Nobody knows what the panel shows: all of it has to be cleared when it is restored, but for what is wanted.
+  void forgetPanel() { _to_clear = TargetSet::wholePanel(); }
   /// Since this was called last: places that have to be drawn again.
   TargetSet takeToRedraw();
   /// Places that have to be cleared when the panel is restored. They are returned again until confirmRestored().
@@ -102,6 +112,7 @@ private:
   };
   using Place = std::list<Entry>::iterator;
 
+  Change collect(Entry entry, bool is_old);
   bool hasRoom(int topics, qint64 bytes) const;
   void append(Entry entry);
   void takeOut(Place place);

@@ -72,9 +72,9 @@ black.
 inline constexpr const char *taking_back = R"(
 ## Taking back
 
-An empty payload takes a kept topic back, as it makes a broker forget a retained message. What would be there without
-it comes back: a lamp goes off unless another topic (`led/all`, or one of a group) says something else; a screen is
-drawn again without it.
+An empty payload with the retain flag takes a kept topic back, as it makes a broker forget the message. What would be
+there without it comes back: a lamp goes off unless another topic (`led/all`, or one of a group) says something else; a
+screen is drawn again without it.
 
 ```sh
 mosquitto_pub -r -n -t buttondriver/hall/led/5

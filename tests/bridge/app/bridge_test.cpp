@@ -4,9 +4,12 @@
 #include "bridge_fixture.h"
 
 #include "bridge/broker/watched_connection.h"
+#include "bridge/topics/topic_commands.h"
 #include "pictures/bmp_file.h"
 #include "pictures/picture.h"
 #include "support/event_loop.h"
+
+#include <gmock/gmock.h>
 
 #include <algorithm>
 
@@ -119,14 +122,52 @@ TEST_F(LastingBrokerTest, what_a_broker_that_was_away_kept_of_a_panel_that_went_
 TEST_F(LastingBrokerTest, what_was_published_while_the_bridge_was_away_is_shown) {
   startBridge();
   keep("hall/led/5", "on");
-  ASSERT_TRUE(process_events_until([this] { return hall.messages().size() == 1; }));
+  const QByteArray message = command_of("led/5", "on")->frame.mid(4);
+  ASSERT_TRUE(process_events_until([&] { return !hall.messages().empty() && hall.messages().back() == message; }));
+  const std::size_t before = hall.messages().size();
   expectCount("p/hall/order", 1);
   bridge->end();
   keep("hall/led/6", "on");
   expectLast("p/hall/led/6", "on");
   ASSERT_TRUE(bridge->start(configuration));
-  EXPECT_TRUE(process_events_until([this] { return hall.messages().size() == 3; })) << hall.messages().size();
+  EXPECT_TRUE(process_events_until([&] { return hall.messages().size() == before + 2; })) << hall.messages().size();
   EXPECT_EQ(1, hall.connections());
+}
+
+TEST_F(LastingBrokerTest, what_is_kept_and_wrong_changes_nothing_also_after_a_comparison) {
+  startBridge();
+  keep("hall/led/3", "on");
+  keep("hall/led/4", "on");
+  expectWanted("hall", {"hall/led/3", "hall/led/4"});
+  expectCount("p/hall/order", 1);
+  publish("hall/led/3", "ON", true);
+  publish("hall/led/4", QByteArray(8 * 1024 * 1024 + 1, 'x'), true);
+  expectCount("p/hall/error", 2);
+  bridge->end();
+  syncs = 0;
+  ASSERT_TRUE(bridge->start(configuration));
+  ASSERT_TRUE(process_events_until([this] { return syncs > 0; }));
+  expectWanted("hall", {"hall/led/3", "hall/led/4"});
+}
+
+TEST_F(BridgeBrokerTest, an_order_that_somebody_removes_is_published_again) {
+  startBridge();
+  keep("hall/led/all", "off");
+  keep("hall/led/5", "on");
+  expectLast("p/hall/order", R"(["hall/led/all"])");
+  publish("hall/order", "", true);
+  expectLast("p/hall/order", "");
+  expectLast("p/hall/order", R"(["hall/led/all"])");
+}
+
+TEST_F(BridgeBrokerTest, an_empty_payload_that_is_not_retained_takes_nothing_back_that_is) {
+  startBridge();
+  keep("hall/led/5", "on");
+  expectWanted("hall", {"hall/led/5"});
+  publish("hall/led/5", "", false);
+  expectCount("p/hall/error", 1);
+  EXPECT_THAT(last("p/hall/error").toStdString(), testing::HasSubstr("the broker goes on keeping this"));
+  expectWanted("hall", {"hall/led/5"});
 }
 
 class EachProtocolTest : public BridgeFixture, public testing::WithParamInterface<bool> {

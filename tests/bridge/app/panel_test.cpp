@@ -32,12 +32,14 @@ protected:
     });
   }
 
-  /// Until the panel is there, and shows what is wanted: nothing.
+  /// Until the panel is there, and shows what is wanted: nothing. What that took does not count.
   void bringUp() {
     panel.beginSync();
     panel.endSync();
     ASSERT_TRUE(process_events_until([this] { return is_up; }));
     waitUntilRestored(1);
+    EXPECT_THAT(place.messages(), SizeIs(test::messages_for_whole_panel));
+    place.forgetMessages();
   }
   /// Until the ping after all that is sent is answered, in that connection, and the answer taken.
   void waitUntilRestored(int connection) {
@@ -96,7 +98,7 @@ TEST_F(PanelTest, what_was_taken_back_while_it_was_away_is_cleared_once) {
   keep("hall/led/5", "on");
   ASSERT_TRUE(process_events_until([this] { return place.messages().size() == 1; }));
   loseConnection();
-  panel.takeBack("hall/led/5");
+  panel.takeBack("hall/led/5", true);
   waitUntilRestored(2);
   EXPECT_THAT(place.messages(), SizeIs(1));
   loseConnection();
@@ -145,7 +147,8 @@ struct TakeBackRow {
 class PanelTakeBackTest : public PanelTest, public testing::WithParamInterface<TakeBackRow> {};
 
 INSTANTIATE_TEST_SUITE_P(Each, PanelTakeBackTest,
-                         testing::Values(TakeBackRow{"one", [](Panel &panel) { panel.takeBack("group/g/led/5"); }},
+                         testing::Values(TakeBackRow{"one",
+                                                     [](Panel &panel) { panel.takeBack("group/g/led/5", true); }},
                                          TakeBackRow{"all", [](Panel &panel) { panel.takeBackAll("group/g/"); }}),
                          [](const auto &row) { return row.param.name; });
 
@@ -161,6 +164,18 @@ TEST_P(PanelTakeBackTest, is_shown_and_may_change_the_order) {
   GetParam().take_back(panel); // nothing of it is left
   EXPECT_EQ(4U, messagesSent());
   EXPECT_EQ(1, orders);
+}
+
+TEST_F(PanelTest, what_the_broker_goes_on_keeping_stays) {
+  bringUp();
+  keep("hall/led/5", "on");
+  panel.keep("hall/led/6", "on", *command_of("led/6", "on"), false, false);
+  EXPECT_FALSE(panel.takeBack("hall/led/5", false));
+  EXPECT_TRUE(panel.takeBack("hall/led/6", false));
+  EXPECT_TRUE(panel.takeBack("hall/led/7", false));
+  ASSERT_EQ(1U, panel.wanted().entries().size());
+  EXPECT_TRUE(panel.takeBack("hall/led/5", true));
+  EXPECT_TRUE(panel.wanted().entries().empty());
 }
 
 QByteArray part_key(int number) { return "hall/screen/0/part/" + QByteArray::number(number); }

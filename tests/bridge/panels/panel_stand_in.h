@@ -12,6 +12,9 @@
 
 namespace buttondriver::bridge::test {
 
+/// What clears a panel of which nothing is known: 24 buttons, 32 status LEDs, 2 toggle indicators and 3 screens.
+inline constexpr std::size_t messages_for_whole_panel = 24 + 32 + 2 + 3;
+
 /// What listens where a panel should be, and does as the test says. In the test's own event loop.
 class PanelStandIn {
 public:
@@ -41,6 +44,7 @@ public:
   std::size_t messagesBeforeLastPing() const { return _messages_before_last_ping; }
   /// Messages of the present connection but for pings.
   const std::vector<QByteArray> &messages() const { return _messages; }
+  void forgetMessages() { _messages.clear(); }
   /// Bytes of a message of the present connection that is not whole.
   qint64 unfinished() const { return _cutter->unfinished(); }
 

@@ -43,6 +43,20 @@ TEST_P(TargetSetTest, has_the_places_to_clear) {
   EXPECT_TRUE(others.targets() == GetParam().places);
 }
 
+TEST(TargetSetTest, of_a_whole_panel_has_each_lamp_and_each_screen) {
+  TargetSet places;
+  for (int place = 0; place < 32; ++place) {
+    if (place < 24)
+      places.add(button(place));
+    places.add(status(place));
+    if (place < 2)
+      places.add(toggle(place));
+  }
+  places.add(screen(all));
+  EXPECT_TRUE(TargetSet::wholePanel().targets() == places.targets());
+  EXPECT_EQ(TargetSet::wholePanel().targets().size(), 24 + 32 + 2 + 3);
+}
+
 INSTANTIATE_TEST_SUITE_P(Places, TargetSetTest, testing::ValuesIn(rows),
                          [](const auto &row) { return std::string(row.param.name); });
 

@@ -238,8 +238,8 @@ TEST(WantedSyncTest, has_no_record_to_publish_before_its_end) {
 TEST(WantedSyncTest, what_comes_live_is_newer_than_what_is_old) {
   WantedState state = usual_state();
   state.beginSync();
-  state.set("picture", "live", screen(0), retained);
   bring(state, "picture", "p", screen(0));
+  state.set("picture", "live", screen(0), retained);
   bring(state, "line", "l", line(0, 1));
   state.set("lamp", "off", button(1), !retained);
   state.set("new", "n", button(2), !retained);
@@ -255,9 +255,31 @@ TEST(WantedSyncTest, what_is_taken_back_live_is_gone) {
   EXPECT_EQ(state.remove("picture"), std::nullopt);
   EXPECT_EQ(state.remove("lamp"), std::nullopt);
   EXPECT_EQ(state.remove("never there"), std::nullopt);
-  bring(state, "picture", "p", screen(0));
   EXPECT_TRUE(state.endSync("[\"picture\"]").has_changed);
   EXPECT_EQ(content(state), "line=l");
+}
+
+TEST(WantedSyncTest, what_is_kept_and_cannot_be_shown_leaves_what_was_known_before) {
+  WantedState state = usual_state();
+  state.beginSync();
+  state.stay("picture");
+  state.stay("never there");
+  bring(state, "line", "m", line(0, 1));
+  state.stay("line"); // something has come in its place
+  state.set("lamp", "off", button(1), !retained);
+  state.stay("lamp");
+  state.endSync("[\"picture\"]");
+  EXPECT_EQ(content(state), "picture=p line=m lamp=off");
+  state.stay("picture");
+  EXPECT_EQ(content(state), "picture=p line=m lamp=off");
+}
+
+TEST(WantedSyncTest, tells_what_the_broker_keeps_as_it_comes) {
+  WantedState state = usual_state();
+  state.beginSync();
+  bring(state, "status", "on", status(3));
+  for (const auto &[topic, is_retained] : {std::pair("status", true), {"line", true}, {"lamp", false}, {"other", false}})
+    EXPECT_EQ(state.isRetained(topic), is_retained) << topic;
 }
 
 TEST(WantedSyncTest, counts_what_came_last_when_it_begins_again) {
