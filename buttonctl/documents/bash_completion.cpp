@@ -2,6 +2,7 @@
 #include "buttonctl/documents/bash_completion.h"
 
 #include "buttonctl/commands/command_help.h"
+#include "buttonctl/documents/bash_words.h"
 #include "buttonctl/documents/completion_words.h"
 #include "buttonctl/messages/by_name/message_fields.h"
 
@@ -21,7 +22,6 @@ const char *const introduction = R"bash(# shellcheck shell=bash
 
 )bash";
 
-// COMP_WORDS holds a "=" as a word of its own.
 const char *const main_function = R"bash(# Puts into COMPREPLY those of the words $1 that start with $2.
 _buttonctl_reply() {
   mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
@@ -34,13 +34,14 @@ _buttonctl_reply_files() {
 }
 
 _buttonctl() {
-  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local command='' first='' option='' arguments_only='' position=0 field word words i
+  local command='' first='' option='' arguments_only='' beginning='' position=0 words word current value i
   COMPREPLY=()
-  for ((i = 1; i < COMP_CWORD; ++i)); do
-    word=${COMP_WORDS[i]}
+  _buttonctl_join
+  current=${words[-1]}
+  for ((i = 1; i < ${#words[@]} - 1; ++i)); do
+    word=${words[i]}
     if [[ $option ]]; then
-      [[ $word == '=' ]] || option=''
+      option=''
     elif [[ $word == '--' ]]; then
       arguments_only=yes
     elif [[ $word == -?* && ! $arguments_only ]]; then
@@ -54,14 +55,19 @@ _buttonctl() {
       ((++position))
     fi
   done
+  if [[ ! $option && $current == --*=* && ! $arguments_only ]]; then
+    option=${current%%=*}
+    beginning=$option=
+  elif [[ ! $option && $command == message && $current == *=* ]]; then
+    beginning=${current%%=*}=
+  fi
+  value=${current#"$beginning"}
 
   if [[ $option ]]; then
-    _buttonctl_value "$option" "${current#=}"
-  elif [[ $command == message && $position -gt 0 && ($current == '=' || $previous == '=') ]]; then
-    field=$previous
-    [[ $current == '=' ]] || field=${COMP_WORDS[COMP_CWORD - 2]}
-    if _buttonctl_takes_file "$first" "$field"; then
-      _buttonctl_reply_files -f "${current#=}"
+    _buttonctl_value "$option" "$value"
+  elif [[ $beginning ]]; then
+    if _buttonctl_takes_file "$first" "${beginning%=}"; then
+      _buttonctl_reply_files -f "$value"
     fi
   elif [[ $current == -* && ! $arguments_only ]]; then
     _buttonctl_reply "$(_buttonctl_options "$command")" "$current"
@@ -71,13 +77,14 @@ _buttonctl() {
     _buttonctl_reply "$(_buttonctl_fields "$first")" "$current"
     compopt -o nospace 2>/dev/null
   else
-    words=$(_buttonctl_words "$command" "$position")
-    if [[ $words == '<file>' ]]; then
+    word=$(_buttonctl_words "$command" "$position")
+    if [[ $word == '<file>' ]]; then
       _buttonctl_reply_files -f "$current"
     else
-      _buttonctl_reply "$words" "$current"
+      _buttonctl_reply "$word" "$current"
     fi
   fi
+  _buttonctl_fit_replies "$current" "$beginning" "$2"
 }
 
 complete -F _buttonctl buttonctl
@@ -210,7 +217,8 @@ QString bash_completion(const CommandTable &commands) {
   return QLatin1String(introduction) +
          QStringLiteral("_buttonctl_commands='%1'\n\n").arg(names.join(QLatin1Char(' '))) +
          takes_value_function(commands) + value_function(commands) + options_function(commands) +
-         words_function(commands) + fields_function() + takes_file_function() + QLatin1String(main_function);
+         words_function(commands) + fields_function() + takes_file_function() + QLatin1String(bash_words_functions) +
+         QLatin1String(main_function);
 }
 
 } // namespace buttondriver::buttonctl

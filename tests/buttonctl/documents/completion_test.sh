@@ -6,57 +6,138 @@ set -u
 . "$(dirname "$0")/../../support/completion/completion.sh" buttonctl _buttonctl "$1"
 
 # Commands, after options with and without values.
-expect 'reconfig|record|replay' re
-expect 'reconfig' recon
-expect 'message' -n --host panel -p 3003 mes
-expect 'led' --host = panel le
-expect '' nonsense ''
+expect 'reconfig record replay' 're'
+expect 'reconfig' 'recon'
+expect 'message' '-n --host panel -p 3003 mes'
+expect 'led' '--host=panel le'
+expect '' 'nonsense '
 # Arguments.
-expect '0|1|2|all' text ''
-expect 'on|off' led 5 o
-expect 'blink' led 5 b
-expect 'all' led a
-expect 'on|off' status 3 ''
-expect '3|30|31' status 3
-expect '0|1|all' toggle ''
-expect '0|1|2|3|4|5|6|7' text all ''
-expect '0|1|2|3|4|5|6|7' subtext 1 ''
-expect 'on|off' --dry-run toggle -p 3003 1 ''
-expect '' text 0 1 ''
-expect 'picture.png' image 1 pi
-expect 'two words.png' upload 4 tw
-expect 'picture.png' batch p
-expect 'picture.png' decode p
-expect '' decode picture.png p
-expect 'picture.png' run folder/only.raw p
-expect 'folder' test f
-expect 'folder' test picture.png f
+expect '0 1 2 all' 'text '
+expect 'off on' 'led 5 o'
+expect 'blink' 'led 5 b'
+expect 'all' 'led a'
+expect 'off on' 'status 3 '
+expect '3 30 31' 'status 3'
+expect '0 1 all' 'toggle '
+expect '0 1 2 3 4 5 6 7' 'text all '
+expect '0 1 2 3 4 5 6 7' 'subtext 1 '
+expect 'off on' '--dry-run toggle -p 3003 1 '
+expect '' 'text 0 1 '
+expect 'picture.png' 'image 1 pi'
+expect 'two\ words.png' 'upload 4 tw'
+expect 'picture.png' 'batch p'
+expect 'picture.png' 'decode p'
+expect '' 'decode picture.png p'
+expect 'picture.png' 'run folder/only.raw p'
+expect 'folder' 'test f'
+expect 'folder' 'test picture.png f'
 # Options.
-expect '--version' --v
-expect '--black-on-white' text 0 0 --b
-expect '--black-on-white' text 0 0 Alarm --b
-expect '' text -- --b
-expect '--port|--panel' run a.scenario --p
-expect '--host|--help' reconfig --h
-expect 'folder' doctor --root f
-expect 'folder' doctor --root = f
-expect '' ping --count ''
-expect 'picture.png' test --junit p
-expect 'picture.png' test --client = x --simulator p
-expect '0|1|2' screenshot --screen ''
-expect 'auto|none|256|24bit' watch --colours ''
-expect 'root' doctor --user roo
-expect 'panel-left|panel-right' -H panel-
-expect 'panel-right' record a --to = panel-r
+expect '--version' '--v'
+expect '--black-on-white' 'text 0 0 --b'
+expect '--black-on-white' 'text 0 0 Alarm --b'
+expect '' 'text -- --b'
+expect '--panel --port' 'run a.scenario --p'
+expect '--help --host' 'reconfig --h'
+expect 'folder' 'doctor --root f'
+expect '--root=folder' 'doctor --root=f'
+expect '' 'ping --count '
+expect 'picture.png' 'test --junit p'
+expect 'picture.png' 'test --client=x --simulator p'
+expect '0 1 2' 'screenshot --screen '
+expect '24bit 256 auto none' 'watch --colours '
+expect 'root' 'doctor --user roo'
+expect 'panel-left panel-right' '-H panel-'
+expect '--to=panel-right' 'record a --to=panel-r'
 # Messages and their fields.
-expect 'BMS_SetLEDState|BMS_SetLEDStatusIndicator' message BMS_SetLEDSt
-expect 'button_id=|state=|time=' message BMS_SetLEDState ''
-expect 'state=' message BMS_SetLEDState button_id = 5 st
-expect '' message BMS_SetLEDState button_id = ''
-expect 'screen_id=|line_id=|flag=|text=' message BMS_TFTTextLine ''
-expect 'picture.png' message BMS_DrawTFTImage _screen_id = 0 image = p
-expect '' message BMS_Ping ''
-cd folder
-expect 'only.raw' message BMS_UploadImage image =
+expect 'BMS_SetLEDState BMS_SetLEDStatusIndicator' 'message BMS_SetLEDSt'
+expect 'button_id= state= time=' 'message BMS_SetLEDState '
+expect 'state=' 'message BMS_SetLEDState button_id=5 st'
+expect '' 'message BMS_SetLEDState button_id='
+expect 'flag= line_id= screen_id= text=' 'message BMS_TFTTextLine '
+expect 'image=picture.png' 'message BMS_DrawTFTImage _screen_id=0 image=p'
+expect '' 'message BMS_Ping '
+in_editor 'cd folder'
+expect 'image=only.raw' 'message BMS_UploadImage image='
+in_editor 'cd ..'
+# bash splits a line at each ":", "=" and "@".
+expect 'blink' '-H 127.0.0.1:3003 led 5 bl'
+expect 'blink' '--host=127.0.0.1:3003 led 5 bl'
+expect 'blink' '-H [::1]:3003 led 5 bl'
+expect 'blink' '--host [::1]:3003 led 5 bl'
+expect 'blink' '--host=[::1]:3003 led 5 bl'
+expect 'blink' 'led --host=[::1]: 5 bl'
+expect 'screenshot' '--panel http://127.0.0.1:8080 scr'
+expect '--screen' '--panel=http://127.0.0.1:8080/ screenshot --sc'
+expect '' 'image 1 a:b.png pi'
+expect 'folder' 'test a:b.png fo'
+expect '--black-on-white' 'text 0 0 12:30 --b'
+expect '--black-on-white' 'text 0 0 "At 12:30" --b'
+expect 'state=' 'message BMS_SetLEDState button_id=5 text=a:b=c st'
+expect 'blink' '-H 127.0.0.1:3003 led 5 bl' ' 500 # or: more'
+expect '0 1 2' '--panel http://127.0.0.1:8080 watch --screen '
+expect 'blink' '-H a:b led 5 bl' 'x:y'
+# The word that is completed has one, too. A folder's name gets its "/" then.
+in_editor 'touch a:b.png "a:c d.png" e@f.png g=h.png; mkdir -p sub:dir/x:y sub:dir/z; touch sub:dir/x:y/only.raw'
+expect '' '-H 127.0.0.1:'
+expect '' '--host=127.0.0.1:30'
+expect '' '--host=[::1]:30'
+expect '' '--panel=http:'
+expect '' 'led 5:'
+expect 'a:b.png c\ d.png' 'image 1 a:'
+expect 'a:b.png' 'image 1 a:b'
+expect 'd.png' 'image 1 a:c\ '
+expect 'd.png"' 'image 1 "a:c '
+expect "d.png'" "image 1 a:'c "
+expect 'a:b.png' 'image 1 a:b' 'c:d'
+expect 'a\:b.png a\:c\ d.png' 'image 1 a'
+expect 'a\:b.png' 'image 1 a\:b'
+expect 'e\@f.png' 'image 1 e@'
+expect 'g=h.png' 'image 1 g=h'
+expect 'image=a:b.png' 'message BMS_DrawTFTImage image=a:b'
+expect 'image=g=h.png' 'message BMS_DrawTFTImage image=g='
+expect '--junit=a:b.png' 'test --junit=a:b'
+expect '--root=sub:dir/' 'doctor --root=sub:d'
+expect 'sub:dir/' 'doctor --root sub:'
+expect '--root=sub:dir/x:y/' 'doctor --root=sub:dir/x:'
+expect 'sub:dir/z/' 'doctor --root sub:dir/z'
+expect 'sub:dir/x:y/only.raw' 'decode sub:dir/x:y/'
+# Quoting counts in the word, but not in what is offered.
+in_editor 'touch "x y:z.png"'
+expect 'y:z.png' 'image 1 x\ y:z'
+expect 'y":z.png' 'image 1 "x y":z'
+expect 'y":z.png' 'image 1 "x y":"z'
+# What looks like an option or a field, and is none.
+in_editor 'touch -- --root=x.png'
+expect '--root=x.png' 'image -- 1 --root='
+expect '--root=x.png' 'test --junit --root='
+expect '' 'message BMS_DrawTFTImage -H image=panel'
+# A blank follows what is complete.
+expect_typed '-H 127.0.0.1:3003 led 5 blink ' '-H 127.0.0.1:3003 led 5 bl'
+expect_typed 'image 1 a:b.png ' 'image 1 a:b'
+expect_typed 'image 1 "a:c d.png" ' 'image 1 "a:c'
+expect_typed 'doctor --root=sub:dir/' 'doctor --root=sub:'
+expect_typed 'doctor --root=folder/' 'doctor --root=f'
+expect_typed 'message BMS_SetLEDState state=' 'message BMS_SetLEDState st'
+# What a redirection goes to is a word of its own.
+expect '2>picture.png' 'run a:b 2>pi'
+expect '&>picture.png' 'run a:b &>pi'
+expect 'a:b>picture.png' 'run a:b>pi'
+# bash can be told to split lines less.
+# shellcheck disable=SC2016 # for the other bash
+in_editor 'COMP_WORDBREAKS=${COMP_WORDBREAKS//:}'
+expect 'blink' '-H 127.0.0.1:3003 led 5 bl'
+expect 'a:b.png' 'image 1 a:b'
+expect '--root=sub:dir' 'doctor --root=sub:d'
+# shellcheck disable=SC2016 # for the other bash
+in_editor 'COMP_WORDBREAKS=${COMP_WORDBREAKS//=}'
+expect 'blink' '--host=[::1]:3003 led 5 bl'
+expect '--colours=none' 'watch --colours=n'
+# The completion of sudo and the like calls this one with the whole of what bash has split off.
+# shellcheck disable=SC2016 # for the other bash
+in_editor 'COMP_WORDBREAKS+=:=; other() { _buttonctl buttonctl "${COMP_WORDS[COMP_CWORD]}"; }; complete -F other buttonctl'
+expect 'a:b.png c\ d.png' 'image 1 a:'
+expect 'a:b.png' 'image 1 a:b'
+expect '--to=panel-left panel-right' 'record a --to='
+expect '--root=folder' 'doctor --root=f'
 # shellcheck disable=SC2154 # completion.sh sets it
 exit $failures

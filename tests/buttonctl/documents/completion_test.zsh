@@ -65,4 +65,19 @@ expect 'image=picture.png' 'message BMS_DrawTFTImage _screen_id=0 image=p'
 expect 'image=folder/only.raw' 'message -n BMS_UploadImage image=folder/o'
 expect '' 'message BMS_TFTTextLine text=p'
 expect '' 'message BMS_Ping '
+# Colons, and "=" in values.
+touch a:b.png g=h.png
+mkdir -p sub:dir
+expect 'blink' '-H 127.0.0.1:3003 led 5 bl'
+expect 'blink' '--host=127.0.0.1:3003 led 5 bl'
+expect 'blink' '-H [::1]:3003 led 5 bl'
+expect 'blink' '--host [::1]:3003 led 5 bl'
+expect 'blink' '--host=[::1]:3003 led 5 bl'
+expect 'screenshot' '--panel http://127.0.0.1:8080 scr'
+expect '--screen' '--panel=http://127.0.0.1:8080/ screenshot --sc'
+expect '' '--host=[::1]:30'
+expect 'a:b.png' 'image 1 a:'
+expect 'sub:dir' 'test a:b.png sub:'
+expect '--root=sub:dir' 'doctor --root=sub:'
+expect 'image=a:b.png' 'message BMS_DrawTFTImage image=a:'
 finish

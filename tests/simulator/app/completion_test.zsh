@@ -29,4 +29,11 @@ for option in --font --ports-file --device --snapshot --record --log; do
   expect 'two\ words.png' "$option tw"
   expect "$option=two\\ words.png" "$option=tw"
 done
+# Colons in values.
+touch a:b.png
+expect '--quiet' '--http=[::1]:8080 --qu'
+expect '--quiet' 'a:b.png 127.0.0.1:3003 --qu'
+expect '' '--http 127.0.0.1:'
+expect 'a:b.png' 'a:'
+expect '--log=a:b.png' '--log=a:b'
 finish
