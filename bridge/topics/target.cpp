@@ -29,6 +29,15 @@ bool can_meet(const Target &one, const Target &other) {
   return true;
 }
 
+/// A part draws over each pixel of its characters, also where its text is shorter, and over no other. Of a whole line
+/// they are not known: with another font, there are more than any part has.
+bool covers_line(const Target &line, const Target &earlier) {
+  if (earlier.kind != Kind::line || line.place < 0 || line.place != earlier.place)
+    return false;
+  return !line.is_part ||
+         (has_rows_of_its_own(line) && earlier.characters.isKnown() && line.characters.contains(earlier.characters));
+}
+
 } // namespace
 
 bool Target::overlaps(const Target &other) const {
@@ -46,7 +55,7 @@ bool Target::covers(const Target &earlier) const {
   case Kind::screen:
     return true;
   case Kind::line:
-    return !is_part && earlier.kind == Kind::line && place >= 0 && place == earlier.place;
+    return covers_line(*this, earlier);
   case Kind::area:
     return earlier.kind == Kind::area && earlier.box.isKnown() && box.contains(earlier.box);
   default:

@@ -44,11 +44,27 @@ struct Target {
     }
   };
 
+  /// Characters of a line; the default stands for those that are not known.
+  struct Characters {
+    std::uint8_t first = 0;
+    std::uint8_t count = 0;
+
+    constexpr bool isKnown() const { return count > 0; }
+    /// `other` is known.
+    constexpr bool contains(const Characters &other) const {
+      return first <= other.first && first + count >= other.first + other.count;
+    }
+    friend constexpr bool operator==(const Characters &one, const Characters &other) {
+      return one.first == other.first && one.count == other.count;
+    }
+  };
+
   Kind kind = Kind::no_place;
   std::int16_t screen = everything; ///< 0 to 2, or `everything`; only of line, area and screen
   std::int16_t place = everything;
-  bool is_part = false; ///< only of line: some of its characters
-  Box box;              ///< only of area
+  bool is_part = false;       ///< only of line: some of its characters
+  Box box;                    ///< only of area
+  Characters characters = {}; ///< only of a part; not known where they may stick out of their line
 
   /// Whether it matters which of the two is carried out last. True in case of doubt. The same the other way round.
   bool overlaps(const Target &other) const;
@@ -57,7 +73,7 @@ struct Target {
 
   friend bool operator==(const Target &one, const Target &other) {
     return one.kind == other.kind && one.screen == other.screen && one.place == other.place &&
-           one.is_part == other.is_part && one.box == other.box;
+           one.is_part == other.is_part && one.box == other.box && one.characters == other.characters;
   }
   friend bool operator!=(const Target &one, const Target &other) { return !(one == other); }
 };

@@ -87,6 +87,8 @@ Outcome<Command> part_command(const TopicMatch &match, const QByteArray &payload
   const bool fits = part->offset + part->chars <= usual_font::characters;
   Target target = drawing(match.row->kind, match.fields[0], fits ? part->line : Target::everything);
   target.is_part = true;
+  if (fits)
+    target.characters = {static_cast<std::uint8_t>(part->offset), static_cast<std::uint8_t>(part->chars)};
   return Command{frame, target, match.row->newest_wins};
 }
 

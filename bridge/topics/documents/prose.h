@@ -89,6 +89,9 @@ Where topics of one panel meet in the same place, what was published last is see
 same after every restart. A picture as large as the screen, and a blackout, end all that was drawn on that screen
 before. To publish a topic again puts it on top.
 
+A new payload of a part is one small message to the panel if it writes every character again that the former one wrote,
+and these lie in the first 8 lines and 16 characters; else the whole screen is drawn again, so give a clock its `chars`.
+
 `screen/0/part/clock` and `screen/0/part/date` are kept side by side, each name for itself; `screen/0/part` is one
 more, without a name. A whole line wipes out the parts of that line that were published before it. A name has 1 to 64
 letters of ASCII, digits, `-`, `_` and `.`.

@@ -204,6 +204,33 @@ TEST_F(PanelTest, what_is_more_than_may_be_kept_together_with_what_the_broker_ha
   EXPECT_THAT(refusals, Each(EndsWith(too_much)));
 }
 
+TEST_F(PanelTest, a_new_payload_of_a_part_is_one_message_when_the_former_is_not_seen_any_more) {
+  bringUp();
+  keep("hall/screen/0/blackout", "now");
+  for (int i = 0; i < 6; ++i)
+    keep("hall/screen/0/line/" + QByteArray::number(i), "x");
+  struct Update {
+    const char *payload;
+    std::size_t messages;
+  };
+  const Update updates[] = {
+      {R"({"line":7,"offset":2,"text":"9:41:08","chars":8})", 1}, // the first one
+      {R"({"line":7,"offset":2,"text":"9:41:09","chars":8})", 1},
+      {R"({"line":7,"offset":2,"text":"9:42","chars":8,"colour":"#ff0000","background":"#00ff00"})", 1},
+      {R"({"line":7,"offset":1,"text":"at 9:43:00"})", 1},
+      {R"({"line":7,"offset":1,"text":"at 9:43"})", 8}, // black, the lines and the part
+      {R"({"line":7,"offset":2,"text":"at 9:43"})", 8},
+      {R"({"line":6,"offset":2,"text":"at 9:43"})", 8},
+  };
+  std::size_t before = messagesSent() + 1; // and what was sent to find out
+  for (const Update &update : updates) {
+    keep("hall/screen/0/part/clock", update.payload);
+    const std::size_t now = messagesSent();
+    EXPECT_EQ(update.messages, now - before) << update.payload;
+    before = now + 1;
+  }
+}
+
 TEST_F(PanelTest, what_cannot_be_carried_out_is_refused) {
   bringUp();
   place.reads = false;

@@ -64,6 +64,27 @@ TEST_F(BridgeTest, panels_show_what_is_published_for_them_and_for_their_group) {
               "e' and expect-led 5 blinking 500 and expect-toggle 1 on");
 }
 
+TEST_F(BridgeTest, nothing_is_left_of_the_former_payloads_of_a_part) {
+  const auto bridge = startBridge(both);
+  const char *const payloads[] = {
+      R"({"line":7,"offset":3,"text":"88888888","colour":"#ff0000","background":"#00ff00"})",
+      R"({"line":7,"offset":3,"text":"g","chars":8,"colour":"#ffff00"})",
+      R"({"line":7,"offset":2,"text":"l","chars":14,"background":"#0000ff"})",
+      R"({"line":7,"offset":15,"text":"i","background":"#ff00ff"})",
+  };
+  int led = 0;
+  for (const char *payload : payloads) {
+    keep("hall/screen/0/part/clock", payload);
+    keep("yard/screen/0/part/clock", ""); // there the next one is the first
+    keep("yard/screen/0/part/clock", payload);
+    const QByteArray number = QByteArray::number(led++);
+    keep("group/doors/led/" + number, "on");
+    hall.expect("expect-led " + number + " on");
+    yard.expect("expect-led " + number + " on");
+    EXPECT_EQ(hall.picture(), yard.picture()) << payload;
+  }
+}
+
 TEST_F(BridgeTest, a_panel_that_lost_its_power_shows_the_same_picture_again) {
   const auto bridge = startBridge(both);
   drawInOrder();

@@ -29,7 +29,9 @@ struct Row {
 
 Target lamp(Kind kind, std::int16_t place) { return {kind, Target::everything, place, false, {}}; }
 Target line(std::int16_t screen, std::int16_t place) { return {Kind::line, screen, place, false, {}}; }
-Target part(std::int16_t screen, std::int16_t place) { return {Kind::line, screen, place, true, {}}; }
+Target part(std::int16_t screen, std::int16_t place, Target::Characters characters = {}) {
+  return {Kind::line, screen, place, true, {}, characters};
+}
 Target whole(std::int16_t screen) { return {Kind::screen, screen, Target::everything, false, {}}; }
 
 const std::string four_pixels = test::bmp_of_four_pixels;
@@ -51,13 +53,17 @@ const Row rows[] = {
     {"screen/2/line/0", " ~\xC2\xA0", // the first and the last on this side of each range of control characters
      "00000018 0000000f 00000002 00000000 00000001 00000004 207ea000", line(2, 0), true},
     {"screen/0/part/AZaz09-_.", R"({"line":0,"offset":0,"text":"x"})",
-     "00000022 00000012 00000000 00000000 00000000 00000001 00ffffff 00000000 00000002 7800", part(0, 0), false},
+     "00000022 00000012 00000000 00000000 00000000 00000001 00ffffff 00000000 00000002 7800", part(0, 0, {0, 1}),
+     false},
     {"screen/1/part", R"({"line":0,"offset":3,"text":"12.5","colour":"#ff0000"})",
-     "00000025 00000012 00000001 00000000 00000003 00000004 00ff0000 00000000 00000005 31322e3500", part(1, 0), false},
+     "00000025 00000012 00000001 00000000 00000003 00000004 00ff0000 00000000 00000005 31322e3500", part(1, 0, {3, 4}),
+     false},
     {"screen/all/part/a-name_1.x", R"({"background":"#0a0B0c","chars":2,"text":"\u00e9","offset":14,"line":7})",
-     "00000023 00000012 ffffffff 00000007 0000000e 00000002 00ffffff 000a0b0c 00000003 e92000", part(-1, 7), false},
+     "00000023 00000012 ffffffff 00000007 0000000e 00000002 00ffffff 000a0b0c 00000003 e92000", part(-1, 7, {14, 2}),
+     false},
     {"screen/0/part", R"({"line":1,"offset":0,"text":"abc","chars":2})",
-     "00000023 00000012 00000000 00000001 00000000 00000002 00ffffff 00000000 00000003 616200", part(0, 1), false},
+     "00000023 00000012 00000000 00000001 00000000 00000002 00ffffff 00000000 00000003 616200", part(0, 1, {0, 2}),
+     false},
     // One character more than fits: it may run on in the next line.
     {"screen/0/part", R"({"line":1,"offset":15,"text":"ab"})",
      "00000023 00000012 00000000 00000001 0000000f 00000002 00ffffff 00000000 00000003 616200",

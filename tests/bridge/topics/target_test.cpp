@@ -34,8 +34,8 @@ const Named targets[] = {
     {"line 1.7", {Kind::line, 1, 7, false, {}}},
     {"line *.7", {Kind::line, all, 7, false, {}}},
     {"line 0.8", {Kind::line, 0, 8, false, {}}}, // not seen, or in another place
-    {"part 0.7", {Kind::line, 0, 7, true, {}}},
-    {"part 0.8", {Kind::line, 0, 8, true, {}}},
+    {"part 0.7", {Kind::line, 0, 7, true, {}, {3, 4}}},
+    {"part 0.8", {Kind::line, 0, 8, true, {}, {3, 4}}},
     {"part 0.?", {Kind::line, 0, all, true, {}}},
     {"area 0 left", {Kind::area, 0, all, false, {0, 0, 64, 128}}},
     {"area 0 right", {Kind::area, 0, all, false, {64, 0, 64, 128}}},
@@ -116,6 +116,7 @@ TEST(TargetTest, covers_what_is_not_seen_any_more_for_sure) {
       {"line 1.7", {"line 1.7"}},
       {"line *.7", {"line 0.7", "line 1.7", "line *.7", "part 0.7"}},
       {"line 0.8", {"line 0.8", "part 0.8"}},
+      {"part 0.7", {"part 0.7"}},
       {"area 0 left", {"area 0 left"}},
       {"area 0 right", {"area 0 right", "area 0 top right"}},
       {"area 0 top right", {"area 0 top right"}},
@@ -142,6 +143,8 @@ TEST(TargetTest, is_another_one_when_anything_differs) {
       EXPECT_EQ(one.target == other.target, &one == &other) << one.name << " and " << other.name;
       EXPECT_EQ(one.target != other.target, &one != &other) << one.name << " and " << other.name;
     }
+  const Target part{Kind::line, 0, 7, true, {}, {}};
+  EXPECT_FALSE((part == Target{Kind::line, 0, 7, false, {}, {}}));
 }
 
 TEST(TargetTest, a_line_that_is_not_known_covers_nothing) {
@@ -149,6 +152,50 @@ TEST(TargetTest, a_line_that_is_not_known_covers_nothing) {
   for (const Named &earlier : targets)
     EXPECT_FALSE(line.covers(earlier.target)) << earlier.name;
   EXPECT_FALSE(line.covers(line));
+}
+
+TEST(TargetTest, a_part_covers_parts_whose_characters_lie_within_its_own) {
+  const Target middle{Kind::line, 0, 7, true, {}, {3, 4}};
+  struct Row {
+    Target part;
+    bool is_covered;
+    bool covers_middle;
+  };
+  const Row rows[] = {
+      {middle, true, true},
+      {{Kind::line, 0, 7, true, {}, {4, 2}}, true, false},
+      {{Kind::line, 0, 7, true, {}, {3, 3}}, true, false},
+      {{Kind::line, 0, 7, true, {}, {4, 3}}, true, false},
+      {{Kind::line, 0, 7, true, {}, {2, 4}}, false, false},
+      {{Kind::line, 0, 7, true, {}, {4, 4}}, false, false},
+      {{Kind::line, 0, 7, true, {}, {2, 5}}, false, true},
+      {{Kind::line, 0, 7, true, {}, {3, 5}}, false, true},
+      {{Kind::line, 0, 7, true, {}, {0, 16}}, false, true},
+      {{Kind::line, 0, 7, true, {}, {7, 4}}, false, false},
+      {{Kind::line, 0, 7, true, {}, {}}, false, false},
+      {{Kind::line, 0, 6, true, {}, {3, 4}}, false, false},
+      {{Kind::line, 1, 7, true, {}, {3, 4}}, false, false},
+      {{Kind::line, all, 7, true, {}, {3, 4}}, false, true},
+      {{Kind::line, 0, all, true, {}, {3, 4}}, false, false},
+      {{Kind::line, 0, 7, false, {}, {}}, false, true}, // all of the line
+  };
+  for (const Row &row : rows) {
+    SCOPED_TRACE(testing::Message() << "row " << &row - rows);
+    EXPECT_EQ(middle.covers(row.part), row.is_covered);
+    EXPECT_EQ(row.part.covers(middle), row.covers_middle);
+    EXPECT_TRUE((!row.is_covered && !row.covers_middle) || row.part.overlaps(middle));
+    EXPECT_EQ(row.part == middle, &row == rows);
+  }
+}
+
+TEST(TargetTest, a_part_that_may_be_drawn_elsewhere_covers_nothing) {
+  const Target parts[] = {
+      {Kind::line, 0, 8, true, {}, {3, 4}}, {Kind::line, 0, all, true, {}, {3, 4}}, {Kind::line, 0, 7, true, {}, {}}};
+  for (const Target &part : parts) {
+    for (const Named &earlier : targets)
+      EXPECT_FALSE(part.covers(earlier.target)) << earlier.name;
+    EXPECT_FALSE(part.covers(part));
+  }
 }
 
 TEST(TargetTest, that_covers_another_overlaps_it) {

@@ -82,7 +82,8 @@ std::string PanelModel::text() const {
 QByteArray payload_of(const Target &target, const QByteArray &frame) {
   QByteArray payload;
   for (const int number : {int(target.kind), int(target.screen), int(target.place), int(target.is_part),
-                           int(target.box.left), int(target.box.top), int(target.box.width), int(target.box.height)})
+                           int(target.box.left), int(target.box.top), int(target.box.width), int(target.box.height),
+                           int(target.characters.first), int(target.characters.count)})
     payload += QByteArray::number(number) + ' ';
   return payload + frame;
 }
@@ -96,7 +97,8 @@ Outcome<Command> decoded(const QByteArray &, const QByteArray &payload) {
   command.target.place = words[2].toShort();
   command.target.is_part = words[3] == "1";
   command.target.box = {byte(4), byte(5), byte(6), byte(7)};
-  command.frame = words.mid(8).join(' ');
+  command.target.characters = {byte(8), byte(9)};
+  command.frame = words.mid(10).join(' ');
   return command;
 }
 

@@ -41,9 +41,9 @@ public:
     case 5:
       return {what, line(screen_number, topic % 3), true};
     case 6: {
-      const int column = below(15);
-      return {QByteArray::number(column) + ' ' + QByteArray::number(1 + below(16 - column)) + ' ' + what,
-              part(screen_number, below(3)), false};
+      const int column = below(15), width = 1 + below(16 - column);
+      return {QByteArray::number(column) + ' ' + QByteArray::number(width) + ' ' + what,
+              part(screen_number, below(3), {std::uint8_t(column), std::uint8_t(width)}), false};
     }
     case 7: {
       const int column = below(15), row = below(7);

@@ -19,7 +19,12 @@ inline Target button(int place) { return target_of(Target::Kind::button, Target:
 inline Target status(int place) { return target_of(Target::Kind::status, Target::everything, place); }
 inline Target toggle(int place) { return target_of(Target::Kind::toggle, Target::everything, place); }
 inline Target line(int screen, int place) { return target_of(Target::Kind::line, screen, place); }
-inline Target part(int screen, int place) { return target_of(Target::Kind::line, screen, place, true); }
+/// Without `characters`, those are not known.
+inline Target part(int screen, int place, Target::Characters characters = {}) {
+  Target target = target_of(Target::Kind::line, screen, place, true);
+  target.characters = characters;
+  return target;
+}
 inline Target area(int screen, Target::Box box) {
   return target_of(Target::Kind::area, screen, Target::everything, false, box);
 }
