@@ -60,8 +60,8 @@ void require_picture(ByteView message) {
 void require_sense(const Target &target) {
   const bool stays = target.kind != Kind::no_place;
   require(target.overlaps(target) == stays, "what stays overlaps itself");
-  const bool hides_itself = stays && !target.is_part;
-  require(target.covers(target) == hides_itself, "all but parts cover themselves");
+  const bool hides_itself = stays && (!target.is_part || target.characters.isKnown());
+  require(target.covers(target) == hides_itself, "all cover themselves but parts that may lie anywhere");
   require(clearing_frame(target).isEmpty() != stays, "what stays can be cleared");
   require(target.screen >= -1 && target.screen < dimensions::screen_count, "a screen is one, or all");
 }

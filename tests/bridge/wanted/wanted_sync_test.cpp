@@ -278,7 +278,8 @@ TEST(WantedSyncTest, tells_what_the_broker_keeps_as_it_comes) {
   WantedState state = usual_state();
   state.beginSync();
   bring(state, "status", "on", status(3));
-  for (const auto &[topic, is_retained] : {std::pair("status", true), {"line", true}, {"lamp", false}, {"other", false}})
+  for (const auto &[topic, is_retained] :
+       {std::pair("status", true), {"line", true}, {"lamp", false}, {"other", false}})
     EXPECT_EQ(state.isRetained(topic), is_retained) << topic;
 }
 
