@@ -2,6 +2,7 @@
 #include "bridge/broker/broker_connection.h"
 
 #include "bridge/broker/mosquitto_session.h"
+#include "bridge/broker/refusals.h"
 #include "bridge/broker/subscriptions.h"
 
 #include <QFile>
@@ -90,6 +91,9 @@ void BrokerConnection::open(const QString &host) {
   ++_attempts;
   _session = std::make_unique<MosquittoSession>(_settings);
   _subscriptions = std::make_unique<Subscriptions>(*_session, _times.quiet_ms);
+  _refusals = std::make_unique<Refusals>();
+  connect(_session.get(), &MosquittoSession::refused, this,
+          [this](const QByteArray &topic, int code) { _refusals->take(topic, code); });
   connect(_subscriptions.get(), &Subscriptions::ended, this, &BrokerConnection::everyRetainedHasCome);
   connect(_session.get(), &MosquittoSession::opened, this, &BrokerConnection::opened);
   connect(_session.get(), &MosquittoSession::closed, this, &BrokerConnection::ended);
@@ -138,7 +142,7 @@ bool BrokerConnection::publish(const QByteArray &topic, const QByteArray &payloa
                                int quality_of_service) {
   if (!isConnected())
     return false;
-  if (_session->publish(topic, payload, is_retained, quality_of_service) != 0)
+  if (_session->publish(topic, payload, is_retained, quality_of_service))
     return true;
   ++_dropped;
   return false;

@@ -16,6 +16,7 @@
 namespace buttondriver::bridge {
 
 class MosquittoSession;
+class Refusals;
 class Subscriptions;
 
 /// The connection to a broker, kept in the event loop: after a break it is tried again, after pauses that grow from
@@ -32,7 +33,7 @@ public:
     int first_pause_ms = 500;
     int longest_pause_ms = 30000;
     int most_connecting_ms = 20000; ///< from the attempt to the broker's answer
-    int quiet_ms = 5000;            ///< without a message: what askForEnd() waits for has been lost
+    int quiet_ms = 5000;            ///< without a message: a marker has been lost (see Subscriptions)
   };
 
   explicit BrokerConnection(QObject *parent = nullptr);
@@ -52,7 +53,8 @@ public:
 
   /// `is_retained` asks the broker to keep it. False when nothing is published: while there is no connection, or when a
   /// broker that does not read has let too much wait. That is 1,000 messages or 1 MiB for quality of service 0, and
-  /// 50,000 or 32 MiB for 1.
+  /// 50,000 or 32 MiB for 1. What the broker refuses later is logged, once for each topic of a connection; it can say
+  /// so with MQTT 5 and quality of service 1.
   bool publish(const QByteArray &topic, const QByteArray &payload, bool is_retained, int quality_of_service);
   /// Topic filters, with quality of service 1. What this client publishes itself does not come back (MQTT 5). One that
   /// the broker refuses is logged. Not too many topics should fit one filter: see Subscriptions.
@@ -60,7 +62,8 @@ public:
   void unsubscribe(const QVector<QByteArray> &filters);
   /// Calls everyRetainedHasCome() when all that the broker keeps for the filters so far has been delivered. `topic`:
   /// one that this client subscribes and publishes for that, and nobody else uses. messageCame() does not tell of it.
-  /// When the broker does not send it back, that is logged, and taken for the end.
+  /// When the broker does not take it or does not send it back, that is logged, and taken for the end: after a minute
+  /// at most for the first one.
   void askForEnd(const QByteArray &topic);
 
   quint64 reconnects() const; ///< connections that came up after the first one
@@ -94,6 +97,7 @@ private:
   BrokerSettings _settings;
   std::unique_ptr<MosquittoSession> _session;
   std::unique_ptr<Subscriptions> _subscriptions;
+  std::unique_ptr<Refusals> _refusals;
   QTimer _pause; ///< until the next attempt
   GrowingPause _growing_pause;
   int _lookup = -1;

@@ -27,6 +27,9 @@ namespace {
 /// What is read before others in the event loop get their turn.
 constexpr int most_packets_in_a_round = 64;
 
+/// From this code of MQTT 5 on, something is refused or has failed.
+constexpr int first_refusal = 0x80;
+
 /// Once for the program, and never taken back: other objects may still use OpenSSL when it ends.
 void prepare_library() {
   static const bool is_ready = [] {
@@ -83,7 +86,6 @@ struct MosquittoSession::Callbacks {
   static void disconnected(mosquitto *, void *object, int code, const mosquitto_property *properties) {
     MosquittoSession &session = of(object);
     session._has_gone = true;
-    constexpr int first_refusal = 0x80;
     if (code >= first_refusal)
       session._refusal = QStringLiteral("the broker ends the connection: ") +
                          QString::fromUtf8(mosquitto_reason_string(code)) + text_in(properties);
@@ -276,8 +278,10 @@ void MosquittoSession::deliver() {
   for (const auto &[number, code] : published_ones) {
     if (!self || !_client)
       return;
+    const QByteArray topic = _waiting.topicOf(number);
     _waiting.remove(number);
-    Q_EMIT published(number, code);
+    if (code >= first_refusal)
+      Q_EMIT refused(topic, code);
   }
   if (!self || !_client)
     return;
@@ -291,25 +295,25 @@ void MosquittoSession::deliver() {
     watch();
 }
 
-int MosquittoSession::publish(const QByteArray &topic, const QByteArray &payload, bool is_retained,
-                              int quality_of_service) {
+bool MosquittoSession::publish(const QByteArray &topic, const QByteArray &payload, bool is_retained,
+                               int quality_of_service) {
   const qint64 bytes = topic.size() + payload.size();
   if (!_is_open || !_waiting.hasRoomFor(bytes, quality_of_service))
-    return 0;
+    return false;
   int number = 0;
   const int code = mosquitto_publish(_client.get(), &number, topic.constData(), static_cast<int>(payload.size()),
                                      payload.constData(), quality_of_service, is_retained);
   if (code != MOSQ_ERR_SUCCESS)
-    return 0;
+    return false;
   // It may have been written at once.
   const auto is_this = [number](const std::pair<int, int> &one) { return one.first == number; };
   const auto done = std::find_if(_published.begin(), _published.end(), is_this);
   if (done == _published.end())
-    _waiting.add(number, bytes);
+    _waiting.add(number, topic, bytes);
   else
     _published.erase(done);
   watch();
-  return number;
+  return true;
 }
 
 int MosquittoSession::subscribe(const QVector<QByteArray> &filters, bool is_own) {

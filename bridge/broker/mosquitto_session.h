@@ -39,8 +39,8 @@ public:
   void close(int most_ms);
 
   bool isOpen() const { return _is_open; }
-  /// The number by which published() tells that the broker has it; 0: it could not be taken.
-  int publish(const QByteArray &topic, const QByteArray &payload, bool is_retained, int quality_of_service);
+  /// False: it could not be taken.
+  bool publish(const QByteArray &topic, const QByteArray &payload, bool is_retained, int quality_of_service);
   /// All with quality of service 1. The number by which subscribed() answers, 0: it could not be sent. `is_own`: this
   /// client's own messages come too, and nothing that was kept.
   int subscribe(const QVector<QByteArray> &filters, bool is_own);
@@ -54,8 +54,9 @@ Q_SIGNALS:
   void closed(const QString &reason);
   void messageCame(const QByteArray &topic, const QByteArray &payload, bool is_retained);
   void tooLargeCame(const QByteArray &topic);
-  /// `code`: 0 or more than 127 with MQTT 5, when the broker did not take it.
-  void published(int number, int code);
+  /// The broker did not take what was published with quality of service 1. `code`: 128 or more. With MQTT 3.1.1 a
+  /// broker cannot say so.
+  void refused(const QByteArray &topic, int code);
   /// The codes of the filters; those from 128 on are refusals.
   void subscribed(int number, const QVector<int> &codes);
 

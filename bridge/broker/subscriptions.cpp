@@ -11,11 +11,11 @@
 
 namespace buttondriver::bridge {
 
-Subscriptions::Subscriptions(MosquittoSession &session, int quiet_ms) : _session(session) {
+Subscriptions::Subscriptions(MosquittoSession &session, int quiet_ms) : _session(session), _quiet_ms(quiet_ms) {
   _quiet.setSingleShot(true);
-  _quiet.setInterval(quiet_ms);
   connect(&_quiet, &QTimer::timeout, this, &Subscriptions::missMarker);
   connect(&_session, &MosquittoSession::subscribed, this, &Subscriptions::answered);
+  connect(&_session, &MosquittoSession::refused, this, &Subscriptions::refused);
   // Somebody else's markers, of an earlier connection too, have to differ.
   _marker = QByteArray::number(QRandomGenerator::system()->generate64(), 16) + ' ';
 }
@@ -44,7 +44,7 @@ void Subscriptions::goOn() {
   }
   // Also between the subscriptions, so that the broker's queue is empty before the next one.
   if (_has_marker_topic && _is_unmarked)
-    return sendMarker();
+    return startMarker();
   if (!_filters.isEmpty()) {
     const QVector<QByteArray> some = _filters.mid(0, most_filters_at_once);
     _filters.remove(0, some.size());
@@ -72,33 +72,52 @@ void Subscriptions::answered(int number, const QVector<int> &codes) {
   goOn();
 }
 
-void Subscriptions::sendMarker() {
+void Subscriptions::startMarker() {
   _awaits_marker = true;
   _is_unmarked = false;
+  _patience.setRemainingTime(qint64(_quiet_ms) * (_is_lost ? 1 : most_quiet_times));
+  sendMarker();
+}
+
+void Subscriptions::sendMarker() {
   ++_markers;
-  _quiet.start();
+  waitForMarker();
   _session.publish(_marker_topic, _marker + QByteArray::number(_markers), false, 1);
+}
+
+void Subscriptions::waitForMarker() {
+  _quiet.start(static_cast<int>(std::min<qint64>(_quiet_ms, _patience.remainingTime())));
 }
 
 bool Subscriptions::takeMarker(const QByteArray &topic, const QByteArray &payload) {
   if (_awaits_marker)
-    _quiet.start(); // it comes after this
+    waitForMarker(); // it comes after this
   if (_marker_topic.isEmpty() || topic != _marker_topic)
     return false;
-  if (_awaits_marker && payload == _marker + QByteArray::number(_markers))
-    markerCame();
+  if (_awaits_marker && payload == _marker + QByteArray::number(_markers)) {
+    _is_lost = false;
+    endMarker();
+  }
   return true;
 }
 
 void Subscriptions::missMarker() {
-  if (++_misses < most_markers)
+  if (++_misses < most_markers && !_is_lost && !_patience.hasExpired())
     return sendMarker();
-  critical_line() << "The broker does not send" << QString::fromUtf8(_marker_topic)
-                  << "back: what it keeps may be incomplete";
-  markerCame();
+  if (!std::exchange(_is_lost, true))
+    critical_line() << "The broker does not send" << QString::fromUtf8(_marker_topic)
+                    << "back: what it keeps may be incomplete";
+  endMarker();
 }
 
-void Subscriptions::markerCame() {
+void Subscriptions::refused(const QByteArray &topic) {
+  if (!_awaits_marker || topic != _marker_topic)
+    return;
+  _is_lost = true; // which is logged as a refusal
+  endMarker();
+}
+
+void Subscriptions::endMarker() {
   _quiet.stop();
   _awaits_marker = false;
   _misses = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QByteArray>
 #include <QHash>
 #include <QtGlobal>
 
@@ -17,27 +18,34 @@ public:
   static constexpr qint64 most_bytes_0 = 1024 * 1024;
 
   bool hasRoomFor(qint64 bytes, int quality_of_service) const {
-    return quality_of_service == 0 ? _sizes.size() < most_messages_0 && _bytes + bytes <= most_bytes_0
-                                   : _sizes.size() < most_messages && _bytes + bytes <= most_bytes;
+    return quality_of_service == 0 ? _messages.size() < most_messages_0 && _bytes + bytes <= most_bytes_0
+                                   : _messages.size() < most_messages && _bytes + bytes <= most_bytes;
   }
-  void add(int number, qint64 bytes) {
-    _sizes.insert(number, bytes);
+  /// `bytes`: of all of it, the topic among them.
+  void add(int number, const QByteArray &topic, qint64 bytes) {
+    _messages.insert(number, {topic, bytes});
     _bytes += bytes;
   }
+  /// Empty if `number` does not wait.
+  QByteArray topicOf(int number) const { return _messages.value(number).topic; }
   /// False if `number` does not wait.
   bool remove(int number) {
-    const auto size = _sizes.constFind(number);
-    if (size == _sizes.constEnd())
+    const auto message = _messages.constFind(number);
+    if (message == _messages.constEnd())
       return false;
-    _bytes -= *size;
-    _sizes.erase(size);
+    _bytes -= message->bytes;
+    _messages.erase(message);
     return true;
   }
-  int count() const { return static_cast<int>(_sizes.size()); }
+  int count() const { return static_cast<int>(_messages.size()); }
   qint64 bytes() const { return _bytes; }
 
 private:
-  QHash<int, qint64> _sizes;
+  struct Message {
+    QByteArray topic;
+    qint64 bytes = 0;
+  };
+  QHash<int, Message> _messages;
   qint64 _bytes = 0;
 };
 

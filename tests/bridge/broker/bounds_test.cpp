@@ -25,7 +25,7 @@ TEST_P(WaitingMessagesTest, have_bounds_and_make_room_when_they_go) {
   WaitingMessages many;
   for (int number = 1; number <= most_messages; ++number) {
     ASSERT_TRUE(many.hasRoomFor(1, quality_of_service)) << number;
-    many.add(number, 1);
+    many.add(number, "a", 1);
   }
   EXPECT_FALSE(many.hasRoomFor(1, quality_of_service));
   EXPECT_TRUE(many.remove(7));
@@ -35,9 +35,11 @@ TEST_P(WaitingMessagesTest, have_bounds_and_make_room_when_they_go) {
   WaitingMessages large;
   EXPECT_FALSE(large.hasRoomFor(most_bytes + 1, quality_of_service));
   EXPECT_TRUE(large.hasRoomFor(most_bytes, quality_of_service));
-  large.add(1, most_bytes);
+  large.add(1, "a", most_bytes);
+  EXPECT_EQ(large.topicOf(1), "a");
   EXPECT_FALSE(large.hasRoomFor(1, quality_of_service));
   EXPECT_TRUE(large.remove(1));
+  EXPECT_EQ(large.topicOf(1), "");
   EXPECT_EQ(large.count(), 0);
   EXPECT_TRUE(large.hasRoomFor(most_bytes, quality_of_service));
 }

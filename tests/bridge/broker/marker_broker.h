@@ -27,6 +27,13 @@ public:
 
   quint16 port() const { return _server.serverPort(); }
 
+  /// Sends every client a message, whatever it has subscribed.
+  void send(const QByteArray &topic, const QByteArray &payload) {
+    const QByteArray size(1, static_cast<char>(topic.size()));
+    for (QTcpSocket *const socket : _server.findChildren<QTcpSocket *>())
+      socket->write(packet('\x30', '\0' + size + topic + payload));
+  }
+
 private:
   // A packet begins with its kind and, below 128, with how many bytes follow.
   static QByteArray packet(char kind, const QByteArray &content) {
