@@ -45,6 +45,10 @@ BrokerConnection::BrokerConnection(Times times, QObject *parent)
     : QObject(parent), _times(times), _growing_pause(times.first_pause_ms, times.longest_pause_ms) {
   _pause.setSingleShot(true);
   connect(&_pause, &QTimer::timeout, this, &BrokerConnection::lookUp);
+  _proof.setSingleShot(true);
+  // Two clients of one name end each other's connections, each after a pause.
+  _proof.setInterval(2 * times.longest_pause_ms);
+  connect(&_proof, &QTimer::timeout, this, [this] { _growing_pause.reset(); });
 }
 
 BrokerConnection::~BrokerConnection() = default;
@@ -106,7 +110,7 @@ void BrokerConnection::opened() {
   if (_has_been_connected)
     ++_reconnects;
   _has_been_connected = true;
-  _growing_pause.reset();
+  _proof.start();
   Q_EMIT connected();
 }
 
@@ -126,6 +130,7 @@ void BrokerConnection::ended(const QString &reason) {
 }
 
 void BrokerConnection::dropSession() {
+  _proof.stop();
   if (!_session)
     return;
   // They may be what this is called from.

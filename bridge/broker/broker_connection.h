@@ -20,9 +20,9 @@ class Refusals;
 class Subscriptions;
 
 /// The connection to a broker, kept in the event loop: after a break it is tried again, after pauses that grow from
-/// half a second to 30 s. One thread, that of the event loop. No call waits, but for stop(), and with TLS for looking
-/// up a name that has just been found. All signals come from the event loop; in them every call is allowed, and to
-/// delete this object too.
+/// half a second to 30 s, and begin again when a connection has lasted for a minute. One thread, that of the event
+/// loop. No call waits, but for stop(), and with TLS for looking up a name that has just been found. All signals come
+/// from the event loop; in them every call is allowed, and to delete this object too.
 ///
 /// Nothing of a connection lives on in the next one: what was not yet sent is not sent later.
 class BrokerConnection : public QObject {
@@ -31,7 +31,7 @@ class BrokerConnection : public QObject {
 public:
   struct Times {
     int first_pause_ms = 500;
-    int longest_pause_ms = 30000;
+    int longest_pause_ms = 30000;   ///< a connection that lasts twice as long makes the next pause the first one again
     int most_connecting_ms = 20000; ///< from the attempt to the broker's answer
     int quiet_ms = 5000;            ///< without a message: a marker has been lost (see Subscriptions)
   };
@@ -99,6 +99,7 @@ private:
   std::unique_ptr<Subscriptions> _subscriptions;
   std::unique_ptr<Refusals> _refusals;
   QTimer _pause; ///< until the next attempt
+  QTimer _proof; ///< that a connection lasts
   GrowingPause _growing_pause;
   int _lookup = -1;
   int _attempts = 0;

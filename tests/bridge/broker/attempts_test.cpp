@@ -5,6 +5,7 @@
 
 #include <QHostInfo>
 
+using buttondriver::test::MosquittoBroker;
 using buttondriver::test::process_events_until;
 using buttondriver::test::process_ready_events;
 
@@ -35,23 +36,50 @@ struct SteadyAttempts {
   WatchedConnection connection{pauses(1)};
 };
 
-TEST(AttemptsTest, come_after_longer_and_longer_pauses_until_a_start_or_a_connection) {
-  const ScriptedBroker closing("", Manner::close_at_once);
+class ClosingBrokerTest : public testing::TestWithParam<Manner> {};
+
+INSTANTIATE_TEST_SUITE_P(Each, ClosingBrokerTest, testing::Values(Manner::close_at_once, Manner::answer_and_close),
+                         [](const auto &row) { return row.param == Manner::close_at_once ? "at_once" : "accepting"; });
+
+TEST_P(ClosingBrokerTest, is_tried_after_longer_and_longer_pauses) {
+  const ScriptedBroker closing(accepted_5, GetParam());
   WatchedConnection connection(pauses(1'000'000));
-  {
-    const SteadyAttempts steady;
-    ASSERT_TRUE(connection.connection.start(settings_at(closing)));
-    // The pauses of 1 to 2^n milliseconds take as long as 2^n of the others, about.
-    ASSERT_TRUE(process_events_until([&] { return steady.count() >= 200; }));
-    EXPECT_LT(closing.clients(), 20);
-  }
-  ASSERT_TRUE(process_events_until([&] { return closing.clients() >= 10; }));
-  const ScriptedBroker accepting(accepted_5, Manner::answer_and_close);
   const SteadyAttempts steady;
-  ASSERT_TRUE(connection.connection.start(settings_at(accepting)));
-  ASSERT_TRUE(process_events_until([&] { return accepting.clients() >= 10; }));
-  EXPECT_GT(connection.connects, 5);
-  EXPECT_LT(steady.count(), 200) << "the pause had grown";
+  ASSERT_TRUE(connection.connection.start(settings_at(closing)));
+  // The pauses of 1 to 2^n milliseconds take as long as 2^n of the others, about.
+  ASSERT_TRUE(process_events_until([&] { return steady.count() >= 200; }));
+  EXPECT_LT(closing.clients(), 20);
+  EXPECT_EQ(connection.connects > 0, GetParam() == Manner::answer_and_close);
+}
+
+// The broker ends the connection of one whenever the other one connects.
+TEST(AttemptsTest, come_after_longer_and_longer_pauses_where_two_have_one_name) {
+  const MosquittoBroker broker;
+  WatchedConnection one(pauses(1'000'000));
+  WatchedConnection other(pauses(1'000'000));
+  const SteadyAttempts steady;
+  for (WatchedConnection *connection : {&one, &other})
+    ASSERT_TRUE(connection->connection.start(settings_for(broker, "same")));
+  ASSERT_TRUE(process_events_until([&] { return steady.count() >= 200 && one.connects + other.connects >= 6; }));
+  EXPECT_LT(one.connects + other.connects, 40);
+}
+
+TEST(AttemptsTest, begin_again_when_a_connection_has_lasted) {
+  constexpr int longest_ms = 500;
+  ScriptedBroker broker(accepted_5, Manner::answer_and_close);
+  WatchedConnection connection(pauses(longest_ms));
+  ASSERT_TRUE(connection.connection.start(settings_at(broker)));
+  ASSERT_TRUE(process_events_until([&] { return broker.clients() >= 10; })); // the next pause is the longest one
+  broker.setManner(Manner::answer);
+  const int connects = broker.clients() + 1;
+  ASSERT_TRUE(process_events_until([&] { return connection.connects == connects; }));
+  bool has_lasted = false;
+  QTimer::singleShot(3 * longest_ms, [&] { has_lasted = true; });
+  ASSERT_TRUE(process_events_until([&] { return has_lasted; }));
+  const SteadyAttempts steady;
+  broker.dropClients();
+  ASSERT_TRUE(process_events_until([&] { return connection.connects > connects; }));
+  EXPECT_LT(steady.count(), 50) << "the pause was a long one";
 }
 
 TEST(AttemptsTest, begin_again_with_a_start) {

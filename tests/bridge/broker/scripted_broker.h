@@ -31,6 +31,12 @@ public:
   quint16 port() const { return _server.serverPort(); }
   int clients() const { return _clients; }
   void close() { _server.close(); }
+  /// Of the clients that come from now on.
+  void setManner(Manner manner) { _manner = manner; }
+  void dropClients() {
+    for (QTcpSocket *const socket : _server.findChildren<QTcpSocket *>())
+      socket->abort();
+  }
 
 private:
   void take() {
@@ -39,6 +45,7 @@ private:
     if (_manner == Manner::close_at_once)
       return socket->deleteLater();
     socket->setReadBufferSize(1024); // the system keeps the rest
+    socket->setProperty("closes", _manner == Manner::answer_and_close);
     QObject::connect(socket, &QTcpSocket::readyRead, [this, socket] {
       const int answered = socket->property("answered").toInt();
       if (answered == _answers.size())
@@ -46,7 +53,7 @@ private:
       socket->readAll();
       socket->write(_answers[answered]);
       socket->setProperty("answered", answered + 1);
-      if (_manner == Manner::answer_and_close)
+      if (socket->property("closes").toBool())
         socket->disconnectFromHost();
     });
   }
