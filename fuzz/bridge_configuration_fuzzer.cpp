@@ -42,6 +42,7 @@ void require_ranges(const Configuration &read) {
 }
 
 void require_known_panels(const Configuration &read) {
+  require(!read.panels.isEmpty(), "there is a panel");
   for (auto panel = read.panels.cbegin(); panel != read.panels.cend(); ++panel) {
     require(!panel.key().isEmpty() && !panel.key().contains('/') && panel.key() != "group" && panel.key() != "bridge",
             "a panel's name is one level of a topic, and its own");

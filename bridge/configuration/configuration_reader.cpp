@@ -186,7 +186,19 @@ void ConfigurationReader::takePanel(const IniLine &line) {
   const auto address = address_of(line.value);
   if (!address)
     _problems.add(line.line, address.failure().text + QStringLiteral(", not ") + quoted(line.value));
+  else
+    takeAddress(line, *address);
   _read.panels.insert(line.key, address ? *address : PanelAddress());
+}
+
+void ConfigurationReader::takeAddress(const IniLine &line, const PanelAddress &address) {
+  // Two lines for one panel would send it two different pictures of what it should show.
+  QByteArray &panel = _panel_of[{address.host.toLower(), address.port}];
+  if (panel.isEmpty())
+    panel = line.key;
+  else
+    _problems.add(line.line,
+                  QStringLiteral("%1 is the address of panel %2 already").arg(quoted(line.value), quoted(panel)));
 }
 
 void ConfigurationReader::takeGroup(const IniLine &line) {
@@ -232,6 +244,10 @@ Configuration ConfigurationReader::finish() {
   finishBroker();
   for (const IniLine &line : _groups)
     finishGroup(line);
+  // A file that somebody has emptied, or writes just now, must not end all. Where something else is wrong, that may be
+  // why there is none.
+  if (_read.panels.isEmpty() && _problems.areNone())
+    _problems.add(0, QStringLiteral("no panel stands in [panels]"));
   if (_has_discovery)
     _read.discovery_prefix = _discovery_prefix;
   return std::move(_read);

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QHash>
+#include <QPair>
 
 namespace buttondriver::bridge {
 
@@ -53,6 +54,7 @@ private:
   void takeKeepAlive(const IniLine &line);
 
   void takePanel(const IniLine &line);
+  void takeAddress(const IniLine &line, const PanelAddress &address);
   void takeGroup(const IniLine &line);
   void finishGroup(const IniLine &line);
 
@@ -70,6 +72,7 @@ private:
   bool _has_discovery = false;
   QByteArray _discovery_prefix = "homeassistant";
   QHash<QByteArray, int> _broker_lines;
+  QHash<QPair<QString, int>, QByteArray> _panel_of; ///< by host, in small letters, and port
   std::vector<IniLine> _groups;
 };
 

@@ -16,6 +16,7 @@ public:
   static constexpr std::size_t most_told = 50;
   static constexpr std::size_t most_kept = 1000;
 
+  /// `line` 0: of the file as a whole.
   void add(int line, const QString &text) {
     if (_problems.size() < most_kept)
       _problems.emplace_back(line, text);
@@ -24,14 +25,15 @@ public:
   }
   bool areNone() const { return _problems.empty(); }
 
-  /// "FILE:LINE: what is wrong", a line each, in the order of the lines.
+  /// "FILE:LINE: what is wrong", or "FILE: what is wrong", a line each, in the order of the lines.
   QString text(const QString &file) {
     std::stable_sort(_problems.begin(), _problems.end(),
                      [](const auto &one, const auto &other) { return one.first < other.first; });
     QString result;
     for (std::size_t i = 0; i < std::min(_problems.size(), most_told); ++i)
-      result += QStringLiteral("%1%2:%3: %4")
-                    .arg(result.isEmpty() ? QString() : QStringLiteral("\n"), file, QString::number(_problems[i].first),
+      result += QStringLiteral("%1%2%3: %4")
+                    .arg(result.isEmpty() ? QString() : QStringLiteral("\n"), file,
+                         _problems[i].first == 0 ? QString() : QStringLiteral(":%1").arg(_problems[i].first),
                          _problems[i].second);
     if (_problems.size() > most_told)
       result += QStringLiteral("\n%1: and %2 more").arg(file, QString::number(_problems.size() - most_told + _more));

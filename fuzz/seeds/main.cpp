@@ -303,9 +303,11 @@ void write_scenario(const filesystem::path &parent) {
 void write_bridge_configuration(const filesystem::path &parent) {
   const SeedFolder folder(parent, "bridge_configuration");
   const char *const files[] = {
-      "[bridge]\nname = a\nprefix = b/c\nshare = 2/3\nstatistics = 0\nmetrics_port = 1\ndiscovery = on\n",
-      "[bridge]\ndiscovery_prefix = d\n[broker]\nhost = e\nport = 1884\nprotocol = 3.1.1\nkeep_alive = 60\n",
-      "[broker]\nuser = f\npassword_file = secret\ntls = on\ncert_file = secret\nkey_file = secret\n",
+      "[bridge]\nname = a\nprefix = b/c\nshare = 2/3\nstatistics = 0\nmetrics_port = 1\ndiscovery = on\n[panels]\na = "
+      "b\n",
+      "[panels]\na = b\n[bridge]\ndiscovery_prefix = d\n[broker]\nhost = e\nport = 1884\nprotocol = 3.1.1\nkeep_alive "
+      "= 60\n",
+      "[broker]\nuser = f\npassword_file = secret\ntls = on\ncert_file = secret\nkey_file = secret\n[panels]\na = b\n",
       "[broker]\nca_file = pipe\npassword_file = absent\n",
       "# comment\n; comment\r\n\n[panels]\na = b\nc = d:1\ne = [::1]\nf = [::1]:2\n[groups]\ng = a, c\nh = e,f\n",
       "[panels]\ngroup = x\na b = y\nc = ::1\nc = d:0\n[groups]\nz = c, c, e\n",

@@ -130,11 +130,25 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"[panels]\na = [::1\n", "2: a panel's address is HOST, HOST:PORT, or [IPV6-ADDRESS]:PORT, not \"[::1\""},
         Row{"[panels]\na = [b]\n", "2: a panel's address is HOST, HOST:PORT, or [IPV6-ADDRESS]:PORT, not \"[b]\""},
         Row{"[panels]\na = b c\n", "2: a panel's address is HOST, HOST:PORT, or [IPV6-ADDRESS]:PORT, not \"b c\""},
+        Row{"[panels]\nhall = 192.0.2.7\nyard = 192.0.2.7:3003\n",
+            "3: \"192.0.2.7:3003\" is the address of panel \"hall\" already"},
+        Row{"[panels]\nhall = Panel.example\nyard = panel.EXAMPLE\ngate = panel.example:3004\n",
+            "3: \"panel.EXAMPLE\" is the address of panel \"hall\" already"},
+        Row{"[panels]\na = b:0\nc = b:0\nd = e\nf = e\n",
+            "2: a panel's address is HOST, HOST:PORT, or [IPV6-ADDRESS]:PORT, not \"b:0\"\n"
+            "3: a panel's address is HOST, HOST:PORT, or [IPV6-ADDRESS]:PORT, not \"b:0\"\n"
+            "5: \"e\" is the address of panel \"d\" already"},
         Row{"[groups]\na b = c\n[panels]\nc = d\n",
             "2: \"a b\": a name has 1 to 64 letters, digits, \"_\", \".\" and \"-\""},
         Row{"[groups]\na = b, c\n[panels]\nb = d\n", "2: there is no panel \"c\""},
         Row{"[groups]\na = b,\n[panels]\nb = d\n", "2: there is no panel \"\""},
         Row{"[groups]\na = b, b\n[panels]\nb = d\n", "2: panel \"b\" for the second time"}));
+
+// No line is told. Where one is wrong, only that is told: it may be why there is no panel.
+INSTANTIATE_TEST_SUITE_P(Panels, ConfigurationProblemsTest,
+                         testing::Values(Row{"", " no panel stands in [panels]"},
+                                         Row{"# all\n[bridge]\nname = a\n[panels]\n", " no panel stands in [panels]"},
+                                         Row{"[panel]\na = b\n", "1: there is no section \"panel\""}));
 
 INSTANTIATE_TEST_SUITE_P(
     Files, ConfigurationProblemsTest,
@@ -209,7 +223,8 @@ TEST(ConfigurationBoundsTest, of_names_and_numbers_are_where_they_are_said_to_be
       {"[broker]\nkeep_alive = ", "65535", "0"},
   };
   for (const Bound &bound : bounds) {
-    EXPECT_EQ(problems_of(bound.before + bound.longest), "") << bound.before.constData();
+    const QByteArray panel = bound.before.startsWith("[panels]") ? "" : "\n[panels]\na = b\n";
+    EXPECT_EQ(problems_of(bound.before + bound.longest + panel), "") << bound.before.constData();
     EXPECT_THAT(problems_of(bound.before + bound.longest + bound.after), testing::StartsWith("2: "))
         << bound.before.constData();
   }
@@ -227,9 +242,10 @@ TEST(ConfigurationBoundsTest, a_file_has_to_be_there_and_not_too_large) {
   };
   EXPECT_EQ(problem("absent"), "FILE: No such file or directory");
   EXPECT_EQ(problem(""), "FILE: not a regular file");
-  folder.write("large", std::string(4 * 1024 * 1024, '#'));
+  const std::string panel = "[panels]\na = b\n";
+  folder.write("large", panel + std::string(4 * 1024 * 1024 - panel.size(), '#'));
   EXPECT_EQ(problem("large"), "");
-  folder.write("larger", std::string(4 * 1024 * 1024 + 1, '#'));
+  folder.write("larger", panel + std::string(4 * 1024 * 1024 + 1 - panel.size(), '#'));
   EXPECT_EQ(problem("larger"), "FILE: larger than 4 MiB");
 }
 

@@ -37,8 +37,8 @@ protected:
 
 void expect_value(const Outcome<Configuration> &read) { ASSERT_TRUE(read) << read.failure().text.toStdString(); }
 
-TEST_F(ConfigurationTest, an_empty_file_means_the_defaults) {
-  const auto read = this->read("");
+TEST_F(ConfigurationTest, a_file_with_a_panel_only_means_the_defaults) {
+  const auto read = this->read("[panels]\nhall = 192.0.2.7\n");
   expect_value(read);
   EXPECT_EQ(read->broker, BrokerSettings());
   EXPECT_EQ(read->name, "1");
@@ -48,7 +48,7 @@ TEST_F(ConfigurationTest, an_empty_file_means_the_defaults) {
   EXPECT_EQ(read->statistics_seconds, 10);
   EXPECT_EQ(read->metrics_port, 0);
   EXPECT_EQ(read->discovery_prefix, "");
-  EXPECT_TRUE(read->panels.isEmpty());
+  EXPECT_EQ(read->panels.keys(), QList<QByteArray>{"hall"});
   EXPECT_TRUE(read->groups.isEmpty());
 }
 
@@ -121,19 +121,19 @@ TEST_F(ConfigurationTest, the_same_key_may_stand_in_two_sections) {
 }
 
 TEST_F(ConfigurationTest, tls_has_a_port_of_its_own) {
-  const auto read = this->read("[broker]\ntls = on\n");
+  const auto read = this->read("[broker]\ntls = on\n[panels]\nhall = 192.0.2.7\n");
   expect_value(read);
   EXPECT_EQ(read->broker.port, 8883);
 }
 
 TEST_F(ConfigurationTest, discovery_has_a_prefix_of_its_own) {
-  const auto read = this->read("[bridge]\ndiscovery = on\n");
+  const auto read = this->read("[bridge]\ndiscovery = on\n[panels]\nhall = 192.0.2.7\n");
   expect_value(read);
   EXPECT_EQ(read->discovery_prefix, "homeassistant");
 }
 
 TEST_F(ConfigurationTest, reads_the_file_as_it_lies_on_the_disk) {
-  folder.write("mqtt.ini", "[broker]\nca_file = ca.pem\ntls = on\n");
+  folder.write("mqtt.ini", "[broker]\nca_file = ca.pem\ntls = on\n[panels]\nhall = 192.0.2.7\n");
   const auto read = read_configuration_file(path("mqtt.ini"));
   expect_value(read);
   EXPECT_EQ(read->broker.ca_file, path("ca.pem"));

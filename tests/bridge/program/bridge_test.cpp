@@ -203,6 +203,8 @@ TEST_F(BridgeTest, takes_over_another_configuration_and_leaves_other_connections
   keep("yard/led/6", "on");
   keep("group/doors/led/4", "on");
   hall.expect("expect-led 5 on");
+  configure("bridge.ini", "");
+  ASSERT_TRUE(bridge->waitForError("bridge.ini: no panel stands in [panels]"));
   configure("bridge.ini", "[nonsense]\n");
   ASSERT_TRUE(bridge->waitForError("bridge.ini:3: "));
   configure("bridge.ini", panelLines());
