@@ -90,10 +90,15 @@ void Simulation::takeSnapshot() {
 }
 
 void Simulation::end() {
-  if (_is_ending) {
+  if (_was_asked_to_end)
     QCoreApplication::quit();
+  _was_asked_to_end = true;
+  endAfterWork();
+}
+
+void Simulation::endAfterWork() {
+  if (_is_ending)
     return;
-  }
   _is_ending = true;
   whenWorkIsDone([this](const PanelState &state) {
     writeSnapshot(state);

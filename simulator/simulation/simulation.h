@@ -59,12 +59,15 @@ public slots:
   void takeSnapshot();
   /// Writes the picture, as takeSnapshot, and then ends the application; asked again, ends it at once.
   void end();
+  /// The same, but in neither order does it count as one of the two for end().
+  void endAfterWork();
 
 private:
   void writeSnapshot(const PanelState &state) const;
 
   SimulationSettings _settings;
   bool _is_ending = false;
+  bool _was_asked_to_end = false; ///< by end()
   VirtualPanel _panel;
   VirtualPanel::Counters _counters_at_reset;
   std::optional<LogTap> _log;
