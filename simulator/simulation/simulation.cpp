@@ -76,12 +76,13 @@ SimulationCounters Simulation::counters() const {
 }
 
 void Simulation::reset(std::function<void()> then) {
-  _driver->reset();
-  if (_log)
-    _log->forget();
-  whenWorkIsDone([this, then = std::move(then)](const PanelState &) {
-    _counters_at_reset = _panel.counters();
-    then();
+  _driver->reset([this, then = std::move(then)] {
+    if (_log)
+      _log->forget();
+    whenWorkIsDone([this, then](const PanelState &) {
+      _counters_at_reset = _panel.counters();
+      then();
+    });
   });
 }
 

@@ -50,8 +50,9 @@ public:
   void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then);
 
   /// Makes the panel as it is after the start, lamps dark, screens black, the intensity as at the start, nothing
-  /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. Calls `then` on the main
-  /// thread when the panel shows it. Only with a daemon in this program: another one would not know.
+  /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. First waits for the
+  /// messages of connections that are closed by now. Calls `then` on the main thread when the panel shows it. Only with
+  /// a daemon in this program: another one would not know.
   void reset(std::function<void()> then);
 
 public slots:
