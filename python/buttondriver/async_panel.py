@@ -2,9 +2,10 @@
 """A panel, for programs with asyncio."""
 
 import asyncio
+import contextlib
 import time
 from types import TracebackType
-from typing import Awaitable, Optional, Type, TypeVar
+from typing import Awaitable, Iterator, Optional, Type, TypeVar
 
 from .catalogue import DEFAULT_PORT
 from .commands import Commands, sends
@@ -27,12 +28,12 @@ class AsyncPanel(Commands[Awaitable[None]]):
         self._lock: Optional[asyncio.Lock] = None
         self._reader: Optional[asyncio.StreamReader] = None
         self._writer: Optional[asyncio.StreamWriter] = None
-        self._used = False
+        self._used = self._closed = False
 
     async def connect(self) -> None:
         """Makes a new connection in place of the one there is. PanelLost or PanelTimeout when it cannot be had."""
         self._drop()
-        self._used = True
+        self._used, self._closed = True, False
         self._reader, self._writer = await self._in_time(asyncio.open_connection(self.host, self.port))
 
     @property
@@ -45,16 +46,21 @@ class AsyncPanel(Commands[Awaitable[None]]):
         """Returns the seconds until the answer: all that was sent before has been accepted by then."""
         async with self._turn():
             start = time.perf_counter()
-            await self._write(encode("BMS_Ping"))
-            assert self._reader is not None
-            answer = await self._in_time(self._reader.readexactly(len(PING_REPLY)))
+            with self._whole():
+                await self._write(encode("BMS_Ping"))
+                assert self._reader is not None
+                answer = await self._in_time(self._reader.readexactly(len(PING_REPLY)))
             if answer != PING_REPLY:
                 self._drop()
                 raise PanelLost(f"unexpected answer {answer.hex(' ')} of {self.host}:{self.port}")
             return time.perf_counter() - start
 
     async def close(self) -> None:
-        """Ends the connection once what was sent has been delivered. May be called again."""
+        """Ends the connection once what was sent has been delivered. May be called again.
+
+        Only connect() opens it anew.
+        """
+        self._closed = True
         writer = self._writer
         self._drop()
         if writer is not None:
@@ -84,25 +90,32 @@ class AsyncPanel(Commands[Awaitable[None]]):
         return self._lock
 
     async def _write(self, frame: bytes) -> None:
+        if self._closed:
+            raise PanelLost(f"the connection to {self.host}:{self.port} has been closed")
         if not self.connected:
             if self._used and not self.reconnect:
                 self._drop()
                 raise PanelLost(f"the connection to {self.host}:{self.port} is lost")
             await self.connect()
         assert self._writer is not None
-        self._writer.write(frame)
-        await self._in_time(self._writer.drain())
+        with self._whole():
+            self._writer.write(frame)
+            await self._in_time(self._writer.drain())
 
-    async def _in_time(self, work: Awaitable[Value]) -> Value:
-        """Half a frame may be out, or an answer still to come, when it fails: that connection is of no more use."""
+    @contextlib.contextmanager
+    def _whole(self) -> Iterator[None]:
+        """What is broken off in here, also by Ctrl-C, leaves half a frame, or an answer that is still to come: then the
+        connection is of no more use."""
         try:
-            return await asyncio.wait_for(work, self.timeout)
-        except asyncio.CancelledError:
+            yield
+        except BaseException:
             self._drop()
             raise
+
+    async def _in_time(self, work: Awaitable[Value]) -> Value:
+        try:
+            return await asyncio.wait_for(work, self.timeout)
         except asyncio.TimeoutError as error:
-            self._drop()
             raise PanelTimeout(f"{self.host}:{self.port} did not answer in {self.timeout} s") from error
         except (OSError, EOFError) as error:
-            self._drop()
             raise PanelLost(f"the connection to {self.host}:{self.port} is lost: {error}") from error

@@ -7,6 +7,7 @@ from typing import Iterator, List, Optional, Tuple
 import pytest
 
 from .bitmap import Bitmap
+from .errors import VirtualPanelError
 from .png import read_png, write_png
 from .virtual_panel import VirtualPanel
 
@@ -29,10 +30,19 @@ def panel_of_session(request: pytest.FixtureRequest) -> Iterator[VirtualPanel]:
 
 @pytest.fixture
 def panel(panel_of_session: VirtualPanel) -> Iterator[VirtualPanel]:
-    """A virtual panel as after its start. Connections of its connect() end with the test."""
-    panel_of_session.reset()
+    """A virtual panel as after its start. Connections of its connect() end with the test.
+
+    Where a test has ended the simulator, that test fails, and the next one gets a new simulator.
+    """
+    try:
+        panel_of_session.reset()
+    except VirtualPanelError:
+        panel_of_session.restart()
     yield panel_of_session
     panel_of_session.disconnect()
+    fault = panel_of_session.fault
+    if fault is not None:
+        pytest.fail(fault, pytrace=False)
 
 
 class ScreenAssertion:

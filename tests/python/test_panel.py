@@ -3,6 +3,9 @@
 
 import asyncio
 import inspect
+import os
+import signal
+import threading
 from typing import Any, Callable
 
 import pytest
@@ -111,6 +114,39 @@ def test_a_lost_connection_is_made_anew_on_request(connect: Callable[..., Any], 
     wait_for_loss(client)
     client.status(3)
     assert daemon.accept().recv(16).hex() == "0000000c000000150000000300000001"
+
+
+@pytest.mark.parametrize("reconnect", [False, True])
+def test_a_closed_one_is_opened_by_connect_only(connect: Callable[..., Any], daemon: Any, reconnect: bool) -> None:
+    client = connect(port=daemon.port, reconnect=reconnect)
+    client.close()
+    for call in (client.ping, lambda: client.status(3)):
+        with pytest.raises(PanelLost, match="has been closed"):
+            call()
+    client.connect()
+    client.status(3)
+    assert daemon.accept().recv(1) == b""
+    assert len(daemon.accept().recv(16)) == 16
+
+
+@pytest.mark.parametrize("call", [lambda client: client.ping(), lambda client: client.image(0, big_bmp())])
+def test_what_is_broken_off_spoils_nothing_that_follows(daemon: Any, call: Callable[[Panel], object]) -> None:
+    client = Panel(port=daemon.port, reconnect=True)
+    connection = daemon.accept()
+
+    def interrupt() -> None:
+        connection.recv(len(PING))  # less than the picture, more of which than the system keeps is never read
+        os.kill(os.getpid(), signal.SIGINT)
+
+    thread = threading.Thread(target=interrupt)
+    thread.start()
+    with pytest.raises(KeyboardInterrupt):
+        call(client)
+    thread.join()
+    assert not client.connected
+    client.status(3)
+    assert daemon.accept().recv(16).hex() == "0000000c000000150000000300000001"
+    client.close()
 
 
 def test_a_value_out_of_range_sends_nothing(connect: Callable[..., Any], daemon: Any) -> None:

@@ -76,6 +76,29 @@ def test_each_test_has_a_fresh_panel_of_one_simulator(pytester: pytest.Pytester)
     run(pytester).assert_outcomes(passed=2)
 
 
+def test_a_simulator_that_a_test_has_ended_fails_that_test_only(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(
+        """
+        import os, signal
+
+        def test_one(panel):
+            os.kill(panel._process._process.pid, signal.SIGKILL)
+            panel._process._process.wait()
+
+        def test_two(panel):
+            panel.connect().status(3)
+            assert panel.status(3)
+            panel.close()
+
+        def test_three(panel):
+            assert not panel.status(3)
+        """
+    )
+    result = run(pytester)
+    result.assert_outcomes(passed=3, errors=1)
+    result.stdout.fnmatch_lines(["*ERROR at teardown of test_one*", "the simulator was ended by SIGKILL; it wrote last:"])
+
+
 def test_says_where_pictures_differ() -> None:
     black = Bitmap(4, 3, bytes(36))
     pixels = bytearray(36)
