@@ -5,7 +5,7 @@ from typing import Any, Callable, Generic, Optional, TypeVar
 
 from .catalogue import MESSAGES
 from .encoder import encode, text_bytes
-from .pictures import PictureSource, screen_picture
+from .pictures.sources import PictureSource, screen_picture
 
 Result = TypeVar("Result", covariant=True)
 Method = TypeVar("Method", bound=Callable[..., Any])

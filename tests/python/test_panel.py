@@ -8,7 +8,7 @@ from typing import Any, Callable
 import pytest
 
 from buttondriver import AsyncPanel, Bitmap, Panel, PanelLost, PanelTimeout, VirtualPanel
-from buttondriver.bitmap import write_bmp
+from buttondriver.pictures.bmp import write_bmp
 
 PING = bytes.fromhex("000000040000000c")
 REPLY = bytes.fromhex("0000000400000001")

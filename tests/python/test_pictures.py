@@ -9,9 +9,9 @@ from typing import List
 import pytest
 
 from buttondriver import Bitmap, VirtualPanel
-from buttondriver.bitmap import read_bmp, write_bmp
-from buttondriver.pictures import screen_picture
-from buttondriver.png import read_png, write_png
+from buttondriver.pictures.bmp import read_bmp, write_bmp
+from buttondriver.pictures.png import read_png, write_png
+from buttondriver.pictures.sources import screen_picture
 
 RED, GREEN, BLUE, WHITE = b"\xff\0\0", b"\0\xff\0", b"\0\0\xff", b"\xff\xff\xff"
 FOUR = Bitmap(2, 2, RED + GREEN + BLUE + WHITE)

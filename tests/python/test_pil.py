@@ -5,8 +5,9 @@ from typing import Any
 
 import pytest
 
-from buttondriver.bitmap import Bitmap, write_bmp
-from buttondriver.pictures import screen_picture
+from buttondriver.pictures.bitmap import Bitmap
+from buttondriver.pictures.bmp import write_bmp
+from buttondriver.pictures.sources import screen_picture
 
 PIXELS = b"\xff\0\0\0\xff\0\0\0\xff\xff\xff\xff"
 

@@ -6,8 +6,8 @@ from pathlib import Path
 import pytest
 
 from buttondriver import Bitmap
-from buttondriver.png import read_png, write_png
-from buttondriver.pytest_plugin import difference_in_words, difference_picture
+from buttondriver.comparison.difference import difference_in_words, difference_picture
+from buttondriver.pictures.png import read_png, write_png
 
 SHOWS = """
     def test_hello(panel, assert_screen):

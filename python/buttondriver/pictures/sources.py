@@ -4,8 +4,9 @@
 import os
 from typing import Any, Optional, Union
 
-from .bitmap import Bitmap, read_bmp, write_bmp
-from .catalogue import SCREEN_HEIGHT, SCREEN_WIDTH
+from ..catalogue import SCREEN_HEIGHT, SCREEN_WIDTH
+from .bitmap import Bitmap
+from .bmp import read_bmp, write_bmp
 
 PictureSource = Union[bytes, "os.PathLike[str]", str, Bitmap, Any]  #: Any stands for a picture of PIL
 
