@@ -6,6 +6,7 @@ from typing import Iterator
 
 import pytest
 
+from .comparison.output_folder import folder_of_test
 from .comparison.screen_assertion import ScreenAssertion
 from .virtual_panel import VirtualPanel
 
@@ -36,8 +37,10 @@ def panel(panel_of_session: VirtualPanel) -> Iterator[VirtualPanel]:
 def assert_screen(request: pytest.FixtureRequest, tmp_path_factory: pytest.TempPathFactory) -> ScreenAssertion:
     """assert_screen(panel, 0, "expected.png")"""
     config = request.config
-    name = "".join(letter if letter.isalnum() or letter in "-_" else "-" for letter in request.node.name)
     chosen = config.getoption("--panel-output")
     test = Path(str(request.node.path))
-    output = Path(chosen, test.stem, name).absolute() if chosen else tmp_path_factory.mktemp("screens")
+    if chosen:
+        output = Path(chosen, folder_of_test(request.node.nodeid, test, config.rootpath)).absolute()
+    else:
+        output = tmp_path_factory.mktemp("screens")
     return ScreenAssertion(test.parent, output, bool(config.getoption("--panel-update")))
