@@ -72,13 +72,14 @@ class Commands(Generic[Result]):
     def image(
         self, screen_id: int, image: PictureSource, xoffset: int = 0, yoffset: int = 0, *, fit: Optional[str] = None
     ) -> Result:
-        """Draws a BMP file's bytes, a path to one, or a picture of PIL.
+        """Draws the bytes of a BMP file, the file of a path, a Bitmap, or a picture of PIL.
 
         `fit` is "crop" to cut off what sticks out of the screen, or "shrink" to make the picture smaller until nothing
-        does. Without it, a BMP goes out as it is.
+        does. Without it, such a picture is a ValueError: the panel would shear it. A BMP of 24 bits that the panel does
+        not read goes out as one that it reads. With "unchecked", the bytes go out as they are, to test what then happens.
         """
-        picture = screen_picture(image, xoffset, yoffset, fit)
-        return self._send(encode("BMS_DrawTFTImage", picture, screen_id=screen_id, xoffset=xoffset, yoffset=yoffset))
+        picture, x, y = screen_picture(image, xoffset, yoffset, fit)
+        return self._send(encode("BMS_DrawTFTImage", picture, screen_id=screen_id, xoffset=x, yoffset=y))
 
     @sends("BMS_BlackoutScreen")
     def blackout(self, screen_id: int = -1) -> Result:

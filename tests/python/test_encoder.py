@@ -50,7 +50,7 @@ FRAMES: "List[tuple[Callable[[Kept], bytes], str]]" = [
         "00000022 00000012 00000002 00000001 fffffffd 00000009 00ffffff 00010203 00000002 4100",
     ),
     (
-        lambda panel: panel.image(2, TINY_BMP, 63, -1),
+        lambda panel: panel.image(2, TINY_BMP, 63, -1, fit="unchecked"),
         "0000004e 00000013 00000002 0000003f ffffffff 0000003a" + TINY_BMP.hex(),
     ),
     (lambda panel: panel.status(3), "0000000c 00000015 00000003 00000001"),
@@ -81,7 +81,8 @@ REFUSED: "List[tuple[Callable[[Kept], Any], str]]" = [
     (lambda panel: panel.upload(-1, FRAME_IMAGE), "image_id: -1 is out of its range, 0 to 2147483647"),
     (lambda panel: panel.upload(23, bytes(119)), "image: 119 bytes, but it must be 120 bytes"),
     (lambda panel: panel.image(0, TINY_BMP, fit="stretch"), "fit: 'stretch' is out of its range"),
-    (lambda panel: panel.image(0, TINY_BMP, 128, fit="crop"), "xoffset: 128 is out of its range with fit, 0 to 127"),
+    (lambda panel: panel.image(0, TINY_BMP, 128, fit="shrink"), "xoffset: 128 is out of its range with fit='shrink', 0 to 127"),
+    (lambda panel: panel.image(0, TINY_BMP, 128), "use fit='crop'"),
     (lambda panel: panel.image(0, b"no picture"), "image: no uncompressed 24-bit BMP file"),
     (lambda panel: panel.text(0, 0, "x" * 2**24), "BMS_TFTTextLine: 16777237 bytes, at most 16777216"),
 ]

@@ -78,7 +78,7 @@ def test_a_daemon_that_takes_nothing_is_a_time_out(connect: Callable[..., Any], 
     picture = big_bmp()
     with pytest.raises(PanelTimeout):
         for _ in range(20):  # more than the system keeps on the way
-            client.image(0, picture)
+            client.image(0, picture, fit="unchecked")
 
 
 def test_another_answer_is_told(connect: Callable[..., Any], daemon: Any) -> None:

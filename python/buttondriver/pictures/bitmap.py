@@ -3,13 +3,36 @@
 
 from typing import NamedTuple
 
+from ..checks import whole_number
 
-class Bitmap(NamedTuple):
-    """A picture: three bytes a pixel, red first, row by row from the topmost."""
 
+class _Fields(NamedTuple):
     width: int
     height: int
     pixels: bytes
+
+
+class Bitmap(_Fields):
+    """A picture: three bytes a pixel, red first, row by row from the topmost.
+
+    ValueError or TypeError when the pixels are not as many as width and height say, or when there are none.
+    """
+
+    __slots__ = ()
+
+    def __new__(cls, width: int, height: int, pixels: bytes) -> "Bitmap":
+        for name, size in (("width", width), ("height", height)):
+            if whole_number(name, size) < 1:
+                raise ValueError(f"{name}: {size} is out of its range, 1 and up")
+        if not isinstance(pixels, (bytes, bytearray, memoryview)):
+            raise TypeError(f"pixels: {type(pixels).__name__} is not bytes")
+        pixels = bytes(pixels)
+        if len(pixels) != 3 * width * height:
+            why = f"red, green and blue of {width} x {height} pixels are {3 * width * height}"
+            if len(pixels) == 4 * width * height:
+                why += "; those of RGBA have an opacity that a Bitmap does not"
+            raise ValueError(f"pixels: {len(pixels)} bytes, but {why}")
+        return super().__new__(cls, width, height, pixels)
 
     def pixel(self, x: int, y: int) -> "tuple[int, int, int]":
         """Red, green and blue there; IndexError outside of the picture."""
@@ -20,8 +43,11 @@ class Bitmap(NamedTuple):
 
     def crop(self, width: int, height: int) -> "Bitmap":
         """The upper left part, at most that large."""
-        width, height = min(width, self.width), min(height, self.height)
-        rows = (_part(self.pixels, 3 * y * self.width, 3 * width) for y in range(height))
+        return self.part(0, 0, min(width, self.width), min(height, self.height))
+
+    def part(self, left: int, top: int, width: int, height: int) -> "Bitmap":
+        """That rectangle, which lies in the picture."""
+        rows = (_part(self.pixels, 3 * ((top + y) * self.width + left), 3 * width) for y in range(height))
         return Bitmap(width, height, b"".join(rows))
 
     def shrink(self, width: int, height: int) -> "Bitmap":
