@@ -3,8 +3,6 @@
 
 import pickle
 import re
-import struct
-import zlib
 from pathlib import Path
 from typing import Any, List
 
@@ -12,7 +10,6 @@ import pytest
 
 from buttondriver import Bitmap, VirtualPanel
 from buttondriver.pictures.bmp import read_bmp, write_bmp
-from buttondriver.pictures.png import read_png, write_png
 from buttondriver.pictures.sources import PictureSource, screen_picture
 
 RED, GREEN, BLUE, WHITE = b"\xff\0\0", b"\0\xff\0", b"\0\0\xff", b"\xff\xff\xff"
@@ -26,13 +23,6 @@ FOUR_BMP = bytes.fromhex(
 LONG_HEADER_BMP = FOUR_BMP[:10] + b"\x8a" + FOUR_BMP[11:14] + b"\x7c" + FOUR_BMP[15:54] + bytes(84) + FOUR_BMP[54:]
 UPSIDE_DOWN = bytearray(FOUR_BMP)
 UPSIDE_DOWN[22:26] = (-2).to_bytes(4, "little", signed=True)
-
-
-def png(rows: "List[bytes]", width: int, colour: int, palette: bytes = b"") -> bytes:
-    """A PNG file by hand: each row begins with its filter."""
-    head = struct.pack(">IIBBBBB", width, len(rows), 8, colour, 0, 0, 0)
-    chunks = [(b"IHDR", head), (b"PLTE", palette), (b"IDAT", zlib.compress(b"".join(rows))), (b"IEND", b"")]
-    return b"\x89PNG\r\n\x1a\n" + b"".join(struct.pack(">I", len(b)) + k + b + b"\0\0\0\0" for k, b in chunks)
 
 
 def test_reads_and_writes_bmp() -> None:
@@ -61,30 +51,6 @@ def test_refuses_other_bmp(place: int) -> None:
         read_bmp(bytes(other))
     with pytest.raises(ValueError):
         read_bmp(FOUR_BMP[:-1])
-
-
-@pytest.mark.parametrize(
-    "rows, width, colour, pixels",
-    [
-        ([b"\0" + RED + GREEN, b"\0" + BLUE + WHITE], 2, 2, FOUR.pixels),
-        ([b"\x01\x0a\x14\x1e\x01\x02\x03"], 2, 2, b"\x0a\x14\x1e\x0b\x16\x21"),
-        ([b"\x00\x0a\x14\x1e", b"\x02\x01\x02\xff"], 1, 2, b"\x0a\x14\x1e\x0b\x16\x1d"),
-        ([b"\x00\x0a\x14", b"\x03\x01\x02"], 2, 0, b"\x0a\x0a\x0a\x14\x14\x14\x06\x06\x06\x0f\x0f\x0f"),
-        ([b"\x00\x0a\x14", b"\x04\x01\x02"], 2, 0, b"\x0a\x0a\x0a\x14\x14\x14\x0b\x0b\x0b\x16\x16\x16"),
-        ([b"\x00\x0a\x80"], 1, 4, b"\x0a\x0a\x0a"),
-        ([b"\x00\x0a\x14\x1e\x80"], 1, 6, b"\x0a\x14\x1e"),
-        ([b"\x00\x01\x00"], 2, 3, GREEN + RED),
-    ],
-)
-def test_reads_png(rows: "List[bytes]", width: int, colour: int, pixels: bytes) -> None:
-    assert read_png(png(rows, width, colour, RED + GREEN)) == Bitmap(width, len(rows), pixels)
-
-
-def test_reads_its_own_png_and_refuses_others() -> None:
-    assert read_png(write_png(FOUR)) == FOUR
-    for other in (b"GIF89a", png([b"\x05\0"], 1, 0), png([b"\0"], 1, 0), png([b"\0\0\0\0\0"], 1, 5)):
-        with pytest.raises(ValueError):
-            read_png(other)
 
 
 def test_crops_and_shrinks() -> None:

@@ -2,6 +2,7 @@
 """The plug-in, in runs of pytest of its own."""
 
 import os
+import re
 import textwrap
 from pathlib import Path
 
@@ -102,6 +103,26 @@ def test_each_failure_keeps_its_pictures(pytester: pytest.Pytester) -> None:
     assert "a/test_x/TestOne.test_s/hello-actual.png" in kept
     told = {line.split()[-1] for line in result.outlines if "actual: " in line}
     assert told == {str(pytester.path / "kept" / path) for path in kept}
+
+
+@pytest.mark.parametrize(
+    "content, why",
+    [
+        (b"some text", "no PNG file"),
+        (write_png(Bitmap(128, 128, bytes(3 * 128 * 128)))[:60], "a PNG file that is cut short"),
+        (None, "Is a directory"),
+    ],
+)
+def test_an_expected_picture_that_cannot_be_read_is_told(pytester: pytest.Pytester, content: bytes, why: str) -> None:
+    pytester.makepyfile(SHOWS.format("Hello"))
+    picture = pytester.path / "pictures" / "hello.png"
+    picture.parent.mkdir()
+    picture.mkdir() if content is None else picture.write_bytes(content)
+    result = run(pytester, "--panel-output", "kept")
+    result.assert_outcomes(failed=1)
+    result.stdout.re_match_lines([rf".*screen 0: {re.escape(str(picture))} cannot be read: .*{why}"])
+    assert [read_png(path.read_bytes()).width for path in Path("kept").rglob("*.png")] == [128]
+    assert [path.name for path in Path("kept").rglob("*.png")] == ["hello-actual.png"]
 
 
 TESTS = [

@@ -31,8 +31,9 @@ class ScreenAssertion:
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes(write_png(actual))
             return
-        wanted = read_png(path.read_bytes()) if path.exists() else None
-        fault = f"{path} is not there" if wanted is None else difference_in_words(wanted, actual)
+        wanted, fault = _read(path)
+        if wanted is not None:
+            fault = difference_in_words(wanted, actual)
         if fault:
             saved = "\n".join(f"  {name} {file}" for name, file in self._save(Path(expected).stem, wanted, actual))
             pytest.fail(f"screen {screen}: {fault}\n{saved}\n  --panel-update makes this the expected one")
@@ -48,3 +49,13 @@ class ScreenAssertion:
             file.write_bytes(write_png(picture))
             files.append((name, file))
         return files
+
+
+def _read(path: Path) -> Tuple[Optional[Bitmap], str]:
+    """The picture, or why there is none."""
+    try:
+        return read_png(path.read_bytes()), ""
+    except FileNotFoundError:
+        return None, f"{path} is not there"
+    except (OSError, ValueError) as error:
+        return None, f"{path} cannot be read: {getattr(error, 'strerror', None) or error}"
