@@ -4,17 +4,18 @@
 import asyncio
 import time
 from types import TracebackType
-from typing import Awaitable, Optional, Type, TypeVar
+from typing import Any, Awaitable, Coroutine, Optional, Type, TypeVar
 
 from .catalogue import DEFAULT_PORT
 from .commands import Commands, sends
 from .encoder import PING_REPLY, encode
 from .errors import PanelLost, PanelTimeout
 
+Self = TypeVar("Self", bound="AsyncPanel")
 Value = TypeVar("Value")
 
 
-class AsyncPanel(Commands[Awaitable[None]]):
+class AsyncPanel(Commands[Coroutine[Any, Any, None]]):
     """Panel with the same methods, each to be awaited. It connects in connect(), in "async with", or when first used.
 
     For one event loop. Calls of several tasks are served one after the other.
@@ -60,7 +61,7 @@ class AsyncPanel(Commands[Awaitable[None]]):
         if writer is not None:
             await self._in_time(writer.wait_closed())
 
-    async def __aenter__(self) -> "AsyncPanel":
+    async def __aenter__(self: Self) -> Self:
         await self.connect()
         return self
 

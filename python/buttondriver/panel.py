@@ -5,12 +5,14 @@ import socket
 import threading
 import time
 from types import TracebackType
-from typing import Optional, Type
+from typing import Optional, Type, TypeVar
 
 from .catalogue import DEFAULT_PORT
 from .commands import Commands, sends
 from .encoder import PING_REPLY, encode
 from .errors import PanelLost, PanelTimeout
+
+Self = TypeVar("Self", bound="Panel")
 
 
 class Panel(Commands[None]):
@@ -73,7 +75,7 @@ class Panel(Commands[None]):
                 self._socket.close()
                 self._socket = None
 
-    def __enter__(self) -> "Panel":
+    def __enter__(self: Self) -> Self:
         return self
 
     def __exit__(

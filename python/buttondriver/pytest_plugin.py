@@ -10,6 +10,8 @@ from .comparison.output_folder import folder_of_test
 from .comparison.screen_assertion import ScreenAssertion
 from .virtual_panel import VirtualPanel
 
+__all__ = ["ScreenAssertion"]
+
 
 def pytest_addoption(parser: pytest.Parser) -> None:
     group = parser.getgroup("panel", "virtual button panel")

@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
 """What the fixture assert_screen does."""
 
+import os
 from pathlib import Path
-from typing import List, Optional, Tuple
+from typing import List, Optional, Tuple, Union
 
 import pytest
 
@@ -18,7 +19,7 @@ class ScreenAssertion:
     def __init__(self, folder: Path, output: Path, update: bool) -> None:
         self._folder, self._output, self._update = folder, output, update
 
-    def __call__(self, panel: VirtualPanel, screen: int, expected: str) -> None:
+    def __call__(self, panel: VirtualPanel, screen: int, expected: "Union[str, os.PathLike[str]]") -> None:
         """Fails unless the screen shows the picture, a PNG file whose path counts from the folder of the test.
 
         The failure says where they differ, and where the pictures are: as expected, as it is, and the difference.
