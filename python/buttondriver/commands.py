@@ -4,6 +4,7 @@
 from typing import Any, Callable, Generic, Optional, TypeVar
 
 from .catalogue import MESSAGES
+from .checks import whole_number
 from .encoder import encode, text_bytes
 from .pictures.sources import PictureSource, screen_picture
 
@@ -11,6 +12,7 @@ Result = TypeVar("Result", covariant=True)
 Method = TypeVar("Method", bound=Callable[..., Any])
 
 _BLINKING = -1
+_LONGEST_PHASE = 2**31 - 1  # milliseconds
 
 
 def sends(name: str) -> Callable[[Method], Method]:
@@ -91,8 +93,8 @@ class Commands(Generic[Result]):
         """On, off, or blinking with phases of blink_ms milliseconds, 1 or more."""
         if blink_ms is None:
             return self._send(encode("BMS_SetLEDState", button_id=button_id, state=int(bool(on)), time=0))
-        if blink_ms < 1:
-            raise ValueError(f"blink_ms: {blink_ms} is out of its range, 1 to {2**31 - 1}")
+        if not 1 <= whole_number("blink_ms", blink_ms) <= _LONGEST_PHASE:
+            raise ValueError(f"blink_ms: {blink_ms} is out of its range, 1 to {_LONGEST_PHASE}")
         return self._send(encode("BMS_SetLEDState", button_id=button_id, state=_BLINKING, time=blink_ms))
 
     @sends("BMS_SetLEDStatusIndicator")

@@ -8,6 +8,7 @@ from types import TracebackType
 from typing import Optional, Type, TypeVar
 
 from .catalogue import DEFAULT_PORT
+from .checks import check_address
 from .commands import Commands, sends
 from .encoder import PING_REPLY, encode
 from .errors import PanelLost, PanelTimeout
@@ -25,6 +26,7 @@ class Panel(Commands[None]):
     def __init__(
         self, host: str = "127.0.0.1", port: int = DEFAULT_PORT, *, timeout: float = 5.0, reconnect: bool = False
     ) -> None:
+        check_address(host, port, timeout)
         self.host, self.port, self.timeout, self.reconnect = host, port, timeout, reconnect
         self._lock = threading.RLock()
         self._socket: Optional[socket.socket] = None

@@ -75,7 +75,7 @@ REFUSED: "List[tuple[Callable[[Kept], Any], str]]" = [
     (lambda panel: panel.blackout(-2), "screen_id: -2 is out"),
     (lambda panel: panel.led(24), r"button_id: 24 is out of its range, 0 to 23, or -1 \(all buttons\)"),
     (lambda panel: panel.led(5, blink_ms=0), "blink_ms: 0 is out of its range, 1 to 2147483647"),
-    (lambda panel: panel.led(5, blink_ms=2**31), "time: 2147483648 is out of its range"),
+    (lambda panel: panel.led(5, blink_ms=2**31), "blink_ms: 2147483648 is out of its range, 1 to 2147483647"),
     (lambda panel: panel.status(32), "button_id: 32 is out of its range, 0 to 31"),
     (lambda panel: panel.toggle(2), "button_id: 2 is out of its range, 0 to 1"),
     (lambda panel: panel.upload(-1, FRAME_IMAGE), "image_id: -1 is out of its range, 0 to 2147483647"),
@@ -91,6 +91,25 @@ REFUSED: "List[tuple[Callable[[Kept], Any], str]]" = [
 @pytest.mark.parametrize("ask, why", REFUSED)
 def test_refuses_what_is_out_of_its_range(ask: Callable[[Kept], Any], why: str) -> None:
     with pytest.raises(ValueError, match=why):
+        ask(Kept())
+
+
+WRONG_TYPES: "List[tuple[Callable[[Any], Any], str]]" = [
+    (lambda panel: panel.text(0, 0, 12.5), "text: 12.5 is a float, not a str"),
+    (lambda panel: panel.text(0, 0, b"a"), "text: b'a' is a bytes, not a str"),
+    (lambda panel: panel.sub_text(0, 0, 0, None), "text: None is a NoneType, not a str"),
+    (lambda panel: panel.text("0", 0, ""), "screen_id: '0' is no whole number"),
+    (lambda panel: panel.led(5, blink_ms=500.0), "blink_ms: 500.0 is no whole number"),
+    (lambda panel: panel.led(5, blink_ms="500"), "blink_ms: '500' is no whole number"),
+    (lambda panel: panel.image(0, TINY_BMP, 1.0), "xoffset: 1.0 is no whole number"),
+    (lambda panel: panel.image(0, TINY_BMP, 0, "1"), "yoffset: '1' is no whole number"),
+    (lambda panel: panel.image(0, 42), "image: int is neither bytes, a path, a Bitmap, nor a picture of PIL"),
+]
+
+
+@pytest.mark.parametrize("ask, why", WRONG_TYPES)
+def test_refuses_other_types(ask: Callable[[Any], Any], why: str) -> None:
+    with pytest.raises(TypeError, match=f"^{why}"):
         ask(Kept())
 
 
