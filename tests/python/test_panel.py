@@ -198,16 +198,16 @@ def test_another_event_loop_finds_the_connection_lost(daemon: Any) -> None:
 @pytest.mark.parametrize("reconnect", [True, False])
 def test_another_event_loop_makes_a_connection_of_its_own(daemon: Any, reconnect: bool) -> None:
     client = AsyncPanel(port=daemon.port, reconnect=reconnect)
-    asyncio.run(client.status(3))
 
-    async def use() -> None:
-        if not reconnect:
+    async def use(connects: bool) -> None:
+        if connects:
             await client.connect()
         await asyncio.gather(*(client.status(3) for _ in range(3)))
-        await client.close()
 
-    asyncio.run(use())
-    assert [len(daemon.accept().makefile("rb").read()) for _ in range(2)] == [16, 48]
+    asyncio.run(use(connects=False))
+    asyncio.run(use(connects=not reconnect))
+    asyncio.run(client.close())
+    assert [len(daemon.accept().makefile("rb").read()) for _ in range(2)] == [48, 48]
 
 
 def test_an_event_loop_that_runs_keeps_its_panel(daemon: Any) -> None:

@@ -51,6 +51,8 @@ def test_refuses_other_bmp(place: int) -> None:
         read_bmp(bytes(other))
     with pytest.raises(ValueError):
         read_bmp(FOUR_BMP[:-1])
+    with pytest.raises(ValueError):
+        read_bmp(FOUR_BMP[:14] + b"\x0c" + FOUR_BMP[15:])  # the oldest header, with other fields
 
 
 def test_crops_and_shrinks() -> None:
@@ -178,6 +180,8 @@ def test_a_bitmap_has_bytes_of_its_own() -> None:
     given[0] = 0
     assert bitmap == (1, 1, RED)
     assert repr(bitmap) == r"Bitmap(width=1, height=1, pixels=b'\xff\x00\x00')"
+    with pytest.raises(AttributeError):
+        setattr(bitmap, "colours", 3)
     assert pickle.loads(pickle.dumps(bitmap)) == bitmap
 
 

@@ -71,7 +71,7 @@ INTERLACED[28] = 1
         (b"GIF89a", "no PNG file"),
         (write_png(FOUR)[:8] + write_png(FOUR)[-12:], "no PNG file"),
         (write_png(FOUR)[:20], "a PNG file that is cut short"),
-        (write_png(FOUR)[:50], "a PNG file that is cut short or damaged"),
+        (write_png(FOUR)[:50], "a PNG file that is cut short or damaged$"),
         (write_png(FOUR)[:-12], "a PNG file that is cut short"),
         (write_png(FOUR).replace(b"IDAT\x78", b"IDAT\x00"), "a PNG file that is cut short or damaged: Error -3"),
         (png([b"\x05\0"], 1, 0), "a PNG file with a filter that does not exist, 5"),

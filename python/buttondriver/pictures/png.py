@@ -31,7 +31,7 @@ def read_png(data: bytes) -> Bitmap:
         plain = zlib.decompress(bytes(packed))
     except zlib.error as error:
         raise ValueError(f"{_DAMAGED}: {error}") from error
-    rows = _unfiltered(plain, (width * samples * depth + 7) // 8, height, max(1, samples * depth // 8))
+    rows = _unfiltered(plain, (width * samples * depth + 7) // 8, height, samples)
     if depth < 8:
         rows = _one_a_byte(rows, width, height, depth)
     if colour == 3:
