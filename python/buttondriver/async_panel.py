@@ -94,7 +94,7 @@ class AsyncPanel(Commands[Coroutine[Any, Any, None]]):
         writer, self._reader, self._writer = self._writer, None, None
         if writer is None:
             return
-        if self._loop is asyncio.get_running_loop():
+        if self._loop is not None and self._loop.is_running():
             writer.close()
             return
         # Its loop has ended and can close nothing any more, but the daemon shall hear of it.
