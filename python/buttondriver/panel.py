@@ -6,12 +6,15 @@ import socket
 import threading
 import time
 from types import TracebackType
-from typing import Iterator, Optional, Type
+from typing import Iterator, Optional, Type, TypeVar
 
 from .catalogue import DEFAULT_PORT
+from .checks import check_address
 from .commands import Commands, sends
 from .encoder import PING_REPLY, encode
 from .errors import PanelError, PanelLost, PanelTimeout
+
+Self = TypeVar("Self", bound="Panel")
 
 
 class Panel(Commands[None]):
@@ -24,6 +27,7 @@ class Panel(Commands[None]):
     def __init__(
         self, host: str = "127.0.0.1", port: int = DEFAULT_PORT, *, timeout: float = 5.0, reconnect: bool = False
     ) -> None:
+        check_address(host, port, timeout)
         self.host, self.port, self.timeout, self.reconnect = host, port, timeout, reconnect
         self._lock = threading.RLock()
         self._socket: Optional[socket.socket] = None
@@ -76,7 +80,7 @@ class Panel(Commands[None]):
             self._closed = True
             self._drop()
 
-    def __enter__(self) -> "Panel":
+    def __enter__(self: Self) -> Self:
         return self
 
     def __exit__(

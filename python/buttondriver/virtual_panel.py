@@ -9,10 +9,10 @@ from pathlib import Path
 from types import TracebackType
 from typing import Any, Callable, List, NamedTuple, Optional, Sequence, Type, Union
 
-from .bitmap import Bitmap
 from .errors import PanelError, PanelTimeout, VirtualPanelError
 from .panel import Panel
-from .png import read_png
+from .pictures.bitmap import Bitmap
+from .pictures.png import read_png
 from .simulator_process import SimulatorProcess
 
 _PAUSE = 0.02  # between two looks of wait_until, in seconds
