@@ -22,8 +22,17 @@ _WHEEL = "Wheel-Version: 1.0\nGenerator: buttondriver\nRoot-Is-Purelib: true\nTa
 
 def build_wheel(folder: str, settings: Optional[Dict[str, Any]] = None, metadata_folder: Optional[str] = None) -> str:
     """Writes the wheel into the folder; returns its name."""
-    project = _Project()
     files = {path.relative_to(_HERE).as_posix(): path.read_bytes() for path in _sources("buttondriver")}
+    return _write_wheel(folder, files)
+
+
+def build_editable(folder: str, settings: Optional[Dict[str, Any]] = None, metadata_folder: Optional[str] = None) -> str:
+    """Writes a wheel that sends Python to this folder, and nothing into this folder; returns its name."""
+    return _write_wheel(folder, {"buttondriver.pth": f"{_HERE}\n".encode()})
+
+
+def _write_wheel(folder: str, files: Dict[str, bytes]) -> str:
+    project = _Project()
     files[f"{project.info}/METADATA"] = project.metadata.encode()
     files[f"{project.info}/WHEEL"] = _WHEEL.encode()
     files[f"{project.info}/entry_points.txt"] = project.entry_points.encode()

@@ -4,13 +4,15 @@
 from typing import Any, Callable, Generic, Optional, TypeVar
 
 from .catalogue import MESSAGES
+from .checks import whole_number
 from .encoder import encode, text_bytes
-from .pictures import PictureSource, screen_picture
+from .pictures.sources import PictureSource, screen_picture
 
 Result = TypeVar("Result", covariant=True)
 Method = TypeVar("Method", bound=Callable[..., Any])
 
 _BLINKING = -1
+_LONGEST_PHASE = 2**31 - 1  # milliseconds
 
 
 def sends(name: str) -> Callable[[Method], Method]:
@@ -72,13 +74,14 @@ class Commands(Generic[Result]):
     def image(
         self, screen_id: int, image: PictureSource, xoffset: int = 0, yoffset: int = 0, *, fit: Optional[str] = None
     ) -> Result:
-        """Draws a BMP file's bytes, a path to one, or a picture of PIL.
+        """Draws the bytes of a BMP file, the file of a path, a Bitmap, or a picture of PIL.
 
         `fit` is "crop" to cut off what sticks out of the screen, or "shrink" to make the picture smaller until nothing
-        does. Without it, a BMP goes out as it is.
+        does. Without it, such a picture is a ValueError: the panel would shear it. A BMP of 24 bits that the panel does
+        not read goes out as one that it reads. With "unchecked", the bytes go out as they are, to test what then happens.
         """
-        picture = screen_picture(image, xoffset, yoffset, fit)
-        return self._send(encode("BMS_DrawTFTImage", picture, screen_id=screen_id, xoffset=xoffset, yoffset=yoffset))
+        picture, x, y = screen_picture(image, xoffset, yoffset, fit)
+        return self._send(encode("BMS_DrawTFTImage", picture, screen_id=screen_id, xoffset=x, yoffset=y))
 
     @sends("BMS_BlackoutScreen")
     def blackout(self, screen_id: int = -1) -> Result:
@@ -90,8 +93,8 @@ class Commands(Generic[Result]):
         """On, off, or blinking with phases of blink_ms milliseconds, 1 or more."""
         if blink_ms is None:
             return self._send(encode("BMS_SetLEDState", button_id=button_id, state=int(bool(on)), time=0))
-        if blink_ms < 1:
-            raise ValueError(f"blink_ms: {blink_ms} is out of its range, 1 to {2**31 - 1}")
+        if not 1 <= whole_number("blink_ms", blink_ms) <= _LONGEST_PHASE:
+            raise ValueError(f"blink_ms: {blink_ms} is out of its range, 1 to {_LONGEST_PHASE}")
         return self._send(encode("BMS_SetLEDState", button_id=button_id, state=_BLINKING, time=blink_ms))
 
     @sends("BMS_SetLEDStatusIndicator")

@@ -3,6 +3,7 @@
 
 from typing import Union
 
+from . import checks
 from .catalogue import LARGEST_MESSAGE, MESSAGES
 from .layout import Field, Message
 
@@ -35,8 +36,10 @@ def encode(name: str, counted: bytes = b"", **values: Value) -> bytes:
 def text_bytes(text: str) -> bytes:
     """A text in Latin-1 with its terminating NUL.
 
-    ValueError when it has a character that Latin-1 does not have, or a NUL, at which the daemon would end it.
+    ValueError when it has a character that Latin-1 does not have, or a NUL, at which the daemon would end it; TypeError
+    when it is no text.
     """
+    checks.text("text", text)
     if "\0" in text:
         raise ValueError("text: has a NUL, at which it would end")
     try:
@@ -60,8 +63,7 @@ def _field_bytes(message: Message, field: Field, counted: bytes, given: "dict[st
             found = f"{len(value)} bytes" if isinstance(value, bytes) else repr(value)
             raise ValueError(f"{field.parameter}: {found}, but it must be {field.width} bytes")
         return value
-    if isinstance(value, bytes) or not isinstance(value, int):
-        raise TypeError(f"{field.parameter}: {value!r} is no whole number")
-    if not field.holds(value):
-        raise ValueError(f"{field.parameter}: {value} is out of its range, {field.range}")
-    return value.to_bytes(field.width, "big", signed=field.kind == "i32")
+    number = checks.whole_number(field.parameter, value)
+    if not field.holds(number):
+        raise ValueError(f"{field.parameter}: {number} is out of its range, {field.range}")
+    return number.to_bytes(field.width, "big", signed=field.kind == "i32")

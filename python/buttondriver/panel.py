@@ -1,16 +1,20 @@
 # SPDX-License-Identifier: Apache-2.0
 """A panel, for programs that wait."""
 
+import contextlib
 import socket
 import threading
 import time
 from types import TracebackType
-from typing import Optional, Type
+from typing import Iterator, Optional, Type, TypeVar
 
 from .catalogue import DEFAULT_PORT
+from .checks import check_address
 from .commands import Commands, sends
 from .encoder import PING_REPLY, encode
-from .errors import PanelLost, PanelTimeout
+from .errors import PanelError, PanelLost, PanelTimeout
+
+Self = TypeVar("Self", bound="Panel")
 
 
 class Panel(Commands[None]):
@@ -23,9 +27,11 @@ class Panel(Commands[None]):
     def __init__(
         self, host: str = "127.0.0.1", port: int = DEFAULT_PORT, *, timeout: float = 5.0, reconnect: bool = False
     ) -> None:
+        check_address(host, port, timeout)
         self.host, self.port, self.timeout, self.reconnect = host, port, timeout, reconnect
         self._lock = threading.RLock()
         self._socket: Optional[socket.socket] = None
+        self._closed = False
         self.pending = False  #: whether something has been sent since the last answer
         self.connect()
 
@@ -33,6 +39,7 @@ class Panel(Commands[None]):
         """Makes a new connection in place of the one there is. PanelLost or PanelTimeout when it cannot be had."""
         with self._lock:
             self.close()
+            self._closed = False
             self.pending = False
             try:
                 self._socket = socket.create_connection((self.host, self.port), self.timeout)
@@ -61,19 +68,19 @@ class Panel(Commands[None]):
         """Returns the seconds until the answer: all that was sent before has been accepted by then."""
         with self._lock:
             start = time.perf_counter()
-            self._send(encode("BMS_Ping"))
-            self._receive_reply(start + self.timeout)
+            with self._whole():
+                self._send(encode("BMS_Ping"))
+                self._receive_reply(start + self.timeout)
             self.pending = False
             return time.perf_counter() - start
 
     def close(self) -> None:
-        """Ends the connection; what was sent is still delivered. May be called again."""
+        """Ends the connection; what was sent is still delivered. May be called again. Only connect() opens it anew."""
         with self._lock:
-            if self._socket is not None:
-                self._socket.close()
-                self._socket = None
+            self._closed = True
+            self._drop()
 
-    def __enter__(self) -> "Panel":
+    def __enter__(self: Self) -> Self:
         return self
 
     def __exit__(
@@ -83,37 +90,46 @@ class Panel(Commands[None]):
 
     def _send(self, frame: bytes) -> None:
         with self._lock:
+            if self._closed:
+                raise PanelLost(f"the connection to {self.host}:{self.port} has been closed")
             if not self.connected:
+                self._drop()
                 if not self.reconnect:
-                    self.close()
                     raise PanelLost(f"the connection to {self.host}:{self.port} is lost")
                 self.connect()
             assert self._socket is not None
-            try:
+            with self._whole():
                 self._socket.settimeout(self.timeout)
                 self.pending = True
                 self._socket.sendall(frame)
-            except OSError as error:
-                self._fail(error)
 
     def _receive_reply(self, deadline: float) -> None:
         assert self._socket is not None
         answer = b""
-        try:
-            while len(answer) < len(PING_REPLY):
-                self._socket.settimeout(max(deadline - time.perf_counter(), 0.001))
-                more = self._socket.recv(len(PING_REPLY) - len(answer))
-                if not more:
-                    raise ConnectionResetError("closed by the daemon")
-                answer += more
-        except OSError as error:
-            self._fail(error)
+        while len(answer) < len(PING_REPLY):
+            self._socket.settimeout(max(deadline - time.perf_counter(), 0.001))
+            more = self._socket.recv(len(PING_REPLY) - len(answer))
+            if not more:
+                raise ConnectionResetError("closed by the daemon")
+            answer += more
         if answer != PING_REPLY:
-            self._fail(ConnectionError(f"unexpected answer {answer.hex(' ')}"))
+            raise ConnectionError(f"unexpected answer {answer.hex(' ')}")
 
-    def _fail(self, error: OSError) -> None:
-        """Half a frame may be out, or an answer still to come: this connection is of no more use."""
-        self.close()
-        if isinstance(error, socket.timeout):
-            raise PanelTimeout(f"{self.host}:{self.port} did not answer in {self.timeout} s") from error
-        raise PanelLost(f"the connection to {self.host}:{self.port} is lost: {error}") from error
+    @contextlib.contextmanager
+    def _whole(self) -> Iterator[None]:
+        """What is broken off in here, also by Ctrl-C, leaves half a frame, or an answer that is still to come: then the
+        connection is of no more use."""
+        try:
+            yield
+        except BaseException as error:
+            self._drop()
+            if isinstance(error, PanelError) or not isinstance(error, OSError):
+                raise
+            if isinstance(error, socket.timeout):
+                raise PanelTimeout(f"{self.host}:{self.port} did not answer in {self.timeout} s") from error
+            raise PanelLost(f"the connection to {self.host}:{self.port} is lost: {error}") from error
+
+    def _drop(self) -> None:
+        if self._socket is not None:
+            self._socket.close()
+            self._socket = None

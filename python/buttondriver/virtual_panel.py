@@ -9,13 +9,14 @@ from pathlib import Path
 from types import TracebackType
 from typing import Any, Callable, List, NamedTuple, Optional, Sequence, Type, Union
 
-from .bitmap import Bitmap
 from .errors import PanelError, PanelTimeout, VirtualPanelError
 from .panel import Panel
-from .png import read_png
+from .pictures.bitmap import Bitmap
+from .pictures.png import read_png
 from .simulator_process import SimulatorProcess
 
 _PAUSE = 0.02  # between two looks of wait_until, in seconds
+_ENDING = 1.0  # the longest that a program takes from its last connection to its end, in seconds
 
 
 class Screen(NamedTuple):
@@ -40,6 +41,24 @@ class Sent(NamedTuple):
     text: Optional[str]
 
 
+class _Client(Panel):
+    """A connection of connect(). It does not end before what it has sent is accepted."""
+
+    def close(self) -> None:
+        with self._lock:
+            try:
+                self.settle()
+            except PanelError:
+                pass  # the next look at the panel tells what is wrong with it
+            super().close()
+
+    def settle(self) -> None:
+        """Returns once all that was sent is accepted."""
+        with self._lock:
+            if self.pending and self.connected:
+                self.ping()
+
+
 class VirtualPanel:
     """Starts buttondriver-sim on free ports. Its daemon listens on `port`; its page is at `url`.
 
@@ -49,15 +68,33 @@ class VirtualPanel:
 
     def __init__(self, program: Optional[str] = None, *, arguments: Sequence[str] = (), timeout: float = 20.0) -> None:
         self.timeout = timeout
-        self._clients: List[Panel] = []
-        self._process = SimulatorProcess(program, arguments, timeout)
+        self._program, self._arguments = program, arguments
+        self._clients: List[_Client] = []
+        self._start()
+
+    def _start(self) -> None:
+        self._process = SimulatorProcess(self._program, self._arguments, self.timeout)
+        self._closed = False
         self.host, self.port = "127.0.0.1", self._process.ports["daemon"]
         self._http_port = self._process.ports.get("http", 0)
         self.url = f"http://{self.host}:{self._http_port}/"
 
+    @property
+    def fault(self) -> Optional[str]:
+        """How its program has ended, if it has by itself, with its last lines; None as long as it runs, or was asked to
+        end."""
+        return None if self._closed or self._process.running else self._process.how_it_ended()
+
+    def restart(self) -> None:
+        """Closes it, and starts a new program in its place, on other ports."""
+        self.close()
+        self._start()
+
     def connect(self) -> Panel:
-        """A new connection to its daemon; close() of this panel closes it, too."""
-        self._clients.append(Panel(self.host, self.port, timeout=self.timeout))
+        """A new connection to its daemon; close() of this panel closes it, too. What it has sent is accepted when its
+        close() returns."""
+        self._check_running()
+        self._clients.append(_Client(self.host, self.port, timeout=self.timeout))
         return self._clients[-1]
 
     def screen(self, number: int) -> Screen:
@@ -116,14 +153,16 @@ class VirtualPanel:
 
     def close(self) -> None:
         """Closes the connections of connect() and ends the program. May be called again."""
-        self.disconnect()
-        self._process.end()
+        try:
+            self.disconnect()
+        finally:
+            self._closed = True
+            self._process.end()
 
     def disconnect(self) -> None:
-        """Closes the connections of connect()."""
-        for client in self._clients:
-            client.close()
-        self._clients.clear()
+        """Closes the connections of connect(), once what they have sent is accepted."""
+        while self._clients:
+            self._clients.pop().close()
 
     def __enter__(self) -> "VirtualPanel":
         return self
@@ -141,22 +180,32 @@ class VirtualPanel:
 
     def _ask(self, method: str, resource: str) -> bytes:
         """The body of the answer, once all that our connections have sent is accepted."""
-        for client in self._clients:
-            if client.pending and client.connected:
-                client.ping()
+        self._check_running()
         connection = http.client.HTTPConnection(self.host, self._http_port, timeout=self.timeout)
         try:
+            for client in self._clients:
+                client.settle()
             connection.request(method, f"/{resource}")
             answer = connection.getresponse()
             body = answer.read()
         except (OSError, http.client.HTTPException) as error:
-            how = f"does not answer: {error}" if self._process.running else "has ended:\n" + self._process.output()
-            raise VirtualPanelError(f"the simulator {how}") from error
+            # A program that ends closes its connections a little earlier. Then its end is what there is to tell.
+            if not isinstance(error, TimeoutError) and self._process.ends_within(_ENDING):
+                self._check_running()
+            if isinstance(error, PanelError):
+                raise
+            raise VirtualPanelError(f"the simulator does not answer: {error}") from error
         finally:
             connection.close()
         if answer.status not in (200, 204):
             raise PanelError(f"{method} /{resource}: {answer.status} {answer.reason}")
         return body
+
+    def _check_running(self) -> None:
+        if self._closed:
+            raise VirtualPanelError("this virtual panel has been closed")
+        if self.fault is not None:
+            raise VirtualPanelError(self.fault)
 
 
 def _one_of(rows: List[Any], name: str, number: int) -> Any:

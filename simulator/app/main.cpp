@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "logging/log_gathering.h"
 #include "process/process.h"
+#include "simulator/app/input_end.h"
 #include "simulator/app/page_opening.h"
 #include "simulator/app/ports_file.h"
 #include "simulator/http/web_page.h"
@@ -15,6 +16,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <optional>
+
+#include <unistd.h>
 
 namespace {
 
@@ -96,5 +100,8 @@ int main(int argc, char **argv) {
   WebPage page(simulation);
   if (!buttondriver::simulator::open_page(page, options) || !write_ports(options, simulation, page))
     return 1;
+  std::optional<buttondriver::simulator::InputEnd> input_end;
+  if (options.until_input_ends)
+    input_end.emplace(STDIN_FILENO, [&simulation] { simulation.endAfterWork(); });
   return QCoreApplication::exec();
 }

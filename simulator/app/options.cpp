@@ -48,6 +48,9 @@ const QCommandLineOption ports_file_option(
     QStringLiteral("ports-file"),
     QStringLiteral("Write the ports to the file once they are there, as lines daemon=PORT and http=PORT."),
     QStringLiteral("FILE"));
+const QCommandLineOption until_input_ends_option(
+    QStringLiteral("until-input-ends"),
+    QStringLiteral("End also when standard input ends: of a pipe, when the program that holds its other end is gone."));
 const QCommandLineOption log_option(
     QStringLiteral("log"),
     QStringLiteral("Write the log to the file. What the simulator itself tells goes to the terminal as before."),
@@ -154,8 +157,8 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("The buttondriver daemon on a virtual panel, or the panel alone."));
   parser.addOptions({root_option, font_option, intensity_option, port_option, http_option, ports_file_option,
-                     device_option, snapshot_option, record_option, log_option, quiet_option, verbose_option,
-                     help_option, version_option});
+                     until_input_ends_option, device_option, snapshot_option, record_option, log_option, quiet_option,
+                     verbose_option, help_option, version_option});
   parser.addPositionalArgument(QStringLiteral("MAP"), QStringLiteral("Map file; not read."), QStringLiteral("[MAP"));
   parser.addPositionalArgument(QStringLiteral("ADDRESS"),
                                QStringLiteral("Empty: listen on IPv4 and IPv6; any other text: on IPv4."),
@@ -193,6 +196,7 @@ std::variant<Options, Answer> read_options(const QStringList &arguments) {
   options.notices = notices_of(parser);
   options.log_file = parser.value(log_option);
   options.ports_file = parser.value(ports_file_option);
+  options.until_input_ends = parser.isSet(until_input_ends_option);
   return options;
 }
 

@@ -20,6 +20,7 @@ struct Options {
   Notices notices = Notices::usual;
   QString log_file;               ///< where the log goes; empty: to standard output and standard error
   QString ports_file;             ///< empty: none
+  bool until_input_ends = false;  ///< the end of standard input ends the program, as SIGTERM does
   bool http_is_asked_for = false; ///< the command line names it, so that the program must not run without
 };
 

@@ -3,6 +3,7 @@
 
 #include "fpga/queue/fpga_task.h"
 #include "protocol/framing.h"
+#include "server/client_buttondriver.h"
 #include "simulator/notices/notices.h"
 #include "simulator/simulation/listening_program.h"
 #include "simulator/simulation/panel_root.h"
@@ -10,8 +11,11 @@
 #include <QDir>
 #include <QFile>
 
+#include <cstddef>
 #include <memory>
 #include <utility>
+
+#include <poll.h>
 
 namespace buttondriver::simulator {
 
@@ -37,6 +41,16 @@ QString why_not_on(quint16 port) {
   return QStringLiteral("port %1 cannot be had").arg(port);
 }
 
+/// Whether it has closed its connection. What it has sent may still be on its way; as long as its own system holds some
+/// of that back, it cannot be told from others.
+bool is_leaving(const ClientButtondriver &client) {
+  if (!client.connected())
+    return true;
+  // Qt does not know before it has read all that came.
+  pollfd connection{static_cast<int>(client.descriptor()), POLLRDHUP, 0};
+  return ::poll(&connection, 1, 0) == 1;
+}
+
 /// Runs on the worker, after all tasks queued before it: then the panel shows their work. The worker holds the lock of
 /// the panel's room meanwhile.
 class ReportTask : public FPGATask {
@@ -55,6 +69,7 @@ OwnDaemon::OwnDaemon(const Settings &settings, VirtualPanel &panel) : _settings(
 }
 
 OwnDaemon::~OwnDaemon() {
+  _waiting.reset();
   _daemon.reset();
   panel::use_register_device(nullptr);
 }
@@ -117,7 +132,23 @@ void OwnDaemon::count(SimulationCounters &counters) const {
   counters.clients = _daemon->server().clients().size();
 }
 
-void OwnDaemon::reset() {
+void OwnDaemon::reset(const std::function<void()> &then) {
+  const auto left = std::make_shared<std::size_t>(1);
+  const auto one_less = [this, left, then] {
+    if (--*left > 0)
+      return;
+    resetNow();
+    then();
+  };
+  for (const ClientButtondriver *client : _daemon->server().clients())
+    if (is_leaving(*client)) {
+      ++*left;
+      QObject::connect(client, &QObject::destroyed, &*_waiting, one_less);
+    }
+  one_less();
+}
+
+void OwnDaemon::resetNow() {
   // Through the daemon, because it remembers what blinks and how the toggle indicators are set.
   _daemon->dispatcher().setLEDState(dimensions::all_buttons, 0, 0);
   FPGA &fpga = _daemon->fpga();

@@ -4,6 +4,7 @@
 #include "simulator/device/virtual_panel.h"
 #include "simulator/simulation/panel_driver.h"
 
+#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -34,9 +35,10 @@ public:
   void count(SimulationCounters &counters) const override;
   Daemon *daemon() override { return &*_daemon; }
   const MessageObserver *messages() const override { return &_messages; }
-  void reset() override;
+  void reset(const std::function<void()> &then) override;
 
 private:
+  void resetNow();
   /// Where the daemon finds its files.
   Outcome<SystemPaths> paths();
 
@@ -45,6 +47,7 @@ private:
   MessageObserver _messages;
   std::optional<QTemporaryDir> _configuration; // with the font that was chosen
   std::optional<Daemon> _daemon;
+  std::optional<QObject> _waiting{std::in_place}; // for clients that leave; goes before the daemon does
 };
 
 } // namespace buttondriver::simulator

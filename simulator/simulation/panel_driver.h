@@ -28,8 +28,9 @@ public:
   /// The daemon in this program, and the messages that its clients have sent; null when another program drives.
   virtual Daemon *daemon() { return nullptr; }
   virtual const MessageObserver *messages() const { return nullptr; }
-  /// Has the panel made as it is after the start, and forgets messages. Only with a daemon in this program.
-  virtual void reset() {}
+  /// Has the panel made as it is after the start, and forgets messages, those of connections that are closed by now
+  /// too. Calls `then`, perhaps at once, when that is under way. Only with a daemon in this program.
+  virtual void reset(const std::function<void()> &then) { then(); }
 };
 
 } // namespace buttondriver::simulator

@@ -76,12 +76,13 @@ SimulationCounters Simulation::counters() const {
 }
 
 void Simulation::reset(std::function<void()> then) {
-  _driver->reset();
-  if (_log)
-    _log->forget();
-  whenWorkIsDone([this, then = std::move(then)](const PanelState &) {
-    _counters_at_reset = _panel.counters();
-    then();
+  _driver->reset([this, then = std::move(then)] {
+    if (_log)
+      _log->forget();
+    whenWorkIsDone([this, then](const PanelState &) {
+      _counters_at_reset = _panel.counters();
+      then();
+    });
   });
 }
 
@@ -90,10 +91,15 @@ void Simulation::takeSnapshot() {
 }
 
 void Simulation::end() {
-  if (_is_ending) {
+  if (_was_asked_to_end)
     QCoreApplication::quit();
+  _was_asked_to_end = true;
+  endAfterWork();
+}
+
+void Simulation::endAfterWork() {
+  if (_is_ending)
     return;
-  }
   _is_ending = true;
   whenWorkIsDone([this](const PanelState &state) {
     writeSnapshot(state);

@@ -50,8 +50,9 @@ public:
   void whenTextsCanBeRead(std::function<void(const PanelState &, const ScreenFont &)> then);
 
   /// Makes the panel as it is after the start, lamps dark, screens black, the intensity as at the start, nothing
-  /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. Calls `then` on the main
-  /// thread when the panel shows it. Only with a daemon in this program: another one would not know.
+  /// blinking; empties the lists of messages, texts and log lines, and sets the counters to 0. First waits for the
+  /// messages of connections that are closed by now. Calls `then` on the main thread when the panel shows it. Only with
+  /// a daemon in this program: another one would not know.
   void reset(std::function<void()> then);
 
 public slots:
@@ -59,12 +60,15 @@ public slots:
   void takeSnapshot();
   /// Writes the picture, as takeSnapshot, and then ends the application; asked again, ends it at once.
   void end();
+  /// The same, but in neither order does it count as one of the two for end().
+  void endAfterWork();
 
 private:
   void writeSnapshot(const PanelState &state) const;
 
   SimulationSettings _settings;
   bool _is_ending = false;
+  bool _was_asked_to_end = false; ///< by end()
   VirtualPanel _panel;
   VirtualPanel::Counters _counters_at_reset;
   std::optional<LogTap> _log;

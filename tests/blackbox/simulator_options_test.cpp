@@ -93,6 +93,38 @@ TEST_F(SimulatorOptionsTest, the_ports_of_an_earlier_run_are_gone_also_when_it_c
   EXPECT_FALSE(QFile::exists(file("ports")));
 }
 
+TEST_F(SimulatorOptionsTest, the_end_of_its_input_ends_it_on_request_with_the_picture_that_was_asked_for) {
+  Program simulator(program, {"--until-input-ends", "--snapshot", file("s.png"), "--port", "0", "--http", "off"});
+  ASSERT_TRUE(simulator.waitForOutput("listening on port "));
+  const auto client = simulator.connectTo();
+  simulator.write("nobody reads this\n");
+  ASSERT_TRUE(test::answered_ping(*client));
+  simulator.closeInput();
+  EXPECT_EQ(simulator.waitForEnd(), 0);
+  EXPECT_TRUE(simulator.standardOutput().contains("buttondriver-sim: wrote "))
+      << simulator.standardOutput().toStdString();
+}
+
+TEST_F(SimulatorOptionsTest, the_end_of_its_input_and_a_signal_are_no_second_request) {
+  Program simulator(program, {"--until-input-ends", "--snapshot", file("s.png"), "--port", "0", "--http", "off"});
+  ASSERT_TRUE(simulator.waitForOutput("listening on port "));
+  simulator.sendSignal(SIGSTOP); // so that it finds both at once
+  simulator.sendSignal(SIGTERM);
+  simulator.closeInput();
+  simulator.sendSignal(SIGCONT);
+  EXPECT_EQ(simulator.waitForEnd(), 0);
+  EXPECT_TRUE(QFile::exists(file("s.png")));
+}
+
+TEST_F(SimulatorOptionsTest, the_end_of_its_input_is_nothing_to_it_without_the_option) {
+  Program simulator(program, {"--port", "0", "--http", "off"});
+  ASSERT_TRUE(simulator.waitForOutput("listening on port "));
+  simulator.closeInput();
+  const auto client = simulator.connectTo();
+  ASSERT_TRUE(test::answered_ping(*client));
+  EXPECT_TRUE(simulator.isRunning());
+}
+
 TEST_F(SimulatorOptionsTest, files_and_fonts_that_cannot_be_had_are_one_line_and_exit_status_1) {
   struct Row {
     QStringList options;

@@ -16,8 +16,8 @@ class Awaited:
     """An AsyncPanel that is used like a Panel: each test is for both."""
 
     def __init__(self, *arguments: Any, **options: Any) -> None:
-        self._loop = asyncio.new_event_loop()
         self.panel = AsyncPanel(*arguments, **options)
+        self._loop = asyncio.new_event_loop()
         try:
             self._loop.run_until_complete(self.panel.connect())
         except BaseException:

@@ -50,7 +50,7 @@ FRAMES: "List[tuple[Callable[[Kept], bytes], str]]" = [
         "00000022 00000012 00000002 00000001 fffffffd 00000009 00ffffff 00010203 00000002 4100",
     ),
     (
-        lambda panel: panel.image(2, TINY_BMP, 63, -1),
+        lambda panel: panel.image(2, TINY_BMP, 63, -1, fit="unchecked"),
         "0000004e 00000013 00000002 0000003f ffffffff 0000003a" + TINY_BMP.hex(),
     ),
     (lambda panel: panel.status(3), "0000000c 00000015 00000003 00000001"),
@@ -75,13 +75,14 @@ REFUSED: "List[tuple[Callable[[Kept], Any], str]]" = [
     (lambda panel: panel.blackout(-2), "screen_id: -2 is out"),
     (lambda panel: panel.led(24), r"button_id: 24 is out of its range, 0 to 23, or -1 \(all buttons\)"),
     (lambda panel: panel.led(5, blink_ms=0), "blink_ms: 0 is out of its range, 1 to 2147483647"),
-    (lambda panel: panel.led(5, blink_ms=2**31), "time: 2147483648 is out of its range"),
+    (lambda panel: panel.led(5, blink_ms=2**31), "blink_ms: 2147483648 is out of its range, 1 to 2147483647"),
     (lambda panel: panel.status(32), "button_id: 32 is out of its range, 0 to 31"),
     (lambda panel: panel.toggle(2), "button_id: 2 is out of its range, 0 to 1"),
     (lambda panel: panel.upload(-1, FRAME_IMAGE), "image_id: -1 is out of its range, 0 to 2147483647"),
     (lambda panel: panel.upload(23, bytes(119)), "image: 119 bytes, but it must be 120 bytes"),
     (lambda panel: panel.image(0, TINY_BMP, fit="stretch"), "fit: 'stretch' is out of its range"),
-    (lambda panel: panel.image(0, TINY_BMP, 128, fit="crop"), "xoffset: 128 is out of its range with fit, 0 to 127"),
+    (lambda panel: panel.image(0, TINY_BMP, 128, fit="shrink"), "xoffset: 128 is out of its range with fit='shrink', 0 to 127"),
+    (lambda panel: panel.image(0, TINY_BMP, 128), "use fit='crop'"),
     (lambda panel: panel.image(0, b"no picture"), "image: no uncompressed 24-bit BMP file"),
     (lambda panel: panel.text(0, 0, "x" * 2**24), "BMS_TFTTextLine: 16777237 bytes, at most 16777216"),
 ]
@@ -90,6 +91,25 @@ REFUSED: "List[tuple[Callable[[Kept], Any], str]]" = [
 @pytest.mark.parametrize("ask, why", REFUSED)
 def test_refuses_what_is_out_of_its_range(ask: Callable[[Kept], Any], why: str) -> None:
     with pytest.raises(ValueError, match=why):
+        ask(Kept())
+
+
+WRONG_TYPES: "List[tuple[Callable[[Any], Any], str]]" = [
+    (lambda panel: panel.text(0, 0, 12.5), "text: 12.5 is a float, not a str"),
+    (lambda panel: panel.text(0, 0, b"a"), "text: b'a' is a bytes, not a str"),
+    (lambda panel: panel.sub_text(0, 0, 0, None), "text: None is a NoneType, not a str"),
+    (lambda panel: panel.text("0", 0, ""), "screen_id: '0' is no whole number"),
+    (lambda panel: panel.led(5, blink_ms=500.0), "blink_ms: 500.0 is no whole number"),
+    (lambda panel: panel.led(5, blink_ms="500"), "blink_ms: '500' is no whole number"),
+    (lambda panel: panel.image(0, TINY_BMP, 1.0), "xoffset: 1.0 is no whole number"),
+    (lambda panel: panel.image(0, TINY_BMP, 0, "1"), "yoffset: '1' is no whole number"),
+    (lambda panel: panel.image(0, 42), "image: int is neither bytes, a path, a Bitmap, nor a picture of PIL"),
+]
+
+
+@pytest.mark.parametrize("ask, why", WRONG_TYPES)
+def test_refuses_other_types(ask: Callable[[Any], Any], why: str) -> None:
+    with pytest.raises(TypeError, match=f"^{why}"):
         ask(Kept())
 
 

@@ -21,7 +21,8 @@ def run(*command: str) -> str:
     return result.stdout
 
 
-def test_pip_installs_it_without_a_network(tmp_path: Path) -> None:
+@pytest.mark.parametrize("options", [[], ["--editable"]], ids=["copy", "editable"])
+def test_pip_installs_it_without_a_network(tmp_path: Path, options: "list[str]") -> None:
     for module in ("pip", "venv"):
         if importlib.util.find_spec(module) is None:
             pytest.skip(f"needs python3-{module}")
@@ -29,16 +30,19 @@ def test_pip_installs_it_without_a_network(tmp_path: Path) -> None:
     python = str(tmp_path / "environment" / "bin" / "python3")
     sources = tmp_path / "python"
     shutil.copytree(ROOT / "python", sources, ignore=shutil.ignore_patterns("__pycache__"))
-    run(python, "-m", "pip", "install", "--no-index", "--disable-pip-version-check", str(sources))
+    before = sorted(sources.rglob("*"))
+    run(python, "-m", "pip", "install", "--no-index", "--disable-pip-version-check", *options, str(sources))
+    left = [path for path in sorted(sources.rglob("*")) if "__pycache__" not in path.parts]
+    assert left == before
 
     (tmp_path / "test_it.py").write_text(
         "import buttondriver\n"
         "def test_it(panel):\n"
-        f"    assert buttondriver.__file__.startswith({str(tmp_path / 'environment')!r})\n"
+        f"    assert buttondriver.__file__.startswith({str(sources if options else tmp_path / 'environment')!r})\n"
         "    panel.connect().text(0, 0, 'Hello')\n"
         "    assert panel.screen(0).text == ['Hello']\n"
     )
     assert "1 passed" in run(python, "-m", "pytest", "-p", "no:cacheprovider", str(tmp_path / "test_it.py"))
     files = run(python, "-m", "pip", "show", "--files", "buttondriver")
-    assert "buttondriver/py.typed" in files and "buttondriver/catalogue.py" in files
+    assert options or ("buttondriver/py.typed" in files and "buttondriver/catalogue.py" in files)
     run(python, "-m", "pip", "uninstall", "--yes", "buttondriver")

@@ -3,16 +3,30 @@
 
 import asyncio
 import inspect
-from typing import Any, Callable
+import os
+import signal
+import socket
+import threading
+from typing import Any, Callable, Iterator, Type
 
 import pytest
 
 from buttondriver import AsyncPanel, Bitmap, Panel, PanelLost, PanelTimeout, VirtualPanel
-from buttondriver.bitmap import write_bmp
+from buttondriver.pictures.bmp import write_bmp
 
 PING = bytes.fromhex("000000040000000c")
 REPLY = bytes.fromhex("0000000400000001")
 SHORT = 0.05  # seconds: for what must time out
+
+
+@pytest.fixture
+def full() -> Iterator[int]:
+    """The port of a listener that accepts no more connections."""
+    with socket.socket() as listener, socket.socket() as first:
+        listener.bind(("127.0.0.1", 0))
+        listener.listen(0)
+        first.connect(listener.getsockname())
+        yield listener.getsockname()[1]
 
 
 def wait_for_loss(panel: Any) -> None:
@@ -60,8 +74,35 @@ def test_a_reply_may_come_byte_by_byte(connect: Callable[..., Any], daemon: Any)
 
 def test_no_daemon_is_told(connect: Callable[..., Any], daemon: Any) -> None:
     daemon.close()
-    with pytest.raises(PanelLost, match=f"127.0.0.1:{daemon.port}"):
+    with pytest.raises(PanelLost, match=f"^no connection to 127.0.0.1:{daemon.port}: "):
         connect(port=daemon.port)
+
+
+@pytest.mark.parametrize(
+    "address, kind, why",
+    [
+        ({"host": "a" * 70 + ".x"}, ValueError, "host: 'aaa.*' is no name of a host"),
+        ({"host": None}, TypeError, "host: None is a NoneType, not a str"),
+        ({"port": 0}, ValueError, "port: 0 is out of its range, 1 to 65535"),
+        ({"port": 65536}, ValueError, "port: 65536 is out of its range, 1 to 65535"),
+        ({"port": "3003"}, TypeError, "port: '3003' is no whole number"),
+        ({"timeout": 0}, ValueError, "timeout: 0 is out of its range, more than 0 and at most 2000000 seconds"),
+        ({"timeout": -1.5}, ValueError, "timeout: -1.5 is out of its range"),
+        ({"timeout": float("nan")}, ValueError, "timeout: nan is out of its range"),
+        ({"timeout": float("inf")}, ValueError, "timeout: inf is out of its range"),
+        ({"timeout": None}, TypeError, "timeout: None is no number of seconds"),
+    ],
+)
+def test_refuses_an_address_that_is_none(
+    connect: Callable[..., Any], address: "dict[str, Any]", kind: Type[Exception], why: str
+) -> None:
+    with pytest.raises(kind, match=f"^{why}"):
+        connect(**address)
+
+
+def test_no_connection_in_time_is_told(connect: Callable[..., Any], full: int) -> None:
+    with pytest.raises(PanelTimeout, match=f"^no connection to 127.0.0.1:{full} in {SHORT} s"):
+        connect(port=full, timeout=SHORT)
 
 
 def test_no_answer_is_a_time_out_and_ends_the_connection(connect: Callable[..., Any], daemon: Any) -> None:
@@ -78,7 +119,7 @@ def test_a_daemon_that_takes_nothing_is_a_time_out(connect: Callable[..., Any], 
     picture = big_bmp()
     with pytest.raises(PanelTimeout):
         for _ in range(20):  # more than the system keeps on the way
-            client.image(0, picture)
+            client.image(0, picture, fit="unchecked")
 
 
 def test_another_answer_is_told(connect: Callable[..., Any], daemon: Any) -> None:
@@ -113,6 +154,39 @@ def test_a_lost_connection_is_made_anew_on_request(connect: Callable[..., Any], 
     assert daemon.accept().recv(16).hex() == "0000000c000000150000000300000001"
 
 
+@pytest.mark.parametrize("reconnect", [False, True])
+def test_a_closed_one_is_opened_by_connect_only(connect: Callable[..., Any], daemon: Any, reconnect: bool) -> None:
+    client = connect(port=daemon.port, reconnect=reconnect)
+    client.close()
+    for call in (client.ping, lambda: client.status(3)):
+        with pytest.raises(PanelLost, match="has been closed"):
+            call()
+    client.connect()
+    client.status(3)
+    assert daemon.accept().recv(1) == b""
+    assert len(daemon.accept().recv(16)) == 16
+
+
+@pytest.mark.parametrize("call", [lambda client: client.ping(), lambda client: client.image(0, big_bmp(), fit="unchecked")])
+def test_what_is_broken_off_spoils_nothing_that_follows(daemon: Any, call: Callable[[Panel], object]) -> None:
+    client = Panel(port=daemon.port, reconnect=True)
+    connection = daemon.accept()
+
+    def interrupt() -> None:
+        connection.recv(len(PING))  # less than the picture, more of which than the system keeps is never read
+        os.kill(os.getpid(), signal.SIGINT)
+
+    thread = threading.Thread(target=interrupt)
+    thread.start()
+    with pytest.raises(KeyboardInterrupt):
+        call(client)
+    thread.join()
+    assert not client.connected
+    client.status(3)
+    assert daemon.accept().recv(16).hex() == "0000000c000000150000000300000001"
+    client.close()
+
+
 def test_a_value_out_of_range_sends_nothing(connect: Callable[..., Any], daemon: Any) -> None:
     client = connect(port=daemon.port)
     with pytest.raises(ValueError):
@@ -142,6 +216,44 @@ def test_an_awaited_panel_connects_when_it_is_first_used(daemon: Any) -> None:
         await client.close()
 
     asyncio.run(use())
+    assert len(daemon.accept().makefile("rb").read()) == 16
+
+
+def test_another_event_loop_finds_the_connection_lost(daemon: Any) -> None:
+    client = AsyncPanel(port=daemon.port)
+    asyncio.run(client.status(3))
+    assert not client.connected
+    connection = daemon.accept()
+    for _ in range(2):
+        with pytest.raises(PanelLost, match=f"the connection to 127.0.0.1:{daemon.port} is lost"):
+            asyncio.run(client.status(3))
+    assert len(connection.makefile("rb").read()) == 16  # and the daemon has seen the end
+    asyncio.run(client.close())
+
+
+@pytest.mark.parametrize("reconnect", [True, False])
+def test_another_event_loop_makes_a_connection_of_its_own(daemon: Any, reconnect: bool) -> None:
+    client = AsyncPanel(port=daemon.port, reconnect=reconnect)
+
+    async def use(connects: bool) -> None:
+        if connects:
+            await client.connect()
+        await asyncio.gather(*(client.status(3) for _ in range(3)))
+
+    asyncio.run(use(connects=False))
+    asyncio.run(use(connects=not reconnect))
+    asyncio.run(client.close())
+    assert [len(daemon.accept().makefile("rb").read()) for _ in range(2)] == [48, 48]
+
+
+def test_an_event_loop_that_runs_keeps_its_panel(daemon: Any) -> None:
+    async def use_in_another_thread() -> None:
+        async with AsyncPanel(port=daemon.port) as client:
+            with pytest.raises(RuntimeError, match="in use in another event loop"):
+                await asyncio.get_running_loop().run_in_executor(None, lambda: asyncio.run(client.status(3)))
+            await client.status(3)
+
+    asyncio.run(use_in_another_thread())
     assert len(daemon.accept().makefile("rb").read()) == 16
 
 

@@ -5,8 +5,9 @@ from typing import Any
 
 import pytest
 
-from buttondriver.bitmap import Bitmap, write_bmp
-from buttondriver.pictures import screen_picture
+from buttondriver.pictures.bitmap import Bitmap
+from buttondriver.pictures.bmp import write_bmp
+from buttondriver.pictures.sources import screen_picture
 
 PIXELS = b"\xff\0\0\0\xff\0\0\0\xff\xff\xff\xff"
 
@@ -14,4 +15,4 @@ PIXELS = b"\xff\0\0\0\xff\0\0\0\xff\xff\xff\xff"
 def test_takes_pictures_of_pil() -> None:
     image: Any = pytest.importorskip("PIL.Image", reason="needs python3-pil")
     picture = image.frombytes("RGB", (2, 2), PIXELS).convert("RGBA")
-    assert screen_picture(picture, 0, 0, None) == write_bmp(Bitmap(2, 2, PIXELS))
+    assert screen_picture(picture, 0, 0, None) == (write_bmp(Bitmap(2, 2, PIXELS)), 0, 0)

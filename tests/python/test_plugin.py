@@ -1,13 +1,17 @@
 # SPDX-License-Identifier: Apache-2.0
 """The plug-in, in runs of pytest of its own."""
 
+import os
+import re
+import textwrap
 from pathlib import Path
 
 import pytest
 
 from buttondriver import Bitmap
-from buttondriver.png import read_png, write_png
-from buttondriver.pytest_plugin import difference_in_words, difference_picture
+from buttondriver.comparison.difference import difference_in_words, difference_picture
+from buttondriver.comparison.output_folder import folder_of_test
+from buttondriver.pictures.png import read_png, write_png
 
 SHOWS = """
     def test_hello(panel, assert_screen):
@@ -74,6 +78,98 @@ def test_each_test_has_a_fresh_panel_of_one_simulator(pytester: pytest.Pytester)
         """
     )
     run(pytester).assert_outcomes(passed=2)
+
+
+def test_a_simulator_that_a_test_has_ended_fails_that_test_only(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(
+        """
+        import os, signal
+
+        def test_one(panel):
+            os.kill(panel._process._process.pid, signal.SIGKILL)
+            panel._process._process.wait()
+
+        def test_two(panel):
+            panel.connect().status(3)
+            assert panel.status(3)
+            panel.close()
+
+        def test_three(panel):
+            assert not panel.status(3)
+        """
+    )
+    result = run(pytester)
+    result.assert_outcomes(passed=3, errors=1)
+    result.stdout.fnmatch_lines(["*ERROR at teardown of test_one*", "the simulator was ended by SIGKILL; it wrote last:"])
+
+
+def test_each_failure_keeps_its_pictures(pytester: pytest.Pytester) -> None:
+    body = """
+        import pytest
+
+        class TestOne:
+            def test_s(self, panel, assert_screen):
+                assert_screen(panel, 0, "hello.png")
+
+        class TestTwo(TestOne):
+            @pytest.mark.parametrize("word", ["a b", "a-b", "a/../b", "x" * 300, "x" * 300 + "y"])
+            def test_t(self, panel, assert_screen, word):
+                assert_screen(panel, 0, "hello.png")
+    """
+    for folder in ("a", "b"):
+        pytester.mkpydir(folder)
+        (pytester.path / folder / "test_x.py").write_text(textwrap.dedent(body))
+    result = run(pytester, "--panel-output", "kept", "a", "b")
+    result.assert_outcomes(failed=14)
+    kept = {str(path.relative_to("kept")) for path in Path("kept").rglob("*.png")}
+    assert len(kept) == 14
+    assert "a/test_x/TestOne.test_s/hello-actual.png" in kept
+    told = {line.split()[-1] for line in result.outlines if "actual: " in line}
+    assert told == {str(pytester.path / "kept" / path) for path in kept}
+
+
+@pytest.mark.parametrize(
+    "content, why",
+    [
+        (b"some text", "no PNG file"),
+        (write_png(Bitmap(128, 128, bytes(3 * 128 * 128)))[:60], "a PNG file that is cut short"),
+        (None, "Is a directory"),
+    ],
+)
+def test_an_expected_picture_that_cannot_be_read_is_told(pytester: pytest.Pytester, content: bytes, why: str) -> None:
+    pytester.makepyfile(SHOWS.format("Hello"))
+    picture = pytester.path / "pictures" / "hello.png"
+    picture.parent.mkdir()
+    picture.mkdir() if content is None else picture.write_bytes(content)
+    result = run(pytester, "--panel-output", "kept")
+    result.assert_outcomes(failed=1)
+    result.stdout.re_match_lines([rf".*screen 0: {re.escape(str(picture))} cannot be read: .*{why}"])
+    assert [read_png(path.read_bytes()).width for path in Path("kept").rglob("*.png")] == [128]
+    assert [path.name for path in Path("kept").rglob("*.png")] == ["hello-actual.png"]
+
+
+TESTS = [
+    ("a/test_x.py::TestOne::test_s", "a/test_x.py", "a/test_x/TestOne.test_s"),
+    ("a b/test_x.py::test_s", "a b/test_x.py", "a b/test_x/test_s"),
+    ("test_x.py::test_s[a b]", "test_x.py", "test_x/test_s-a-b-9bdbd16c"),
+    ("test_x.py::test_s[a-b]", "test_x.py", "test_x/test_s-a-b-430e3dfc"),
+    ("test_x.txt::test_x.txt", "test_x.txt", "test_x.txt/test_x-txt-"),
+    # A test that lies elsewhere: pytest lets such files share the name.
+    ("::test_s", "../other/test_x.py", "test_x/test_s-"),
+]
+
+
+@pytest.mark.parametrize("node, file, folder", TESTS)
+def test_folders_have_readable_names(node: str, file: str, folder: str) -> None:
+    root = Path("/project")
+    assert str(folder_of_test(node, Path(os.path.normpath(root / file)), root)).startswith(folder)
+
+
+def test_folders_have_names_that_fit() -> None:
+    folder = folder_of_test("test_x.py::test_" + "\u00e4" * 300, Path("/project/test_x.py"), Path("/project"))
+    assert len(folder.name.encode()) <= 255
+    elsewhere = [folder_of_test("::test_s", Path(f"/{name}/test_x.py"), Path("/project")) for name in "ab"]
+    assert elsewhere[0] != elsewhere[1]
 
 
 def test_says_where_pictures_differ() -> None:

@@ -7,10 +7,11 @@ import stat
 import subprocess
 import sys
 from pathlib import Path
+from typing import Callable, List
 
 import pytest
 
-from buttondriver import Panel, PanelError, PanelTimeout, VirtualPanel, VirtualPanelError
+from buttondriver import Bitmap, Panel, PanelError, PanelTimeout, VirtualPanel, VirtualPanelError
 from buttondriver.simulator_process import find_simulator
 
 
@@ -36,10 +37,15 @@ def test_finds_the_program(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> N
 
 
 def test_tells_why_it_does_not_start(tmp_path: Path) -> None:
-    with pytest.raises(VirtualPanelError, match="ended with 3:\nno room"):
-        VirtualPanel(program(tmp_path, "echo no room; exit 3"))
+    with pytest.raises(VirtualPanelError, match=r"\Ano room \(the simulator ended with status 3\)\nthe walls$"):
+        VirtualPanel(program(tmp_path, "echo the walls; echo no room; exit 3"))
     with pytest.raises(VirtualPanelError, match="was not there after 0.1 s"):
         VirtualPanel(program(tmp_path, "exec sleep 600"), timeout=0.1)
+
+
+def test_the_reason_for_which_it_does_not_start_comes_first(panel: VirtualPanel) -> None:
+    with pytest.raises(VirtualPanelError, match=rf"\Aport {panel.port} is taken by buttondriver-sim \(pid "):
+        VirtualPanel(arguments=["--port", str(panel.port)])
 
 
 def test_ends_with_its_block() -> None:
@@ -70,10 +76,27 @@ def test_ends_with_python() -> None:
 
 def test_tells_that_the_program_has_ended() -> None:
     with VirtualPanel() as panel:
+        panel.connect().status(3)
         os.kill(panel._process._process.pid, signal.SIGKILL)
-        panel._process._process.wait()
-        with pytest.raises(VirtualPanelError, match="(?s)has ended:.*listening on port"):
+        with pytest.raises(VirtualPanelError, match="(?s)was ended by SIGKILL; it wrote last:.*listening on port"):
             panel.state()
+        panel.restart()
+        os.kill(panel._process._process.pid, signal.SIGTERM)
+        panel._process._process.wait()
+        with pytest.raises(VirtualPanelError, match="ended with status 0"):
+            panel.connect()
+
+
+def test_a_closed_one_says_so() -> None:
+    with VirtualPanel() as panel:
+        pass
+    looks: "List[Callable[[], object]]" = [
+        panel.connect, panel.reset, panel.state, lambda: panel.screen(0), lambda: panel.log, lambda: panel.messages
+    ]  # fmt: skip
+    for look in looks:
+        with pytest.raises(VirtualPanelError, match="has been closed"):
+            look()
+    assert panel.fault is None
 
 
 def test_arguments_reach_the_program() -> None:
@@ -97,6 +120,29 @@ def test_asks_once_whether_all_that_was_sent_is_accepted(panel: VirtualPanel) ->
     client.text(0, 0, "Hello")
     counts = [panel.state()["counters"]["messages"] for _ in range(2)]
     assert counts == [2, 2]  # the text and one ping
+
+
+@pytest.mark.parametrize("end", [lambda panel, client: client.close(), lambda panel, client: panel.disconnect()])
+def test_what_a_closed_connection_has_sent_is_accepted(panel: VirtualPanel, end: Callable[..., None]) -> None:
+    client = panel.connect()
+    for screen in range(3):
+        client.image(screen, Bitmap(128, 128, bytes(3 * 128 * 128)))
+    client.led(5)
+    end(panel, client)
+    state = panel.state()
+    assert state["counters"]["messages"] == 5  # and one ping, before it was closed
+    assert state["button_leds"][5]
+    panel.reset()
+    assert panel.messages == []
+
+
+def test_a_connection_ends_also_when_its_simulator_has() -> None:
+    with VirtualPanel() as panel:
+        client = panel.connect()
+        client.status(3)
+        panel._process.end()
+        client.close()
+        assert not client.connected
 
 
 def test_lists_messages_and_the_log(panel: VirtualPanel) -> None:

@@ -39,6 +39,8 @@ public:
   void sendSignal(int signal);
   /// Writes to its standard input.
   void write(const QByteArray &input) { _process.write(input); }
+  /// Ends its standard input, after what was written.
+  void closeInput() { _process.closeWriteChannel(); }
   /// Closes the reading ends of both logs, as a reader does that goes away.
   void stopReading();
   /// Whether it has `file`, which exists, open now.

@@ -26,6 +26,7 @@ TEST(OptionsTest, without_any_there_are_defaults) {
   EXPECT_EQ(options.notices, Notices::usual);
   EXPECT_EQ(options.log_file, QString());
   EXPECT_EQ(options.ports_file, QString());
+  EXPECT_FALSE(options.until_input_ends);
   EXPECT_EQ(options.simulation.daemon_arguments, QStringList({"buttondriver-sim", "no-map-file"}));
 }
 
@@ -39,6 +40,7 @@ TEST(OptionsTest, have_their_values) {
   EXPECT_EQ(options.ports_file, QStringLiteral("ports"));
   EXPECT_EQ(options.simulation.record_file, QStringLiteral("r"));
   EXPECT_EQ(options.simulation.snapshot_file, QStringLiteral("s"));
+  EXPECT_TRUE(options_of({"--until-input-ends"}).until_input_ends);
   EXPECT_EQ(options_of({"--quiet"}).notices, Notices::faults);
   EXPECT_EQ(options_of({"--device", "d", "--font", "a/font.pcf"}).simulation.font, QStringLiteral("a/font.pcf"));
 }

@@ -6,6 +6,8 @@
 #include "support/event_loop.h"
 #include "support/test_root.h"
 
+#include <QHostAddress>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -84,6 +86,42 @@ TEST_F(SimulationTest, a_chosen_intensity_is_there_at_the_start_and_after_a_rese
   simulation->reset([&] { is_reset = true; });
   EXPECT_TRUE(test::process_events_until([&] { return is_reset; }));
   EXPECT_EQ(shown().intensity, 0);
+}
+
+TEST_F(SimulationTest, what_a_closed_connection_has_sent_comes_before_a_reset) {
+  ASSERT_TRUE(start());
+  Connector &server = simulation->daemon()->server();
+  QTcpSocket staying, leaving;
+  for (QTcpSocket *client : {&staying, &leaving})
+    client->connectToHost(QHostAddress(QHostAddress::LocalHost), server.port());
+  ASSERT_TRUE(test::process_events_until([&] { return server.clients().size() == 2; }));
+
+  // The daemon sees nothing of it before it is asked to reset.
+  const int more_than_a_turn_has = 1'000;
+  for (int count = 0; count < more_than_a_turn_has; ++count)
+    leaving.write(QByteArray::fromHex("0000000c000000150000000300000001"));
+  leaving.disconnectFromHost();
+  ASSERT_TRUE(leaving.state() == QAbstractSocket::UnconnectedState || leaving.waitForDisconnected());
+  bool is_reset = false;
+  simulation->reset([&] { is_reset = true; });
+  EXPECT_EQ(simulation->messages()->count(), 0U);
+  EXPECT_TRUE(test::process_events_until([&] { return is_reset; }));
+  EXPECT_EQ(server.clients().size(), 1U);
+  EXPECT_EQ(simulation->messages()->count(), 0U);
+}
+
+TEST_F(SimulationTest, may_end_while_it_waits_for_a_closed_connection) {
+  ASSERT_TRUE(start());
+  Connector &server = simulation->daemon()->server();
+  QTcpSocket leaving;
+  leaving.connectToHost(QHostAddress(QHostAddress::LocalHost), server.port());
+  ASSERT_TRUE(test::process_events_until([&] { return server.clients().size() == 1; }));
+  leaving.disconnectFromHost();
+  ASSERT_TRUE(leaving.state() == QAbstractSocket::UnconnectedState || leaving.waitForDisconnected());
+  bool is_reset = false;
+  simulation->reset([&] { is_reset = true; });
+  simulation.reset();
+  EXPECT_FALSE(is_reset);
 }
 
 class OutsideSimulationTest : public SimulationTest {
