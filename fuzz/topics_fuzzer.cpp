@@ -4,6 +4,7 @@
 // Input: the length of the topic (one byte), the topic below its panel, and the payload.
 #include "bridge/topics/topic_commands.h"
 #include "bridge/topics/topic_levels.h"
+#include "bridge/topics/usual_font.h"
 #include "bytes/view_of.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/support/input.h"
@@ -60,7 +61,8 @@ void require_picture(ByteView message) {
 void require_sense(const Target &target) {
   const bool stays = target.kind != Kind::no_place;
   require(target.overlaps(target) == stays, "what stays overlaps itself");
-  const bool hides_itself = stays && (!target.is_part || target.characters.isKnown());
+  const bool lies_where_it_says = target.place >= 0 && target.place < usual_font::lines && target.characters.isKnown();
+  const bool hides_itself = stays && (!target.is_part || lies_where_it_says);
   require(target.covers(target) == hides_itself, "all cover themselves but parts that may lie anywhere");
   require(clearing_frame(target).isEmpty() != stays, "what stays can be cleared");
   require(target.screen >= -1 && target.screen < dimensions::screen_count, "a screen is one, or all");
